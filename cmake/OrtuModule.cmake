@@ -1,0 +1,84 @@
+# One folder of src/ is one static library. What a module declares under USES is what it may include
+# (and, through it, whatever those modules may include); a test for each module holds it to that.
+#
+#   ortu_module(catalogue SOURCES OTApp.cpp … QT Core Gui USES icons platform)
+#   ortu_test(catalogue OTAppTest SOURCES OTAppTest.cpp)
+#   ortu_bench(FolderWalkBench USES catalogue)
+
+add_library(ortu_settings INTERFACE)
+target_include_directories(ortu_settings INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_definitions(ortu_settings INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
+  QT_DISABLE_DEPRECATED_BEFORE=0x060400 ORTU_VERSION="${PROJECT_VERSION}")
+target_compile_options(ortu_settings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+  $<$<BOOL:${ORTU_WARNINGS_ARE_ERRORS}>:-Werror>
+  $<$<BOOL:${ORTU_SANITIZE}>:-fsanitize=address,undefined -fno-sanitize-recover=undefined
+    -fno-omit-frame-pointer>)
+target_link_options(ortu_settings INTERFACE
+  $<$<BOOL:${ORTU_SANITIZE}>:-fsanitize=address,undefined>)
+
+function(ortu_target_name FOLDER OUT)
+  string(REPLACE "/" "_" TARGET "ortu_${FOLDER}")
+  set(${OUT} ${TARGET} PARENT_SCOPE)
+endfunction()
+
+function(ortu_qt_libraries OUT)
+  list(TRANSFORM ARGN PREPEND "Qt6::")
+  set(${OUT} ${ARGN} PARENT_SCOPE)
+endfunction()
+
+# Modules are declared lowest first, so the closure of each is known when the next one asks for it.
+function(ortu_module FOLDER)
+  cmake_parse_arguments(M "" "" "SOURCES;QT;USES;LIBRARIES" ${ARGN})
+  ortu_target_name(${FOLDER} TARGET)
+  add_library(${TARGET} STATIC ${M_SOURCES})
+  ortu_qt_libraries(QT_LIBRARIES ${M_QT})
+  target_link_libraries(${TARGET} PUBLIC ortu_settings ${QT_LIBRARIES} PRIVATE ${M_LIBRARIES})
+  set(MAY_INCLUDE ${FOLDER})
+  foreach(USED IN LISTS M_USES)
+    ortu_target_name(${USED} USED_TARGET)
+    target_link_libraries(${TARGET} PUBLIC ${USED_TARGET})
+    get_target_property(CLOSURE ${USED_TARGET} ORTU_MAY_INCLUDE)
+    list(APPEND MAY_INCLUDE ${CLOSURE})
+  endforeach()
+  list(REMOVE_DUPLICATES MAY_INCLUDE)
+  set_target_properties(${TARGET} PROPERTIES ORTU_MAY_INCLUDE "${MAY_INCLUDE}")
+  if(BUILD_TESTING)
+    string(REPLACE "/" "." TEST_NAME "layering.${FOLDER}")
+    add_test(NAME ${TEST_NAME}
+      COMMAND bash ${PROJECT_SOURCE_DIR}/tests/house/layering.sh
+        ${PROJECT_SOURCE_DIR}/src ${FOLDER} ${MAY_INCLUDE})
+  endif()
+endfunction()
+
+# A test program of one module. It runs on the offscreen display unless DESKTOP says that it brings
+# up a real one.
+function(ortu_test FOLDER NAME)
+  cmake_parse_arguments(T "" "TIMEOUT" "SOURCES;USES;QT;LIBRARIES" ${ARGN})
+  add_executable(${NAME} ${T_SOURCES})
+  ortu_qt_libraries(QT_LIBRARIES Test ${T_QT})
+  target_include_directories(${NAME} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  foreach(USED IN ITEMS ${FOLDER} LISTS T_USES)
+    ortu_target_name(${USED} USED_TARGET)
+    target_link_libraries(${NAME} PRIVATE ${USED_TARGET})
+  endforeach()
+  target_link_libraries(${NAME} PRIVATE ${QT_LIBRARIES} ${T_LIBRARIES})
+  add_test(NAME ${FOLDER}.${NAME} COMMAND ${NAME})
+  if(NOT T_TIMEOUT)
+    set(T_TIMEOUT 120)
+  endif()
+  set_tests_properties(${FOLDER}.${NAME} PROPERTIES TIMEOUT ${T_TIMEOUT}
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LANG=C.UTF-8;LC_ALL=C.UTF-8")
+endfunction()
+
+function(ortu_bench NAME)
+  cmake_parse_arguments(B "" "" "USES;QT" ${ARGN})
+  add_executable(${NAME} ${NAME}.cpp)
+  ortu_qt_libraries(QT_LIBRARIES ${B_QT})
+  foreach(USED IN LISTS B_USES)
+    ortu_target_name(${USED} USED_TARGET)
+    target_link_libraries(${NAME} PRIVATE ${USED_TARGET})
+  endforeach()
+  target_link_libraries(${NAME} PRIVATE ${QT_LIBRARIES} benchmark::benchmark)
+endfunction()

@@ -1,0 +1,3 @@
+#include "support/Log.h"
+
+Q_LOGGING_CATEGORY(lcSupport, "ortu.support", QtInfoMsg)

@@ -1,0 +1,59 @@
+// Announcements that cross the program: one typed signal for each, named as the announcement
+// itself.
+//
+// There is one default centre, used by everyone; a test may put another in its place. Signals are
+// emitted on the main thread. A request that would have to point upwards in the modules is a signal
+// here too.
+
+#pragma once
+
+#include <QBasicTimer>
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class OTApp;
+
+class NotificationCenter : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Notification = void (NotificationCenter::*)();
+
+    using QObject::QObject;
+    ~NotificationCenter() override;
+
+    static NotificationCenter &defaultCenter();
+    // The caller keeps owning it, and it may go at any time. Null goes back to the centre of the
+    // process.
+    static void setDefaultCenter(NotificationCenter *center);
+
+    // Emits a signal without arguments once the event loop has nothing else to do. Several calls
+    // for the same signal before that make one announcement.
+    void postWhenIdle(Notification notification);
+
+Q_SIGNALS:
+    // A launch failed because the bundle is gone.
+    void N_AppIsMissing(const std::shared_ptr<OTApp> &app);
+    // A folder scan has come to `step` of `count`; both are 0 when it has ended. `label` is the
+    // folder.
+    void N_ShowProgressStep(int step, int count, const QString &label);
+    void N_ScanPathListChanged();
+    // The icon, or a colour derived from it, has changed.
+    void N_AppIconChanged(const std::shared_ptr<OTApp> &app);
+    // The grid wants another size; `view` is the QWidget that asks.
+    void N_SubviewNeedsResizing(QObject *view);
+    void applicationDidFinishLaunching();
+    // Somebody asks that the panel be shown, as if the program had been started again.
+    void applicationOpenUntitledFile();
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    QBasicTimer _idle;
+    QList<Notification> _pending;
+};

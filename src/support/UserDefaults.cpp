@@ -1,0 +1,273 @@
+#include "support/UserDefaults.h"
+
+#include "support/DefaultsFile.h"
+#include "support/Log.h"
+#include "support/PreferenceType.h"
+#include "support/PropertyList.h"
+
+#include <QHash>
+#include <QMultiHash>
+
+namespace {
+
+UserDefaults *standardDefaults = nullptr;
+
+void complain(const QString &key, const QVariant &value, const QVariant &like)
+{
+    const QString type =
+        like.isValid() ? PreferenceType::name(like) : QStringLiteral("a preference");
+    qCWarning(lcSupport, "%s: %s cannot stand for %s and is not used", qUtf8Printable(key),
+        qUtf8Printable(PreferenceType::described(value)), qUtf8Printable(type));
+}
+
+struct Change
+{
+    QString key;
+    QVariant oldValue;
+    QVariant newValue;
+};
+
+} // namespace
+
+// The layers, and the values in force that follow from them, so that reading one is a single
+// look-up.
+class UserDefaults::Private
+{
+public:
+    Private(const QString &path, Writing writing)
+        : file(path, writing)
+    { }
+
+    QVariant stored(const QString &key) const;
+    bool store(const QString &key, const QVariant &value);
+    QList<Change> recompute();
+
+    DefaultsFile file;
+    QHash<QString, QVariant> registered;
+    QHash<QString, QVariant> thisRun;
+    QHash<QString, QVariant> inForce;
+
+private:
+    QVariant usable(const QString &key, const QVariant &value);
+    QVariant computed(const QString &key);
+    QStringList keys() const;
+
+    // What could not be written, removals as invalid values. It stands above the file.
+    DefaultsFile::Changes _unwritten;
+    // Values that the log has already named.
+    QMultiHash<QString, QVariant> _refused;
+};
+
+QVariant UserDefaults::Private::stored(const QString &key) const
+{
+    const auto unwritten = _unwritten.constFind(key);
+    return unwritten != _unwritten.cend() ? *unwritten : file.values().value(key);
+}
+
+bool UserDefaults::Private::store(const QString &key, const QVariant &value)
+{
+    const QVariant old = PreferenceType::converted(stored(key), registered.value(key));
+    const bool isRemoved = !value.isValid() && !stored(key).isValid();
+    const bool isSame = isRemoved || (value.isValid() && PreferenceType::same(value, old));
+    if (isSame && !_unwritten.contains(key)) {
+        return true;
+    }
+    _unwritten.insert(key, value);
+    if (!file.apply(_unwritten)) {
+        return false;
+    }
+    _unwritten.clear();
+    return true;
+}
+
+// Brings the values in force up to date and tells which of them changed.
+QList<Change> UserDefaults::Private::recompute()
+{
+    QList<Change> changes;
+    for (const QString &key : keys()) {
+        const QVariant value = computed(key);
+        const QVariant old = inForce.value(key);
+        if (PreferenceType::same(value, old)) {
+            continue;
+        }
+        changes.append({ key, old, value });
+        if (value.isValid()) {
+            inForce.insert(key, value);
+        } else {
+            inForce.remove(key);
+        }
+    }
+    return changes;
+}
+
+// Every key of any layer, sorted, so that changes are announced in an order that does not vary.
+QStringList UserDefaults::Private::keys() const
+{
+    QStringList keys = inForce.keys() + registered.keys() + thisRun.keys() + _unwritten.keys()
+        + file.values().keys();
+    keys.sort();
+    keys.removeDuplicates();
+    return keys;
+}
+
+QVariant UserDefaults::Private::computed(const QString &key)
+{
+    if (QVariant value = usable(key, thisRun.value(key)); value.isValid()) {
+        return value;
+    }
+    if (QVariant value = usable(key, stored(key)); value.isValid()) {
+        return value;
+    }
+    return registered.value(key);
+}
+
+// The value in the type of its preference; invalid, and named once in the log, when it cannot be.
+QVariant UserDefaults::Private::usable(const QString &key, const QVariant &value)
+{
+    if (!value.isValid()) {
+        return {};
+    }
+    const QVariant like = registered.value(key);
+    QVariant result = PreferenceType::converted(value, like);
+    if (!result.isValid() && !_refused.contains(key, value)) {
+        _refused.insert(key, value);
+        complain(key, value, like);
+    }
+    return result;
+}
+
+UserDefaults::UserDefaults(const QString &path, Writing writing, QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(path, writing))
+{
+    d->recompute();
+    connect(&d->file, &DefaultsFile::changedOutside, this, [this] { announceChanges(); });
+}
+
+UserDefaults::~UserDefaults()
+{
+    if (standardDefaults == this) {
+        standardDefaults = nullptr;
+    }
+}
+
+UserDefaults &UserDefaults::standard()
+{
+    static UserDefaults inMemory;
+    return standardDefaults ? *standardDefaults : inMemory;
+}
+
+void UserDefaults::setStandard(UserDefaults *defaults)
+{
+    standardDefaults = defaults;
+}
+
+void UserDefaults::announceChanges()
+{
+    const QList<Change> changes = d->recompute();
+    for (const Change &change : changes) {
+        // A receiver may have set the key meanwhile, and that was announced.
+        if (PreferenceType::same(d->inForce.value(change.key), change.newValue)) {
+            Q_EMIT changed(change.key, change.oldValue, change.newValue);
+        }
+    }
+}
+
+void UserDefaults::registerDefaults(const QVariantMap &defaults)
+{
+    for (auto entry = defaults.cbegin(); entry != defaults.cend(); ++entry) {
+        const QVariant value = PropertyList::plain(entry.value());
+        Q_ASSERT(value.isValid());
+        d->registered.insert(entry.key(), value);
+    }
+    announceChanges();
+}
+
+QVariant UserDefaults::objectForKey(const QString &key) const
+{
+    return d->inForce.value(key);
+}
+
+bool UserDefaults::boolForKey(const QString &key) const
+{
+    return objectForKey(key).toBool();
+}
+
+qint64 UserDefaults::integerForKey(const QString &key) const
+{
+    return objectForKey(key).toLongLong();
+}
+
+float UserDefaults::floatForKey(const QString &key) const
+{
+    return objectForKey(key).toFloat();
+}
+
+double UserDefaults::doubleForKey(const QString &key) const
+{
+    return objectForKey(key).toDouble();
+}
+
+QString UserDefaults::stringForKey(const QString &key) const
+{
+    return objectForKey(key).toString();
+}
+
+QVariantList UserDefaults::arrayForKey(const QString &key) const
+{
+    return objectForKey(key).toList();
+}
+
+QVariant UserDefaults::defaultForKey(const QString &key) const
+{
+    return d->registered.value(key);
+}
+
+QStringList UserDefaults::registeredKeys() const
+{
+    QStringList keys = d->registered.keys();
+    keys.sort();
+    return keys;
+}
+
+bool UserDefaults::hasStoredValue(const QString &key) const
+{
+    return d->stored(key).isValid();
+}
+
+bool UserDefaults::setObject(const QString &key, const QVariant &value)
+{
+    if (!value.isValid()) {
+        return removeObject(key);
+    }
+    const QVariant like = defaultForKey(key);
+    const QVariant plain = PropertyList::plain(value);
+    const QVariant stored = plain.isValid() ? PreferenceType::converted(plain, like) : QVariant();
+    if (!stored.isValid()) {
+        complain(key, value, like);
+        return false;
+    }
+    const bool isWritten = d->store(key, stored);
+    announceChanges();
+    return isWritten;
+}
+
+bool UserDefaults::removeObject(const QString &key)
+{
+    const bool isWritten = d->store(key, {});
+    announceChanges();
+    return isWritten;
+}
+
+void UserDefaults::setObjectForThisRun(const QString &key, const QVariant &value)
+{
+    const QVariant plain = PropertyList::plain(value);
+    if (plain.isValid()) {
+        d->thisRun.insert(key, plain);
+    } else if (value.isValid()) {
+        complain(key, value, defaultForKey(key));
+    } else {
+        d->thisRun.remove(key);
+    }
+    announceChanges();
+}

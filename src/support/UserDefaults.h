@@ -1,0 +1,80 @@
+// The user's preferences: stored values above registered defaults.
+//
+// A value for this run (--set) stands above a stored one and is never written. Keys of stored
+// values that nobody registered are kept as they are: they may belong to another version. The file
+// is an XML property list; a change that another program makes to it is noticed and announced like
+// one made here. Writing happens under a lock beside the file and re-reads it first, so that two
+// programs do not undo each other. The type of a registered default is the type of its preference:
+// values are given in it. Main thread only.
+
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVariantMap>
+
+#include <memory>
+
+class UserDefaults : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Writing { Allowed, Never };
+
+    // Without a path the values live in memory alone. With Writing::Never the file is read once,
+    // changes stay in memory, and nothing is ever created, moved or written.
+    explicit UserDefaults(
+        const QString &path = {}, Writing writing = Writing::Allowed, QObject *parent = nullptr);
+    ~UserDefaults() override;
+
+    // The preferences that the whole program reads; in memory until setStandard() names others,
+    // which the caller keeps owning. Null, and the end of those others, go back to the ones in
+    // memory.
+    static UserDefaults &standard();
+    static void setStandard(UserDefaults *defaults);
+
+    // Adds defaults below every stored value. A later registration of the same key wins.
+    void registerDefaults(const QVariantMap &defaults);
+
+    // The value in force, or an invalid one. A stored value whose type cannot stand for the type of
+    // the registered default is not used: one log line, and the default holds.
+    QVariant objectForKey(const QString &key) const;
+    // These convert as QVariant does; 0, false or empty when there is no value.
+    bool boolForKey(const QString &key) const;
+    qint64 integerForKey(const QString &key) const;
+    float floatForKey(const QString &key) const;
+    double doubleForKey(const QString &key) const;
+    QString stringForKey(const QString &key) const;
+    QVariantList arrayForKey(const QString &key) const;
+
+    // The registered default; invalid for a key that nobody registered.
+    QVariant defaultForKey(const QString &key) const;
+    // Every registered key, sorted.
+    QStringList registeredKeys() const;
+    bool hasStoredValue(const QString &key) const;
+
+    // Stores a value, writes the file and announces the change. Nothing happens when the same value
+    // is stored already. False and one log line when it could not be written: the value then holds
+    // until the program ends, and the next write that succeeds takes it along. False and one log
+    // line, and nothing changed, for a value of the wrong type or one that a property list cannot
+    // hold. An invalid value removes the key.
+    bool setObject(const QString &key, const QVariant &value);
+    bool removeObject(const QString &key);
+
+    // Overrides a value until the program ends, by the same rule of types; an invalid one lifts it
+    // again.
+    void setObjectForThisRun(const QString &key, const QVariant &value);
+
+Q_SIGNALS:
+    // The value in force of a key has changed; values are the ones in force, defaults included.
+    void changed(const QString &key, const QVariant &oldValue, const QVariant &newValue);
+
+private:
+    void announceChanges();
+
+    class Private;
+    std::unique_ptr<Private> d;
+};

@@ -1,0 +1,321 @@
+#include "support/PropertyList.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimeZone>
+#include <QtEndian>
+
+#include <csignal>
+#include <limits>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using PropertyList::State;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QByteArray inPlist(const QByteArray &content)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+           "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+           "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+           "<plist version=\"1.0\">"
+        + content + "</plist>\n";
+}
+
+QByteArray bigEndian(quint32 number)
+{
+    QByteArray bytes(4, 0);
+    qToBigEndian(number, bytes.data());
+    return bytes;
+}
+
+// A binary property list of these objects, the first on top. A reference to one is its four-byte
+// number.
+QByteArray binaryOf(const QList<QByteArray> &objects)
+{
+    QByteArray data = "bplist00";
+    QByteArray offsets;
+    for (const QByteArray &object : objects) {
+        offsets += bigEndian(static_cast<quint32>(data.size()));
+        data += object;
+    }
+    const auto table = static_cast<quint32>(data.size());
+    return data + offsets + QByteArray(6, 0) + "\x04\x04" + bigEndian(0)
+        + bigEndian(static_cast<quint32>(objects.size())) + QByteArray(12, 0) + bigEndian(table);
+}
+
+// Each object but the last is an array that names the next one this many times.
+QByteArray binaryChain(quint32 levels, int references)
+{
+    const QByteArray array(1, static_cast<char>(0xA0 + references));
+    QList<QByteArray> objects;
+    for (quint32 level = 1; level <= levels; ++level) {
+        objects << array + bigEndian(level).repeated(references);
+    }
+    return binaryOf(objects << QByteArray::fromHex("5178"));
+}
+
+QVariant nested(int levels)
+{
+    return levels == 0 ? QVariant(true) : QVariant(QVariantList { nested(levels - 1) });
+}
+
+void save(const QString &path, const QByteArray &data)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(data) == data.size());
+}
+
+bool failsToWrite(const QString &path, const QVariant &value = true)
+{
+    const QString line = u"^cannot write %1: ."_s.arg(QRegularExpression::escape(path));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(line));
+    return !PropertyList::writeFile(path, value);
+}
+
+} // namespace
+
+class PropertyListTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
+
+    void writing_thenReading_givesTheValueBack_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QVariant>("expected");
+        const auto row = [](const char *name, const QVariant &value,
+                             const QVariant &expected = {}) {
+            QTest::newRow(name) << value << (expected.isValid() ? expected : value);
+        };
+        row("markup and other scripts", u"<a> & \"b\" ]]> ü 猫 \U0001F600"_s);
+        row("white space at both ends", u" \t\r\n a\r\n\r "_s);
+        row("empty string", u""_s);
+        row("empty array", QVariantList());
+        row("odd keys", QVariantMap { { u""_s, true }, { u"a<&\r"_s, QVariantMap() } });
+        row("lowest integer", std::numeric_limits<qlonglong>::min());
+        row("highest integer", std::numeric_limits<qlonglong>::max());
+        row("inexact real", 0.1);
+        row("real without fraction", 10.0);
+        row("infinity", std::numeric_limits<double>::infinity());
+        row("data", QByteArray("\0\xff<", 3));
+        row("deepest", nested(PropertyList::maximumDepth));
+        const QDateTime date(QDate(2024, 3, 31), QTime(2, 30, 59), QTimeZone::utc());
+        row("date with fractions in another zone", date.addMSecs(400).toOffsetFromUtc(3600), date);
+        row("small types", QVariantList { 7U, 0.5F, QVariant::fromValue<short>(-7) },
+            QVariantList { 7LL, 0.5, -7LL });
+        row("string list", QStringList { u"a"_s, u"b"_s }, QVariantList { u"a"_s, u"b"_s });
+        const quint64 tooLarge = std::numeric_limits<quint64>::max();
+        row("what it cannot hold",
+            QVariantList { u"a\x01"_s, QString(QChar(0xD800)), QVariant(), QPoint(1, 2), tooLarge,
+                QDateTime(), QVariantMap { { u"\x02"_s, true } }, u"kept"_s },
+            QVariantList { QVariantMap(), u"kept"_s });
+    }
+    void writing_thenReading_givesTheValueBack()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(QVariant, expected);
+        const std::optional<QVariant> read = PropertyList::fromData(PropertyList::toXml(value));
+        QCOMPARE(read, expected);
+        QCOMPARE(read->typeId(), expected.typeId());
+        QCOMPARE(PropertyList::plain(value), expected);
+    }
+
+    void xmlOfOthers_isRead_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QVariant>("expected");
+        const auto row = [](const char *name, const QByteArray &content, const QVariant &expected) {
+            QTest::newRow(name) << inPlist(content) << expected;
+        };
+        row("hexadecimal with space around", "<integer> 0x1F\n</integer>", 31LL);
+        row("character references", "<string>&#65;&#x42;&amp;</string>", u"AB&"_s);
+        row("comment and CDATA", "<string>a<!-- b --><![CDATA[<c>]]></string>", u"a<c>"_s);
+        row("folded base64", "<data>\n\tAP\n\t8=\n</data>", QByteArray("\0\xff", 2));
+        row("key twice", "<dict><key>a</key><true/><key>a</key><false></false></dict>",
+            QVariantMap { { u"a"_s, false } });
+        QTest::newRow("no header") << QByteArray("<plist><true/></plist>") << QVariant(true);
+        QTest::newRow("byte order mark") << "\xEF\xBB\xBF" + inPlist("<true/>") << QVariant(true);
+    }
+    void xmlOfOthers_isRead()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(QVariant, expected);
+        QString error;
+        QCOMPARE(PropertyList::fromData(data, &error), expected);
+        QCOMPARE(error, QString());
+    }
+
+    void binary_givesTheSameTypes()
+    {
+        const QByteArray data = QByteArray::fromBase64(
+            "YnBsaXN0MDDXAQIDBAUGBwgJCgsODxBTYmlnVGRhdGFUZGF0ZVRsaXN0WG5lZ2F0aXZlVHJlYWxTeWVz"
+            "EwAAAQAAAAAAQgD/M0HFyFSgAAAAogwNUWFhAPwT//////////sjP+AAAAAAAAAJCBcbICUqMzg8RUhR"
+            "VFZZYmsAAAAAAAABAQAAAAAAAAARAAAAAAAAAAAAAAAAAAAAbA==");
+        const QVariantMap expected { { u"list"_s, QVariantList { u"a"_s, u"ü"_s } },
+            { u"negative"_s, -5LL }, { u"big"_s, 1LL << 40 }, { u"real"_s, 0.5 },
+            { u"yes"_s, true }, { u"data"_s, QByteArray("\0\xff", 2) },
+            { u"date"_s, QDateTime(QDate(2024, 2, 29), QTime(12, 0), QTimeZone::utc()) } };
+        const QVariantMap read = PropertyList::fromData(data).value_or(QVariant()).toMap();
+        QCOMPARE(read, expected);
+        for (auto item = expected.cbegin(); item != expected.cend(); ++item) {
+            QCOMPARE(read.value(item.key()).typeId(), item.value().typeId());
+        }
+        QVERIFY(PropertyList::fromData(binaryChain(64, 1)));
+    }
+
+    void damagedData_areRefusedQuickly_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::newRow("nothing") << QByteArray();
+        QTest::newRow("plain text") << QByteArray("Ortu");
+        QTest::newRow("another document") << QByteArray("<html><true/></html>");
+        QTest::newRow("text after the end") << inPlist("<true/>") + "more";
+        QTest::newRow("entities of its own") << QByteArray(
+            "<!DOCTYPE plist [<!ENTITY a \"aaaa\">]><plist><string>&a;</string></plist>");
+        const auto xml = [](const char *name, const QByteArray &content) {
+            QTest::newRow(name) << inPlist(content);
+        };
+        xml("no value", "");
+        xml("two values", "<true/><true/>");
+        xml("unknown element", "<array><null/></array>");
+        xml("key in an array", "<array><key>a</key></array>");
+        xml("value without key", "<dict><true/></dict>");
+        xml("key without value", "<dict><key>a</key></dict>");
+        xml("key after key", "<dict><key>a</key><key>b</key><true/></dict>");
+        xml("text between", "<array>a<true/></array>");
+        xml("undeclared entity between", "<array>&b;</array>");
+        xml("element in a string", "<string>a<true/></string>");
+        xml("undeclared entity", "<string>a&b;</string>");
+        xml("boolean with text", "<true>no</true>");
+        xml("integer with a unit", "<integer>5 px</integer>");
+        xml("integer too large", "<integer>9223372036854775808</integer>");
+        xml("real with a comma", "<real>0,5</real>");
+        xml("day that is none", "<date>2023-02-29T00:00:00Z</date>");
+        xml("date without zone", "<date>2023-02-28T00:00:00</date>");
+        xml("no base64", "<data>A*==</data>");
+        xml("invalid UTF-8", "<string>\xC3(</string>");
+        xml("NUL", QByteArray("<string>a\0b</string>", 20));
+        const QByteArray open = "<array>";
+        const QByteArray close = "</array>";
+        xml("one level too deep", open.repeated(65) + close.repeated(65));
+        xml("a million levels", open.repeated(1'000'000) + close.repeated(1'000'000));
+        xml("a million dictionaries", QByteArray("<dict><key>a</key>").repeated(1'000'000));
+
+        QTest::newRow("binary header alone") << QByteArray("bplist00");
+        QTest::newRow("binary cut short") << binaryChain(3, 1).chopped(1);
+        QTest::newRow("binary one level too deep") << binaryChain(65, 1);
+        QTest::newRow("binary million levels") << binaryChain(1'000'000, 1);
+        QTest::newRow("binary doubled sixty times") << binaryChain(60, 2);
+        QTest::newRow("binary in itself") << binaryOf({ "\xA1" + bigEndian(0) });
+        QTest::newRow("binary reference to nothing") << binaryOf({ "\xA1" + bigEndian(9) });
+        QTest::newRow("binary key that is no string")
+            << binaryOf({ "\xD1" + bigEndian(1) + bigEndian(1), "\x09" });
+        QTest::newRow("binary NUL in a key") << binaryOf({ "\xD1" + bigEndian(1) + bigEndian(1),
+            QByteArray("\x53"
+                       "a\0b",
+                4) });
+        QTest::newRow("binary longer than the data") << binaryOf({ "\xAF\x12\x7f\xff\xff\xff" });
+        QTest::newRow("binary large text in many places")
+            << binaryOf({ "\xAF\x12" + bigEndian(9'000) + bigEndian(1).repeated(9'000),
+                   "\x5F\x12" + bigEndian(100'000) + QByteArray(100'000, 'a') });
+        QTest::newRow("binary integer beyond the signed") << QByteArray::fromBase64(
+            "YnBsaXN0MDChARQAAAAAAAAAAP//////////CAoAAAAAAAABAQAAAAAAAAACAAAAAAAAAAAAAAAAAAAA"
+            "Gw==");
+    }
+    void damagedData_areRefusedQuickly()
+    {
+        QFETCH(QByteArray, data);
+        QElapsedTimer timer;
+        timer.start();
+        QString error;
+        QVERIFY(!PropertyList::fromData(data, &error));
+        QVERIFY(!error.isEmpty());
+        QVERIFY(timer.elapsed() < 2'000);
+    }
+
+    void everyTruncation_isRefused()
+    {
+        const QByteArray whole = inPlist("<dict><key>a</key><string>ü</string></dict>").trimmed();
+        QVERIFY(PropertyList::fromData(whole));
+        for (qsizetype size = 0; size < whole.size(); ++size) {
+            QVERIFY2(!PropertyList::fromData(whole.left(size)), whole.left(size).constData());
+        }
+    }
+
+    void readingFile_tellsAbsentFromDamaged()
+    {
+        const QTemporaryDir folder;
+        QCOMPARE(PropertyList::readFile(folder.filePath(u"none"_s)).state, State::Absent);
+        QCOMPARE(PropertyList::readFile(folder.path()).state, State::Damaged);
+        const QString pipe = folder.filePath(u"pipe"_s);
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        QCOMPARE(PropertyList::readFile(pipe).state, State::Damaged);
+
+        const QString large = folder.filePath(u"large"_s);
+        save(large, inPlist("<true/>"));
+        QCOMPARE(PropertyList::readFile(large).state, State::Read);
+        QVERIFY(QFile::resize(large, PropertyList::maximumSize + 1));
+        const PropertyList::Document document = PropertyList::readFile(large);
+        QCOMPARE(document.state, State::Damaged);
+        QCOMPARE(document.error, u"too large"_s);
+    }
+
+    void writeThatFails_leavesTheOldFileAndSaysSo()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"list.plist"_s);
+        QVERIFY(PropertyList::writeFile(path, u"old"_s));
+        QVERIFY(failsToWrite(folder.filePath(u"none/list.plist"_s)));
+        QVERIFY(failsToWrite(folder.path()));
+        QVERIFY(failsToWrite(u"/proc/list.plist"_s));
+        QVERIFY(failsToWrite(u"/dev/full"_s));
+        QVERIFY(failsToWrite(path, QPoint(1, 2)));
+
+        // A limit to the size of files stops the writing half-way, as a full disk does.
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit before {};
+        QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
+        const rlimit small { 4096, before.rlim_max };
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
+        const bool hasFailed = failsToWrite(path, QString(1'000'000, u'a'));
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &before), 0);
+        QVERIFY(hasFailed);
+        QCOMPARE(PropertyList::readFile(path).value, QVariant(u"old"_s));
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList(u"list.plist"_s));
+    }
+
+    void setAside_keepsEveryDamagedFileOnce()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"list.plist"_s);
+        for (const char *content : { "one", "two", "one", "two", "three" }) {
+            save(path, content);
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^set aside as .*: no good$"_s));
+            QVERIFY(PropertyList::setAside(path, u"no good"_s));
+            QVERIFY(!QFile::exists(path));
+        }
+        QByteArray kept;
+        for (const char *suffix : { ".damaged", ".damaged.2", ".damaged.3", ".damaged.4" }) {
+            QFile file(path + QLatin1String(suffix));
+            kept += file.open(QIODevice::ReadOnly) ? file.readAll() + '|' : QByteArray();
+        }
+        QCOMPARE(kept, QByteArray("one|two|three|"));
+
+        QTest::ignoreMessage(QtWarningMsg,
+            QRegularExpression(u"^cannot set aside the damaged /proc/version .no good.: ."_s));
+        QVERIFY(!PropertyList::setAside(u"/proc/version"_s, u"no good"_s));
+    }
+};
+
+QTEST_GUILESS_MAIN(PropertyListTest)
+#include "PropertyListTest.moc"

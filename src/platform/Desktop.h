@@ -1,0 +1,37 @@
+// A desktop: everything the program asks of the system it runs on, one small interface an ability.
+//
+// This base class is the desktop that offers nothing, and it is complete: nobody needs to ask
+// whether an ability is there. An adapter overrides what its system has. The interfaces live as
+// long as the desktop, and the desktop outlives whatever it was handed to.
+
+#pragma once
+
+#include "platform/Documents.h"
+#include "platform/IconProvider.h"
+#include "platform/Items.h"
+#include "platform/Launcher.h"
+#include "platform/RunningApplications.h"
+#include "platform/SearchPaths.h"
+
+class Desktop
+{
+public:
+    Desktop() = default;
+    virtual ~Desktop() = default;
+    Q_DISABLE_COPY_MOVE(Desktop)
+
+    virtual const SearchPaths &searchPaths() const { return _nowhere; }
+    virtual Items &items() { return _plainItems; }
+    virtual IconProvider &icons() { return _noIcons; }
+    virtual Launcher &launcher() { return _noLauncher; }
+    virtual const Documents &documents() const { return _noDocuments; }
+    virtual RunningApplications &runningApplications() { return _nothingRuns; }
+
+private:
+    SearchPaths _nowhere;
+    Items _plainItems;
+    IconProvider _noIcons;
+    Launcher _noLauncher;
+    Documents _noDocuments;
+    RunningApplications _nothingRuns;
+};

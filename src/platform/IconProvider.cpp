@@ -1,0 +1,11 @@
+#include "platform/IconProvider.h"
+
+IconSource IconProvider::resolve(const QString &, int) const
+{
+    return {};
+}
+
+QImage IconProvider::decode(const IconSource &, int) const
+{
+    return {};
+}

@@ -1,0 +1,39 @@
+#include "platform/Items.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
+
+ItemFlags Items::flagsOf(const QString &path) const
+{
+    ItemFlags flags;
+    const QFileInfo item(path);
+    flags.isAlias = item.isSymLink();
+    flags.isContainer = item.isDir() && !flags.isAlias;
+    return flags;
+}
+
+QString Items::displayName(const QString &path) const
+{
+    return nameOf(path);
+}
+
+QString Items::nameOf(const QString &path)
+{
+    const QString component = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+    const qsizetype dot = component.lastIndexOf(QLatin1Char('.'));
+    return dot > 0 ? component.left(dot) : component;
+}
+
+std::optional<quint64> Items::fileNumberOf(const QString &path, QString *error)
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0) {
+        *error = path + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(errno));
+        return std::nullopt;
+    }
+    return status.st_ino;
+}

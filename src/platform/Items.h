@@ -1,0 +1,54 @@
+// What a file-system item is, and what people call it.
+//
+// The base class knows no applications: it sees plain folders and nothing else. Every operation may
+// be called from any thread.
+
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+// What a desktop says of one item. Several may hold at once; the folder walk decides by them in its
+// own order.
+struct ItemFlags
+{
+    bool isInvisible = false;
+    // Points to another item. An alias to an application counts as the application and is not
+    // marked.
+    bool isAlias = false;
+    bool isApplication = false;
+    // An application that cannot run on this system.
+    bool isClassicApp = false;
+    bool isContainer = false;
+    // A folder that is shown as one thing.
+    bool isPackage = false;
+};
+
+class Items
+{
+public:
+    virtual ~Items() = default;
+
+    // A walk over many folders begins: what was remembered of the desktop's folders is looked at
+    // afresh.
+    virtual void willScan() { }
+
+    // The flags of the item at an absolute path, none when there is no such item. A final symbolic
+    // link is not followed, except to tell an alias of an application. A broken application file
+    // gives no flags and one log line.
+    virtual ItemFlags flagsOf(const QString &path) const;
+
+    // What people see and type for the bundle at a path; by default its last component without
+    // extension.
+    virtual QString displayName(const QString &path) const;
+
+    // The last path component without its extension: only the last dot counts, and a name that
+    // begins with its only dot keeps it.
+    static QString nameOf(const QString &path);
+
+    // The file system's number of what is at a path, links followed: another one after the item has
+    // been replaced, the same after it has been touched. Empty, with the reason, when it cannot be
+    // told.
+    static std::optional<quint64> fileNumberOf(const QString &path, QString *error);
+};

@@ -1,0 +1,30 @@
+// The applications that run, named by the paths of their bundles.
+//
+// The base class is a desktop that cannot tell: nothing runs, nothing is in front, nothing is ever
+// announced.
+
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+class RunningApplications : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    // In the order in which they were launched, each once.
+    virtual QStringList launchedApplications() const { return {}; }
+    // Empty when none is in front.
+    virtual QString activeApplication() const { return {}; }
+    // The path of this program itself, if the desktop knows it as an application.
+    virtual QString ownApplication() const { return {}; }
+
+Q_SIGNALS:
+    void launched();
+    void terminated();
+    void frontSwitched();
+};

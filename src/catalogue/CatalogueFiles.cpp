@@ -1,0 +1,138 @@
+#include "catalogue/CatalogueFiles.h"
+
+#include "catalogue/Log.h"
+#include "support/PropertyList.h"
+
+#include <QDir>
+
+namespace {
+
+bool isPath(const QVariant &value)
+{
+    return value.typeId() == QMetaType::QString
+        && (value.toString().startsWith(QLatin1Char('/'))
+            || value.toString().startsWith(QLatin1String("~/")));
+}
+
+// Sorts the elements of an array into paths and the rest.
+QStringList paths(const QVariantList &array, int &rejected)
+{
+    QStringList accepted;
+    accepted.reserve(array.size());
+    for (const QVariant &value : array) {
+        if (isPath(value)) {
+            accepted.append(value.toString());
+        } else {
+            ++rejected;
+        }
+    }
+    return accepted;
+}
+
+QList<QStringList> pathArrays(const QVariantList &array, int &rejected)
+{
+    QList<QStringList> accepted;
+    for (const QVariant &value : array) {
+        if (value.typeId() == QMetaType::QVariantList) {
+            accepted.append(paths(value.toList(), rejected));
+        } else {
+            ++rejected;
+        }
+    }
+    return accepted;
+}
+
+QVariantList toArray(const QStringList &list)
+{
+    return QVariantList(list.begin(), list.end());
+}
+
+QVariantList toArray(const QList<QStringList> &bunches)
+{
+    QVariantList array;
+    array.reserve(bunches.size());
+    for (const QStringList &bunch : bunches) {
+        array.append(QVariant(toArray(bunch)));
+    }
+    return array;
+}
+
+} // namespace
+
+CatalogueFiles::CatalogueFiles(const SearchPaths &searchPaths, Writing writing)
+    : _searchPaths(searchPaths)
+    , _writing(writing)
+{ }
+
+QString CatalogueFiles::folder(Domain domain) const
+{
+    const QString base = _searchPaths.applicationSupportFolder(domain);
+    return (base.isEmpty() ? QDir::tempPath() : base) + QStringLiteral("/Ortu");
+}
+
+std::optional<CatalogueFiles::PathArrays> CatalogueFiles::readPathArrays(
+    const QString &fileName, Domain inDomain, Shape shape)
+{
+    const PropertyList::Document document =
+        PropertyList::readFile(folder(inDomain) + QLatin1Char('/') + fileName);
+    if (document.state == PropertyList::State::Absent) {
+        return std::nullopt;
+    }
+    if (document.state == PropertyList::State::Damaged) {
+        reportDamage(fileName, inDomain, document.error, {});
+        return std::nullopt;
+    }
+    if (document.value.typeId() != QMetaType::QVariantList) {
+        reportDamage(fileName, inDomain, QStringLiteral("not an array"), {});
+        return std::nullopt;
+    }
+    const QVariantList array = document.value.toList();
+    PathArrays arrays;
+    int rejected = 0;
+    if (shape == Shape::Flat) {
+        arrays.flat = paths(array, rejected);
+    } else {
+        arrays.bunched = pathArrays(array, rejected);
+    }
+    if (rejected > 0) {
+        reportDamage(fileName, inDomain,
+            QStringLiteral("%1 of its entries are no paths").arg(rejected),
+            shape == Shape::Flat ? toArray(arrays.flat) : toArray(arrays.bunched));
+    }
+    return arrays;
+}
+
+void CatalogueFiles::reportDamage(
+    const QString &fileName, Domain domain, const QString &reason, const QVariantList &remaining)
+{
+    const QString path = folder(domain) + QLatin1Char('/') + fileName;
+    if (_writing == Writing::Never || domain != Domain::User) {
+        qCWarning(lcCatalogue, "cannot use %s: %s", qUtf8Printable(path), qUtf8Printable(reason));
+    } else if (!PropertyList::setAside(path, reason)) {
+        _untouchable.insert(fileName);
+    } else if (!remaining.isEmpty()) {
+        write(remaining, fileName);
+    }
+}
+
+void CatalogueFiles::writePaths(const QStringList &paths, const QString &fileName)
+{
+    write(toArray(paths), fileName);
+}
+
+void CatalogueFiles::writePathArrays(const QList<QStringList> &bunches, const QString &fileName)
+{
+    write(toArray(bunches), fileName);
+}
+
+void CatalogueFiles::write(const QVariantList &array, const QString &fileName)
+{
+    if (_writing == Writing::Never || _untouchable.contains(fileName)) {
+        return;
+    }
+    const QString folder = userApplicationSupportFolder();
+    // Missing folders above it are made too: a new account has no data folder yet, and the
+    // favourites of its first day must last. A failure shows in the write.
+    QDir().mkpath(folder);
+    PropertyList::writeFile(folder + QLatin1Char('/') + fileName, array);
+}

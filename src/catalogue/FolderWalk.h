@@ -1,0 +1,34 @@
+// The walk over the folders to scan: which bundles lie in them.
+//
+// A bundle is never entered. A root that lies inside another root is walked on its own only. The
+// walk goes down to a limit: 1 is the root itself. Nothing is remembered between walks.
+
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class Items;
+
+class FolderWalk
+{
+public:
+    // Roots in standard form. The limit is taken as it is, except that it is at least 1 and at
+    // most 99.
+    FolderWalk(const Items &items, const QStringList &roots, qint64 maxRecursionDepth);
+
+    int maxRecursionDepth() const { return _maxRecursionDepth; }
+
+    // The paths of the bundles below a root, in the order the file system gives them. A root that
+    // cannot be listed gives none, and one log line unless it simply is not there.
+    QStringList pathsUnder(const QString &root);
+
+private:
+    void scanAppsUnderPath(const QString &path, QStringList &intoArray);
+    static bool isListable(const QString &root);
+
+    const Items &_items;
+    QStringList _roots;
+    int _maxRecursionDepth = 1;
+    int _depth = 0;
+};

@@ -1,0 +1,3 @@
+#include "catalogue/Log.h"
+
+Q_LOGGING_CATEGORY(lcCatalogue, "ortu.catalogue", QtInfoMsg)

@@ -1,0 +1,248 @@
+#include "catalogue/OTApp.h"
+
+#include "catalogue/InitialLetters.h"
+#include "catalogue/Log.h"
+#include "icons/IconLoader.h"
+#include "icons/NamedImages.h"
+#include "platform/Desktop.h"
+#include "support/NotificationCenter.h"
+#include "support/PropertyList.h"
+#include "support/StandardPath.h"
+
+#include <QDataStream>
+#include <QFile>
+#include <QMimeData>
+
+#include <algorithm>
+
+namespace {
+
+QStringList readExcludedNameSubstrings()
+{
+    QFile resource(QStringLiteral(":/ExcludedNameSubstrings.plist"));
+    if (!resource.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    return PropertyList::fromData(resource.readAll()).value_or(QVariant()).toStringList();
+}
+
+} // namespace
+
+OTApp::OTApp(const QString &path, Desktop &desktop)
+    : _desktop(desktop)
+    , _path(standardizedPath(path))
+    , _icon(NamedImages::dot())
+{ }
+
+QByteArray OTApp::encoded() const
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(QDataStream::Qt_6_4);
+    stream << QVariantMap { { QStringLiteral("path"), _path } };
+    return bytes;
+}
+
+AppRef OTApp::decoded(const QByteArray &bytes, Desktop &desktop)
+{
+    QDataStream stream(bytes);
+    stream.setVersion(QDataStream::Qt_6_4);
+    QVariantMap ivDict;
+    stream >> ivDict;
+    const QVariant path = ivDict.value(QStringLiteral("path"));
+    if (stream.status() != QDataStream::Ok || path.typeId() != QMetaType::QString) {
+        return nullptr;
+    }
+    auto app = std::make_shared<OTApp>(QString(), desktop);
+    app->_path = path.toString();
+    app->_icon = {};
+    return app;
+}
+
+void OTApp::setPath(const QString &path)
+{
+    const QString standardized = standardizedPath(path);
+    if (standardized == _path) {
+        return;
+    }
+    _path = standardized;
+    _displayName.clear();
+    loadIconWithParameters(_colorSortParams);
+}
+
+QString OTApp::name() const
+{
+    return Items::nameOf(_path);
+}
+
+QString OTApp::displayName() const
+{
+    if (_displayName.isEmpty()) {
+        _displayName = _desktop.items().displayName(_path);
+    }
+    return _displayName;
+}
+
+QVariant OTApp::attributeForKey(const QString &key) const
+{
+    return _attributes.value(key);
+}
+
+void OTApp::setAttribute(const QVariant &value, const QString &forKey)
+{
+    if (!forKey.isEmpty() && value.isValid()) {
+        _attributes.insert(forKey, value);
+    }
+}
+
+void OTApp::findLetters()
+{
+    _letters = initialLetters(displayName());
+}
+
+bool OTApp::containsLetter(char letter) const
+{
+    return letter != 0 && _letters.contains(letter);
+}
+
+const QStringList &OTApp::excludedNameSubstrings()
+{
+    static const QStringList words = readExcludedNameSubstrings();
+    return words;
+}
+
+void OTApp::findExcludedStringsInName()
+{
+    const QStringList &words = excludedNameSubstrings();
+    const QString shown = displayName();
+    _containsExcludedKeywords = std::any_of(words.begin(), words.end(),
+        [&shown](const QString &word) { return shown.contains(word, Qt::CaseInsensitive); });
+}
+
+QImage OTApp::icon() const
+{
+    return _icon.isNull() ? NamedImages::notfound() : _icon;
+}
+
+void OTApp::refreshNameAndPath()
+{
+    _displayName.clear();
+    findLetters();
+    findExcludedStringsInName();
+    _pathIsValid = QFile::exists(_path);
+}
+
+void OTApp::setIconParameters(const IconParameters &parameters)
+{
+    refreshNameAndPath();
+    if (_pathIsValid) {
+        loadIconWithParameters(parameters);
+    } else {
+        _colorSortParams = parameters;
+        ++_iconRequest;
+        setIcon({});
+    }
+}
+
+void OTApp::loadIconWithParameters(const IconParameters &parameters)
+{
+    QString error;
+    const std::optional<quint64> fileNumber = Items::fileNumberOf(_path, &error);
+    const bool isSameSize = parameters.maximumIconSize == _colorSortParams.maximumIconSize;
+    _colorSortParams = parameters;
+    if (!fileNumber) {
+        qCWarning(lcCatalogue, "%s", qUtf8Printable(error));
+        ++_iconRequest;
+        setIcon({});
+        return;
+    }
+    if (isSameSize && *fileNumber == _fileID && !_icon.isNull()) {
+        return;
+    }
+    _fileID = *fileNumber;
+    requestIcon();
+}
+
+void OTApp::requestIcon()
+{
+    const quint64 request = ++_iconRequest;
+    IconLoader::sharedIconLoader().addOperation(
+        { _path, _colorSortParams,
+            [weak = weak_from_this(), request](const QImage &icon) {
+                const AppRef app = weak.lock();
+                if (app && app->_iconRequest == request) {
+                    app->setIcon(icon);
+                }
+            } },
+        _desktop.icons());
+}
+
+void OTApp::setIcon(const QImage &icon)
+{
+    const bool isSameIcon = icon.isNull() ? _icon.isNull() : icon.cacheKey() == _icon.cacheKey();
+    if (isSameIcon) {
+        return;
+    }
+    _icon = icon;
+    Q_EMIT NotificationCenter::defaultCenter().N_AppIconChanged(shared_from_this());
+}
+
+void OTApp::resetIconToDot()
+{
+    _icon = NamedImages::dot();
+    _fileID = 0;
+}
+
+std::optional<QList<QUrl>> OTApp::documentsOnPasteboard(const QMimeData *pasteboard)
+{
+    if (!pasteboard) {
+        return std::nullopt;
+    }
+    QList<QUrl> files;
+    const QList<QUrl> urls = pasteboard->urls();
+    for (const QUrl &url : urls) {
+        if (url.isLocalFile()) {
+            files.append(QUrl::fromLocalFile(standardizedPath(url.toLocalFile())));
+        }
+    }
+    return files.isEmpty() ? urls.mid(0, 1) : files;
+}
+
+bool OTApp::launchWithPasteboard(const QMimeData *pasteboard) const
+{
+    return launchWithDocuments(documentsOnPasteboard(pasteboard));
+}
+
+bool OTApp::launchWithDocuments(const std::optional<QList<QUrl>> &documents) const
+{
+    const LaunchStatus status = _desktop.launcher().open(_path, documents);
+    if (status == LaunchStatus::Launched) {
+        return true;
+    }
+    qCWarning(lcCatalogue, "LSOpenCFURLRef() returned err: %ld for URL: %s", long(status),
+        qUtf8Printable(url().toString()));
+    if (status == LaunchStatus::FileNotFound) {
+        NotificationCenter *center = &NotificationCenter::defaultCenter();
+        const AppRef app = std::const_pointer_cast<OTApp>(shared_from_this());
+        QMetaObject::invokeMethod(center, [center, app] {
+            Q_EMIT center->applicationOpenUntitledFile();
+            Q_EMIT center->N_AppIsMissing(app);
+        });
+    }
+    return false;
+}
+
+void OTApp::revealInFinder() const
+{
+    _desktop.launcher().reveal(_path);
+}
+
+bool OTApp::canAcceptURL(const QUrl &document) const
+{
+    return _desktop.documents().canAccept(_path, document);
+}
+
+bool OTApp::prefersURL(const QUrl &document) const
+{
+    return _desktop.documents().applicationsFor(document).contains(_path);
+}

@@ -1,0 +1,110 @@
+// One application: the thing that the grid shows, that the catalogue's lists hold and that the user
+// launches.
+//
+// It is made from the path of its bundle and is the same application as any other entry with that
+// path. A path at which there is nothing is accepted; only launching reports it. An entry changes
+// on the main thread only; launching may run on any thread.
+
+#pragma once
+
+#include "catalogue/AppList.h"
+#include "icons/IconParameters.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+#include <QVariantMap>
+
+#include <optional>
+
+class Desktop;
+class QMimeData;
+
+class OTApp : public std::enable_shared_from_this<OTApp>
+{
+public:
+    // The desktop must outlive the entry.
+    OTApp(const QString &path, Desktop &desktop);
+    Q_DISABLE_COPY_MOVE(OTApp)
+
+    // The entry as bytes that another process of this program understands. Only the path travels: a
+    // decoded entry has neither placeholder icon nor attributes. Null for bytes that are no entry.
+    QByteArray encoded() const;
+    static AppRef decoded(const QByteArray &bytes, Desktop &desktop);
+
+    const QString &path() const { return _path; }
+    // Standardises the path; a different one loads the icon again.
+    void setPath(const QString &path);
+    QUrl url() const { return QUrl::fromLocalFile(_path); }
+    // The last path component without its extension; lost favourites are found again by it.
+    QString name() const;
+    // What people see and type.
+    QString displayName() const;
+    QString description() const { return _path; }
+    // Whether there was something at the path at the last pass over the icons.
+    bool isPathValid() const { return _pathIsValid; }
+
+    QVariant attributeForKey(const QString &key) const;
+    // An empty key or an invalid value changes nothing.
+    void setAttribute(const QVariant &value, const QString &forKey);
+
+    void findLetters();
+    // Whether a name part begins with this lower-case ASCII letter or digit.
+    bool containsLetter(char letter) const;
+
+    // The words that mark a name for automatic exclusion; read once.
+    static const QStringList &excludedNameSubstrings();
+    void findExcludedStringsInName();
+    bool containsExcludedKeywords() const { return _containsExcludedKeywords; }
+
+    // The icon, or a picture that says there is none. Never null.
+    QImage icon() const;
+    // Finds out again what the entry is called, by which letters and words, and whether its bundle
+    // is there.
+    void refreshNameAndPath();
+    // Refreshes name and path, then sees to the icon.
+    void setIconParameters(const IconParameters &parameters);
+    // Asks for the icon unless the same bundle was loaded at the same size before.
+    void loadIconWithParameters(const IconParameters &parameters);
+    // Announces N_AppIconChanged, unless it is the icon that the entry has. Null: no icon.
+    void setIcon(const QImage &icon);
+    // Shows the placeholder until the next pass, which loads the icon again. Announces nothing.
+    void resetIconToDot();
+    // The next pass loads the icon again; until it arrives the present one stays.
+    void forgetIconSource() { _fileID = 0; }
+
+    // Launches the application with the documents on the pasteboard: its local files, else its
+    // first URL, else an empty list; with no pasteboard, without documents. May be called from any
+    // thread; a bundle that is gone is announced on the main thread. True on success, one log line
+    // otherwise.
+    bool launchWithPasteboard(const QMimeData *pasteboard) const;
+    bool launchWithDocuments(const std::optional<QList<QUrl>> &documents) const;
+    static std::optional<QList<QUrl>> documentsOnPasteboard(const QMimeData *pasteboard);
+
+    void revealInFinder() const;
+    bool canAcceptURL(const QUrl &document) const;
+    bool prefersURL(const QUrl &document) const;
+
+    friend bool operator==(const OTApp &one, const OTApp &other)
+    {
+        return &one == &other || one._path == other._path;
+    }
+
+private:
+    void requestIcon();
+
+    Desktop &_desktop;
+    QString _path;
+    mutable QString _displayName;
+    bool _pathIsValid = false;
+    QImage _icon;
+    QByteArray _letters;
+    quint64 _fileID = 0;
+    // Which request the entry waits for; the answer to an older one is dropped.
+    quint64 _iconRequest = 0;
+    IconParameters _colorSortParams;
+    bool _containsExcludedKeywords = false;
+    QVariantMap _attributes;
+};

@@ -1,0 +1,280 @@
+#include "catalogue/OTAppManager.h"
+
+#include "catalogue/ChangeScope.h"
+#include "catalogue/OTApp.h"
+#include "catalogue/RunningOrder.h"
+#include "icons/IconLoader.h"
+#include "platform/Desktop.h"
+#include "support/NotificationCenter.h"
+#include "support/StandardPath.h"
+#include "support/UserDefaults.h"
+
+#include <algorithm>
+
+namespace {
+
+qsizetype longest(const BunchList &bunches)
+{
+    qsizetype size = 0;
+    for (const AppList &bunch : bunches) {
+        size = std::max(size, bunch.size());
+    }
+    return size;
+}
+
+} // namespace
+
+OTAppManager::OTAppManager(Desktop &desktop, Use use, QObject *parent)
+    : QObject(parent)
+    , _desktop(desktop)
+    , _use(use)
+    , _files(desktop.searchPaths(),
+          use == Use::Normal ? CatalogueFiles::Writing::Allowed : CatalogueFiles::Writing::Never)
+{
+    _fullScanTimer.setSingleShot(true);
+    _fullScanTimer.setInterval(FullScanDelay);
+    connect(&_fullScanTimer, &QTimer::timeout, this, &OTAppManager::fullScanTimerFire);
+    connect(&UserDefaults::standard(), &UserDefaults::changed, this,
+        &OTAppManager::preferenceDidChange);
+
+    const NotificationCenter &center = NotificationCenter::defaultCenter();
+    connect(&center, &NotificationCenter::N_ScanPathListChanged, this,
+        &OTAppManager::scanPathListDidChange);
+    connect(
+        &center, &NotificationCenter::N_AppIsMissing, this, &OTAppManager::scanPathListDidChange);
+
+    const RunningApplications &running = desktop.runningApplications();
+    connect(
+        &running, &RunningApplications::launched, this, &OTAppManager::runningAppsListDidChange);
+    connect(
+        &running, &RunningApplications::terminated, this, &OTAppManager::runningAppsListDidChange);
+    connect(
+        &running, &RunningApplications::frontSwitched, this, &OTAppManager::handleAppFrontSwitched);
+    connect(&desktop.icons(), &IconProvider::iconsChanged, this, &OTAppManager::reloadAllIcons);
+    if (const AppRef active = activeApp()) {
+        _frontApps.append(active);
+    }
+}
+
+OTAppManager::~OTAppManager()
+{
+    // Operations in the queue read icons from the desktop, which may go after the catalogue.
+    IconLoader::sharedIconLoader().cancelAll();
+}
+
+void OTAppManager::registerDefaults()
+{
+    UserDefaults::standard().registerDefaults({
+        { QStringLiteral("groupContentsSortOrder"), 1 },
+        { QStringLiteral("colorSortGrayThreshold"), 0.05 },
+        { QStringLiteral("colorSortWrapHue"), 0.0 },
+        { QStringLiteral("colorSortMinSaturation"), 0.14 },
+        { QStringLiteral("colorSortMinLuminosity"), 0.02 },
+        { QStringLiteral("colorSortGraysBySecondaryColor"), false },
+        { QStringLiteral("excludeArray"), QVariantList {} },
+        { QStringLiteral("maxFolderRecursionDepth"), 4 },
+        { QStringLiteral("sortRunningByLaunchOrder"), true },
+    });
+}
+
+AppArray OTAppManager::appArrayForGroup(int group)
+{
+    switch (group) {
+    case RunningGroup:
+        return AppArray(runningApps());
+    case IncludedGroup:
+        return AppArray(_includedApps);
+    case Included1DGroup:
+        return AppArray(_includedApps1D);
+    case ExcludedGroup:
+        return AppArray(_excludedApps);
+    case Excluded1DGroup:
+        return AppArray(_excludedApps1D);
+    case AllGroup:
+        return AppArray(_allApps);
+    case All1DGroup:
+        return AppArray(_allApps1D);
+    case MissingGroup:
+        return AppArray(_missingApps);
+    case UserGroup:
+        return AppArray(_favourites.bunches());
+    case User1DGroup:
+        return AppArray(_favourites.flat());
+    default:
+        return {};
+    }
+}
+
+int OTAppManager::groupForAppArray(const AppArray &array)
+{
+    for (int group = 0; group < GroupCount; ++group) {
+        if (!array.isNull() && appArrayForGroup(group) == array) {
+            return group;
+        }
+    }
+    return -1;
+}
+
+AppRef OTAppManager::appForPath(const QString &path)
+{
+    AppRef &app = _everythingSet[standardizedPath(path)];
+    if (!app) {
+        app = std::make_shared<OTApp>(path, _desktop);
+    }
+    return app;
+}
+
+AppList OTAppManager::appsFromPaths(const QStringList &paths)
+{
+    AppList apps;
+    apps.reserve(paths.size());
+    for (const QString &path : paths) {
+        apps.append(appForPath(path));
+    }
+    return apps;
+}
+
+BunchList OTAppManager::appArraysFromPathArrays(const QList<QStringList> &arrays)
+{
+    BunchList bunches;
+    bunches.reserve(arrays.size());
+    for (const QStringList &paths : arrays) {
+        bunches.append(appsFromPaths(paths));
+    }
+    return bunches;
+}
+
+qsizetype OTAppManager::allAppsTotalCount() const
+{
+    return flattened(_allApps).size();
+}
+
+qsizetype OTAppManager::allAppsLongestArrayCount() const
+{
+    return longest(_allApps);
+}
+
+qsizetype OTAppManager::includedAppsLongestArrayCount() const
+{
+    return longest(_includedApps);
+}
+
+void OTAppManager::excludeApp(const AppRef &app)
+{
+    if (indexOfApp(_excludedApps1D, app) < 0) {
+        const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
+        _excludedApps1D.append(appForPath(app->path()));
+        writeExcludedApps();
+    }
+    rebuildDependentApps();
+}
+
+void OTAppManager::includeApp(const AppRef &app)
+{
+    {
+        const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
+        removeFromList(_excludedApps1D, PathSet(AppList { app }));
+        writeExcludedApps();
+    }
+    rebuildDependentApps();
+}
+
+void OTAppManager::autoExcludeNamedApps()
+{
+    const PathSet excluded(_excludedApps1D);
+    AppList named;
+    for (const AppRef &app : std::as_const(_allApps1D)) {
+        if (app->containsExcludedKeywords() && !excluded.contains(app)) {
+            named.append(app);
+        }
+    }
+    if (named.isEmpty()) {
+        return;
+    }
+    {
+        const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
+        _excludedApps1D += named;
+        writeExcludedApps();
+    }
+    rebuildDependentApps();
+}
+
+void OTAppManager::removeAppsFromUserApps(const AppList &apps)
+{
+    const PathSet favourites(userApps1D());
+    const auto isFavourite = [&](const AppRef &app) { return favourites.contains(app); };
+    if (std::none_of(apps.begin(), apps.end(), isFavourite)) {
+        return;
+    }
+    const ChangeScope scope(*this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
+    _favourites.removeApps(PathSet(apps));
+    writeUserApps();
+}
+
+void OTAppManager::removeAppsFromAllArrays(const AppList &apps)
+{
+    const auto isKnown = [this](const AppRef &app) { return _everythingSet.contains(app->path()); };
+    if (std::none_of(apps.begin(), apps.end(), isKnown)) {
+        return;
+    }
+    removeAppsFromUserApps(apps);
+    const PathSet removed(apps);
+    const auto remove = [&](BunchList &bunches, AppList &flat, const QStringList &keys) {
+        const ChangeScope scope(*this, keys);
+        if (removeFromList(flat, removed)) {
+            for (AppList &bunch : bunches) {
+                removeFromList(bunch, removed);
+            }
+        }
+    };
+    remove(_allApps, _allApps1D, { QStringLiteral("allApps"), QStringLiteral("allApps1D") });
+    remove(_includedApps, _includedApps1D,
+        { QStringLiteral("includedApps"), QStringLiteral("includedApps1D") });
+    remove(_excludedApps, _excludedApps1D,
+        { QStringLiteral("excludedApps"), QStringLiteral("excludedApps1D") });
+    rebuildEverythingSet();
+}
+
+void OTAppManager::moveApp(const AppRef &app, int toGroup, qsizetype bunch, qsizetype index)
+{
+    if (!app || (toGroup != UserGroup && toGroup != User1DGroup)) {
+        return;
+    }
+    Favourites moved = _favourites;
+    const AppRef own = appForPath(app->path());
+    const bool isMoved = toGroup == UserGroup ? moved.moveApp(own, bunch, index)
+                                              : moved.moveAppInFlatOrder(own, index);
+    if (isMoved) {
+        const ChangeScope scope(
+            *this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
+        _favourites = moved;
+        writeUserApps();
+    }
+}
+
+void OTAppManager::moveAppNewBunchAtIndex(const AppRef &app, int toGroup, qsizetype newBunchAtIndex)
+{
+    if (!app || toGroup != UserGroup) {
+        return;
+    }
+    const ChangeScope scope(*this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
+    _favourites.moveAppNewBunchAtIndex(appForPath(app->path()), newBunchAtIndex);
+    writeUserApps();
+}
+
+void OTAppManager::preferenceDidChange(
+    const QString &key, const QVariant &oldValue, const QVariant &newValue)
+{
+    if (key == QLatin1String("groupContentsSortOrder")) {
+        sortAllArrays();
+    } else if (key == QLatin1String("sortRunningByLaunchOrder")) {
+        runningAppsListDidChange();
+    } else if (key == QLatin1String("scanDirectories")
+        || key == QLatin1String("searchDirectories")) {
+        NotificationCenter::defaultCenter().postWhenIdle(
+            &NotificationCenter::N_ScanPathListChanged);
+    } else if (key.startsWith(QLatin1String("colorSort"))
+        && oldValue.toFloat() != newValue.toFloat()) {
+        loadIconsForApps(AppArray(_allApps1D));
+    }
+}

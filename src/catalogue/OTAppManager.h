@@ -1,0 +1,189 @@
+// The catalogue: every application that the program knows, in the ten lists that the grid shows as
+// groups.
+//
+// It owns the entries, interned by path, and rebuilds the derived lists whenever the scan result or
+// the exclusions change. Every change of a list is announced before and after, by the list's name;
+// the four lists that outlive the program are written when they change, not at the end. Main thread
+// only.
+
+#pragma once
+
+#include "catalogue/AppArray.h"
+#include "catalogue/AppSorting.h"
+#include "catalogue/CatalogueFiles.h"
+#include "catalogue/Favourites.h"
+#include "icons/IconParameters.h"
+
+#include <QHash>
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+#include <QUrl>
+
+class Desktop;
+
+// The groups, by the numbers that files, preferences and the command line use.
+enum AppGroup {
+    RunningGroup = 0,
+    IncludedGroup = 1,
+    Included1DGroup = 2,
+    ExcludedGroup = 3,
+    Excluded1DGroup = 4,
+    AllGroup = 5,
+    All1DGroup = 6,
+    MissingGroup = 7,
+    UserGroup = 8,
+    User1DGroup = 9,
+    GroupCount = 10,
+};
+
+class OTAppManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    // The time in milliseconds from the last sign of a change on disk to the scan that follows it.
+    static constexpr int FullScanDelay = 5000;
+
+    // What the catalogue is for. Preview: nothing is written or moved on disk. Inspection: no icons
+    // are loaded either.
+    enum class Use { Normal, Preview, Inspection };
+
+    // The desktop must outlive the catalogue.
+    explicit OTAppManager(Desktop &desktop, Use use = Use::Normal, QObject *parent = nullptr);
+    ~OTAppManager() override;
+
+    // Registers the preferences that the catalogue reads. To be called once, before anything reads
+    // them.
+    static void registerDefaults();
+
+    // A cold start uses the saved scan result and scans only when there is none; a catalogue that
+    // is filled already is scanned again. The icons of the given group come first; -1 means all
+    // applications.
+    void rescanAllAppsPrioritizingGroup(int group);
+
+    const BunchList &allApps() const { return _allApps; }
+    const AppList &allApps1D() const { return _allApps1D; }
+    const BunchList &includedApps() const { return _includedApps; }
+    const AppList &includedApps1D() const { return _includedApps1D; }
+    const BunchList &excludedApps() const { return _excludedApps; }
+    const AppList &excludedApps1D() const { return _excludedApps1D; }
+    const BunchList &userApps() const { return _favourites.bunches(); }
+    const AppList &userApps1D() const { return _favourites.flat(); }
+    const AppList &missingApps() const { return _missingApps; }
+    const AppList &runningApps();
+    AppList everythingSet() const { return _everythingSet.values(); }
+
+    // The list of a group; the null array for a number that is no group.
+    AppArray appArrayForGroup(int group);
+    // The group of one of the lists above, by identity; -1 for any other.
+    int groupForAppArray(const AppArray &array);
+
+    // The catalogue's one entry for a path, made when there is none yet.
+    AppRef appForPath(const QString &path);
+    AppList appsFromPaths(const QStringList &paths);
+    BunchList appArraysFromPathArrays(const QList<QStringList> &arrays);
+
+    qsizetype allAppsTotalCount() const;
+    // Size of the largest bunch; 0 when there is none.
+    qsizetype allAppsLongestArrayCount() const;
+    qsizetype includedAppsLongestArrayCount() const;
+
+    void excludeApp(const AppRef &app);
+    void includeApp(const AppRef &app);
+    void removeAppsFromUserApps(const AppList &apps);
+    // Forgets applications altogether until the next scan. The saved scan result is not rewritten.
+    void removeAppsFromAllArrays(const AppList &apps);
+    // Moves an application within the favourites, or into them. Nothing happens for a group other
+    // than the two of the favourites, or without an application.
+    void moveApp(const AppRef &app, int toGroup, qsizetype bunch, qsizetype index);
+    // The same into a new bunch; for the bunched favourites only.
+    void moveAppNewBunchAtIndex(const AppRef &app, int toGroup, qsizetype newBunchAtIndex);
+    // Excludes every application whose name holds a word of the exclusion list.
+    void autoExcludeNamedApps();
+    // Looks for favourites that are gone, by name, among the applications that are no favourites.
+    void locateUserApps();
+
+    void rebuildDependentApps();
+    void rebuildEverythingSet();
+    void rebuildAllApps1D();
+    void rebuildUserApps1D();
+    // Sorts a list by the preferred order. The favourites keep the user's, and the running
+    // applications the order of their launch where that is preferred.
+    void sortArray(AppList &array);
+    void sortAllApps();
+    void sortAllArrays();
+
+    QStringList pathsToScan() const;
+    bool isBusyScanning() const { return _isBusyScanning; }
+    void scanSearchFoldersForAllApps();
+    void fullScan();
+    // Scans FullScanDelay after the last call.
+    void startFullScanTimer();
+    bool isFullScanPending() const { return _fullScanTimer.isActive(); }
+
+    void readAllAppsFromDisk();
+    void readExcludedApps1DFromDisk();
+    void readUserAppsFromDisk();
+
+    void loadIconsForApps(const AppArray &apps);
+    void loadAllIconsPrioritizingGroup(int group);
+    // Every application shows the placeholder until its icon has been loaded again.
+    void clearIconsForAllApps();
+
+    bool isAppRunning(const AppRef &app) const;
+    // The application in front; it need not be in any list. Null when there is none.
+    AppRef activeApp();
+    // The application that was in front before this program.
+    AppRef lastActiveApp() const;
+    // Each application of each bunch of all applications, so one may come twice.
+    AppList allAppsThatCanAcceptURL(const QUrl &document) const;
+    AppList allAppsThatPreferURL(const QUrl &document) const;
+
+Q_SIGNALS:
+    // A list changes or has changed: "allApps", "allApps1D", "includedApps" and so on, or
+    // "everyApp".
+    void willChange(const QString &key);
+    void didChange(const QString &key);
+    void isBusyScanningChanged(bool isBusyScanning);
+
+private:
+    class ChangeScope;
+
+    void preferenceDidChange(
+        const QString &key, const QVariant &oldValue, const QVariant &newValue);
+    void scanPathListDidChange();
+    void fullScanTimerFire();
+    void showProgressStep(int step, int count, const QString &label);
+    void runningAppsListDidChange();
+    void handleAppFrontSwitched();
+    AppList launchedOTApps() const;
+    void reloadAllIcons();
+
+    void findMissingApps();
+    void divideAllApps();
+    void writeExcludedApps();
+    void writeUserApps();
+    void writeAllApps();
+    SortOrder sortOrder() const;
+    static bool sortsRunningByLaunchOrder();
+    static IconParameters iconParameters();
+
+    Desktop &_desktop;
+    Use _use;
+    CatalogueFiles _files;
+    AppList _runningApps;
+    AppList _frontApps;
+    QHash<QString, AppRef> _everythingSet;
+    BunchList _allApps;
+    AppList _allApps1D;
+    BunchList _includedApps;
+    AppList _includedApps1D;
+    BunchList _excludedApps;
+    AppList _excludedApps1D;
+    Favourites _favourites;
+    AppList _missingApps;
+    bool _isBusyScanning = false;
+    int _prioritizedGroup = AllGroup;
+    QTimer _fullScanTimer;
+};

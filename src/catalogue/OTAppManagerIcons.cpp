@@ -1,0 +1,77 @@
+// The part of the catalogue that decides which icons are loaded, and in which order.
+
+#include "catalogue/OTApp.h"
+#include "catalogue/OTAppManager.h"
+#include "support/UserDefaults.h"
+
+IconParameters OTAppManager::iconParameters()
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    IconParameters parameters;
+    parameters.maximumIconSize = defaults.integerForKey(QStringLiteral("maximumIconSize"));
+    parameters.grayThreshold = defaults.floatForKey(QStringLiteral("colorSortGrayThreshold"));
+    parameters.graysBySecondaryColor =
+        defaults.boolForKey(QStringLiteral("colorSortGraysBySecondaryColor"));
+    parameters.wrapHue = defaults.floatForKey(QStringLiteral("colorSortWrapHue"));
+    parameters.minSaturation = defaults.floatForKey(QStringLiteral("colorSortMinSaturation"));
+    parameters.minLuminosity = defaults.floatForKey(QStringLiteral("colorSortMinLuminosity"));
+    return parameters;
+}
+
+void OTAppManager::loadIconsForApps(const AppArray &apps)
+{
+    if (apps.count() == 0) {
+        return;
+    }
+    const IconParameters parameters = iconParameters();
+    for (const AppRef &app : apps.apps()) {
+        if (_use == Use::Inspection) {
+            app->refreshNameAndPath();
+        } else {
+            app->setIconParameters(parameters);
+        }
+    }
+}
+
+void OTAppManager::loadAllIconsPrioritizingGroup(int group)
+{
+    AppList first = _includedApps1D;
+    switch (group) {
+    case ExcludedGroup:
+    case Excluded1DGroup:
+        first = _excludedApps1D;
+        break;
+    case AllGroup:
+    case All1DGroup:
+        first = _allApps1D;
+        break;
+    case UserGroup:
+    case User1DGroup:
+        first = userApps1D();
+        break;
+    default:
+        break;
+    }
+    _prioritizedGroup = group;
+    AppList rest = everythingSet();
+    removeFromList(rest, PathSet(first));
+    loadIconsForApps(AppArray(first));
+    loadIconsForApps(AppArray(rest));
+}
+
+void OTAppManager::clearIconsForAllApps()
+{
+    for (const AppRef &app : std::as_const(_allApps1D)) {
+        app->resetIconToDot();
+    }
+    loadIconsForApps(AppArray(_allApps1D));
+}
+
+void OTAppManager::reloadAllIcons()
+{
+    for (const AppRef &app : everythingSet() + _runningApps) {
+        app->forgetIconSource();
+    }
+    loadAllIconsPrioritizingGroup(_prioritizedGroup);
+    loadIconsForApps(AppArray(_runningApps));
+}

@@ -1,0 +1,3 @@
+#include "icons/Log.h"
+
+Q_LOGGING_CATEGORY(lcIcons, "ortu.icons", QtInfoMsg)

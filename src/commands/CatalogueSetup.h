@@ -1,0 +1,20 @@
+// Fills a catalogue in the way of a start of the program, for all commands alike.
+
+#pragma once
+
+#include <QString>
+
+class OTAppManager;
+
+namespace CatalogueSetup {
+
+enum class Scan { OnlyWhenNothingIsSaved, Always };
+
+// Reads the saved lists, or scans, and on the first launch of all excludes what is better not
+// shown. The icons of the given group, if any are loaded, come first.
+void fill(OTAppManager &manager, int prioritizedGroup, Scan scan);
+
+// Notes down that the program has been launched once more.
+void countLaunch();
+
+} // namespace CatalogueSetup

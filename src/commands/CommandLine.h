@@ -1,0 +1,49 @@
+// The command line, turned into what it asks for.
+
+#pragma once
+
+#include <QList>
+#include <QPair>
+#include <QPointF>
+#include <QSizeF>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+// One call of the program. Only the members that go with its verb are ever set.
+struct Invocation
+{
+    enum class Verb { Start, List, Layout, Defaults, Screenshot, Help, Version };
+
+    Verb verb = Verb::Start;
+    // What is wrong with the call, in one line; empty when nothing is.
+    QString error;
+
+    // --set KEY=VALUE, in the order given.
+    QList<QPair<QString, QString>> settings;
+    bool isJson = false;
+    // --list: scan instead of reading the saved scan result.
+    bool isFresh = false;
+    // The group that is listed, laid out or drawn, as it was typed.
+    std::optional<QString> group;
+    // The largest grid allowed, in points.
+    std::optional<QSizeF> bounds;
+    // --layout: the points to be looked up, y upwards; a forced shape, where not 0.
+    QList<QPointF> points;
+    int rows = 0;
+    int columns = 0;
+    // --defaults
+    std::optional<QString> key;
+    std::optional<QString> value;
+    std::optional<QString> resetKey;
+    // --screenshot
+    QString file;
+    double scale = 1.0;
+};
+
+// Reads the arguments that follow the program's name.
+Invocation parseCommandLine(const QStringList &arguments);
+
+// What --help prints.
+QString commandLineHelp();

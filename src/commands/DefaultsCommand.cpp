@@ -1,0 +1,73 @@
+#include "commands/Commands.h"
+#include "commands/Output.h"
+#include "commands/PreferenceText.h"
+#include "support/UserDefaults.h"
+
+#include <QJsonObject>
+#include <QJsonValue>
+
+namespace {
+
+constexpr int WrongUse = 2;
+
+int unknownKey(const QString &key)
+{
+    return Output::fail(QStringLiteral("no such preference: %1").arg(key), WrongUse);
+}
+
+bool isUnknown(const QString &key)
+{
+    return !UserDefaults::standard().defaultForKey(key).isValid();
+}
+
+int setPreference(const QString &key, const QString &text)
+{
+    UserDefaults &defaults = UserDefaults::standard();
+    const auto value = preferenceFromText(text, defaults.defaultForKey(key));
+    if (!value) {
+        return Output::fail(QStringLiteral("%1 cannot be %2").arg(key, text), WrongUse);
+    }
+    return defaults.setObject(key, *value) ? 0 : 1;
+}
+
+int printPreferences(const QStringList &keys, bool isJson)
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    QJsonObject object;
+    QString text;
+    for (const QString &key : keys) {
+        const QVariant value = defaults.objectForKey(key);
+        const QVariant registered = defaults.defaultForKey(key);
+        object.insert(key,
+            QJsonObject { { QStringLiteral("value"), QJsonValue::fromVariant(value) },
+                { QStringLiteral("default"), QJsonValue::fromVariant(registered) } });
+        text += key + QStringLiteral(" = ") + preferenceText(value);
+        if (value != registered) {
+            text += QStringLiteral("  (default %1)").arg(preferenceText(registered));
+        }
+        text += QLatin1Char('\n');
+    }
+    const bool isPrinted = isJson ? Output::printJson(QJsonDocument(object)) : Output::print(text);
+    return isPrinted ? 0 : 1;
+}
+
+} // namespace
+
+int Commands::defaults(const Invocation &invocation)
+{
+    UserDefaults &defaults = UserDefaults::standard();
+    if (invocation.resetKey) {
+        if (isUnknown(*invocation.resetKey)) {
+            return unknownKey(*invocation.resetKey);
+        }
+        return defaults.removeObject(*invocation.resetKey) ? 0 : 1;
+    }
+    if (!invocation.key) {
+        return printPreferences(defaults.registeredKeys(), invocation.isJson);
+    }
+    if (isUnknown(*invocation.key)) {
+        return unknownKey(*invocation.key);
+    }
+    return invocation.value ? setPreference(*invocation.key, *invocation.value)
+                            : printPreferences({ *invocation.key }, invocation.isJson);
+}

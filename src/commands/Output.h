@@ -1,0 +1,17 @@
+// What commands print: results to standard output, one line on failure to standard error.
+
+#pragma once
+
+#include <QJsonDocument>
+#include <QString>
+
+namespace Output {
+
+// False when standard output does not take it (a full disk, a closed pipe).
+bool print(const QString &text);
+bool printJson(const QJsonDocument &document);
+
+// Prints "ortu: REASON" and returns the exit code given.
+int fail(const QString &reason, int exitCode = 1);
+
+} // namespace Output

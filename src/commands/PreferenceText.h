@@ -1,0 +1,16 @@
+// Preferences as text: typed on the command line, printed for people.
+
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+// Reads a text by the type of a registered default: numbers and booleans (true, false, yes, no, 1,
+// 0) as usual, lists and dictionaries as JSON, anything else as it stands. Empty when the text does
+// not fit.
+std::optional<QVariant> preferenceFromText(const QString &text, const QVariant &registeredDefault);
+
+// The other way round, on one line.
+QString preferenceText(const QVariant &value);

@@ -1,0 +1,62 @@
+#include "shell/PlainWindow.h"
+
+#include "grid/OTIconView.h"
+#include "support/NotificationCenter.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScreen>
+
+namespace {
+
+// Room for a frame and a glimpse of the desktop round a grid that fills the screen, in points.
+constexpr int ScreenMargin = 32;
+// What an empty group is shown in.
+constexpr QSize EmptySize(360, 160);
+// Dark enough for pale icons, light enough for black ones.
+constexpr QRgb Background = qRgb(58, 61, 68);
+constexpr QRgb MessageColor = qRgb(220, 222, 226);
+
+} // namespace
+
+PlainWindow::PlainWindow(OTAppManager &appManager, std::optional<QSizeF> largestGrid)
+    : _largestGrid(largestGrid)
+    , _iconView(new OTIconView(appManager, *this, this))
+{
+    setWindowTitle(QStringLiteral("Ortu"));
+    // Painted whole, so that nothing has to be erased first.
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    connect(&NotificationCenter::defaultCenter(), &NotificationCenter::N_SubviewNeedsResizing, this,
+        &PlainWindow::subviewDidResize);
+    setFixedSize(EmptySize);
+}
+
+QSizeF PlainWindow::maxIconViewSize() const
+{
+    if (_largestGrid) {
+        return *_largestGrid;
+    }
+    const QScreen *shownOn = screen();
+    return shownOn ? QSizeF(shownOn->availableSize()) - QSizeF(ScreenMargin, ScreenMargin)
+                   : QSizeF();
+}
+
+void PlainWindow::subviewDidResize(QObject *view)
+{
+    if (view != _iconView) {
+        return;
+    }
+    const QSize size = _iconView->isEmpty() ? EmptySize : _iconView->viewSize().toSize();
+    _iconView->resize(size);
+    setFixedSize(size);
+}
+
+void PlainWindow::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    painter.fillRect(event->rect(), QColor(Background));
+    if (_iconView->isEmpty()) {
+        painter.setPen(QColor(MessageColor));
+        painter.drawText(rect(), Qt::AlignCenter, tr("No applications"));
+    }
+}

@@ -1,0 +1,220 @@
+// Real applications of the system, clicked in the real program on a real display.
+
+#include "desktop/ProgramRunner.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QTest>
+
+namespace {
+
+QString outputOf(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+// What the window manager lists, a line for each window with its class.
+QStringList windows()
+{
+    return outputOf(QStringLiteral("wmctrl"), { QStringLiteral("-lx") })
+        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+QStringList windowsOfClass(const QString &part)
+{
+    return windows().filter(part, Qt::CaseInsensitive);
+}
+
+bool isProcessRunning(const QString &name)
+{
+    return !outputOf(QStringLiteral("pgrep"), { QStringLiteral("-x"), name }).isEmpty();
+}
+
+void closeWindowsOfClass(const QString &part)
+{
+    const QStringList lines = windowsOfClass(part);
+    for (const QString &line : lines) {
+        outputOf(QStringLiteral("wmctrl"),
+            { QStringLiteral("-ic"), line.section(QLatin1Char(' '), 0, 0) });
+    }
+}
+
+} // namespace
+
+class LaunchTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void aClickLaunchesTheApplicationUnderIt_data();
+    void aClickLaunchesTheApplicationUnderIt();
+    void whatIsLaunchedOutlivesTheProgram();
+    void aBundleThatIsGone_leavesTheGrid();
+
+private:
+    // The middle of an application's cell on the screen.
+    QPoint middleOnScreen(const QString &name) const;
+    void click(const QString &name) const;
+    void link(const QString &id) const;
+    void showGrid(qsizetype cellCount);
+
+    std::unique_ptr<ProgramRunner> _runner;
+    QProcess _ortu;
+    QSize _size;
+};
+
+void LaunchTest::init()
+{
+    _runner = std::make_unique<ProgramRunner>();
+    _runner->scanOnlyOwnApplications();
+}
+
+void LaunchTest::cleanup()
+{
+    _ortu.terminate();
+    _ortu.waitForFinished();
+    QTRY_VERIFY(windowsOfClass(QStringLiteral("ortu")).isEmpty());
+}
+
+void LaunchTest::link(const QString &id) const
+{
+    const QString entry = QStringLiteral("/usr/share/applications/%1.desktop").arg(id);
+    QVERIFY2(QFile::exists(entry), qPrintable(entry));
+    QVERIFY(QFile::link(entry, _runner->path(QStringLiteral("apps/%1.desktop").arg(id))));
+}
+
+void LaunchTest::showGrid(qsizetype cellCount)
+{
+    _runner->start(_ortu, {});
+    QTRY_COMPARE_WITH_TIMEOUT(windowsOfClass(QStringLiteral("ortu")).size(), 1, 20'000);
+    const QJsonObject layout =
+        _runner
+            ->run({ QStringLiteral("--layout"), QStringLiteral("1"), QStringLiteral("--bounds"),
+                QStringLiteral("1248x768"), QStringLiteral("--json") })
+            .json()
+            .object();
+    QVERIFY(layout[QStringLiteral("cells")].toArray().size() >= cellCount);
+    const QJsonArray size = layout[QStringLiteral("viewSize")].toArray();
+    _size = QSize(size[0].toInt(), size[1].toInt());
+}
+
+QPoint LaunchTest::middleOnScreen(const QString &name) const
+{
+    const QJsonObject layout =
+        _runner
+            ->run({ QStringLiteral("--layout"), QStringLiteral("1"), QStringLiteral("--bounds"),
+                QStringLiteral("1248x768"), QStringLiteral("--json") })
+            .json()
+            .object();
+    const QJsonArray cells = layout[QStringLiteral("cells")].toArray();
+    for (const QJsonValue &cell : cells) {
+        if (cell[QStringLiteral("app")].toString().endsWith(name + QLatin1String(".desktop"))) {
+            const QJsonArray rect = cell[QStringLiteral("rect")].toArray();
+            const double x = rect[0].toDouble() + rect[2].toDouble() / 2;
+            const double y = rect[1].toDouble() + rect[3].toDouble() / 2;
+            return QPointF(x, _size.height() - y).toPoint();
+        }
+    }
+    return { -1, -1 };
+}
+
+void LaunchTest::click(const QString &name) const
+{
+    const QPoint point = middleOnScreen(name);
+    QVERIFY2(point.x() >= 0, qPrintable(name));
+    const QString window =
+        windowsOfClass(QStringLiteral("ortu")).value(0).section(QLatin1Char(' '), 0, 0);
+    outputOf(QStringLiteral("xdotool"),
+        { QStringLiteral("windowactivate"), QStringLiteral("--sync"), window,
+            QStringLiteral("mousemove"), QStringLiteral("--window"), window,
+            QString::number(point.x()), QString::number(point.y()), QStringLiteral("click"),
+            QStringLiteral("1") });
+}
+
+void LaunchTest::aClickLaunchesTheApplicationUnderIt_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QString>("windowClass");
+    QTest::addColumn<QString>("process");
+
+    QTest::newRow("a terminal") << "debian-xterm"
+                                << "xterm.XTerm"
+                                << "xterm";
+    QTest::newRow("an editor") << "org.xfce.mousepad"
+                               << "mousepad"
+                               << "mousepad";
+    QTest::newRow("one that runs in a terminal") << "htop"
+                                                 << "xterm"
+                                                 << "htop";
+    QTest::newRow("one that the session bus starts") << "org.gnome.baobab"
+                                                     << "baobab"
+                                                     << "baobab";
+}
+
+void LaunchTest::aClickLaunchesTheApplicationUnderIt()
+{
+    QFETCH(const QString, id);
+    QFETCH(const QString, windowClass);
+    QFETCH(const QString, process);
+    for (const char *linked : { "debian-xterm", "org.xfce.mousepad", "htop", "org.gnome.baobab" }) {
+        link(QLatin1String(linked));
+    }
+    showGrid(4);
+    QVERIFY(windowsOfClass(windowClass).isEmpty());
+
+    click(id);
+
+    QTRY_VERIFY_WITH_TIMEOUT(!windowsOfClass(windowClass).isEmpty(), 30'000);
+    QTRY_VERIFY(isProcessRunning(process));
+    closeWindowsOfClass(windowClass);
+    QTRY_VERIFY_WITH_TIMEOUT(windowsOfClass(windowClass).isEmpty(), 20'000);
+}
+
+void LaunchTest::whatIsLaunchedOutlivesTheProgram()
+{
+    link(QStringLiteral("debian-xterm"));
+    showGrid(1);
+    click(QStringLiteral("debian-xterm"));
+    QTRY_VERIFY_WITH_TIMEOUT(!windowsOfClass(QStringLiteral("xterm.XTerm")).isEmpty(), 30'000);
+
+    _ortu.kill();
+    QVERIFY(_ortu.waitForFinished());
+
+    QTRY_VERIFY(windowsOfClass(QStringLiteral("ortu")).isEmpty());
+    QVERIFY(isProcessRunning(QStringLiteral("xterm")));
+    QVERIFY(!windowsOfClass(QStringLiteral("xterm.XTerm")).isEmpty());
+    closeWindowsOfClass(QStringLiteral("xterm.XTerm"));
+}
+
+void LaunchTest::aBundleThatIsGone_leavesTheGrid()
+{
+    _runner->writeEntry(QStringLiteral("Gone"));
+    _runner->writeEntry(QStringLiteral("Here"));
+    showGrid(2);
+    const QPoint onGone = middleOnScreen(QStringLiteral("Gone"));
+    QVERIFY(onGone.x() >= 0);
+    QVERIFY(QFile::remove(_runner->path(QStringLiteral("apps/Gone.desktop"))));
+
+    click(QStringLiteral("Gone"));
+
+    const auto saved = [this] {
+        return _runner->read(QStringLiteral("data/Ortu/AllApplications.plist"));
+    };
+    QTRY_VERIFY(!saved().contains("Gone.desktop"));
+    QVERIFY(saved().contains("Here.desktop"));
+    QByteArray log;
+    const auto isReported = [&] {
+        log += _ortu.readAllStandardError();
+        return log.contains("LSOpenCFURLRef() returned err: -43 for URL: file://");
+    };
+    QTRY_VERIFY2(isReported(), log.constData());
+}
+
+QTEST_GUILESS_MAIN(LaunchTest)
+
+#include "LaunchTest.moc"

@@ -1,0 +1,16 @@
+// What the grid asks of the window it stands in. The panel is one, a plain window another, a test a
+// third.
+
+#pragma once
+
+#include <QSizeF>
+
+class GridHost
+{
+public:
+    virtual ~GridHost() = default;
+
+    // The largest grid that the window can show, in points; without a positive extent the icons
+    // keep their size.
+    virtual QSizeF maxIconViewSize() const = 0;
+};

@@ -1,0 +1,50 @@
+// Which desktop entries are shadowed: users change or hide an entry of the system by one of the
+// same ID in a folder of their own, and the system's administrator does the same to the
+// distribution.
+//
+// An entry's ID is its path below the `applications` folder with `-` for each `/`. Folders are
+// listed when a question first needs them, and listed afresh after forget(). May be used from any
+// thread.
+
+#pragma once
+
+#include <QHash>
+#include <QMutex>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+class DesktopFileIds final
+{
+public:
+    // The data folders, the one that counts most first.
+    explicit DesktopFileIds(const QStringList &dataFolders);
+
+    void forget();
+
+    // Whether an earlier folder holds an entry of the same ID, whatever that entry says. False for
+    // a path below no data folder.
+    bool isShadowed(const QString &path);
+
+private:
+    struct Folder
+    {
+        QString path;
+        std::optional<QSet<QString>> ids;
+    };
+    // Where the entries in one folder stand.
+    struct Standing
+    {
+        qsizetype dataFolder = 0;
+        QString idPrefix;
+    };
+
+    Standing standingOf(const QString &folder) const;
+    const QSet<QString> &idsIn(Folder &folder);
+
+    QMutex _mutex;
+    QList<Folder> _folders;
+    QHash<QString, Standing> _standings;
+};

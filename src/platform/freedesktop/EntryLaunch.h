@@ -1,0 +1,9 @@
+// Starting the application of a desktop entry through GIO.
+
+#pragma once
+
+#include "platform/Launcher.h"
+
+// Starts what the entry file at a path names and hands it the documents. Blocks for as long as it
+// takes to ask, at most ten seconds; may be called from any thread. Logs nothing but debug lines.
+LaunchStatus launchEntry(const QString &path, const QList<QUrl> &documents);

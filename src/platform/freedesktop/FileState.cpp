@@ -1,0 +1,91 @@
+#include "platform/freedesktop/FileState.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+class Descriptor final
+{
+public:
+    explicit Descriptor(int number)
+        : _number(number)
+    { }
+    ~Descriptor()
+    {
+        if (_number >= 0) {
+            ::close(_number);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(Descriptor)
+
+    int number() const { return _number; }
+
+private:
+    int _number;
+};
+
+QString systemReason()
+{
+    return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+// As many bytes as there are, up to `size`.
+std::optional<QByteArray> readAll(int descriptor, qint64 size, QString *problem)
+{
+    QByteArray data(qsizetype(size), Qt::Uninitialized);
+    qint64 filled = 0;
+    while (filled < size) {
+        const ssize_t count = ::read(descriptor, data.data() + filled, size_t(size - filled));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            *problem = systemReason();
+            return std::nullopt;
+        }
+        if (count == 0) {
+            break;
+        }
+        filled += count;
+    }
+    data.truncate(qsizetype(filled));
+    return data;
+}
+
+} // namespace
+
+std::optional<FileState> FileState::of(const QString &path)
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return std::nullopt;
+    }
+    return FileState { status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec,
+        status.st_size, status.st_dev, status.st_ino };
+}
+
+std::optional<QByteArray> readSmallFile(const QString &path, qint64 maximumSize, QString *problem)
+{
+    const Descriptor file(
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status = {};
+    if (file.number() < 0 || ::fstat(file.number(), &status) != 0) {
+        *problem = systemReason();
+        return std::nullopt;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        *problem = QStringLiteral("not a regular file");
+        return std::nullopt;
+    }
+    if (status.st_size > maximumSize) {
+        *problem = QStringLiteral("larger than %1 bytes").arg(maximumSize);
+        return std::nullopt;
+    }
+    return readAll(file.number(), status.st_size, problem);
+}

@@ -1,0 +1,102 @@
+#include "platform/freedesktop/FreedesktopLauncher.h"
+
+#include "platform/freedesktop/BundleFolder.h"
+#include "platform/freedesktop/EntryLaunch.h"
+#include "platform/freedesktop/GioPointer.h"
+#include "platform/freedesktop/Log.h"
+#include "platform/freedesktop/Programs.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+
+#include <gio/gdesktopappinfo.h>
+
+namespace {
+
+constexpr int longestAnswer = 5000; // milliseconds
+
+// Starts a program that outlives us, in its own session.
+LaunchStatus startProgram(const QString &program, const QList<QUrl> &documents)
+{
+    QStringList arguments;
+    for (const QUrl &document : documents) {
+        arguments.append(document.isLocalFile() ? document.toLocalFile()
+                                                : QString::fromUtf8(document.toEncoded()));
+    }
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments(arguments);
+    process.setWorkingDirectory(QDir::homePath());
+    process.setStandardInputFile(QProcess::nullDevice());
+    if (process.startDetached()) {
+        return LaunchStatus::Launched;
+    }
+    qCDebug(lcPlatform, "%s: %s", qUtf8Printable(program), qUtf8Printable(process.errorString()));
+    return LaunchStatus::CannotExecute;
+}
+
+bool showInFileBrowser(const QString &path)
+{
+    QDBusMessage request =
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.FileManager1"),
+            QStringLiteral("/org/freedesktop/FileManager1"),
+            QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
+    const QString uri = QString::fromUtf8(QUrl::fromLocalFile(path).toEncoded());
+    request << QStringList { uri } << QString();
+    const QDBusMessage answer =
+        QDBusConnection::sessionBus().call(request, QDBus::Block, longestAnswer);
+    // A browser that is slow to answer has been asked all the same, and would only show the folder
+    // twice.
+    return answer.type() == QDBusMessage::ReplyMessage
+        || answer.errorName() == QLatin1String("org.freedesktop.DBus.Error.NoReply");
+}
+
+bool openFolder(const QString &folder)
+{
+    const GioPointer<GAppInfo> handler(g_app_info_get_default_for_type("inode/directory", FALSE));
+    if (!handler || !G_IS_DESKTOP_APP_INFO(handler.get())) {
+        return false;
+    }
+    const char *const entry = g_desktop_app_info_get_filename(G_DESKTOP_APP_INFO(handler.get()));
+    return entry != nullptr
+        && launchEntry(QFile::decodeName(entry), { QUrl::fromLocalFile(folder) })
+        == LaunchStatus::Launched;
+}
+
+} // namespace
+
+LaunchStatus FreedesktopLauncher::open(
+    const QString &bundlePath, const std::optional<QList<QUrl>> &documents)
+{
+    const QFileInfo item(bundlePath);
+    if (!item.exists()) {
+        return LaunchStatus::FileNotFound;
+    }
+    const QList<QUrl> toOpen = documents.value_or(QList<QUrl>());
+    if (item.isFile() && bundlePath.endsWith(QLatin1String(".desktop"))) {
+        return launchEntry(bundlePath, toOpen);
+    }
+    QString program = item.isDir() ? BundleFolder::executableOf(bundlePath) : QString();
+    if (Programs::isAppImage(bundlePath)) {
+        program = bundlePath;
+    }
+    return program.isEmpty() ? LaunchStatus::CannotExecute : startProgram(program, toOpen);
+}
+
+bool FreedesktopLauncher::reveal(const QString &path)
+{
+    const QString folder = QFileInfo(path).absolutePath();
+    const char *reason = "its folder is gone";
+    if (QFileInfo::exists(folder)) {
+        if (showInFileBrowser(path) || openFolder(folder)) {
+            return true;
+        }
+        reason = "no file browser could be asked";
+    }
+    qCWarning(lcPlatform, "cannot show %s: %s", qUtf8Printable(path), reason);
+    return false;
+}

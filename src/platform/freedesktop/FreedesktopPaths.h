@@ -1,0 +1,27 @@
+// The folders of the XDG base directory specification, as the environment named them at
+// construction.
+//
+// A variable that is not set, or that names no absolute folder, stands for its usual folder.
+
+#pragma once
+
+#include "platform/SearchPaths.h"
+
+class FreedesktopPaths final : public SearchPaths
+{
+public:
+    FreedesktopPaths();
+
+    // $XDG_DATA_HOME and then each of $XDG_DATA_DIRS, in standard form, each once.
+    const QStringList &dataFolders() const { return _dataFolders; }
+
+    QString applicationSupportFolder(Domain domain) const override;
+    QString libraryFolder(Domain domain) const override;
+    QString configurationFolder() const override;
+    QStringList applicationFolders() const override;
+
+private:
+    QStringList _dataFolders;
+    QString _stateHome;
+    QString _configurationHome;
+};

@@ -1,5 +1,5 @@
-// While icons arrive the main thread must stay free: no turn of its event loop takes longer than 8 ms. Measured
-// with 300 entries of an SVG theme, from an empty grid to the last icon.
+// While icons arrive the main thread must stay free: no turn of its event loop takes longer than 8
+// ms. Measured with 300 entries of an SVG theme, from an empty grid to the last icon.
 
 #include "catalogue/OTAppManager.h"
 #include "catalogue/ScanFolders.h"

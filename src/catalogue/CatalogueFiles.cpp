@@ -33,10 +33,15 @@ QList<QStringList> pathArrays(const QVariantList &array, int &rejected)
 {
     QList<QStringList> accepted;
     for (const QVariant &value : array) {
-        if (value.typeId() == QMetaType::QVariantList) {
-            accepted.append(paths(value.toList(), rejected));
-        } else {
+        if (value.typeId() != QMetaType::QVariantList) {
             ++rejected;
+            continue;
+        }
+        const int rejectedBefore = rejected;
+        const QStringList bunch = paths(value.toList(), rejected);
+        // A bunch that was stored empty stays, one of nothing but damage goes.
+        if (!bunch.isEmpty() || rejected == rejectedBefore) {
+            accepted.append(bunch);
         }
     }
     return accepted;

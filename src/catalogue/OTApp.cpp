@@ -9,8 +9,10 @@
 #include "support/PropertyList.h"
 #include "support/StandardPath.h"
 
+#include <QCoreApplication>
 #include <QDataStream>
 #include <QFile>
+#include <QMap>
 #include <QMimeData>
 
 #include <algorithm>
@@ -39,7 +41,7 @@ QByteArray OTApp::encoded() const
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(QDataStream::Qt_6_4);
-    stream << QVariantMap { { QStringLiteral("path"), _path } };
+    stream << QMap<QString, QString> { { QStringLiteral("path"), _path } };
     return bytes;
 }
 
@@ -47,14 +49,15 @@ AppRef OTApp::decoded(const QByteArray &bytes, Desktop &desktop)
 {
     QDataStream stream(bytes);
     stream.setVersion(QDataStream::Qt_6_4);
-    QVariantMap ivDict;
+    // A map of strings and nothing else: variants from another process could hold anything.
+    QMap<QString, QString> ivDict;
     stream >> ivDict;
-    const QVariant path = ivDict.value(QStringLiteral("path"));
-    if (stream.status() != QDataStream::Ok || path.typeId() != QMetaType::QString) {
+    const auto path = ivDict.constFind(QStringLiteral("path"));
+    if (stream.status() != QDataStream::Ok || !stream.atEnd() || path == ivDict.cend()) {
         return nullptr;
     }
     auto app = std::make_shared<OTApp>(QString(), desktop);
-    app->_path = path.toString();
+    app->_path = *path;
     app->_icon = {};
     return app;
 }
@@ -222,11 +225,12 @@ bool OTApp::launchWithDocuments(const std::optional<QList<QUrl>> &documents) con
     qCWarning(lcCatalogue, "LSOpenCFURLRef() returned err: %ld for URL: %s", long(status),
         qUtf8Printable(url().toString()));
     if (status == LaunchStatus::FileNotFound) {
-        NotificationCenter *center = &NotificationCenter::defaultCenter();
         const AppRef app = std::const_pointer_cast<OTApp>(shared_from_this());
-        QMetaObject::invokeMethod(center, [center, app] {
-            Q_EMIT center->applicationOpenUntitledFile();
-            Q_EMIT center->N_AppIsMissing(app);
+        // The centre is looked up on the main thread too: it belongs to the thread that first asks.
+        QMetaObject::invokeMethod(QCoreApplication::instance(), [app] {
+            NotificationCenter &center = NotificationCenter::defaultCenter();
+            Q_EMIT center.applicationOpenUntitledFile();
+            Q_EMIT center.N_AppIsMissing(app);
         });
     }
     return false;

@@ -42,6 +42,8 @@ public:
     QString name() const;
     // What people see and type.
     QString displayName() const;
+    // It is asked for afresh the next time.
+    void forgetDisplayName() { _displayName.clear(); }
     QString description() const { return _path; }
     // Whether there was something at the path at the last pass over the icons.
     bool isPathValid() const { return _pathIsValid; }

@@ -181,10 +181,11 @@ void OTAppManager::includeApp(const AppRef &app)
 
 void OTAppManager::autoExcludeNamedApps()
 {
-    const PathSet excluded(_excludedApps1D);
+    PathSet excluded(_excludedApps1D);
     AppList named;
     for (const AppRef &app : std::as_const(_allApps1D)) {
         if (app->containsExcludedKeywords() && !excluded.contains(app)) {
+            excluded.insert(app);
             named.append(app);
         }
     }
@@ -220,8 +221,10 @@ void OTAppManager::removeAppsFromAllArrays(const AppList &apps)
     removeAppsFromUserApps(apps);
     const PathSet removed(apps);
     const auto remove = [&](BunchList &bunches, AppList &flat, const QStringList &keys) {
-        const ChangeScope scope(*this, keys);
-        if (removeFromList(flat, removed)) {
+        AppList remaining = flat;
+        if (removeFromList(remaining, removed)) {
+            const ChangeScope scope(*this, keys);
+            flat = remaining;
             for (AppList &bunch : bunches) {
                 removeFromList(bunch, removed);
             }

@@ -4,9 +4,8 @@
 #include "catalogue/ChangeScope.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "support/StandardPath.h"
 #include "support/UserDefaults.h"
-
-#include <QSet>
 
 namespace {
 
@@ -167,17 +166,19 @@ void OTAppManager::readAllAppsFromDisk()
 
 void OTAppManager::readExcludedApps1DFromDisk()
 {
-    QSet<QString> paths;
+    QStringList paths;
     for (const auto domain : { CatalogueFiles::Domain::User, CatalogueFiles::Domain::Local }) {
         const auto stored =
             _files.readPathArrays(excludedFile(), domain, CatalogueFiles::Shape::Flat);
-        if (stored) {
-            paths.unite(QSet<QString>(stored->flat.begin(), stored->flat.end()));
+        const QStringList found = stored ? stored->flat : QStringList();
+        for (const QString &path : found) {
+            paths.append(standardizedPath(path));
         }
     }
+    paths.removeDuplicates();
     if (!paths.isEmpty()) {
         const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
-        _excludedApps1D = appsFromPaths(paths.values());
+        _excludedApps1D = appsFromPaths(paths);
         sortArray(_excludedApps1D);
     }
 }
@@ -230,7 +231,7 @@ void OTAppManager::locateUserApps()
                 lost->isPathValid() ? nullptr : bestMatchForApp(lost, AppArray(candidates));
             if (found) {
                 _favourites.replaceApp(bunch, index, found);
-                candidates.removeOne(found);
+                removeFromList(candidates, PathSet(AppList { found }));
             }
         }
     }

@@ -49,6 +49,10 @@ void OTAppManager::scanSearchFoldersForAllApps()
     }
     _allApps = found;
     rebuildAllApps1D();
+    // An entry may be called otherwise than at the last scan, and sorting comes before the icons.
+    for (const AppRef &app : std::as_const(_allApps1D)) {
+        app->forgetDisplayName();
+    }
     writeAllApps();
     showProgressStep(0, 0, {});
 }

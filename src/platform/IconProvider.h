@@ -27,8 +27,8 @@ class IconProvider : public QObject
 public:
     using QObject::QObject;
 
-    // The best source for a bundle's icon at `size` × `size` pixels. Null when it has none; a
-    // desktop that has a picture for any application gives that one instead.
+    // The best source for a bundle's icon at `size` × `size` pixels. Null when it has
+    // none.
     virtual IconSource resolve(const QString &bundlePath, int size) const;
 
     // The picture, fitted and centred in a square of `size` pixels, 8 bits a sample, premultiplied.

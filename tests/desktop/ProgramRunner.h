@@ -35,7 +35,9 @@ public:
         set("XDG_STATE_HOME", path(QStringLiteral("state")));
         set("XDG_CURRENT_DESKTOP", QStringLiteral("Test"));
         if (!_environment.contains(QStringLiteral("XDG_RUNTIME_DIR"))) {
-            QDir(_home.path()).mkdir(QStringLiteral("run"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+            QDir(_home.path())
+                .mkdir(
+                    QStringLiteral("run"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
             set("XDG_RUNTIME_DIR", path(QStringLiteral("run")));
         }
     }

@@ -37,5 +37,6 @@ private:
 
 std::unique_ptr<Desktop> makeFreedesktopDesktop()
 {
+    quietImageLibraries();
     return std::make_unique<FreedesktopDesktop>();
 }

@@ -1,3 +1,0 @@
-#include "commands/Log.h"
-
-Q_LOGGING_CATEGORY(lcCommands, "ortu.commands", QtInfoMsg)

@@ -1,0 +1,228 @@
+#include "platform/freedesktop/IconDecoder.h"
+
+#include "platform/freedesktop/FileState.h"
+#include "platform/freedesktop/GioPointer.h"
+#include "platform/freedesktop/IconPng.h"
+#include "platform/freedesktop/Log.h"
+#include "platform/freedesktop/SvgGuard.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include <algorithm>
+
+// The largest icon anybody asks for is a few hundred pixels.
+constexpr int largestIcon = 4096;
+// Pictures in one icon file, beyond which the rest is not looked at.
+constexpr int mostPictures = 64;
+
+namespace {
+
+// The whole of a gzip file, empty with the reason when it is damaged or holds more than
+// `mostBytes`.
+QByteArray unpacked(const QByteArray &packed, qsizetype mostBytes, QString *reason)
+{
+    const GioPointer<GConverter> converter(
+        G_CONVERTER(g_zlib_decompressor_new(G_ZLIB_COMPRESSOR_FORMAT_GZIP)));
+    QByteArray text(std::min(mostBytes + 1, 8 * packed.size() + 4096), Qt::Uninitialized);
+    gsize consumed = 0;
+    gsize filled = 0;
+    for (;;) {
+        gsize read = 0;
+        gsize written = 0;
+        GioError error;
+        const GConverterResult result =
+            g_converter_convert(converter.get(), packed.constData() + consumed,
+                gsize(packed.size()) - consumed, text.data() + filled, gsize(text.size()) - filled,
+                G_CONVERTER_INPUT_AT_END, &read, &written, error.receive());
+        consumed += read;
+        filled += written;
+        if (result == G_CONVERTER_ERROR && !error.matches(G_IO_ERROR, G_IO_ERROR_NO_SPACE)) {
+            *reason = error.text();
+            return {};
+        }
+        if (result == G_CONVERTER_FINISHED) {
+            text.truncate(qsizetype(filled));
+            return text;
+        }
+        if (qsizetype(filled) > mostBytes) {
+            *reason = QStringLiteral("larger than %1 bytes when unpacked").arg(mostBytes);
+            return {};
+        }
+        if (qsizetype(filled) == text.size() || result == G_CONVERTER_ERROR) {
+            text.resize(std::min(mostBytes + 1, 2 * text.size()));
+        }
+    }
+}
+
+QRectF fitted(const QSizeF &picture, int size)
+{
+    const QSizeF target = picture.scaled(size, size, Qt::KeepAspectRatio);
+    return { QPointF(size - target.width(), size - target.height()) / 2, target };
+}
+
+QImage emptyIcon(int size)
+{
+    QImage icon(size, size, QImage::Format_ARGB32_Premultiplied);
+    icon.fill(Qt::transparent);
+    return icon;
+}
+
+QImage decodeSvg(const QByteArray &svg, int size, QString *reason)
+{
+    *reason = SvgGuard::refusal(svg);
+    if (!reason->isEmpty()) {
+        return {};
+    }
+    QSvgRenderer renderer;
+    // An animated picture would start a timer, which not every thread can have.
+    renderer.setFramesPerSecond(0);
+    renderer.load(svg);
+    const QSizeF extent = renderer.viewBoxF().size();
+    // The extent may come from the shapes alone, and they may be anywhere.
+    if (!renderer.isValid() || !(extent.width() > 0 && extent.height() > 0)
+        || !(std::max(extent.width(), extent.height()) <= SvgGuard::largestExtent)) {
+        *reason = renderer.isValid() ? QStringLiteral("its size is out of range")
+                                     : QStringLiteral("not an SVG picture");
+        return {};
+    }
+    QImage icon = emptyIcon(size);
+    QPainter painter(&icon);
+    const QRectF place = fitted(extent, size);
+    if (place.size() != QSizeF(icon.size())) {
+        // Shapes may reach beyond the view box, into the margins.
+        painter.setClipRect(place);
+    }
+    renderer.render(&painter, place);
+    return icon;
+}
+
+// An icon file holds one drawing in several sizes: goes to the smallest one that need not be
+// enlarged.
+void chooseBestSize(QImageReader &reader, int size)
+{
+    int best = 0;
+    int bestExtent = 0;
+    const int count = std::min(reader.imageCount(), mostPictures);
+    for (int i = 0; i < count && reader.jumpToImage(i); ++i) {
+        const int extent = std::max(reader.size().width(), reader.size().height());
+        const bool isBetter =
+            bestExtent < size ? extent > bestExtent : extent >= size && extent < bestExtent;
+        if (isBetter) {
+            best = i;
+            bestExtent = extent;
+        }
+    }
+    reader.jumpToImage(best);
+}
+
+QImage readPicture(QByteArray bytes, int size, QString *reason)
+{
+    // Formats without a mark of their own would make a picture of anything, and SVG has had its
+    // turn.
+    static const QByteArrayList excluded { "tga", "wbmp", "svg", "svgz", "pdf" };
+    if (isPng(bytes) && !isWholePng(bytes)) {
+        *reason = QStringLiteral("cut off or damaged");
+        return {};
+    }
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    const QByteArray format = reader.format();
+    if (format.isEmpty() || excluded.contains(format)) {
+        *reason = QStringLiteral("not a known picture format");
+        return {};
+    }
+    if (format == "icns" || format == "ico") {
+        chooseBestSize(reader, size);
+    }
+    const QSize extent = reader.size();
+    if (qint64(extent.width()) * extent.height() > mostPicturePixels) {
+        *reason =
+            QStringLiteral("%1 × %2 pixels are too many").arg(extent.width()).arg(extent.height());
+        return {};
+    }
+    QImage picture = reader.read();
+    if (picture.isNull()) {
+        *reason = reader.errorString();
+    }
+    return picture;
+}
+
+QImage decodePicture(const QByteArray &bytes, int size, QString *reason)
+{
+    QImage picture = readPicture(bytes, size, reason);
+    if (picture.isNull()) {
+        return {};
+    }
+    // Before scaling, or the colour of invisible pixels would show at the edges.
+    picture.convertTo(QImage::Format_ARGB32_Premultiplied);
+    picture.setDevicePixelRatio(1);
+    const QSize target = fitted(picture.size(), size).size().toSize().expandedTo({ 1, 1 });
+    if (picture.size() != target) {
+        // Averages over all pixels when making smaller, however much.
+        picture = picture.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    if (target == QSize(size, size)) {
+        return picture;
+    }
+    QImage icon = emptyIcon(size);
+    QPainter painter(&icon);
+    painter.drawImage((size - target.width()) / 2, (size - target.height()) / 2, picture);
+    return icon;
+}
+
+// Markup begins with a bracket, perhaps behind a byte order mark and blanks; no other format does.
+bool isMarkup(QByteArrayView bytes)
+{
+    for (const char *mark : { "\xef\xbb\xbf", "\xff\xfe", "\xfe\xff" }) {
+        if (bytes.startsWith(mark)) {
+            return true;
+        }
+    }
+    return bytes.trimmed().startsWith('<');
+}
+
+// Names and reasons go into the log as one line, whatever is in them.
+QString oneLine(QString text)
+{
+    for (QChar &c : text) {
+        c = c.category() == QChar::Other_Control ? QChar(u'?') : c;
+    }
+    return text.trimmed();
+}
+
+QImage decodeBytes(QByteArray bytes, int size, QString *reason)
+{
+    if (bytes.isEmpty()) {
+        *reason = QStringLiteral("empty");
+        return {};
+    }
+    if (bytes.startsWith("\x1f\x8b")) {
+        bytes = unpacked(bytes, SvgGuard::mostBytes, reason);
+        if (bytes.isEmpty()) {
+            return {};
+        }
+    }
+    return isMarkup(bytes) ? decodeSvg(bytes, size, reason) : decodePicture(bytes, size, reason);
+}
+
+} // namespace
+
+QImage decodeIcon(const QString &file, int size)
+{
+    if (file.isEmpty() || size <= 0 || size > largestIcon) {
+        return {};
+    }
+    QString reason;
+    const std::optional<QByteArray> bytes = readSmallFile(file, largestPictureFile, &reason);
+    const QImage icon = bytes ? decodeBytes(*bytes, size, &reason) : QImage();
+    if (icon.isNull()) {
+        qCWarning(lcPlatform, "cannot read icon %ls: %ls", qUtf16Printable(oneLine(file)),
+            qUtf16Printable(oneLine(reason)));
+    }
+    return icon;
+}

@@ -1,0 +1,135 @@
+#include "catalogue/FolderWalk.h"
+
+#include "catalogue/FakeDesktop.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+class FolderWalkTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        _tree = std::make_unique<FileTree>();
+    }
+
+    void walk_data()
+    {
+        QTest::addColumn<QStringList>("roots");
+        QTest::addColumn<qint64>("depth");
+        QTest::addColumn<QString>("found");
+        const QStringList root { u"r"_s };
+        const QString one = u"r/a.app"_s;
+        const QString four = one + u" r/t/b.app r/t/u/c.app r/t/u/v/d.app"_s;
+        QTest::newRow("the root only") << root << qint64(1) << one;
+        QTest::newRow("limit 0 is 1") << root << qint64(0) << one;
+        QTest::newRow("negative limit is 1") << root << qint64(-1) << one;
+        QTest::newRow("three folders below") << root << qint64(4) << four;
+        QTest::newRow("limit 250") << root << qint64(250) << four + u" r/t/u/v/w/e.app"_s;
+        QTest::newRow("another root lies inside")
+            << QStringList { u"r"_s, u"r/t/u"_s } << qint64(9) << u"r/a.app r/t/b.app"_s;
+        QTest::newRow("the root inside another, to its own depth")
+            << QStringList { u"r/t/u"_s, u"r"_s } << qint64(2) << u"r/t/u/c.app r/t/u/v/d.app"_s;
+    }
+
+    void walk()
+    {
+        for (const char *file : { "a.app/inside.app", "t/b.app", "t/u/c.app", "t/u/v/d.app",
+                 "t/u/v/w/e.app", "x.framework/no.app", "x.pkg/no.app", "hidden.app",
+                 "hidden/no.app", "classic.app", "text" }) {
+            _tree->add(u"r/"_s + QLatin1String(file), {});
+        }
+        _tree->addLink(u"r/linked"_s, _tree->path(u"r/t"_s));
+        _tree->addLink(u"r/linked.app"_s, _tree->path(u"r/a.app"_s));
+        _tree->addLink(u"r/t/loop"_s, _tree->path(u"r"_s));
+        _tree->addLink(u"r/nowhere"_s, u"/no/such/thing"_s);
+        QFETCH(QStringList, roots);
+        QFETCH(qint64, depth);
+        QTEST(found(roots, depth), "found");
+    }
+
+    void depthEndsAt99()
+    {
+        const QString deep = u"r"_s + u"/d"_s.repeated(98);
+        _tree->add(deep + u"/in.app"_s, {});
+        _tree->add(deep + u"/d/out.app"_s, {});
+        QCOMPARE(found({ u"r"_s }, 250), deep + u"/in.app"_s);
+    }
+
+    void root_data()
+    {
+        QTest::addColumn<QString>("root");
+        QTest::addColumn<QString>("found");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("not there") << u"absent"_s << QString() << QString();
+        QTest::newRow("empty") << u"empty"_s << QString() << QString();
+        QTest::newRow("a link to a folder") << u"link"_s << u"link/a.app"_s << QString();
+        QTest::newRow("an application") << u"real/a.app"_s << QString() << u"not a folder"_s;
+        QTest::newRow("a link in a circle") << u"circle"_s << QString() << u"leads nowhere"_s;
+        QTest::newRow("unreadable") << u"locked"_s << QString() << u"no permission"_s;
+    }
+
+    void root()
+    {
+        QFETCH(QString, root);
+        QFETCH(QString, line);
+        _tree->addFolder(u"empty"_s);
+        _tree->addLink(u"link"_s, _tree->path(u"real"_s));
+        _tree->addLink(u"circle"_s, _tree->path(u"circle"_s));
+        _tree->add(u"real/a.app"_s, {});
+        const QString locked = _tree->addFolder(u"locked"_s);
+        if (root == u"locked") {
+            if (::geteuid() == 0) {
+                QSKIP("the superuser may read anything");
+            }
+            QFile::setPermissions(locked, {});
+        }
+        if (!line.isEmpty()) {
+            QTest::ignoreMessage(QtWarningMsg,
+                QRegularExpression(u"^cannot scan %1: .*%2"_s.arg(
+                    QRegularExpression::escape(_tree->path(root)), line)));
+        }
+        const QString result = found({ root }, 4);
+        QFile::setPermissions(locked, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QTEST(result, "found");
+    }
+
+    void manyEntriesInOneFolder()
+    {
+        constexpr int count = 100'000;
+        const QString folder = _tree->addFolder(u"r"_s) + u'/';
+        for (int i = 0; i < count; ++i) {
+            QFile file(folder + QString::number(i) + (i % 100 == 0 ? u".app"_s : u".txt"_s));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        const QStringList paths = FolderWalk(_items, { _tree->path(u"r"_s) }, 4).pathsUnder(folder);
+        QCOMPARE(paths.size(), count / 100);
+    }
+
+private:
+    // What a walk finds below the first root, relative to the tree and sorted.
+    QString found(const QStringList &roots, qint64 depth)
+    {
+        QStringList full;
+        for (const QString &root : roots) {
+            full.append(_tree->path(root));
+        }
+        QStringList paths = FolderWalk(_items, full, depth).pathsUnder(full[0]);
+        paths.replaceInStrings(_tree->path() + u'/', QString());
+        paths.sort();
+        return paths.join(u' ');
+    }
+
+    FakeItems _items;
+    std::unique_ptr<FileTree> _tree;
+};
+
+QTEST_GUILESS_MAIN(FolderWalkTest)
+#include "FolderWalkTest.moc"

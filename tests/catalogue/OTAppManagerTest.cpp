@@ -1,0 +1,456 @@
+#include "catalogue/OTAppManager.h"
+
+#include "catalogue/BunchText.h"
+#include "catalogue/FakeDesktop.h"
+#include "catalogue/ScanFolders.h"
+#include "support/NotificationCenter.h"
+#include "support/UserDefaults.h"
+
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+// The catalogue of a desktop on which the folders x, absent and y are scanned. Applications have
+// one letter: "x/ab y/c" are three of them.
+class OTAppManagerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        _manager.reset();
+        _desktop = std::make_unique<FakeDesktop>();
+        _center = std::make_unique<NotificationCenter>();
+        NotificationCenter::setDefaultCenter(_center.get());
+        _defaults = std::make_unique<UserDefaults>();
+        UserDefaults::setStandard(_defaults.get());
+        OTAppManager::registerDefaults();
+        ScanFolders::registerDefaults(*_defaults, _desktop->searchPaths());
+        _defaults->registerDefaults({ { u"maximumIconSize"_s, 16 } });
+        setFolders(u"x absent y"_s);
+    }
+
+    void coldStart_usesTheSavedList_andAFilledCatalogueIsScanned()
+    {
+        start(u"x/ba y/c"_s);
+        QCOMPARE(lists({ 5 }), u"ab|c|"_s);
+        QCOMPARE(files(), u"AllApplications.plist"_s);
+        QCOMPARE(_manager->appForPath(_desktop->tree.path(u"y/../x//a.app/"_s)), app(u"x/a"_s));
+        QFile::remove(app(u"x/a"_s)->path());
+        start(u"y/d"_s);
+        QCOMPARE(lists({ 5 }), u"ab|c|"_s);
+        QVERIFY(!app(u"x/a"_s)->isPathValid() && app(u"x/b"_s)->isPathValid());
+        const AppRef b = app(u"x/b"_s);
+        _manager->rescanAllAppsPrioritizingGroup(-1);
+        QCOMPARE(lists({ 5 }), u"b|cd|"_s);
+        QCOMPARE(_manager->allApps1D().first(), b);
+        QCOMPARE(_manager->allAppsTotalCount(), 3);
+        QCOMPARE(_manager->allAppsLongestArrayCount(), 2);
+        // What holds no path at all is no saved list.
+        _desktop->tree.add(u"user/Ortu/AllApplications.plist"_s,
+            "<plist version=\"1.0\"><array><array><integer>1</integer></array></array></plist>");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"set aside .*AllApplications"_s));
+        start();
+        QCOMPARE(lists({ 5 }), u"b|cd|"_s);
+    }
+
+    void groupNumbers()
+    {
+        start();
+        for (int group = 0; group < GroupCount; ++group) {
+            const AppArray array = _manager->appArrayForGroup(group);
+            QVERIFY(!array.isNull() && array.isFlat());
+            QCOMPARE(_manager->groupForAppArray(array), group);
+        }
+        for (const int group : { -1, 10, 4711 }) {
+            QVERIFY(_manager->appArrayForGroup(group).isNull());
+        }
+        QCOMPARE(_manager->groupForAppArray(AppArray(AppList())), -1);
+        QCOMPARE(_manager->groupForAppArray({}), -1);
+        QCOMPARE(_manager->includedAppsLongestArrayCount(), 0);
+    }
+
+    void excluding_dividesEveryList()
+    {
+        start(u"x/ad y/bc"_s);
+        QCOMPARE(lists({ 1, 2, 3, 4 }), u"ad|bc| abcd  "_s);
+        _manager->excludeApp(app(u"y/c"_s));
+        _manager->excludeApp(app(u"y/b"_s));
+        QCOMPARE(lists({ 1, 2, 3, 4 }), u"ad| ad bc| cb"_s);
+        start();
+        _manager->includeApp(app(u"y/b"_s));
+        QCOMPARE(lists({ 1, 2, 3, 4 }), u"ad|b| abd c| c"_s);
+        start();
+        QCOMPARE(lists({ 1, 2, 3, 4 }), u"ad|b| abd c| c"_s);
+    }
+
+    void excludedAppThatIsGone_isMissing()
+    {
+        start(u"x/abc"_s);
+        const AppRef gone = app(u"x/a"_s);
+        addFavourites(u"x/a x/b"_s);
+        _manager->excludeApp(gone);
+        _manager->excludeApp(app(u"x/c"_s));
+        QFile::remove(gone->path());
+        Q_EMIT _center->N_AppIsMissing(gone);
+        QCOMPARE(lists({ 7, 4, 8, 9 }), u"a c |b| b"_s);
+        // The files know it still, and it comes back with its disk.
+        start(u"x/a"_s);
+        _manager->rescanAllAppsPrioritizingGroup(-1);
+        QCOMPARE(lists({ 7, 4, 8, 9 }), u" ac a|b| ab"_s);
+    }
+
+    void exclusions_ofUserAndComputer_areMerged()
+    {
+        const auto store = [this](const QString &name, const QString &letters) {
+            QString array;
+            for (const QChar letter : letters) {
+                array += u"<string>%1.app</string>"_s.arg(_desktop->tree.path(u"x//"_s + letter));
+            }
+            _desktop->tree.add(name + u"/Ortu/ExcludedApplications.plist"_s,
+                (u"<plist version=\"1.0\"><array>"_s + array + u"</array></plist>"_s).toUtf8());
+        };
+        store(u"user"_s, u"cba"_s);
+        store(u"local"_s, u"da"_s);
+        start(u"x/abcd"_s);
+        QCOMPARE(lists({ 4 }), u"abcd"_s);
+        _manager->includeApp(app(u"x/d"_s));
+        QCOMPARE(lists({ 4 }), u"abc"_s);
+        start();
+        QCOMPARE(lists({ 4 }), u"abcd"_s);
+        store(u"user"_s, {});
+        store(u"local"_s, {});
+        _manager->rescanAllAppsPrioritizingGroup(-1);
+        QCOMPARE(lists({ 4 }), u"abcd"_s);
+    }
+
+    void namedApps_areExcludedOnce()
+    {
+        _desktop->fakeItems.displayNames = { { path(u"x/b"_s), u"Uninstall It"_s } };
+        setFolders(u"x x"_s);
+        start(u"x/abc"_s);
+        _manager->autoExcludeNamedApps();
+        QCOMPARE(lists({ 1, 4 }), u"ac|ac| b"_s);
+        QVERIFY(files().contains(u"Excluded"));
+        removeFiles();
+        _manager->autoExcludeNamedApps();
+        QCOMPARE(files(), QString());
+    }
+
+    void removing_leavesEmptyBunches()
+    {
+        start(u"x/a y/bc"_s);
+        addFavourites(u"x/a y/b"_s);
+        _manager->excludeApp(app(u"y/c"_s));
+        _manager->removeAppsFromAllArrays({ app(u"x/a"_s), app(u"y/c"_s) });
+        QCOMPARE(lists({ 5, 6, 1, 2, 3, 4, 8, 9 }), u"|b| b |b| b |  b| b"_s);
+        QCOMPARE(BunchText::text(_manager->everythingSet()), u"b"_s);
+        start();
+        QCOMPARE(lists({ 5 }), u"a|bc|"_s);
+    }
+
+    void announcements_comeInPairs()
+    {
+        start(u"x/ab y/c"_s);
+        const QString user = u"userApps userApps1D"_s;
+        const QString divided = u"excludedApps includedApps includedApps1D"_s;
+        const QString excluded = u"excludedApps excludedApps1D includedApps includedApps1D"_s;
+        const AppRef a = app(u"x/a"_s);
+        const std::initializer_list<std::pair<std::function<void()>, QString>> steps {
+            { [&] { _manager->excludeApp(a); }, excluded },
+            { [&] { _manager->excludeApp(a); }, divided },
+            { [&] { _manager->includeApp(a); }, excluded },
+            { [&] { _manager->moveApp(a, User1DGroup, 0, 0); }, user },
+            { [&] { _manager->moveAppNewBunchAtIndex(app(u"y/c"_s), UserGroup, 0); }, user },
+            { [&] { _manager->locateUserApps(); }, user },
+            { [&] { _manager->removeAppsFromUserApps({ a }); }, user },
+            { [&] { _manager->sortAllArrays(); }, u"allApps allApps1D "_s + excluded },
+            { [&] { _manager->fullScan(); }, u"allApps allApps1D everyApp "_s + divided },
+            { [&] { _manager->rescanAllAppsPrioritizingGroup(0); },
+                u"allApps allApps1D everyApp "_s + divided + u" runningApps "_s + user },
+            { [&] { _manager->removeAppsFromAllArrays({ a }); },
+                u"allApps allApps1D everyApp includedApps includedApps1D"_s },
+        };
+        for (const auto &[step, keys] : steps) {
+            step();
+            QCOMPARE(announced(), keys);
+        }
+    }
+
+    void nothingChanged_nothingIsAnnouncedOrWritten()
+    {
+        start(u"x/abc"_s);
+        const AppRef a = app(u"x/a"_s);
+        addFavourites(u"x/a"_s);
+        _manager->excludeApp(app(u"x/b"_s));
+        removeFiles();
+        announced();
+        _manager->moveApp(a, UserGroup, 0, 0);
+        _manager->moveApp(a, User1DGroup, 0, 0);
+        for (const int group : { -1, 0, 7, 10 }) {
+            _manager->moveApp(a, group, 5, 5);
+        }
+        _manager->moveApp(nullptr, UserGroup, 0, 0);
+        _manager->moveAppNewBunchAtIndex(a, User1DGroup, 0);
+        _manager->moveAppNewBunchAtIndex(nullptr, UserGroup, 0);
+        _manager->removeAppsFromUserApps({ app(u"x/c"_s) });
+        _manager->removeAppsFromAllArrays({ BunchText::app(u'z', *_desktop) });
+        QCOMPARE(announced(), QString());
+        _manager->excludeApp(app(u"x/b"_s));
+        QCOMPARE(files(), QString());
+    }
+
+    void favourites_outliveTheProgram()
+    {
+        start(u"x/abcd"_s);
+        addFavourites(u"x/abc x/d"_s);
+        _manager->moveApp(app(u"x/c"_s), User1DGroup, 0, 0);
+        start();
+        QCOMPARE(lists({ 8, 9 }), u"abc|d| cabd"_s);
+        QFile::remove(_desktop->tree.path(u"user/Ortu/UserApplications1D.plist"_s));
+        start();
+        QCOMPARE(lists({ 8, 9 }), u"abc|d| abcd"_s);
+        _manager->removeAppsFromUserApps(_manager->userApps1D());
+        QVERIFY(files().contains(u"UserApplications.plist UserApplications1D.plist"));
+        start();
+        QCOMPARE(lists({ 8, 9 }), u" "_s);
+    }
+
+    void lostFavourites_areFoundByName()
+    {
+        start(u"x/abc"_s);
+        addFavourites(u"x/ab x/c z/b"_s);
+        _manager->moveApp(app(u"x/c"_s), User1DGroup, 0, 0);
+        // b has moved, the others are gone. What is found stands in for one of the two lost ones
+        // only, however often it was scanned.
+        QVERIFY(QDir(_desktop->tree.path(u"x"_s)).removeRecursively());
+        setFolders(u"y y"_s);
+        addApps(u"y/b"_s);
+        _manager->fullScan();
+        _manager->locateUserApps();
+        QCOMPARE(_manager->userApps()[0], AppList({ app(u"x/a"_s), app(u"y/b"_s) }));
+        QCOMPARE(_manager->userApps()[2], AppList { app(u"z/b"_s) });
+        QCOMPARE(lists({ 9 }), u"abcb"_s);
+    }
+
+    void sortOrder_isFollowed()
+    {
+        setFolders(u"y x"_s);
+        start(u"y/a x/cB"_s);
+        QCOMPARE(lists({ 2, 5, 6 }), u"aBc a|Bc| aBc"_s);
+        _defaults->setObject(u"groupContentsSortOrder"_s, 0);
+        QCOMPARE(lists({ 2, 5, 6 }), u"Bca a|Bc| Bca"_s);
+        _defaults->setObject(u"groupContentsSortOrder"_s, 1);
+        // A new name counts from the next scan on.
+        _desktop->fakeItems.displayNames = { { path(u"y/a"_s), u"Zoo"_s } };
+        _manager->fullScan();
+        QCOMPARE(lists({ 2 }), u"Bca"_s);
+    }
+
+    void scanFolders_areScannedOnceWhenIdle_withEveryStepPosted()
+    {
+        start(u"x/a y/b"_s);
+        QStringList steps;
+        connect(_center.get(), &NotificationCenter::N_ShowProgressStep, this,
+            [&](int step, int count, const QString &label) {
+                const QString busy = _manager->isBusyScanning() ? u"busy"_s : u"done"_s;
+                steps.append(u"%1/%2 %3 "_s.arg(step).arg(count).arg(busy) + label.right(1));
+            });
+        _manager->startFullScanTimer();
+        setFolders(u"x"_s);
+        setFolders(u"absent y"_s);
+        QCOMPARE(lists({ 5 }), u"a|b|"_s);
+        QTRY_COMPARE(lists({ 5 }), u"b|"_s);
+        QCOMPARE(steps.join(u' '), u"1/2 busy t 2/2 busy y 0/0 done "_s);
+        QVERIFY(!_manager->isFullScanPending());
+    }
+
+    void scanFolders_ofAnOlderOrAWrongKind()
+    {
+        UserDefaults defaults;
+        defaults.setObject(u"scanDirectories"_s, QVariantList { u"~/a/"_s, u"/b"_s });
+        ScanFolders::registerDefaults(defaults, _desktop->searchPaths());
+        const QStringList converted { QDir::homePath() + u"/a"_s, u"/b"_s };
+        QCOMPARE(ScanFolders::pathsToScan(defaults), converted);
+        QVERIFY(!defaults.hasStoredValue(u"scanDirectories"_s));
+        const QVariantMap number { { u"path"_s, 7 } };
+        const QVariantMap good { { u"path"_s, u"/c/../d"_s } };
+        defaults.setObject(u"searchDirectories"_s, QVariantList { 7, QVariantMap(), number, good });
+        QCOMPARE(ScanFolders::pathsToScan(defaults), QStringList(u"/d"_s));
+    }
+
+    void colourPreferences_lookAtTheIconsAgain()
+    {
+        start(u"x/a"_s);
+        const AppRef a = app(u"x/a"_s);
+        QFile::remove(a->path());
+        _defaults->setObject(u"colorSortWrapHue"_s, 1e-60); // 0 as a float
+        QVERIFY(a->isPathValid());
+        _defaults->setObject(u"colorSortWrapHue"_s, 90.0);
+        QVERIFY(!a->isPathValid());
+    }
+
+    void icons_ofTheGroupShownComeFirst()
+    {
+        start(u"x/abcdefghijklmnopqrstuvwxyz y/ABCDEFGHIJKLMNOPQRSTUVWXYZ"_s);
+        for (const AppRef &app : AppList(_manager->allApps()[1])) {
+            _manager->excludeApp(app);
+        }
+        QTRY_COMPARE(IconLoader::sharedIconLoader().pendingCount(), 0);
+        QCOMPARE(_desktop->fakeIcons.asked().size(), 52);
+        // Another theme: everything is loaded again, the group shown at its head.
+        _manager->loadAllIconsPrioritizingGroup(ExcludedGroup);
+        Q_EMIT _desktop->fakeIcons.iconsChanged();
+        QTRY_COMPARE(IconLoader::sharedIconLoader().pendingCount(), 0);
+        QCOMPARE(_desktop->fakeIcons.asked().size(), 104);
+        // Threads may overtake one another.
+        const int certain = 26 - IconLoader::Width;
+        const QStringList first = _desktop->fakeIcons.asked().mid(52, certain);
+        QCOMPARE(first.filter(_desktop->tree.path(u"y/"_s)).size(), certain);
+    }
+
+    void inspection_loadsAndWritesNothing()
+    {
+        start(u"x/ab"_s, OTAppManager::Use::Inspection);
+        _manager->excludeApp(app(u"x/a"_s));
+        addFavourites(u"x/b"_s);
+        QCOMPARE(lists({ 1, 8 }), u"b| b|"_s);
+        QVERIFY(app(u"x/b"_s)->isPathValid() && app(u"x/b"_s)->containsLetter('b'));
+        QCOMPARE(IconLoader::sharedIconLoader().pendingCount(), 0);
+        QVERIFY(!QFile::exists(_desktop->tree.path(u"user"_s)));
+    }
+
+    void runningApps_keepTheirEntries()
+    {
+        FakeRunning &running = _desktop->running;
+        running.paths = QStringList { u"/r/b"_s, u"/r/c"_s };
+        start();
+        QCOMPARE(lists({ 0 }), u"bc"_s);
+        const AppRef c = _manager->runningApps().last();
+        running.launch({ u"/r/c"_s, u"/r/b"_s, u"/r/a"_s });
+        QCOMPARE(announced(), u"runningApps"_s);
+        QCOMPARE(_manager->runningApps().first(), c);
+        QVERIFY(c != _manager->appForPath(u"/r/c"_s));
+        QVERIFY(_manager->isAppRunning(_manager->appForPath(u"/r/c"_s)));
+        _manager->sortAllArrays();
+        QCOMPARE(lists({ 0 }), u"cba"_s);
+        _defaults->setObject(u"sortRunningByLaunchOrder"_s, false);
+        QCOMPARE(lists({ 0 }), u"abc"_s);
+        running.launch({ u"/r/c"_s, u"/r/b"_s });
+        QCOMPARE(lists({ 0 }), u"bc"_s);
+
+        running.bringToFront(u"/r/c"_s);
+        QCOMPARE(_manager->activeApp(), c);
+        running.bringToFront(u"/r/stranger"_s);
+        QCOMPARE(_manager->activeApp()->path(), u"/r/stranger"_s);
+        running.bringToFront({});
+        QCOMPARE(_manager->activeApp(), AppRef());
+    }
+
+    void lastActiveApp_isTheLastInFrontOtherThanThisProgram()
+    {
+        FakeRunning &running = _desktop->running;
+        running.own = u"/r/S"_s;
+        running.active = u"/r/c"_s;
+        start();
+        QCOMPARE(_manager->lastActiveApp(), AppRef());
+        running.launch({ u"/r/a"_s, u"/r/b"_s, u"/r/c"_s, u"/r/S"_s });
+        QCOMPARE(_manager->lastActiveApp()->name(), u"c"_s);
+        for (const QString &path : { u"/r/a"_s, u"/r/b"_s, u"/r/a"_s, u"/r/S"_s }) {
+            running.bringToFront(path);
+        }
+        QCOMPARE(_manager->lastActiveApp()->name(), u"a"_s);
+        running.launch({ u"/r/b"_s, u"/r/c"_s, u"/r/S"_s });
+        QCOMPARE(_manager->lastActiveApp()->name(), u"b"_s);
+        // Where no other was in front, the last that runs.
+        running.launch({ u"/r/d"_s, u"/r/S"_s });
+        QCOMPARE(_manager->lastActiveApp()->name(), u"d"_s);
+        running.launch({ u"/r/S"_s });
+        QCOMPARE(_manager->lastActiveApp()->name(), u"S"_s);
+        running.launch({});
+        QCOMPARE(_manager->lastActiveApp(), AppRef());
+    }
+
+private:
+    QString path(const QString &name) const { return _desktop->tree.path(name + u".app"_s); }
+    AppRef app(const QString &name) { return _manager->appForPath(path(name)); }
+    void addApps(const QString &folders)
+    {
+        for (const QString &folder : folders.split(u' ', Qt::SkipEmptyParts)) {
+            for (const QChar letter : folder.mid(2)) {
+                _desktop->tree.add(folder.left(2) + letter + u".app"_s, {});
+            }
+        }
+    }
+    // One bunch a folder.
+    void addFavourites(const QString &folders)
+    {
+        for (const QString &folder : folders.split(u' ')) {
+            const qsizetype bunch = _manager->userApps().size();
+            for (const QChar letter : folder.mid(2)) {
+                _manager->moveApp(app(folder.left(2) + letter), UserGroup, bunch, 9);
+            }
+        }
+    }
+    void setFolders(const QString &folders)
+    {
+        QVariantList list;
+        for (const QString &folder : folders.split(u' ')) {
+            list.append(QVariantMap { { u"path"_s, _desktop->tree.path(folder) } });
+        }
+        _defaults->setObject(u"searchDirectories"_s, list);
+    }
+    void start(const QString &folders = {}, OTAppManager::Use use = OTAppManager::Use::Normal)
+    {
+        addApps(folders);
+        _manager.reset();
+        _manager = std::make_unique<OTAppManager>(*_desktop, use);
+        connect(_manager.get(), &OTAppManager::willChange, this,
+            [this](const QString &key) { _open.append(key); });
+        connect(_manager.get(), &OTAppManager::didChange, this, [this](const QString &key) {
+            _closed.append(_open.removeOne(key) ? key : u"unopened "_s + key);
+        });
+        _manager->rescanAllAppsPrioritizingGroup(-1);
+        announced();
+    }
+    // The lists of some groups as text, in the shape they have.
+    QString lists(const QList<int> &groups)
+    {
+        QStringList texts;
+        for (const int group : groups) {
+            const AppArray array = _manager->appArrayForGroup(group);
+            texts.append(
+                array.isFlat() ? BunchText::text(array.apps()) : BunchText::text(array.bunches()));
+        }
+        return texts.join(u' ');
+    }
+    QString files() const
+    {
+        return QDir(_desktop->tree.path(u"user/Ortu"_s)).entryList(QDir::Files).join(u' ');
+    }
+    void removeFiles() { QDir(_desktop->tree.path(u"user/Ortu"_s)).removeRecursively(); }
+    // The lists that were announced before and after a change since the last call, sorted.
+    QString announced()
+    {
+        QStringList keys = std::exchange(_closed, {});
+        for (const QString &key : std::as_const(_open)) {
+            keys.append(u"unclosed "_s + key);
+        }
+        keys.sort();
+        keys.removeDuplicates();
+        return keys.join(u' ');
+    }
+
+    std::unique_ptr<NotificationCenter> _center;
+    std::unique_ptr<UserDefaults> _defaults;
+    std::unique_ptr<FakeDesktop> _desktop;
+    std::unique_ptr<OTAppManager> _manager;
+    QStringList _open, _closed;
+};
+
+QTEST_GUILESS_MAIN(OTAppManagerTest)
+#include "OTAppManagerTest.moc"

@@ -1,0 +1,249 @@
+#include "catalogue/OTApp.h"
+
+#include "catalogue/FakeDesktop.h"
+#include "support/NotificationCenter.h"
+
+#include <QMimeData>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+#include <QThread>
+
+using namespace Qt::Literals::StringLiterals;
+
+class OTAppTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        _center = std::make_unique<NotificationCenter>();
+        NotificationCenter::setDefaultCenter(_center.get());
+        _desktop = std::make_unique<FakeDesktop>();
+    }
+
+    void path_data()
+    {
+        QTest::addColumn<QString>("given");
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("plain") << u"/A/Mail.app"_s << u"/A/Mail.app"_s << u"Mail"_s;
+        QTest::newRow("crooked") << u"/A/../A/.//Mail.app/"_s << u"/A/Mail.app"_s << u"Mail"_s;
+        QTest::newRow("tilde") << u"~/b.app"_s << QDir::homePath() + u"/b.app"_s << u"b"_s;
+        QTest::newRow("many dots")
+            << u"/org.a.b.desktop"_s << u"/org.a.b.desktop"_s << u"org.a.b"_s;
+        QTest::newRow("signs of an address")
+            << u"/a b#c?d%20.app"_s << u"/a b#c?d%20.app"_s << u"a b#c?d%20"_s;
+        QTest::newRow("empty") << QString() << QString() << QString();
+    }
+
+    void path()
+    {
+        QFETCH(QString, given);
+        QFETCH(QString, path);
+        const AppRef app = made(given);
+        QCOMPARE(app->path(), path);
+        QCOMPARE(app->description(), path);
+        QTEST(app->name(), "name");
+        QCOMPARE(app->url().toLocalFile(), path);
+        QVERIFY(*app == *made(path));
+        QVERIFY(!(*app == *made(path.toUpper() + u'X')));
+        QVERIFY(!app->isPathValid());
+        QVERIFY(!app->icon().isNull());
+    }
+
+    void encoding()
+    {
+        const AppRef app = made(u"/Ä/b.app"_s);
+        const AppRef decoded = OTApp::decoded(app->encoded(), *_desktop);
+        QVERIFY(decoded && *decoded == *app);
+        QCOMPARE(decoded->url(), app->url());
+        QVERIFY(decoded->launchWithPasteboard(nullptr));
+        QCOMPARE(_desktop->fakeLauncher.launches, QStringList(u"/Ä/b.app"_s));
+    }
+
+    void garbage_isNoEntry()
+    {
+        const QByteArray good = made(u"/a/b.app"_s)->encoded();
+        for (const QByteArray &bytes : { QByteArray(), good.chopped(1), good + 'x', good.mid(4),
+                 QByteArray(good).replace('t', 'x'), QByteArray(64, char(0xFE)) }) {
+            QCOMPARE(OTApp::decoded(bytes, *_desktop), AppRef());
+        }
+    }
+
+    void wordsAndLetters_followTheShownName()
+    {
+        const AppRef app = made(_desktop->tree.add(u"uninstall.app"_s, {}));
+        const auto isExcluded = [&](const char *shown) {
+            _desktop->fakeItems.displayNames = { { app->path(), QString::fromUtf8(shown) } };
+            app->refreshNameAndPath();
+            return app->containsExcludedKeywords();
+        };
+        for (const char *shown : { "Uninstall Foo", "foo uNiNSTALLER", "Désinstaller Foo",
+                 "Foo (Safe Mode)", "Avahi SSH Server Browser", "Деинсталлятор" }) {
+            QVERIFY2(isExcluded(shown), shown);
+        }
+        for (const char *shown : { "Installer", "Software Updater", "Autostart", "Profile Handler",
+                 "Phoronix Test Suite", "Установка и удаление программ", "Thread Messenger" }) {
+            QVERIFY2(!isExcluded(shown), shown);
+        }
+        QVERIFY(app->isPathValid());
+        QCOMPARE(app->displayName(), u"Thread Messenger"_s);
+        QVERIFY(app->containsLetter('t') && !app->containsLetter('T'));
+        QVERIFY(!app->containsLetter('u') && !app->containsLetter(0));
+    }
+
+    void launch_data()
+    {
+        QTest::addColumn<LaunchStatus>("status");
+        QTest::addColumn<bool>("isElsewhere");
+        QTest::addColumn<QString>("announced");
+        const QString missing = u"panel missing"_s;
+        QTest::newRow("well") << LaunchStatus::Launched << false << QString();
+        QTest::newRow("its file is gone") << LaunchStatus::FileNotFound << false << missing;
+        QTest::newRow("another failure") << LaunchStatus::CannotExecute << false << QString();
+        QTest::newRow("gone, on another thread") << LaunchStatus::FileNotFound << true << missing;
+        QTest::newRow("failed, on another thread") << LaunchStatus::Failed << true << QString();
+    }
+
+    void launch()
+    {
+        QFETCH(LaunchStatus, status);
+        QFETCH(bool, isElsewhere);
+        const AppRef app = made(u"/a b.app"_s);
+        QStringList announced;
+        connect(_center.get(), &NotificationCenter::applicationOpenUntitledFile, this,
+            [&announced, this] {
+                announced += QThread::currentThread() == thread() ? u"panel"_s : u"wrong thread"_s;
+            });
+        connect(_center.get(), &NotificationCenter::N_AppIsMissing, this,
+            [&announced, app](
+                const AppRef &gone) { announced += gone == app ? u"missing"_s : u"?"_s; });
+        if (status != LaunchStatus::Launched) {
+            const QString line = u"LSOpenCFURLRef() returned err: %1 for URL: file:///a b.app"_s;
+            QTest::ignoreMessage(QtWarningMsg, qPrintable(line.arg(int(status))));
+        }
+        _desktop->fakeLauncher.answer = status;
+        bool isLaunched = false;
+        if (isElsewhere) {
+            const std::unique_ptr<QThread> thread(
+                QThread::create([&] { isLaunched = app->launchWithPasteboard(nullptr); }));
+            thread->start();
+            QVERIFY(thread->wait());
+            QVERIFY(announced.isEmpty());
+            QCoreApplication::processEvents();
+        } else {
+            isLaunched = app->launchWithPasteboard(nullptr);
+        }
+        QCOMPARE(isLaunched, status == LaunchStatus::Launched);
+        QTEST(announced.join(u' '), "announced");
+    }
+
+    void documents_data()
+    {
+        QTest::addColumn<QString>("urls");
+        QTest::addColumn<QString>("launch");
+        QTest::newRow("no address") << QString() << u"/x.app <- "_s;
+        QTest::newRow("files") << u"file:///b file:///a/../c"_s
+                               << u"/x.app <- file:///b file:///c"_s;
+        QTest::newRow("one address of two")
+            << u"https://b.org https://a.org"_s << u"/x.app <- https://b.org"_s;
+        QTest::newRow("files before addresses")
+            << u"https://b.org file:///a"_s << u"/x.app <- file:///a"_s;
+    }
+
+    void documents()
+    {
+        QFETCH(QString, urls);
+        QMimeData pasteboard;
+        pasteboard.setText(u"/not/a/document"_s);
+        pasteboard.setUrls(QUrl::fromStringList(urls.split(u' ', Qt::SkipEmptyParts)));
+        QVERIFY(made(u"/x.app"_s)->launchWithPasteboard(&pasteboard));
+        QTEST(_desktop->fakeLauncher.launches.value(0), "launch");
+    }
+
+    void icon_isLoadedAgainOnlyWhenTheBundleOrTheSizeIsAnother()
+    {
+        const QString path = _desktop->tree.add(u"a.app"_s, {});
+        const AppRef app = made(path);
+        QSignalSpy changes(_center.get(), &NotificationCenter::N_AppIconChanged);
+        qsizetype loads = 0;
+        const auto pass = [&](int size) {
+            app->setIconParameters(sized(size));
+            const bool isLoaded = wait() && _desktop->fakeIcons.asked().size() > loads;
+            loads = _desktop->fakeIcons.asked().size();
+            return isLoaded;
+        };
+        QVERIFY(pass(16));
+        QCOMPARE(app->icon().size(), QSize(16, 16));
+        QVERIFY(!pass(16));
+        QVERIFY(pass(256));
+        QCOMPARE(app->icon().size(), QSize(128, 128));
+        QVERIFY(!pass(256));
+        _desktop->tree.add(u"a.app"_s, "touched");
+        QVERIFY(!pass(256));
+        QVERIFY(QFile::rename(_desktop->tree.add(u"b.app"_s, {}), path + u"2"_s));
+        QVERIFY(QFile::remove(path) && QFile::rename(path + u"2"_s, path));
+        QVERIFY(pass(256));
+        QCOMPARE(changes.count(), 3);
+
+        app->setIcon(app->icon());
+        app->resetIconToDot();
+        QCOMPARE(changes.count(), 3);
+        QVERIFY(pass(256));
+        QCOMPARE(changes.count(), 4);
+    }
+
+    void icon_ofAMissingBundle()
+    {
+        const AppRef app = made(_desktop->tree.path(u"absent.app"_s));
+        QSignalSpy changes(_center.get(), &NotificationCenter::N_AppIconChanged);
+        app->setIconParameters(sized(16));
+        app->setIconParameters(sized(16));
+        QCOMPARE(changes.count(), 1);
+        QVERIFY(!app->isPathValid());
+        QVERIFY(!app->icon().isNull());
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^/elsewhere\\.app: ."_s));
+        app->setPath(u"/elsewhere.app"_s);
+        QVERIFY(_desktop->fakeIcons.asked().isEmpty());
+    }
+
+    void icon_answers_thatNobodyWaitsFor()
+    {
+        AppRef dying = made(_desktop->tree.add(u"a.app"_s, {}));
+        const AppRef changing = made(_desktop->tree.add(u"b.app"_s, {}));
+        const AppRef vanishing = made(_desktop->tree.add(u"c.app"_s, {}));
+        QSignalSpy changes(_center.get(), &NotificationCenter::N_AppIconChanged);
+        dying->setIconParameters(sized(16));
+        changing->setIconParameters(sized(16));
+        changing->setIconParameters(sized(24));
+        vanishing->setIconParameters(sized(16));
+        QFile::remove(vanishing->path());
+        vanishing->setIconParameters(sized(16));
+        dying.reset();
+        QVERIFY(wait());
+        QCOMPARE(changing->icon().width(), 24);
+        QCOMPARE(changes.count(), 2);
+    }
+
+private:
+    AppRef made(const QString &path) { return std::make_shared<OTApp>(path, *_desktop); }
+    static IconParameters sized(int size)
+    {
+        IconParameters parameters;
+        parameters.maximumIconSize = size;
+        return parameters;
+    }
+    static bool wait() // until no icon is on its way
+    {
+        return QTest::qWaitFor([] { return IconLoader::sharedIconLoader().pendingCount() == 0; });
+    }
+
+    std::unique_ptr<NotificationCenter> _center;
+    std::unique_ptr<FakeDesktop> _desktop;
+};
+
+QTEST_GUILESS_MAIN(OTAppTest)
+#include "OTAppTest.moc"

@@ -1,0 +1,249 @@
+#include "icons/IconLoader.h"
+
+#include "platform/IconProvider.h"
+
+#include <QMutexLocker>
+#include <QRegularExpression>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QTest>
+#include <QThread>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// Icons that are decoded when the test opens the gate, one for each release. A path that begins
+// with "no" has no icon.
+class GatedIcons final : public IconProvider
+{
+public:
+    mutable QSemaphore gate;
+    mutable QSemaphore decoded;
+
+    QStringList started() const
+    {
+        const QMutexLocker lock(&_mutex);
+        return _started;
+    }
+    int mostAtOnce() const
+    {
+        const QMutexLocker lock(&_mutex);
+        return _mostAtOnce;
+    }
+
+    IconSource resolve(const QString &bundlePath, int) const override
+    {
+        const QMutexLocker lock(&_mutex);
+        _started.append(bundlePath);
+        return { bundlePath.startsWith(u"no") ? QString() : bundlePath };
+    }
+    QImage decode(const IconSource &, int size) const override
+    {
+        count(1);
+        gate.acquire();
+        count(-1);
+        decoded.release();
+        QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::red);
+        return image;
+    }
+
+private:
+    void count(int change) const
+    {
+        const QMutexLocker lock(&_mutex);
+        _atOnce += change;
+        _mostAtOnce = qMax(_mostAtOnce, _atOnce);
+    }
+
+    mutable QMutex _mutex;
+    mutable QStringList _started;
+    mutable int _atOnce = 0;
+    mutable int _mostAtOnce = 0;
+};
+
+constexpr int many = 40;
+
+} // namespace
+
+class IconLoaderTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        _received.clear();
+        _loader.reset();
+        _icons = std::make_unique<GatedIcons>();
+        _loader = std::make_unique<IconLoader>();
+    }
+
+    void eightAtOnce_inOrder_andHandedOverOnTheMainThread()
+    {
+        QSignalSpy finished(_loader.get(), &IconLoader::finished);
+        bool isOnMainThread = true;
+        for (int i = 0; i < many; ++i) {
+            add(QString::number(i), [&isOnMainThread, this](const QImage &) {
+                isOnMainThread = isOnMainThread && QThread::currentThread() == thread();
+            });
+        }
+        QTRY_COMPARE(_icons->mostAtOnce(), IconLoader::Width);
+        QStringList first = _icons->started();
+        first.sort();
+        QCOMPARE(first.join(u' '), u"0 1 2 3 4 5 6 7"_s);
+        QCOMPARE(_loader->pendingCount(), many);
+
+        _icons->gate.release(many);
+        QVERIFY(finished.wait());
+        QCOMPARE(finished.count(), 1);
+        QCOMPARE(_loader->pendingCount(), 0);
+        QCOMPARE(_received.size(), many);
+        QVERIFY(isOnMainThread);
+        QCOMPARE(_icons->mostAtOnce(), IconLoader::Width);
+        // A thread may be late, but none is early by more than there are of them.
+        const QStringList started = _icons->started();
+        for (int i = 0; i < many; ++i) {
+            QVERIFY(started[i].toInt() - i < IconLoader::Width);
+        }
+    }
+
+    void noThreadRunsAheadOfTheReceivers()
+    {
+        QSignalSpy finished(_loader.get(), &IconLoader::finished);
+        qsizetype furthestAhead = 0;
+        for (int i = 0; i < many; ++i) {
+            add(QString::number(i), [&](const QImage &) {
+                const qsizetype handedOver = _received.size() - 1;
+                furthestAhead = qMax(furthestAhead, _icons->started().size() - handedOver);
+            });
+        }
+        _icons->gate.release(many);
+        // Every thread has decoded one, and none has been handed over.
+        _icons->decoded.acquire(IconLoader::Width);
+        QVERIFY(_received.isEmpty());
+        QVERIFY(finished.wait());
+        QCOMPARE(furthestAhead, qsizetype(IconLoader::Width));
+    }
+
+    void failures_areHandedOverWithoutWaiting()
+    {
+        QSignalSpy finished(_loader.get(), &IconLoader::finished);
+        const QRegularExpression line(u"^IconLoader::run Error loading icon for path: no icon$"_s);
+        for (int i = 0; i < 2 * IconLoader::Width; ++i) {
+            QTest::ignoreMessage(QtWarningMsg, line);
+            add(u"no icon"_s);
+        }
+        _icons->gate.release();
+        add(u"icon"_s);
+        // No event has been handled: all that came before the last one made way for it.
+        _icons->decoded.acquire();
+        QVERIFY(_received.isEmpty());
+        QVERIFY(finished.wait());
+        QCOMPARE(_received.size(), 2 * IconLoader::Width + 1);
+        QCOMPARE(std::count_if(_received.cbegin(), _received.cend(),
+                     [](const QImage &icon) { return icon.isNull(); }),
+            2 * IconLoader::Width);
+    }
+
+    void sizesAreKeptWithinBounds()
+    {
+        IconParameters parameters;
+        for (const auto &[wanted, size] : std::initializer_list<std::pair<qint64, int>> {
+                 { 64, 64 }, { 256, 128 }, { qint64(1) << 40, 128 }, { 0, 1 }, { -5, 1 } }) {
+            parameters.maximumIconSize = wanted;
+            QCOMPARE(IconLoadOperation({}, parameters, {}).iconSize, size);
+        }
+    }
+
+    void cancelAll_callsNoReceiver_data()
+    {
+        QTest::addColumn<int>("decoded");
+        QTest::addColumn<bool>("isDestroyed");
+        QTest::newRow("while decoding") << 0 << false;
+        QTest::newRow("while icons wait to be taken") << IconLoader::Width << false;
+        QTest::newRow("by destruction, while decoding") << 0 << true;
+        QTest::newRow("by destruction, while icons wait") << IconLoader::Width << true;
+    }
+
+    void cancelAll_callsNoReceiver()
+    {
+        QFETCH(int, decoded);
+        QFETCH(bool, isDestroyed);
+        addMany();
+        QTRY_COMPARE(_icons->mostAtOnce(), IconLoader::Width);
+        _icons->gate.release(many);
+        _icons->decoded.acquire(decoded);
+        if (isDestroyed) {
+            _loader = std::make_unique<IconLoader>();
+        } else {
+            _loader->cancelAll();
+        }
+        QCoreApplication::processEvents();
+        QVERIFY(_received.isEmpty());
+        verifyThatItWorks();
+    }
+
+    void cancelAll_fromWithinAReceiver()
+    {
+        for (int i = 0; i < many; ++i) {
+            add(QString::number(i), [this](const QImage &) { _loader->cancelAll(); });
+        }
+        _icons->gate.release(many);
+        QTRY_VERIFY(!_received.isEmpty());
+        QCoreApplication::processEvents();
+        QCOMPARE(_received.size(), 1);
+        verifyThatItWorks();
+    }
+
+    void addingFromWithinAReceiver_finishesOnce()
+    {
+        QSignalSpy finished(_loader.get(), &IconLoader::finished);
+        _icons->gate.release(2);
+        add(u"first"_s, [this](const QImage &) { add(u"second"_s); });
+        QVERIFY(finished.wait());
+        QCOMPARE(_received.size(), 2);
+        QCOMPARE(finished.count(), 1);
+    }
+
+private:
+    void add(const QString &path, std::function<void(const QImage &)> receiver = {})
+    {
+        _loader->addOperation({ path, IconParameters(),
+                                  [this, receiver](const QImage &icon) {
+                                      _received.append(icon);
+                                      if (receiver) {
+                                          receiver(icon);
+                                      }
+                                  } },
+            *_icons);
+    }
+    void addMany()
+    {
+        for (int i = 0; i < many; ++i) {
+            add(QString::number(i));
+        }
+    }
+    // The loader still does its work after whatever happened to it.
+    void verifyThatItWorks()
+    {
+        QCOMPARE(_loader->pendingCount(), 0);
+        _received.clear();
+        _icons->gate.release(many);
+        QSignalSpy finished(_loader.get(), &IconLoader::finished);
+        addMany();
+        QVERIFY(finished.wait());
+        QCOMPARE(_received.size(), many);
+    }
+
+    std::unique_ptr<GatedIcons> _icons;
+    std::unique_ptr<IconLoader> _loader;
+    QList<QImage> _received;
+};
+
+QTEST_GUILESS_MAIN(IconLoaderTest)
+#include "IconLoaderTest.moc"

@@ -1,17 +1,18 @@
 #include "grid/GridInput.h"
 
 #include "catalogue/OTAppManager.h"
+#include "grid/GridKeys.h"
 #include "support/UserDefaults.h"
 
 void GridInput::registerDefaults()
 {
     UserDefaults::standard().registerDefaults({
-        { QStringLiteral("groupOrientation"), 2 },
-        { QStringLiteral("iconReadingOrder"), 1 },
-        { QStringLiteral("maximumIconSize"), 64 },
-        { QStringLiteral("iconPadding"), 2 },
-        { QStringLiteral("iconSpacing"), 0 },
-        { QStringLiteral("minimizeEmptyCells"), false },
+        { GridKeys::groupOrientation, 2 },
+        { GridKeys::iconReadingOrder, 1 },
+        { GridKeys::maximumIconSize, 64 },
+        { GridKeys::iconPadding, 2 },
+        { GridKeys::iconSpacing, 0 },
+        { GridKeys::minimizeEmptyCells, false },
     });
 }
 
@@ -19,12 +20,12 @@ GridSettings GridInput::settings()
 {
     const UserDefaults &defaults = UserDefaults::standard();
     GridSettings settings;
-    settings.groupOrientation = defaults.integerForKey(QStringLiteral("groupOrientation"));
-    settings.iconReadingOrder = defaults.integerForKey(QStringLiteral("iconReadingOrder"));
-    settings.minimizeEmptyCells = defaults.boolForKey(QStringLiteral("minimizeEmptyCells"));
-    settings.maximumIconSize = defaults.integerForKey(QStringLiteral("maximumIconSize"));
-    settings.iconPadding = defaults.integerForKey(QStringLiteral("iconPadding"));
-    settings.iconSpacing = defaults.integerForKey(QStringLiteral("iconSpacing"));
+    settings.groupOrientation = defaults.integerForKey(GridKeys::groupOrientation);
+    settings.iconReadingOrder = defaults.integerForKey(GridKeys::iconReadingOrder);
+    settings.minimizeEmptyCells = defaults.boolForKey(GridKeys::minimizeEmptyCells);
+    settings.maximumIconSize = defaults.integerForKey(GridKeys::maximumIconSize);
+    settings.iconPadding = defaults.integerForKey(GridKeys::iconPadding);
+    settings.iconSpacing = defaults.integerForKey(GridKeys::iconSpacing);
     return settings;
 }
 

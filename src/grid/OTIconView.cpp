@@ -5,6 +5,7 @@
 #include "grid/GridGroups.h"
 #include "grid/GridHost.h"
 #include "grid/GridInput.h"
+#include "grid/GridKeys.h"
 #include "support/Geometry.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
@@ -17,35 +18,6 @@
 #include <tuple>
 
 namespace {
-
-QString orientationKey()
-{
-    return QStringLiteral("groupOrientation");
-}
-QString readingOrderKey()
-{
-    return QStringLiteral("iconReadingOrder");
-}
-QString minimizeKey()
-{
-    return QStringLiteral("minimizeEmptyCells");
-}
-QString sizeKey()
-{
-    return QStringLiteral("maximumIconSize");
-}
-QString paddingKey()
-{
-    return QStringLiteral("iconPadding");
-}
-QString spacingKey()
-{
-    return QStringLiteral("iconSpacing");
-}
-QString lastGroupKey()
-{
-    return QStringLiteral("groupShownWhenWindowClosed");
-}
 
 // As many launches may be under way at once; a launch that waits for a slow program holds up no
 // other.
@@ -95,7 +67,7 @@ OTIconView::~OTIconView() = default;
 void OTIconView::registerDefaults()
 {
     GridInput::registerDefaults();
-    UserDefaults::standard().registerDefaults({ { lastGroupKey(), -1 } });
+    UserDefaults::standard().registerDefaults({ { GridKeys::groupShownWhenWindowClosed, -1 } });
 }
 
 void OTIconView::setGroupToShow(int group)
@@ -104,7 +76,7 @@ void OTIconView::setGroupToShow(int group)
         return;
     }
     _groupToShow = group;
-    UserDefaults::standard().setObject(lastGroupKey(), group);
+    UserDefaults::standard().setObject(GridKeys::groupShownWhenWindowClosed, group);
     resizeView(Resizing::WhenChanged);
 }
 
@@ -185,12 +157,12 @@ AppRef OTIconView::appAtCoords(const Coords &coords) const
 
 void OTIconView::preferenceDidChange(const QString &key, const QVariant &, const QVariant &newValue)
 {
-    if (key == orientationKey()) {
+    if (key == GridKeys::groupOrientation) {
         orientationDidChange(newValue.toLongLong());
-    } else if (key == readingOrderKey() || key == paddingKey() || key == spacingKey()
-        || key == minimizeKey()) {
+    } else if (key == GridKeys::iconReadingOrder || key == GridKeys::iconPadding
+        || key == GridKeys::iconSpacing || key == GridKeys::minimizeEmptyCells) {
         updateLayout();
-    } else if (key == sizeKey()) {
+    } else if (key == GridKeys::maximumIconSize) {
         updateLayout();
         _appManager.loadAllIconsPrioritizingGroup(_groupShown);
         _appManager.loadIconsForApps(AppArray(_appManager.runningApps()));
@@ -205,10 +177,10 @@ void OTIconView::orientationDidChange(qint64 orientation)
     // Bands side by side read across, stacked bands read down. The layout follows the reading
     // order, except where that stays as it was.
     const qint64 readingOrder = orientation == 2 ? 1 : 2;
-    if (UserDefaults::standard().integerForKey(readingOrderKey()) == readingOrder) {
+    if (UserDefaults::standard().integerForKey(GridKeys::iconReadingOrder) == readingOrder) {
         updateLayout();
     } else {
-        UserDefaults::standard().setObject(readingOrderKey(), readingOrder);
+        UserDefaults::standard().setObject(GridKeys::iconReadingOrder, readingOrder);
     }
 }
 

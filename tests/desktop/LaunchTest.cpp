@@ -57,6 +57,8 @@ private Q_SLOTS:
     void aBundleThatIsGone_leavesTheGrid();
 
 private:
+    // The grid as the window shows it on this screen.
+    QJsonObject shownLayout() const;
     // The middle of an application's cell on the screen.
     QPoint middleOnScreen(const QString &name) const;
     void click(const QString &name) const;
@@ -88,16 +90,20 @@ void LaunchTest::link(const QString &id) const
     QVERIFY(QFile::link(entry, _runner->path(QStringLiteral("apps/%1.desktop").arg(id))));
 }
 
+QJsonObject LaunchTest::shownLayout() const
+{
+    return _runner
+        ->run({ QStringLiteral("--layout"), QStringLiteral("1"), QStringLiteral("--bounds"),
+            QStringLiteral("1248x768"), QStringLiteral("--json") })
+        .json()
+        .object();
+}
+
 void LaunchTest::showGrid(qsizetype cellCount)
 {
     _runner->start(_ortu, {});
     QTRY_COMPARE_WITH_TIMEOUT(windowsOfClass(QStringLiteral("ortu")).size(), 1, 20'000);
-    const QJsonObject layout =
-        _runner
-            ->run({ QStringLiteral("--layout"), QStringLiteral("1"), QStringLiteral("--bounds"),
-                QStringLiteral("1248x768"), QStringLiteral("--json") })
-            .json()
-            .object();
+    const QJsonObject layout = shownLayout();
     QVERIFY(layout[QStringLiteral("cells")].toArray().size() >= cellCount);
     const QJsonArray size = layout[QStringLiteral("viewSize")].toArray();
     _size = QSize(size[0].toInt(), size[1].toInt());
@@ -105,12 +111,7 @@ void LaunchTest::showGrid(qsizetype cellCount)
 
 QPoint LaunchTest::middleOnScreen(const QString &name) const
 {
-    const QJsonObject layout =
-        _runner
-            ->run({ QStringLiteral("--layout"), QStringLiteral("1"), QStringLiteral("--bounds"),
-                QStringLiteral("1248x768"), QStringLiteral("--json") })
-            .json()
-            .object();
+    const QJsonObject layout = shownLayout();
     const QJsonArray cells = layout[QStringLiteral("cells")].toArray();
     for (const QJsonValue &cell : cells) {
         if (cell[QStringLiteral("app")].toString().endsWith(name + QLatin1String(".desktop"))) {

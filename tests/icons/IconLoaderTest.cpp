@@ -185,6 +185,7 @@ private Q_SLOTS:
         }
         QCoreApplication::processEvents();
         QVERIFY(_received.isEmpty());
+        QCOMPARE(_icons->started().size(), IconLoader::Width);
         verifyThatItWorks();
     }
 

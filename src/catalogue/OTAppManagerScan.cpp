@@ -42,17 +42,19 @@ void OTAppManager::scanSearchFoldersForAllApps()
     BunchList found;
     for (int i = 0; i < roots.size(); ++i) {
         showProgressStep(i + 1, int(roots.size()), roots[i]);
-        const AppList bunch = appsFromPaths(walk.pathsUnder(roots[i]));
+        AppList bunch = appsFromPaths(walk.pathsUnder(roots[i]));
+        // An entry may be called otherwise than at the last scan, and sorting comes before the
+        // icons.
+        for (const AppRef &app : std::as_const(bunch)) {
+            app->forgetDisplayName();
+        }
+        sortArray(bunch);
         if (!bunch.isEmpty()) {
             found.append(bunch);
         }
     }
     _allApps = found;
     rebuildAllApps1D();
-    // An entry may be called otherwise than at the last scan, and sorting comes before the icons.
-    for (const AppRef &app : std::as_const(_allApps1D)) {
-        app->forgetDisplayName();
-    }
     writeAllApps();
     showProgressStep(0, 0, {});
 }

@@ -178,13 +178,14 @@ private Q_SLOTS:
         QTRY_COMPARE(_icons->mostAtOnce(), IconLoader::Width);
         _icons->gate.release(many);
         _icons->decoded.acquire(decoded);
+        QSignalSpy finished(_loader.get(), &IconLoader::finished);
         if (isDestroyed) {
             _loader = std::make_unique<IconLoader>();
         } else {
             _loader->cancelAll();
         }
         QCoreApplication::processEvents();
-        QVERIFY(_received.isEmpty());
+        QVERIFY(_received.isEmpty() && finished.isEmpty());
         QCOMPARE(_icons->started().size(), IconLoader::Width);
         verifyThatItWorks();
     }

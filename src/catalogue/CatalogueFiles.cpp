@@ -110,6 +110,7 @@ std::optional<CatalogueFiles::PathArrays> CatalogueFiles::readPathArrays(
 void CatalogueFiles::reportDamage(
     const QString &fileName, Domain domain, const QString &reason, const QVariantList &remaining)
 {
+    _damaged.insert(fileName);
     const QString path = folder(domain) + QLatin1Char('/') + fileName;
     if (_writing == Writing::Never || domain != Domain::User) {
         qCWarning(lcCatalogue, "cannot use %s: %s", qUtf8Printable(path), qUtf8Printable(reason));

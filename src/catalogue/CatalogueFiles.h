@@ -39,6 +39,9 @@ public:
     // Empty when there is no such file, or nothing in it can be used.
     std::optional<PathArrays> readPathArrays(const QString &fileName, Domain inDomain, Shape shape);
 
+    // Whether a file was found damaged since this object was made.
+    bool wasDamaged(const QString &fileName) const { return _damaged.contains(fileName); }
+
     void writePaths(const QStringList &paths, const QString &fileName);
     void writePathArrays(const QList<QStringList> &bunches, const QString &fileName);
 
@@ -50,6 +53,7 @@ private:
 
     const SearchPaths &_searchPaths;
     Writing _writing;
+    QSet<QString> _damaged;
     // Damaged files that could not be moved away.
     QSet<QString> _untouchable;
 };

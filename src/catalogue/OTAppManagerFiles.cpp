@@ -187,19 +187,24 @@ void OTAppManager::readUserAppsFromDisk()
 {
     const auto bunches = _files.readPathArrays(
         userFile(), CatalogueFiles::Domain::User, CatalogueFiles::Shape::Bunched);
-    if (!bunches) {
+    // Lost bunches must not take the flat order with them: the next move would overwrite it.
+    const bool areBunchesLost = !bunches && _files.wasDamaged(userFile());
+    if (!bunches && !areBunchesLost) {
         return;
     }
     const ChangeScope scope(*this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
-    if (!bunches->bunched.isEmpty()) {
+    if (bunches && !bunches->bunched.isEmpty()) {
         _favourites.setBunches(appArraysFromPathArrays(bunches->bunched));
     }
     const auto flat = _files.readPathArrays(
         user1DFile(), CatalogueFiles::Domain::User, CatalogueFiles::Shape::Flat);
-    if (flat && !flat->flat.isEmpty()) {
-        _favourites.setFlat(appsFromPaths(flat->flat));
-    } else {
+    if (!flat || flat->flat.isEmpty()) {
         rebuildUserApps1D();
+        return;
+    }
+    _favourites.setFlat(appsFromPaths(flat->flat));
+    if (areBunchesLost) {
+        _favourites.setBunches({ userApps1D() });
     }
 }
 

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void wrongUseAndMissingDisplay_areOneLine();
     void badApplications_leaveTheRestStanding_data();
     void badApplications_leaveTheRestStanding();
+    void damagedBunches_leaveTheFlatOrder();
     void badFiles_loseNothing_data();
     void badFiles_loseNothing();
 
@@ -280,6 +281,21 @@ void ProgramTest::badApplications_leaveTheRestStanding()
     QVERIFY(result.errorLines[0].contains(QLatin1String("bad.desktop")));
     QVERIFY(result.output.contains("good.desktop"));
     QCOMPARE(result.output.contains("bad.desktop"), isListed);
+}
+
+void ProgramTest::damagedBunches_leaveTheFlatOrder()
+{
+    const QByteArray a = _runner->path(QStringLiteral("apps/a.desktop")).toUtf8();
+    _runner->writeEntry(QStringLiteral("a"));
+    _runner->scanOnlyOwnApplications();
+    _runner->write(QStringLiteral("data/Ortu/UserApplications1D.plist"),
+        plist("<array><string>" + a + "</string></array>"));
+    QCOMPARE(names(QStringLiteral("9")), QStringList());
+
+    _runner->write(QStringLiteral("data/Ortu/UserApplications.plist"), "<plist");
+
+    QCOMPARE(names(QStringLiteral("9")), QStringList { QStringLiteral("a") });
+    QCOMPARE(names(QStringLiteral("8")), QStringList { QStringLiteral("a") });
 }
 
 void ProgramTest::badFiles_loseNothing_data()

@@ -23,6 +23,10 @@ namespace {
 // other.
 constexpr int MostLaunches = 32;
 
+// Icons arrive by the hundred; painting each on its own would take longer than loading it. In
+// milliseconds, less than a frame of a screen.
+constexpr int RepaintInterval = 10;
+
 // The list whose changes concern a group, by the name under which the catalogue announces it.
 QString listKey(int group)
 {
@@ -55,6 +59,9 @@ OTIconView::OTIconView(OTAppManager &appManager, const GridHost &host, QWidget *
 {
     _layout.setSettings(GridInput::settings());
     _launches.setMaxThreadCount(MostLaunches);
+    _repaintTimer.setSingleShot(true);
+    _repaintTimer.setInterval(RepaintInterval);
+    connect(&_repaintTimer, &QTimer::timeout, this, &OTIconView::repaintDirtyCells);
     connect(
         &UserDefaults::standard(), &UserDefaults::changed, this, &OTIconView::preferenceDidChange);
     connect(&appManager, &OTAppManager::didChange, this, &OTIconView::listDidChange);
@@ -196,9 +203,19 @@ void OTIconView::listDidChange(const QString &key)
 void OTIconView::appIconDidChange(const AppRef &app)
 {
     const QRectF rect = rectOfApp(app);
-    if (!rect.isEmpty()) {
-        update(onWidget(rect));
+    if (rect.isEmpty()) {
+        return;
     }
+    _dirtyCells += onWidget(rect);
+    if (!_repaintTimer.isActive()) {
+        _repaintTimer.start();
+    }
+}
+
+void OTIconView::repaintDirtyCells()
+{
+    update(_dirtyCells);
+    _dirtyCells = {};
 }
 
 QRect OTIconView::onWidget(const QRectF &rect) const

@@ -13,7 +13,9 @@
 
 #include <QHash>
 #include <QImage>
+#include <QRegion>
 #include <QThreadPool>
+#include <QTimer>
 #include <QVariant>
 #include <QWidget>
 
@@ -78,6 +80,7 @@ private:
     void orientationDidChange(qint64 orientation);
     void listDidChange(const QString &key);
     void appIconDidChange(const AppRef &app);
+    void repaintDirtyCells();
 
     int mappedGroup(int group) const;
     void fillCells();
@@ -100,6 +103,9 @@ private:
     // loaded.
     QHash<qint64, QImage> _scaledIcons;
     int _scaledSize = 0;
+    // Cells whose icons arrived since the last repaint.
+    QRegion _dirtyCells;
+    QTimer _repaintTimer;
     Coords _pressedCoords;
     QThreadPool _launches;
 };

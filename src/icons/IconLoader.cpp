@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QMutexLocker>
 
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -75,36 +76,56 @@ void IconLoader::deliver(const IconLoadOperation &operation, const QImage &image
     }
 }
 
+// Everything that is ready is taken at once and its threads are woken together: waking them one by
+// one costs more than handing over an icon.
 void IconLoader::takeDelivered()
 {
+    std::deque<Delivery> ready;
+    {
+        const QMutexLocker lock(&_mutex);
+        ready.swap(_delivered);
+        _isWakeUpPosted = false;
+    }
+    if (ready.empty()) {
+        return;
+    }
     QElapsedTimer turn;
     turn.start();
-    QMutexLocker lock(&_mutex);
-    _isWakeUpPosted = false;
-    const bool isAnythingDelivered = !_delivered.empty();
-    while (!_delivered.empty()) {
-        if (turn.nsecsElapsed() > LongestTurnInNanoseconds) {
-            _isWakeUpPosted = true;
-            QMetaObject::invokeMethod(this, &IconLoader::takeDelivered, Qt::QueuedConnection);
-            break;
-        }
-        const Delivery delivery = std::move(_delivered.front());
-        _delivered.pop_front();
-        lock.unlock();
+    const quint64 cancellations = _cancellations;
+    quint64 taken = 0;
+    while (!ready.empty() && turn.nsecsElapsed() <= LongestTurnInNanoseconds) {
+        const Delivery delivery = std::move(ready.front());
+        ready.pop_front();
+        taken = delivery.ticket;
         --_pendingCount;
         delivery.receiver(delivery.image);
-        lock.relock();
-        _lastTaken = qMax(_lastTaken, delivery.ticket);
-        _taken.wakeAll();
+        if (_cancellations != cancellations) {
+            return;
+        }
     }
-    lock.unlock();
-    if (isAnythingDelivered && _pendingCount == 0) {
+    release(taken, ready);
+    if (_pendingCount == 0) {
         Q_EMIT finished();
     }
 }
 
+// Lets the threads go whose icons were taken, and keeps the rest for the next turn.
+void IconLoader::release(quint64 taken, std::deque<Delivery> &rest)
+{
+    const QMutexLocker lock(&_mutex);
+    _delivered.insert(_delivered.begin(), std::make_move_iterator(rest.begin()),
+        std::make_move_iterator(rest.end()));
+    if (!_delivered.empty() && !_isWakeUpPosted) {
+        _isWakeUpPosted = true;
+        QMetaObject::invokeMethod(this, &IconLoader::takeDelivered, Qt::QueuedConnection);
+    }
+    _lastTaken = taken;
+    _taken.wakeAll();
+}
+
 void IconLoader::cancelAll()
 {
+    ++_cancellations;
     _queue.clear();
     {
         QMutexLocker lock(&_mutex);

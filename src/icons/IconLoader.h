@@ -78,9 +78,12 @@ private:
     void run(const IconLoadOperation &operation, const IconProvider &provider);
     void deliver(const IconLoadOperation &operation, const QImage &image, Handing handing);
     void takeDelivered();
+    void release(quint64 taken, std::deque<Delivery> &rest);
 
     QThreadPool _queue;
     int _pendingCount = 0;
+    // How often everything was cancelled, so that a turn notices it when a receiver does so.
+    quint64 _cancellations = 0;
 
     // Shared with the threads of the queue.
     QMutex _mutex;

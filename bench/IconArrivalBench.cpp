@@ -65,6 +65,7 @@ void iconsArrive(benchmark::State &state)
     qputenv("XDG_DATA_HOME", QFile::encodeName(home.path()));
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path()));
 
+    double first = 0;
     double longest = 0;
     for (auto _ : state) {
         const auto desktop = makeFreedesktopDesktop();
@@ -79,12 +80,17 @@ void iconsArrive(benchmark::State &state)
         view.resize(view.viewSize().toSize());
         view.show();
         QElapsedTimer turn;
+        // The window's own first turn, in which no icon has arrived yet, is a matter of the start.
+        turn.start();
+        QCoreApplication::processEvents();
+        first = qMax(first, double(turn.nsecsElapsed()) / 1e6);
         while (IconLoader::sharedIconLoader().pendingCount() > 0) {
             turn.start();
             QCoreApplication::processEvents();
             longest = qMax(longest, double(turn.nsecsElapsed()) / 1e6);
         }
     }
+    state.counters["first_turn_ms"] = first;
     state.counters["longest_turn_ms"] = longest;
 }
 BENCHMARK(iconsArrive)->Unit(benchmark::kMillisecond)->Iterations(5)->UseRealTime();

@@ -85,7 +85,7 @@ bool GroupReader::readLine(std::string_view line, QString *problem)
         if (line == "[Desktop Entry]") {
             _place = Place::InGroup;
         } else if (_place == Place::BeforeGroups) {
-            // GIO and the specification both want the main group to come first.
+            // GIO and the entry standard both want the main group to come first.
             *problem = QStringLiteral("does not begin with [Desktop Entry]");
             return false;
         } else {

@@ -12,7 +12,7 @@ QList<QByteArray> Languages::preferred()
             languages.append(language);
         }
     }
-    // GLib puts language and modifier before language and country, the specification the other way
+    // GLib puts language and modifier before language and country, the entry standard the other way
     // round.
     for (qsizetype i = 1; i < languages.size(); ++i) {
         const QByteArray &first = languages.at(i - 1);

@@ -1,0 +1,27 @@
+// The distinct colours of a bitmap, and how much of it each covers.
+
+#pragma once
+
+#include "colour/HeapArray.h"
+
+#include <cstdint>
+
+struct BitmapView;
+
+struct ColorHistogramEntry
+{
+    std::uint8_t red = 0, green = 0, blue = 0;
+    // 255, whatever the alpha of the pixels was.
+    std::uint8_t alpha = 0;
+    // Each pixel counts as much as its alpha says, 1 to 255; in a bitmap without alpha each counts
+    // 1.
+    std::uint64_t count = 0;
+};
+
+using ColorHistogram = HeapArray<ColorHistogramEntry>;
+
+// Reads every pixel, from the top row down; those with alpha 0 do not exist. Samples count as they
+// are stored: a premultiplied colour is not divided by its alpha. The order of the entries depends
+// on the pixels alone. Empty, with one line on standard error, when nothing is visible or memory
+// runs out; empty for a bitmap that cannot be read. May be called from any thread.
+ColorHistogram createColorHistogram(const BitmapView &bitmap);

@@ -14,12 +14,32 @@ namespace {
 // Half of what a frame of an animation may take; the rest is for painting what arrived.
 constexpr qint64 LongestTurnInNanoseconds = 4'000'000;
 
+// Null, after one log line, when there is no icon.
+QImage loaded(const IconLoadOperation &operation, const IconProvider &provider)
+{
+    const int size = operation.parameters.iconSize();
+    const IconSource source = provider.resolve(operation.filePath, size);
+    if (source.isNull()) {
+        qCWarning(lcIcons, "IconLoader::run Error loading icon for path: %s",
+            qUtf8Printable(operation.filePath));
+        return {};
+    }
+    return provider.decode(source, size);
+}
+
 } // namespace
 
-IconLoadOperation::IconLoadOperation(const QString &path, const IconParameters &iconParameters,
-    std::function<void(const QImage &)> iconReceiver)
+IconLoadOperation::IconLoadOperation(
+    const QString &path, const IconParameters &iconParameters, Receiver iconReceiver)
     : filePath(path)
-    , iconSize(iconParameters.iconSize())
+    , parameters(iconParameters)
+    , receiver(std::move(iconReceiver))
+{ }
+
+IconLoadOperation::IconLoadOperation(
+    const QImage &icon, const IconParameters &iconParameters, Receiver iconReceiver)
+    : image(icon)
+    , parameters(iconParameters)
     , receiver(std::move(iconReceiver))
 { }
 
@@ -48,25 +68,23 @@ void IconLoader::addOperation(IconLoadOperation operation, const IconProvider &p
 
 void IconLoader::run(const IconLoadOperation &operation, const IconProvider &provider)
 {
-    const IconSource source = provider.resolve(operation.filePath, operation.iconSize);
-    QImage image;
-    if (source.isNull()) {
-        qCWarning(lcIcons, "IconLoader::run Error loading icon for path: %s",
-            qUtf8Printable(operation.filePath));
-    } else {
-        image = provider.decode(source, operation.iconSize);
+    QImage image = operation.image.isNull() ? loaded(operation, provider) : operation.image;
+    if (image.isNull()) {
+        deliver(operation, {}, Handing::DoesNotWait);
+        return;
     }
-    deliver(operation, image, image.isNull() ? Handing::DoesNotWait : Handing::Waits);
+    IconMeasurement measurement = measureIcon(image, operation.parameters);
+    deliver(operation, { std::move(image), std::move(measurement) }, Handing::Waits);
 }
 
-void IconLoader::deliver(const IconLoadOperation &operation, const QImage &image, Handing handing)
+void IconLoader::deliver(const IconLoadOperation &operation, LoadedIcon icon, Handing handing)
 {
     QMutexLocker lock(&_mutex);
     if (_isStopping) {
         return;
     }
     const quint64 ticket = ++_lastTicket;
-    _delivered.push_back({ ticket, image, operation.receiver });
+    _delivered.push_back({ ticket, std::move(icon), operation.receiver });
     if (!_isWakeUpPosted) {
         _isWakeUpPosted = true;
         QMetaObject::invokeMethod(this, &IconLoader::takeDelivered, Qt::QueuedConnection);
@@ -94,11 +112,11 @@ void IconLoader::takeDelivered()
     const quint64 cancellations = _cancellations;
     quint64 taken = 0;
     while (!ready.empty() && turn.nsecsElapsed() <= LongestTurnInNanoseconds) {
-        const Delivery delivery = std::move(ready.front());
+        Delivery delivery = std::move(ready.front());
         ready.pop_front();
         taken = delivery.ticket;
         --_pendingCount;
-        delivery.receiver(delivery.image);
+        delivery.receiver(std::move(delivery.icon));
         if (_cancellations != cancellations) {
             return;
         }

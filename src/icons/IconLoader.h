@@ -1,16 +1,17 @@
 // The queue in which icons are loaded: eight at a time, in the order in which they were asked for.
 //
-// An operation resolves and decodes one icon on a thread of the queue and hands it to its receiver
-// on the main thread; until the receiver has run, that thread waits, so that loading never runs far
-// ahead of what is done with the icons. A failure is handed over without waiting. Icons that are
-// ready together are handed over in one turn of the event loop, but no turn goes on longer than a
-// few milliseconds.
+// An operation resolves, decodes and measures one icon on a thread of the queue and hands it to its
+// receiver on the main thread; until the receiver has run, that thread waits, so that loading never
+// runs far ahead of what is done with the icons. A failure is handed over without waiting. Icons
+// that are ready together are handed over in one turn of the event loop, but no turn goes on longer
+// than a few milliseconds.
 //
 // The loader is used from the main thread. It knows no applications: a receiver that may die
 // captures a weak handle.
 
 #pragma once
 
+#include "icons/IconMeasurement.h"
 #include "icons/IconParameters.h"
 
 #include <QImage>
@@ -25,16 +26,31 @@
 
 class IconProvider;
 
-// One icon to load.
+// What an operation comes back with. Without an icon both are empty.
+struct LoadedIcon
+{
+    QImage image;
+    IconMeasurement measurement;
+};
+
+// One icon to load and measure, or only to measure.
 struct IconLoadOperation
 {
-    QString filePath;
-    int iconSize = 0;
-    // Called on the main thread, with a null image when the bundle has no icon.
-    std::function<void(const QImage &)> receiver;
+    // Called on the main thread.
+    using Receiver = std::function<void(LoadedIcon)>;
 
-    IconLoadOperation(const QString &path, const IconParameters &iconParameters,
-        std::function<void(const QImage &)> iconReceiver);
+    QString filePath;
+    // An icon that is there already.
+    QImage image;
+    IconParameters parameters;
+    Receiver receiver;
+
+    // Loads the icon of the bundle at a path.
+    IconLoadOperation(
+        const QString &path, const IconParameters &iconParameters, Receiver iconReceiver);
+    // Measures an icon again.
+    IconLoadOperation(
+        const QImage &icon, const IconParameters &iconParameters, Receiver iconReceiver);
 };
 
 class IconLoader : public QObject
@@ -69,14 +85,14 @@ private:
     struct Delivery
     {
         quint64 ticket = 0;
-        QImage image;
-        std::function<void(const QImage &)> receiver;
+        LoadedIcon icon;
+        IconLoadOperation::Receiver receiver;
     };
 
     enum class Handing { Waits, DoesNotWait };
 
     void run(const IconLoadOperation &operation, const IconProvider &provider);
-    void deliver(const IconLoadOperation &operation, const QImage &image, Handing handing);
+    void deliver(const IconLoadOperation &operation, LoadedIcon icon, Handing handing);
     void takeDelivered();
     void release(quint64 taken, std::deque<Delivery> &rest);
 

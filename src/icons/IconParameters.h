@@ -14,10 +14,11 @@ struct IconParameters
     // Fraction of colourful pixels from which an icon is ordered by its hue.
     float grayThreshold = 0;
     bool graysBySecondaryColor = false;
-    // Degrees at which the colour wheel is cut open.
+    // Degrees at which the colour wheel is cut open; counted round the wheel outside 0 to 360.
     float wrapHue = 0;
     // Chroma / 100 from which a colour counts as colourful.
     float minSaturation = 0;
+    // Asked of the measurement, which makes no difference by it.
     float minLuminosity = 0;
 
     // Edge in pixels of the picture that is really loaded.

@@ -88,7 +88,7 @@ private Q_SLOTS:
         QSignalSpy finished(_loader.get(), &IconLoader::finished);
         bool isOnMainThread = true;
         for (int i = 0; i < many; ++i) {
-            add(QString::number(i), [&isOnMainThread, this](const QImage &) {
+            add(QString::number(i), [&isOnMainThread, this] {
                 isOnMainThread = isOnMainThread && QThread::currentThread() == thread();
             });
         }
@@ -117,7 +117,7 @@ private Q_SLOTS:
         QSignalSpy finished(_loader.get(), &IconLoader::finished);
         qsizetype furthestAhead = 0;
         for (int i = 0; i < many; ++i) {
-            add(QString::number(i), [&](const QImage &) {
+            add(QString::number(i), [&] {
                 const qsizetype handedOver = _received.size() - 1;
                 furthestAhead = qMax(furthestAhead, _icons->started().size() - handedOver);
             });
@@ -156,7 +156,7 @@ private Q_SLOTS:
         for (const auto &[wanted, size] : std::initializer_list<std::pair<qint64, int>> {
                  { 64, 64 }, { 256, 128 }, { qint64(1) << 40, 128 }, { 0, 1 }, { -5, 1 } }) {
             parameters.maximumIconSize = wanted;
-            QCOMPARE(IconLoadOperation({}, parameters, {}).iconSize, size);
+            QCOMPARE(IconLoadOperation(QString(), parameters, {}).parameters.iconSize(), size);
         }
     }
 
@@ -193,7 +193,7 @@ private Q_SLOTS:
     void cancelAll_fromWithinAReceiver()
     {
         for (int i = 0; i < many; ++i) {
-            add(QString::number(i), [this](const QImage &) { _loader->cancelAll(); });
+            add(QString::number(i), [this] { _loader->cancelAll(); });
         }
         _icons->gate.release(many);
         QTRY_VERIFY(!_received.isEmpty());
@@ -206,20 +206,20 @@ private Q_SLOTS:
     {
         QSignalSpy finished(_loader.get(), &IconLoader::finished);
         _icons->gate.release(2);
-        add(u"first"_s, [this](const QImage &) { add(u"second"_s); });
+        add(u"first"_s, [this] { add(u"second"_s); });
         QVERIFY(finished.wait());
         QCOMPARE(_received.size(), 2);
         QCOMPARE(finished.count(), 1);
     }
 
 private:
-    void add(const QString &path, std::function<void(const QImage &)> receiver = {})
+    void add(const QString &path, std::function<void()> receiver = {})
     {
         _loader->addOperation({ path, IconParameters(),
-                                  [this, receiver](const QImage &icon) {
-                                      _received.append(icon);
+                                  [this, receiver](const LoadedIcon &icon) {
+                                      _received.append(icon.image);
                                       if (receiver) {
-                                          receiver(icon);
+                                          receiver();
                                       }
                                   } },
             *_icons);

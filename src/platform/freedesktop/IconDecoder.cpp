@@ -5,6 +5,7 @@
 #include "platform/freedesktop/IconPng.h"
 #include "platform/freedesktop/Log.h"
 #include "platform/freedesktop/SvgGuard.h"
+#include "support/PremultipliedImage.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -159,7 +160,7 @@ QImage decodePicture(const QByteArray &bytes, int size, QString *reason)
         return {};
     }
     // Before scaling, or the colour of invisible pixels would show at the edges.
-    picture.convertTo(QImage::Format_ARGB32_Premultiplied);
+    picture = premultipliedImage(picture);
     picture.setDevicePixelRatio(1);
     const QSize target = fitted(picture.size(), size).size().toSize().expandedTo({ 1, 1 });
     if (picture.size() != target) {

@@ -1,0 +1,112 @@
+#include "icons/ColorKey.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double FullCircle = 360.0;
+constexpr qsizetype None = -1;
+
+// Where each range of keys begins, and how far it reaches.
+constexpr double GrayKeys = 1.0;
+constexpr double ColorlessKeys = 1.5;
+constexpr double GrayRange = 0.5;
+
+SortedColor shown(const HclColor &color)
+{
+    const LinearRGB rgb = applyGamma(linearRGBFromXYZ(xyzFromLuv(color.color)), ImageGamma);
+    return { rgb.red, rgb.green, rgb.blue, color.count };
+}
+
+// What is found in one walk over the colours.
+struct Survey
+{
+    qint64 total = 0;
+    qint64 colorful = 0;
+    // The colour that stands out most; an earlier one among equals.
+    qsizetype best = None;
+    qsizetype firstGray = None;
+
+    Survey(const HclColors &colors, double minSaturation)
+    {
+        double bestScore = 0;
+        for (std::size_t i = 0; i < colors.size(); ++i) {
+            const HclColor &color = colors[i];
+            total += qint64(color.count);
+            if (minSaturation <= color.saturation) {
+                colorful += qint64(color.count);
+                const double score =
+                    double(color.count) * (0.5 * color.luminosity + color.saturation);
+                if (score > bestScore) {
+                    bestScore = score;
+                    best = qsizetype(i);
+                }
+            } else if (firstGray == None) {
+                firstGray = qsizetype(i);
+            }
+        }
+    }
+};
+
+// From 0 to below 1, round the wheel from the hue at which it is cut open.
+double hueKey(const HclColor &color, float wrapHue)
+{
+    const bool isOnWheel = wrapHue >= 0 && wrapHue <= FullCircle;
+    const double cut = isOnWheel ? wrapHue : wrapped(wrapHue, 0, FullCircle);
+    const double wrap = cut / FullCircle;
+    const double hue = color.hue / FullCircle;
+    const double key = wrap <= hue ? hue - wrap : (1.0 - wrap) + hue;
+    // A hue next to the cut may be rounded up to 1, where grey begins.
+    return std::min(key, std::nextafter(1.0, 0.0));
+}
+
+} // namespace
+
+SortedColors colorArrayForPrimaryIndex(
+    const HclColors &colors, qsizetype primaryIndex, qsizetype secondaryIndex, qsizetype grayIndex)
+{
+    const auto count = qsizetype(colors.size());
+    const auto isThere = [count](qsizetype index) { return index >= 0 && index < count; };
+    if (!isThere(primaryIndex) || !isThere(secondaryIndex)) {
+        return {};
+    }
+    SortedColors list;
+    list.reserve(count + 1);
+    list.append(shown(colors[std::size_t(primaryIndex)]));
+    list.append(shown(colors[std::size_t(secondaryIndex)]));
+    for (qsizetype i = 0; i < count; ++i) {
+        if (i != secondaryIndex) {
+            list.insert(i == grayIndex ? list.size() : 2, shown(colors[std::size_t(i)]));
+        }
+    }
+    return list;
+}
+
+ColorKey pickAndSortColors(const HclColors &colors, const IconParameters &parameters)
+{
+    if (colors.isEmpty()) {
+        return { ColorKey::Unknown, {}, ColorKey::Problem::NoColors };
+    }
+    const Survey survey(colors, parameters.minSaturation);
+    if (survey.total <= 0) {
+        return { ColorKey::Unknown, {}, ColorKey::Problem::ZeroPixelQuantity };
+    }
+    const auto [total, colorful, best, gray] = survey;
+    const auto result = [&](double value, qsizetype primary, qsizetype secondary) {
+        return ColorKey { value, colorArrayForPrimaryIndex(colors, primary, secondary, gray) };
+    };
+    if (best != None && double(colorful) / double(total) > double(parameters.grayThreshold)) {
+        return result(hueKey(colors[std::size_t(best)], parameters.wrapHue), best, best);
+    }
+    if (gray == None) {
+        return {};
+    }
+    if (parameters.graysBySecondaryColor && best != None) {
+        const double accent = hueKey(colors[std::size_t(best)], parameters.wrapHue);
+        return result(GrayKeys + GrayRange * accent, gray, best);
+    }
+    const double lightness = std::clamp(colors[std::size_t(gray)].luminosity, 0.0, 1.0);
+    const double first = parameters.graysBySecondaryColor ? ColorlessKeys : GrayKeys;
+    return result(first + GrayRange * (1.0 - lightness), gray, gray);
+}

@@ -2,7 +2,6 @@
 
 #include "catalogue/InitialLetters.h"
 #include "catalogue/Log.h"
-#include "icons/IconLoader.h"
 #include "icons/NamedImages.h"
 #include "platform/Desktop.h"
 #include "support/NotificationCenter.h"
@@ -122,78 +121,20 @@ void OTApp::findExcludedStringsInName()
         [&shown](const QString &word) { return shown.contains(word, Qt::CaseInsensitive); });
 }
 
-QImage OTApp::icon() const
-{
-    return _icon.isNull() ? NamedImages::notfound() : _icon;
-}
-
 void OTApp::refreshNameAndPath()
 {
-    _displayName.clear();
-    findLetters();
-    findExcludedStringsInName();
+    refreshName();
     _pathIsValid = QFile::exists(_path);
 }
 
-void OTApp::setIconParameters(const IconParameters &parameters)
+void OTApp::refreshName()
 {
-    refreshNameAndPath();
-    if (_pathIsValid) {
-        loadIconWithParameters(parameters);
-    } else {
-        _colorSortParams = parameters;
-        ++_iconRequest;
-        setIcon({});
+    _displayName.clear();
+    if (displayName() != _indexedName) {
+        _indexedName = displayName();
+        findLetters();
+        findExcludedStringsInName();
     }
-}
-
-void OTApp::loadIconWithParameters(const IconParameters &parameters)
-{
-    QString error;
-    const std::optional<quint64> fileNumber = Items::fileNumberOf(_path, &error);
-    const bool isSameSize = parameters.maximumIconSize == _colorSortParams.maximumIconSize;
-    _colorSortParams = parameters;
-    if (!fileNumber) {
-        qCWarning(lcCatalogue, "%s", qUtf8Printable(error));
-        ++_iconRequest;
-        setIcon({});
-        return;
-    }
-    if (isSameSize && *fileNumber == _fileID && !_icon.isNull()) {
-        return;
-    }
-    _fileID = *fileNumber;
-    requestIcon();
-}
-
-void OTApp::requestIcon()
-{
-    const quint64 request = ++_iconRequest;
-    IconLoader::sharedIconLoader().addOperation(
-        { _path, _colorSortParams,
-            [weak = weak_from_this(), request](const QImage &icon) {
-                const AppRef app = weak.lock();
-                if (app && app->_iconRequest == request) {
-                    app->setIcon(icon);
-                }
-            } },
-        _desktop.icons());
-}
-
-void OTApp::setIcon(const QImage &icon)
-{
-    const bool isSameIcon = icon.isNull() ? _icon.isNull() : icon.cacheKey() == _icon.cacheKey();
-    if (isSameIcon) {
-        return;
-    }
-    _icon = icon;
-    Q_EMIT NotificationCenter::defaultCenter().N_AppIconChanged(shared_from_this());
-}
-
-void OTApp::resetIconToDot()
-{
-    _icon = NamedImages::dot();
-    _fileID = 0;
 }
 
 std::optional<QList<QUrl>> OTApp::documentsOnPasteboard(const QMimeData *pasteboard)

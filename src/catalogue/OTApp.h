@@ -8,6 +8,8 @@
 #pragma once
 
 #include "catalogue/AppList.h"
+#include "icons/ColorKey.h"
+#include "icons/IconMeasurement.h"
 #include "icons/IconParameters.h"
 
 #include <QByteArray>
@@ -21,6 +23,7 @@
 
 class Desktop;
 class QMimeData;
+struct LoadedIcon;
 
 class OTApp : public std::enable_shared_from_this<OTApp>
 {
@@ -68,14 +71,34 @@ public:
     void refreshNameAndPath();
     // Refreshes name and path, then sees to the icon.
     void setIconParameters(const IconParameters &parameters);
-    // Asks for the icon unless the same bundle was loaded at the same size before.
+    // Asks for the icon; when the same bundle was loaded at the same size before, only its colours
+    // are judged afresh, and measured afresh, on another thread, where that is needed.
     void loadIconWithParameters(const IconParameters &parameters);
-    // Announces N_AppIconChanged, unless it is the icon that the entry has. Null: no icon.
+    // Measures the icon and announces N_AppIconChanged, unless it is the icon that the entry has.
+    // Null: no icon.
     void setIcon(const QImage &icon);
     // Shows the placeholder until the next pass, which loads the icon again. Announces nothing.
     void resetIconToDot();
     // The next pass loads the icon again; until it arrives the present one stays.
     void forgetIconSource() { _fileID = 0; }
+
+    // Judges the colours of the icon by these parameters, measuring it first where the judgement
+    // needs that. Announces N_AppIconChanged, also when all stayed as it was.
+    void setColorSortParameters(const IconParameters &parameters);
+    // Works out key and colours from what was measured; one log line when there is nothing.
+    void pickAndSortColors();
+    // Indexes into the dominant colours, -1 for no grey one; see ColorKey.h.
+    SortedColors colorArrayForPrimaryIndex(
+        qsizetype primaryIndex, qsizetype secondaryIndex, qsizetype grayIndex) const;
+    // Forgets what was measured; the key is then unknown.
+    void freeColorSortData();
+    // Where the icon stands in the order by colour; ColorKey::Unknown when it cannot be told.
+    double colorSortValue() const { return _colorSortValue; }
+    // The icon's colours, the main one first; empty when they are not known.
+    const SortedColors &sortedColors() const { return _sortedColors; }
+    void setSortedColors(const SortedColors &colors) { _sortedColors = colors; }
+    // A picture of the sorted colours; the icon, which may be null, when there are none.
+    QImage spectrumIcon() const;
 
     // Launches the application with the documents on the pasteboard: its local files, else its
     // first URL, else an empty list; with no pasteboard, without documents. May be called from any
@@ -95,18 +118,35 @@ public:
     }
 
 private:
+    void refreshName();
+    void loadIconOfFile(quint64 fileNumber, const IconParameters &parameters);
     void requestIcon();
+    void takeIcon(LoadedIcon loaded);
+    void requestMeasurement();
+    void takeMeasurement(LoadedIcon measured);
+    void setMeasuredIcon(const QImage &icon, IconMeasurement measurement);
+    void applyColorSortParameters(const IconParameters &parameters, IconMeasurement measurement);
+    bool needsMeasuring(const IconParameters &parameters) const;
 
     Desktop &_desktop;
     QString _path;
     mutable QString _displayName;
+    // The name that letters and words were found in.
+    QString _indexedName;
     bool _pathIsValid = false;
     QImage _icon;
     QByteArray _letters;
     quint64 _fileID = 0;
     // Which request the entry waits for; the answer to an older one is dropped.
     quint64 _iconRequest = 0;
+    bool _isAwaitingIcon = false;
+    bool _isBeingMeasured = false;
+    HclColors _hclColors;
+    // Of the colours; how many to ask for while there are none.
+    qsizetype _hclColorCount = IconMeasurement::ColorCount;
     IconParameters _colorSortParams;
+    SortedColors _sortedColors;
+    double _colorSortValue = ColorKey::Unknown;
     bool _containsExcludedKeywords = false;
     QVariantMap _attributes;
 };

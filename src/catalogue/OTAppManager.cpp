@@ -34,6 +34,9 @@ OTAppManager::OTAppManager(Desktop &desktop, Use use, QObject *parent)
     _fullScanTimer.setSingleShot(true);
     _fullScanTimer.setInterval(FullScanDelay);
     connect(&_fullScanTimer, &QTimer::timeout, this, &OTAppManager::fullScanTimerFire);
+    _sortColorTimer.setSingleShot(true);
+    _sortColorTimer.setInterval(SortColorDelay);
+    connect(&_sortColorTimer, &QTimer::timeout, this, &OTAppManager::sortIconColorTimerFire);
     connect(&UserDefaults::standard(), &UserDefaults::changed, this,
         &OTAppManager::preferenceDidChange);
 
@@ -42,6 +45,7 @@ OTAppManager::OTAppManager(Desktop &desktop, Use use, QObject *parent)
         &OTAppManager::scanPathListDidChange);
     connect(
         &center, &NotificationCenter::N_AppIsMissing, this, &OTAppManager::scanPathListDidChange);
+    connect(&center, &NotificationCenter::N_AppIconChanged, this, &OTAppManager::appIconChanged);
 
     const RunningApplications &running = desktop.runningApplications();
     connect(
@@ -276,8 +280,7 @@ void OTAppManager::preferenceDidChange(
         || key == QLatin1String("searchDirectories")) {
         NotificationCenter::defaultCenter().postWhenIdle(
             &NotificationCenter::N_ScanPathListChanged);
-    } else if (key.startsWith(QLatin1String("colorSort"))
-        && oldValue.toFloat() != newValue.toFloat()) {
+    } else if (colorSortingKeys().contains(key) && oldValue.toFloat() != newValue.toFloat()) {
         loadIconsForApps(AppArray(_allApps1D));
     }
 }

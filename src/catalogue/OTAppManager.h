@@ -44,6 +44,8 @@ class OTAppManager : public QObject
 public:
     // The time in milliseconds from the last sign of a change on disk to the scan that follows it.
     static constexpr int FullScanDelay = 5000;
+    // And from the last change of an icon to the sorting by colour that follows it.
+    static constexpr int SortColorDelay = 1000;
 
     // What the catalogue is for. Preview: nothing is written or moved on disk. Inspection: no icons
     // are loaded either.
@@ -113,6 +115,9 @@ public:
     void sortArray(AppList &array);
     void sortAllApps();
     void sortAllArrays();
+    // Goes back to the defaults of the preferences by which colours are judged.
+    void resetColorSortingOptions();
+    bool isColorSortPending() const { return _sortColorTimer.isActive(); }
 
     QStringList pathsToScan() const;
     bool isBusyScanning() const { return _isBusyScanning; }
@@ -154,6 +159,8 @@ private:
         const QString &key, const QVariant &oldValue, const QVariant &newValue);
     void scanPathListDidChange();
     void fullScanTimerFire();
+    void appIconChanged(const AppRef &app);
+    void sortIconColorTimerFire();
     void showProgressStep(int step, int count, const QString &label);
     void runningAppsListDidChange();
     void handleAppFrontSwitched();
@@ -168,6 +175,8 @@ private:
     SortOrder sortOrder() const;
     static bool sortsRunningByLaunchOrder();
     static IconParameters iconParameters();
+    // The preferences by which colours are judged.
+    static const QStringList &colorSortingKeys();
 
     Desktop &_desktop;
     Use _use;
@@ -186,4 +195,5 @@ private:
     bool _isBusyScanning = false;
     int _prioritizedGroup = AllGroup;
     QTimer _fullScanTimer;
+    QTimer _sortColorTimer;
 };

@@ -1,4 +1,5 @@
-// The part of the catalogue that decides which icons are loaded, and in which order.
+// The part of the catalogue that decides which icons are loaded, in which order, and when their
+// colours are sorted.
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
@@ -74,4 +75,39 @@ void OTAppManager::reloadAllIcons()
     }
     loadAllIconsPrioritizingGroup(_prioritizedGroup);
     loadIconsForApps(AppArray(_runningApps));
+}
+
+const QStringList &OTAppManager::colorSortingKeys()
+{
+    static const QStringList keys { QStringLiteral("colorSortGrayThreshold"),
+        QStringLiteral("colorSortWrapHue"), QStringLiteral("colorSortMinSaturation"),
+        QStringLiteral("colorSortMinLuminosity"),
+        QStringLiteral("colorSortGraysBySecondaryColor") };
+    return keys;
+}
+
+void OTAppManager::resetColorSortingOptions()
+{
+    UserDefaults &defaults = UserDefaults::standard();
+    for (const QString &key : colorSortingKeys()) {
+        defaults.setObject(key, defaults.defaultForKey(key));
+    }
+}
+
+// Each change puts the sorting off: while icons arrive, the order would change under the user's
+// eyes.
+void OTAppManager::appIconChanged(const AppRef &app)
+{
+    if (app) {
+        _sortColorTimer.start();
+    } else {
+        _sortColorTimer.stop();
+    }
+}
+
+void OTAppManager::sortIconColorTimerFire()
+{
+    if (sortOrder() == SortOrder::ByColor) {
+        sortAllArrays();
+    }
 }

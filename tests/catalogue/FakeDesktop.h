@@ -7,6 +7,7 @@
 #include "platform/Desktop.h"
 #include "platform/FileTree.h"
 
+#include <QColor>
 #include <QHash>
 #include <QMutex>
 #include <QMutexLocker>
@@ -33,9 +34,12 @@ public:
     }
 };
 
+// One colour fills each icon, red unless another is given for the bundle's name.
 class FakeIcons final : public IconProvider
 {
 public:
+    QHash<QString, QColor> colors;
+
     // In the order in which threads came to ask.
     QStringList asked() const
     {
@@ -49,10 +53,10 @@ public:
         _asked.append(bundlePath);
         return { bundlePath };
     }
-    QImage decode(const IconSource &, int size) const override
+    QImage decode(const IconSource &source, int size) const override
     {
         QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::red);
+        image.fill(colors.value(Items::nameOf(source.file), Qt::red));
         return image;
     }
 

@@ -6,6 +6,7 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
+#include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
@@ -294,6 +295,80 @@ private Q_SLOTS:
         QVERIFY(!a->isPathValid());
     }
 
+    void orderByColour_comesOnceAfterTheLastChange()
+    {
+        _desktop->fakeIcons.colors = { { u"b"_s, Qt::green }, { u"c"_s, Qt::white },
+            { u"d"_s, Qt::red }, { u"e"_s, Qt::blue }, { u"f"_s, Qt::black } };
+        start(u"x/abcdef y/da"_s);
+        _manager->excludeApp(app(u"x/e"_s));
+        _manager->excludeApp(app(u"x/d"_s));
+        QTRY_COMPARE(IconLoader::sharedIconLoader().pendingCount(), 0);
+        QVERIFY(_manager->isColorSortPending());
+        QSignalSpy changes(_manager.get(), &OTAppManager::didChange);
+        QTRY_VERIFY(!_manager->isColorSortPending());
+        // Another order was asked for.
+        QVERIFY(changes.isEmpty());
+        QCOMPARE(lists({ 5, 2, 4 }), u"abcdef|ad| aabcdf ed"_s);
+
+        _defaults->setObject(u"groupContentsSortOrder"_s, 2);
+        QCOMPARE(lists({ 5, 2, 4 }), u"adbecf|ad| aadbcf de"_s);
+        QTRY_COMPARE(IconLoader::sharedIconLoader().pendingCount(), 0);
+        changes.clear();
+        QElapsedTimer sinceLast;
+        for (const char *letter : { "a", "b", "c" }) {
+            app(u"x/"_s + QString::fromLatin1(letter))->setIcon(icon(Qt::darkBlue));
+            sinceLast.start();
+        }
+        QVERIFY(changes.isEmpty());
+        QTRY_VERIFY(!_manager->isColorSortPending());
+        QVERIFY(sinceLast.elapsed() > OTAppManager::SortColorDelay / 2);
+        // Equal ones stay as they stood.
+        QCOMPARE(lists({ 5 }), u"dabecf|ad|"_s);
+        QCOMPARE(keys(changes).count(u"allApps"_s), 1);
+
+        app(u"x/a"_s)->setIcon({});
+        Q_EMIT _center->N_AppIconChanged(nullptr);
+        QVERIFY(!_manager->isColorSortPending());
+        _manager->sortAllArrays();
+        QCOMPARE(lists({ 5 }), u"dbecfa|ad|"_s);
+    }
+
+    void orderByColour_followsItsPreferences()
+    {
+        _desktop->fakeIcons.colors = { { u"b"_s, Qt::green }, { u"c"_s, Qt::white },
+            { u"d"_s, Qt::black } };
+        _defaults->setObject(u"groupContentsSortOrder"_s, 2);
+        start(u"x/dcba"_s);
+        const auto settled = [this] {
+            const bool isSettled =
+                QTest::qWaitFor([] { return IconLoader::sharedIconLoader().pendingCount() == 0; });
+            _manager->sortAllArrays();
+            return isSettled ? lists({ 5 }) : QString();
+        };
+        const auto order = [&](const QString &key, const QVariant &value) {
+            _defaults->setObject(key, value);
+            return settled();
+        };
+        QCOMPARE(order(u"colorSortMinLuminosity"_s, 0.5), u"abcd|"_s);
+        QCOMPARE(order(u"colorSortWrapHue"_s, 30.0), u"bacd|"_s);
+        QCOMPARE(order(u"colorSortGraysBySecondaryColor"_s, true), u"bacd|"_s);
+        QCOMPARE(app(u"x/d"_s)->colorSortValue(), 2.0);
+        // Everything is grey: by lightness, white, green, red, black.
+        QCOMPARE(order(u"colorSortMinSaturation"_s, 5.0), u"cbad|"_s);
+        QCOMPARE(order(u"colorSortMinSaturation"_s, 0.14), u"bacd|"_s);
+        // No icon has more colour than that, and two have nothing else.
+        QCOMPARE(order(u"colorSortGrayThreshold"_s, 1.0), u"cdba|"_s);
+
+        QSignalSpy changes(_defaults.get(), &UserDefaults::changed);
+        _manager->resetColorSortingOptions();
+        QCOMPARE(keys(changes).join(u' '),
+            u"colorSortGrayThreshold colorSortWrapHue colorSortMinLuminosity "
+            "colorSortGraysBySecondaryColor"_s);
+        QCOMPARE(settled(), u"abcd|"_s);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^colorSortWrapHue: .*nan"_s));
+        QCOMPARE(order(u"colorSortWrapHue"_s, qQNaN()), u"abcd|"_s);
+    }
+
     void icons_ofTheGroupShownComeFirst()
     {
         start(u"x/abcdefghijklmnopqrstuvwxyz y/ABCDEFGHIJKLMNOPQRSTUVWXYZ"_s);
@@ -427,6 +502,21 @@ private:
                 array.isFlat() ? BunchText::text(array.apps()) : BunchText::text(array.bunches()));
         }
         return texts.join(u' ');
+    }
+    // The first argument of every emission.
+    static QStringList keys(const QSignalSpy &emissions)
+    {
+        QStringList keys;
+        for (const QVariantList &arguments : emissions) {
+            keys.append(arguments.first().toString());
+        }
+        return keys;
+    }
+    static QImage icon(const QColor &color)
+    {
+        QImage image(4, 4, QImage::Format_ARGB32_Premultiplied);
+        image.fill(color);
+        return image;
     }
     QString files() const
     {

@@ -9,6 +9,9 @@
 #include <QTest>
 #include <QThread>
 
+#include <cmath>
+#include <limits>
+
 using namespace Qt::Literals::StringLiterals;
 
 class OTAppTest : public QObject
@@ -187,13 +190,14 @@ private Q_SLOTS:
         QVERIFY(QFile::rename(_desktop->tree.add(u"b.app"_s, {}), path + u"2"_s));
         QVERIFY(QFile::remove(path) && QFile::rename(path + u"2"_s, path));
         QVERIFY(pass(256));
-        QCOMPARE(changes.count(), 3);
+        // Each pass is announced, also one that found everything as it was.
+        QCOMPARE(changes.count(), 6);
 
         app->setIcon(app->icon());
         app->resetIconToDot();
-        QCOMPARE(changes.count(), 3);
+        QCOMPARE(changes.count(), 6);
         QVERIFY(pass(256));
-        QCOMPARE(changes.count(), 4);
+        QCOMPARE(changes.count(), 7);
     }
 
     void icon_ofAMissingBundle()
@@ -228,6 +232,115 @@ private Q_SLOTS:
         QCOMPARE(changes.count(), 2);
     }
 
+    void colors_followTheIconAndTheParameters()
+    {
+        const AppRef app = made(u"/a.app"_s);
+        QSignalSpy changes(_center.get(), &NotificationCenter::N_AppIconChanged);
+        IconParameters parameters = colored(0.14F);
+        app->setColorSortParameters(parameters);
+        QCOMPARE(changes.count(), 1);
+        app->setIcon(redAndBlue());
+        QCOMPARE(changes.count(), 2);
+        const double red = 12.17439925928580830 / 360;
+        QVERIFY(isNear(app->colorSortValue(), red));
+        QCOMPARE(app->sortedColors().size(), 3);
+
+        parameters.wrapHue = 90;
+        app->setColorSortParameters(parameters);
+        QVERIFY(isNear(app->colorSortValue(), 0.75 + red));
+        // Both are grey now, so they are one colour, which only a measurement tells.
+        parameters.minSaturation = 2;
+        app->setColorSortParameters(parameters);
+        QVERIFY(app->colorSortValue() > 1 && app->colorSortValue() < 1.5);
+        QCOMPARE(app->sortedColors().size(), 2);
+        parameters.graysBySecondaryColor = true;
+        app->setColorSortParameters(parameters);
+        QVERIFY(app->colorSortValue() > 1.5 && app->colorSortValue() < 2);
+        parameters = colored(1.5F);
+        parameters.grayThreshold = 0.6F;
+        app->setColorSortParameters(parameters);
+        // Blue has become the grey beside a red that does not reach the threshold.
+        QVERIFY(isNear(app->colorSortValue(), 1 + 0.5 * (1 - 0.32297010932850728)));
+        QCOMPARE(changes.count(), 6);
+        app->setColorSortParameters(parameters);
+        QCOMPARE(changes.count(), 7);
+
+        app->freeColorSortData();
+        QCOMPARE(app->colorSortValue(), 10.0);
+        QVERIFY(app->sortedColors().isEmpty());
+        app->setColorSortParameters(parameters);
+        QVERIFY(app->colorSortValue() < 2);
+        app->setIcon({});
+        QCOMPARE(app->colorSortValue(), 10.0);
+        QVERIFY(app->sortedColors().isEmpty() && app->spectrumIcon().isNull());
+        QCOMPARE(changes.count(), 9);
+    }
+
+    void colors_ofAnInvisibleIcon()
+    {
+        const AppRef app = made(u"/ghost.app"_s);
+        QImage icon(4, 4, QImage::Format_ARGB32_Premultiplied);
+        icon.fill(Qt::transparent);
+        QTest::ignoreMessage(QtWarningMsg, "No colors passed to pick & sort method for app: ghost");
+        app->setIcon(icon);
+        QCOMPARE(app->colorSortValue(), 10.0);
+        QCOMPARE(app->spectrumIcon(), icon);
+    }
+
+    void colors_honourWhatChangedMeanwhile_data()
+    {
+        QTest::addColumn<bool>("isLoaded");
+        QTest::newRow("while the icon is loaded") << false;
+        QTest::newRow("while the colours are measured") << true;
+    }
+
+    void colors_honourWhatChangedMeanwhile()
+    {
+        QFETCH(bool, isLoaded);
+        const AppRef app = made(_desktop->tree.add(u"a.app"_s, {}));
+        if (isLoaded) {
+            app->setIconParameters(colored(0.14F));
+            QVERIFY(wait());
+            QVERIFY(app->colorSortValue() < 1);
+        }
+        const float nan = std::numeric_limits<float>::quiet_NaN();
+        for (const float minSaturation : { 0.2F, nan, 3.0F }) {
+            app->setIconParameters(colored(minSaturation));
+        }
+        // At most one measurement is on its way, and the entry has not changed yet.
+        QCOMPARE(IconLoader::sharedIconLoader().pendingCount(), 1);
+        QCOMPARE(app->colorSortValue() < 1, isLoaded);
+        QVERIFY(wait());
+        QVERIFY(app->colorSortValue() > 1 && app->colorSortValue() < 1.5);
+        QCOMPARE(_desktop->fakeIcons.asked().size(), 1);
+
+        app->setIconParameters(colored(nan));
+        QVERIFY(wait());
+        app->setIconParameters(colored(0.14F));
+        app->setIcon(redAndBlue());
+        QVERIFY(wait());
+        QCOMPARE(app->sortedColors().size(), 3);
+    }
+
+    void spectrum_isDrawnAtTheSizeAskedFor()
+    {
+        const AppRef app = made(u"/a.app"_s);
+        const QImage icon = redAndBlue();
+        IconParameters parameters = colored(0.14F);
+        app->setIcon(icon);
+        const auto widthAt = [&](qint64 size) {
+            parameters.maximumIconSize = size;
+            app->setColorSortParameters(parameters);
+            return app->spectrumIcon().width();
+        };
+        QCOMPARE(widthAt(48), 48);
+        QCOMPARE(widthAt(256), 256);
+        QCOMPARE(widthAt(qint64(1) << 40), 1024);
+        QCOMPARE(widthAt(0), icon.width());
+        QCOMPARE(widthAt(-7), icon.width());
+        QCOMPARE(app->spectrumIcon(), icon);
+    }
+
 private:
     AppRef made(const QString &path) { return std::make_shared<OTApp>(path, *_desktop); }
     static IconParameters sized(int size)
@@ -236,6 +349,26 @@ private:
         parameters.maximumIconSize = size;
         return parameters;
     }
+    static IconParameters colored(float minSaturation)
+    {
+        IconParameters parameters = sized(16);
+        parameters.grayThreshold = 0.05F;
+        parameters.minSaturation = minSaturation;
+        return parameters;
+    }
+    // Half of it each.
+    static QImage redAndBlue()
+    {
+        QImage icon(16, 16, QImage::Format_ARGB32_Premultiplied);
+        icon.fill(Qt::blue);
+        for (int y = 0; y < 8; ++y) {
+            for (int x = 0; x < 16; ++x) {
+                icon.setPixelColor(x, y, Qt::red);
+            }
+        }
+        return icon;
+    }
+    static bool isNear(double value, double expected) { return std::abs(value - expected) < 1e-13; }
     static bool wait() // until no icon is on its way
     {
         return QTest::qWaitFor([] { return IconLoader::sharedIconLoader().pendingCount() == 0; });

@@ -13,12 +13,6 @@ constexpr double GrayKeys = 1.0;
 constexpr double ColorlessKeys = 1.5;
 constexpr double GrayRange = 0.5;
 
-SortedColor shown(const HclColor &color)
-{
-    const LinearRGB rgb = applyGamma(linearRGBFromXYZ(xyzFromLuv(color.color)), ImageGamma);
-    return { rgb.red, rgb.green, rgb.blue, color.count };
-}
-
 // What is found in one walk over the colours.
 struct Survey
 {
@@ -52,9 +46,7 @@ struct Survey
 // From 0 to below 1, round the wheel from the hue at which it is cut open.
 double hueKey(const HclColor &color, float wrapHue)
 {
-    const bool isOnWheel = wrapHue >= 0 && wrapHue <= FullCircle;
-    const double cut = isOnWheel ? wrapHue : wrapped(wrapHue, 0, FullCircle);
-    const double wrap = cut / FullCircle;
+    const double wrap = wrapped(wrapHue, 0, FullCircle) / FullCircle;
     const double hue = color.hue / FullCircle;
     const double key = wrap <= hue ? hue - wrap : (1.0 - wrap) + hue;
     // A hue next to the cut may be rounded up to 1, where grey begins.
@@ -62,6 +54,12 @@ double hueKey(const HclColor &color, float wrapHue)
 }
 
 } // namespace
+
+SortedColor shownColor(const HclColor &color)
+{
+    const LinearRGB rgb = applyGamma(linearRGBFromXYZ(xyzFromLuv(color.color)), ImageGamma);
+    return { rgb.red, rgb.green, rgb.blue, color.count };
+}
 
 SortedColors colorArrayForPrimaryIndex(
     const HclColors &colors, qsizetype primaryIndex, qsizetype secondaryIndex, qsizetype grayIndex)
@@ -73,11 +71,11 @@ SortedColors colorArrayForPrimaryIndex(
     }
     SortedColors list;
     list.reserve(count + 1);
-    list.append(shown(colors[std::size_t(primaryIndex)]));
-    list.append(shown(colors[std::size_t(secondaryIndex)]));
+    list.append(shownColor(colors[std::size_t(primaryIndex)]));
+    list.append(shownColor(colors[std::size_t(secondaryIndex)]));
     for (qsizetype i = 0; i < count; ++i) {
         if (i != secondaryIndex) {
-            list.insert(i == grayIndex ? list.size() : 2, shown(colors[std::size_t(i)]));
+            list.insert(i == grayIndex ? list.size() : 2, shownColor(colors[std::size_t(i)]));
         }
     }
     return list;

@@ -24,6 +24,8 @@ struct SortedColor
 
 using SortedColors = QList<SortedColor>;
 
+SortedColor shownColor(const HclColor &color);
+
 struct ColorKey
 {
     enum class Problem {

@@ -1,0 +1,198 @@
+#include "colour/DominantColors.h"
+
+#include "colour/BitmapText.h"
+#include "colour/ClosedForms.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+#include <cstdint>
+#include <limits>
+
+using namespace BitmapText;
+using namespace ClosedForms;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr double Infinite = std::numeric_limits<double>::infinity();
+constexpr double MinSaturation = 0.14;
+constexpr double Alike = 50;
+
+struct Bin
+{
+    double L, u, v;
+    std::uint64_t count;
+};
+
+using Bins = QList<Bin>;
+
+HclColors spectrum(const Bins &bins)
+{
+    auto result = HclColors::zeroed(SpectrumSize);
+    for (qsizetype i = 0; i < bins.size(); ++i) {
+        HclColor &bin = result[std::size_t(i)];
+        bin.color = { bins[i].L, bins[i].u, bins[i].v, 1 };
+        bin.count = bins[i].count;
+        bin.updateFromColor();
+    }
+    return result;
+}
+
+HclColors dominant(const QString &picture, std::ptrdiff_t count = 6,
+    double minSaturation = MinSaturation, double deltaE = Alike, float minLuminosity = 0)
+{
+    return createDominantColorsWithCount(
+        Bitmap(picture).view, count, minSaturation, minLuminosity, deltaE);
+}
+
+} // namespace
+
+class DominantColorsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
+
+    void pictures_haveTheirClosedForms_data()
+    {
+        QTest::addColumn<QString>("picture");
+        QTest::addColumn<QString>("expected");
+        const struct
+        {
+            const char *name, *picture, *expected;
+        } rows[] {
+            { "red", "8*r/8*r/8*r/8*r", "r8160" },
+            { "green", "n", "n255" },
+            { "white keeps its tint", "64*w", "w16320" },
+            { "grey", "64*g", "g16320" },
+            { "black", "64*k", "k16320" },
+            { "too far apart", "32*b 32*r", "r8160 b8160" },
+            { "by weight, not by number", "3*b 5*w 2*r", "b765 r510 w1275" },
+            { "greys become one", "32*k 32*w", "h16320" },
+            { "black keeps its share", "9*k r", "r255 k2295" },
+            { "grey and a little red", "61*g 3*r", "g15555 r765" },
+            { "single-precision shares of two shades", "16*r 32*e", "t12240" },
+            { "just enough", "198*r b", "r50490 b255" },
+            // The single-precision number nearest to 0.005 is below it.
+            { "half a per cent is rare", "199*r b", "r50745" },
+            { "rare black", "400*r k", "r102000" },
+        };
+        for (const auto &[name, picture, expected] : rows) {
+            QTest::newRow(name) << picture << expected;
+        }
+    }
+
+    void pictures_haveTheirClosedForms()
+    {
+        QFETCH(QString, picture);
+        QFETCH(QString, expected);
+        QVERIFY(areColors(dominant(picture), expected));
+    }
+
+    void hues_areRoundedToTheirBin()
+    {
+        // Red, then two pinks on either side of 359.5 degrees.
+        const Bitmap bitmap(
+            Picture { 3, { { 255, 0, 0, 255 }, { 153, 0, 67, 3 }, { 137, 0, 60, 2 } } });
+        const HclColors bins = createColorSpectrum(bitmap.view);
+        QCOMPARE(bins.size(), SpectrumSize);
+        for (std::size_t i = 0; i < bins.size(); ++i) {
+            QCOMPARE(bins[i].count, std::uint64_t(i == 12 ? 255 : i == 0 ? 3 : i == 359 ? 2 : 0));
+        }
+        QVERIFY(bins[0].hue > 359.5 && bins[0].hue < 360);
+    }
+
+    void darkColors_needMoreChroma()
+    {
+        // The first is five hundred times as colourful as the last.
+        const Bitmap bitmap(Picture {
+            4, { { 40, 0, 0, 3 }, { 64, 0, 0, 5 }, { 247, 247, 247, 7 }, { 248, 248, 248, 9 } } });
+        const HclColors bins = createColorSpectrum(bitmap.view);
+        QCOMPARE(bins[GrayBin].count, std::uint64_t(10));
+        QCOMPARE(bins[12].count, std::uint64_t(5));
+        QCOMPARE(bins[22].count, std::uint64_t(9));
+        QVERIFY(bins[GrayBin].hue == 0 && bins[GrayBin].saturation == 0);
+    }
+
+    void alikeColors_areMerged_data()
+    {
+        QTest::addColumn<Bins>("bins");
+        QTest::addColumn<Bins>("expected");
+        const Bins apart { { 50, 130, 40, 100 }, { 90, 100, 0, 100 } };
+        const Bins unlike { { 50, 14, 0, 100 }, { 50, 13.9, 0, 100 } };
+        QTest::newRow("just too far apart") << apart << apart;
+        QTest::newRow("a little nearer") << Bins { { 50, 130, 39.9, 300 }, { 90, 100, 0, 100 } }
+                                         << Bins { { 60, 122.5, 29.925, 400 } };
+        // The third is too far from the first, not from the mean of both.
+        QTest::newRow("near the mean") << Bins { { 50, 100, 0, 300 }, { 50, 149, 0, 100 },
+            { 50, 155, 0, 10 } } << Bins { { 50, 46450.0 / 410, 0, 410 } };
+        QTest::newRow("the least colourful and a grey") << unlike << unlike;
+        QTest::newRow("greys, however far apart")
+            << Bins { { 90, 13, 0, 100 }, { 10, -13, 0, 300 } } << Bins { { 30, 0, 0, 400 } };
+        // Coloured when its turn begins, it gathers coloured ones, and is grey in the end.
+        QTest::newRow("complementary colours") << Bins { { 80, 20, 0, 100 }, { 70, -20, 0, 100 },
+            { 10, 0, 1, 900 }, { 60, 0, 20, 50 } }
+                                               << Bins { { 72, 0, 4, 250 }, { 10, 0, 1, 900 } };
+    }
+
+    void alikeColors_areMerged()
+    {
+        QFETCH(Bins, bins);
+        QFETCH(Bins, expected);
+        const HclColors colors =
+            createDominantColorsFromSpectrum(spectrum(bins), 6, MinSaturation, Alike);
+        QCOMPARE(qsizetype(colors.size()), expected.size());
+        for (qsizetype i = 0; i < expected.size(); ++i) {
+            const auto &[color, reserved, count, hue, saturation, luminosity] =
+                colors[std::size_t(i)];
+            QCOMPARE(count, expected[i].count);
+            QVERIFY(isNear(color.L, expected[i].L));
+            QVERIFY(std::hypot(color.u - expected[i].u, color.v - expected[i].v) < 1e-12);
+            QVERIFY(isNear(luminosity, color.L / 100));
+            QVERIFY(isNear(saturation, std::hypot(color.u, color.v) / 100));
+        }
+    }
+
+    void weights_mayBeFurtherApartThanAnIntReaches()
+    {
+        HclColors bins = spectrum({ { 50, 20, 0, 10 }, {}, { 0, 0, 0, 1ULL << 33 }, {},
+            { 50, 0, 60, 1ULL << 45 }, { 50, 50, 50, 1ULL << 34 } });
+        QCOMPARE(SpectrumReduction::sortByWeight(bins), std::size_t(4));
+        const std::uint64_t expected[] { 1ULL << 45, 1ULL << 34, 10, 1ULL << 33, 0 };
+        QVERIFY(std::equal(std::begin(expected), std::end(expected), bins.begin(),
+            [](std::uint64_t count, const HclColor &bin) { return count == bin.count; }));
+    }
+
+    void noMoreThanAskedFor()
+    {
+        for (const auto &[count, expected] :
+            std::initializer_list<std::pair<std::ptrdiff_t, std::size_t>> { { PTRDIFF_MIN, 0 },
+                { -1, 0 }, { 0, 0 }, { 1, 1 }, { 3, 3 }, { 361, 4 }, { 10000, 4 } }) {
+            QCOMPARE(dominant(u"rnbk"_s, count).size(), expected);
+        }
+        QVERIFY(createDominantColorsFromSpectrum({}, 6, MinSaturation, Alike).isEmpty());
+    }
+
+    void oddLimits_endWell()
+    {
+        const QString all = u"r510 b255 k255"_s;
+        const double nan = std::nan("");
+        for (const double minSaturation : { nan, -Infinite }) {
+            QVERIFY(areColors(dominant(u"rbrk"_s, 6, minSaturation), all));
+        }
+        for (const double deltaE : { nan, -Infinite }) {
+            QVERIFY(areColors(dominant(u"rbrk"_s, 6, MinSaturation, deltaE), all));
+        }
+        for (const float minLuminosity : { float(nan), 1.0F }) {
+            const HclColors colors = dominant(u"rbrk"_s, 6, MinSaturation, Alike, minLuminosity);
+            QVERIFY(areColors(colors, all));
+        }
+        QCOMPARE(dominant(u"rbrk"_s, 6, Infinite).size(), std::size_t(1));
+        QCOMPARE(dominant(u"rbrk"_s, 6, MinSaturation, Infinite).size(), std::size_t(2));
+    }
+};
+
+QTEST_APPLESS_MAIN(DominantColorsTest)
+#include "DominantColorsTest.moc"

@@ -1,0 +1,208 @@
+#include "icons/IconMeasurement.h"
+
+#include "colour/BitmapText.h"
+#include "colour/ClosedForms.h"
+#include "icons/SpectrumIcon.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace ClosedForms;
+
+namespace {
+
+IconParameters asked(float wrapHue = 0, bool graysBySecondaryColor = false)
+{
+    IconParameters parameters;
+    parameters.grayThreshold = 0.05F;
+    parameters.graysBySecondaryColor = graysBySecondaryColor;
+    parameters.wrapHue = wrapHue;
+    parameters.minSaturation = 0.14F;
+    return parameters;
+}
+
+QImage image(const QString &text, QImage::Format format = QImage::Format_ARGB32)
+{
+    const BitmapText::Picture picture = BitmapText::picture(text);
+    QImage result(picture.width, picture.height(), QImage::Format_ARGB32);
+    for (int i = 0; i < int(picture.pixels.size()); ++i) {
+        const auto [red, green, blue, alpha] = picture.pixels[std::size_t(i)];
+        result.setPixel(i % picture.width, i / picture.width, qRgba(red, green, blue, alpha));
+    }
+    return result.convertToFormat(format);
+}
+
+SortedColor red(quint64 count)
+{
+    return { 1, 0, 0, count };
+}
+SortedColor green(quint64 count)
+{
+    return { 0, 1, 0, count };
+}
+SortedColor blue(quint64 count)
+{
+    return { 0, 0, 1, count };
+}
+SortedColor black(quint64 count)
+{
+    return { 0, 0, 0, count };
+}
+
+} // namespace
+
+class IconMeasurementTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
+
+    void formats_areMeasuredAlike_data()
+    {
+        QTest::addColumn<QString>("picture");
+        QTest::addColumn<QImage::Format>("format");
+        QTest::addColumn<QString>("expected");
+        const char *picture = "rrr.b/nbrrr/nr..b", *found = "r1785 b765 n510";
+        QTest::newRow("words") << picture << QImage::Format_ARGB32 << found;
+        QTest::newRow("ready") << picture << QImage::Format_ARGB32_Premultiplied << found;
+        QTest::newRow("bytes") << picture << QImage::Format_RGBA8888 << found;
+        QTest::newRow("16 bits a sample") << picture << QImage::Format_RGBA64 << found;
+        QTest::newRow("indexed") << picture << QImage::Format_Indexed8 << found;
+        QTest::newRow("opaque words") << "rrn" << QImage::Format_RGB32 << "r510 n255";
+        QTest::newRow("three bytes") << "rrn/rrn" << QImage::Format_RGB888 << "r1020 n510";
+        QTest::newRow("grey") << "ggg/ggg" << QImage::Format_Grayscale8 << "g1530";
+        QTest::newRow("black and white") << "kw/wk/kw" << QImage::Format_Mono << "h1530";
+        QTest::newRow("one pixel") << "r" << QImage::Format_ARGB32 << "r255";
+        QTest::newRow("one row") << "kK." << QImage::Format_RGBA8888 << "k383";
+    }
+
+    void formats_areMeasuredAlike()
+    {
+        QFETCH(QString, picture);
+        QFETCH(QImage::Format, format);
+        QFETCH(QString, expected);
+        const IconMeasurement measured = measureIcon(image(picture, format), asked());
+        QVERIFY(measured.isMeasured);
+        QVERIFY(areColors(measured.colors, expected));
+    }
+
+    void samples_countPremultiplied()
+    {
+        const HclColors half = measureIcon(image(u"RR"_s), asked()).colors;
+        QCOMPARE(half[0].count, quint64(256));
+        // (128, 0, 0) is as much darker than red as this grey is than white.
+        QVERIFY(isNear(half[0].luminosity + 0.16,
+            std::cbrt(0.21951971807486792) * (closedForm('r').L / 100 + 0.16)));
+    }
+
+    void nothingToMeasure_isMeasuredToo()
+    {
+        QTest::ignoreMessage(
+            QtWarningMsg, "Invalid image size for creating new bitmap in bitmapImageRep");
+        for (const QImage &nothing : { QImage(), image(u"../.."_s) }) {
+            const IconMeasurement measured = measureIcon(nothing, asked());
+            QVERIFY(measured.isMeasured && measured.colors.isEmpty());
+        }
+    }
+
+    void measurement_isForWhatItWasAsked()
+    {
+        const IconMeasurement measured = measureIcon(image(u"r"_s), asked());
+        QVERIFY(measured.isFor(asked(30, true)));
+        QVERIFY(!IconMeasurement().isFor({}));
+        for (float IconParameters::*parameter :
+            { &IconParameters::minSaturation, &IconParameters::minLuminosity }) {
+            for (const float value : { 0.25F, std::nanf("") }) {
+                IconParameters other = asked();
+                other.*parameter = value;
+                QVERIFY(!measured.isFor(other));
+                QVERIFY(measureIcon(image(u"r"_s), other).isFor(other));
+            }
+        }
+    }
+
+    void measuredIcons_haveTheirKeys()
+    {
+        constexpr double Red = 0.03381777572023835640;
+        constexpr double Gray = 1.23011994445758965335;
+        const IconParameters secondary = asked(0, true);
+        const struct
+        {
+            QString picture;
+            double key;
+            IconParameters parameters;
+        } rows[] {
+            { u"64*r"_s, Red, asked() },
+            { u"64*r"_s, 0.95048444238690502306, asked(30) },
+            { u"64*n"_s, 0.35477328636378548033, asked() },
+            { u"32*b 32*r"_s, Red, asked() },
+            { u"64*g"_s, Gray, asked() },
+            { u"64*g"_s, Gray + 0.5, secondary },
+            { u"32*k 32*w"_s, 1.24999999033333365556, asked() },
+            { u"61*g 3*r"_s, Gray, asked() },
+            { u"61*g 3*r"_s, 1.01690888786011917820, secondary },
+            { u"60*g 4*r"_s, Red, secondary },
+        };
+        for (const auto &[picture, key, parameters] : rows) {
+            const IconMeasurement measured = measureIcon(image(picture), parameters);
+            QVERIFY(isNear(pickAndSortColors(measured.colors, parameters).colorSortValue, key));
+        }
+    }
+
+    void shownColors_areThoseOfTheIcon()
+    {
+        const HclColors colors = measureIcon(image(u"gb"_s), asked()).colors;
+        const SortedColors shown = colorArrayForPrimaryIndex(colors, 0, 1, -1);
+        QCOMPARE(shown[0].color().rgba(), qRgba(0, 0, 255, 255));
+        QCOMPARE(shown[1].color().rgba(), qRgba(128, 128, 128, 255));
+        QVERIFY(isNear(shown[1].blue, 0.50197725469775729));
+        QCOMPARE(shown[1].count, quint64(255));
+    }
+
+    void spectrumIcon_isARingAndAPie()
+    {
+        // Half green on top, then blue to its left, and black.
+        const QImage icon = spectrumIcon({ red(7), green(10), blue(5), black(5) }, 100);
+        QCOMPARE(icon.size(), QSize(100, 100));
+        for (const QPoint place :
+            { QPoint(50, 5), QPoint(5, 50), QPoint(94, 50), QPoint(50, 94) }) {
+            QCOMPARE(icon.pixel(place), qRgb(255, 0, 0));
+        }
+        for (const QPoint place : { QPoint(50, 15), QPoint(15, 45), QPoint(84, 45) }) {
+            QCOMPARE(icon.pixel(place), qRgb(0, 255, 0));
+        }
+        for (const QPoint place : { QPoint(45, 84), QPoint(15, 55) }) {
+            QCOMPARE(icon.pixel(place), qRgb(0, 0, 255));
+            QCOMPARE(icon.pixel(99 - place.x(), place.y()), qRgb(0, 0, 0));
+        }
+        QCOMPARE(icon.pixel(2, 97), qRgba(0, 0, 0, 0));
+    }
+
+    void spectrumIcon_hasNoHairlines()
+    {
+        // The lower half is blue, in two slices with a slanting edge.
+        const QImage icon = spectrumIcon({ red(9), green(5), blue(2), blue(3) }, 90);
+        for (int y = 47; y < 75; ++y) {
+            for (int x = 30; x < 60; ++x) {
+                QCOMPARE(icon.pixel(x, y), qRgb(0, 0, 255));
+            }
+        }
+    }
+
+    void spectrumIcon_ofLittle()
+    {
+        QVERIFY(spectrumIcon({}, 100).isNull());
+        QVERIFY(spectrumIcon({ red(1) }, 0).isNull());
+        QCOMPARE(spectrumIcon({ red(1), red(1) }, 1).size(), QSize(1, 1));
+        QCOMPARE(spectrumIcon({ red(1), red(1) }, 100).pixel(50, 50), qRgb(255, 0, 0));
+        for (const SortedColors &ringAlone : { SortedColors { red(1) }, { red(0), green(0) } }) {
+            QCOMPARE(spectrumIcon(ringAlone, 100).pixel(50, 50), qRgba(0, 0, 0, 0));
+            QCOMPARE(spectrumIcon(ringAlone, 100).pixel(50, 5), qRgb(255, 0, 0));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(IconMeasurementTest)
+#include "IconMeasurementTest.moc"

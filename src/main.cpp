@@ -7,6 +7,7 @@
 
 #include <QApplication>
 
+#include <cstdio>
 #include <memory>
 
 namespace {
@@ -29,18 +30,37 @@ bool isDisplayAnnounced()
         || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
-// A picture is drawn without a display even where there is one, so that it looks the same
-// everywhere.
-std::unique_ptr<QCoreApplication> makeApplication(
-    const Invocation &invocation, int &argc, char **argv)
+std::unique_ptr<QCoreApplication> makeApplication(Commands::Drawing drawing, int &argc, char **argv)
 {
-    if (!Commands::drawsWidgets(invocation)) {
-        return std::make_unique<QCoreApplication>(argc, argv);
+    switch (drawing) {
+    case Commands::Drawing::Widgets:
+        return std::make_unique<QApplication>(argc, argv);
+    case Commands::Drawing::Pictures:
+        return std::make_unique<QGuiApplication>(argc, argv);
+    case Commands::Drawing::Nothing:
+        break;
     }
-    if (invocation.verb == Invocation::Verb::Screenshot) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QCoreApplication>(argc, argv);
+}
+
+void printAllButWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type != QtWarningMsg) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(message));
     }
-    return std::make_unique<QApplication>(argc, argv);
+}
+
+// Whatever only prints or draws a picture does so without a display even where there is one, so
+// that it looks the same everywhere. That the session has no folder for sockets, as Qt then
+// remarks, is no concern of it.
+std::unique_ptr<QCoreApplication> makeApplicationWithoutDisplay(
+    Commands::Drawing drawing, int &argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QtMessageHandler handler = qInstallMessageHandler(printAllButWarnings);
+    auto application = makeApplication(drawing, argc, argv);
+    qInstallMessageHandler(handler);
+    return application;
 }
 
 } // namespace
@@ -56,7 +76,9 @@ int main(int argc, char **argv)
     }
     // Qt must not take options of its own from a command line that has been read already.
     int ownArgumentCount = 1;
-    const auto application = makeApplication(invocation, ownArgumentCount, argv);
+    const bool isShown = invocation.verb == Invocation::Verb::Start;
+    const auto application = (isShown ? makeApplication : makeApplicationWithoutDisplay)(
+        Commands::drawing(invocation), ownArgumentCount, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ortu"));
 
     const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();

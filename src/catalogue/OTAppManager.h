@@ -58,6 +58,8 @@ public:
     // Registers the preferences that the catalogue reads. To be called once, before anything reads
     // them.
     static void registerDefaults();
+    // What the preferences ask of every icon.
+    static IconParameters iconParameters();
 
     // A cold start uses the saved scan result and scans only when there is none; a catalogue that
     // is filled already is scanned again. The icons of the given group come first; -1 means all
@@ -174,7 +176,6 @@ private:
     void writeAllApps();
     SortOrder sortOrder() const;
     static bool sortsRunningByLaunchOrder();
-    static IconParameters iconParameters();
     // The preferences by which colours are judged.
     static const QStringList &colorSortingKeys();
 

@@ -1,7 +1,11 @@
 #include "commands/CatalogueSetup.h"
 
+#include "catalogue/AppSorting.h"
 #include "catalogue/OTAppManager.h"
+#include "icons/IconLoader.h"
 #include "support/UserDefaults.h"
+
+#include <QEventLoop>
 
 namespace {
 
@@ -20,6 +24,26 @@ void CatalogueSetup::fill(OTAppManager &manager, int prioritizedGroup, Scan scan
     }
     if (UserDefaults::standard().integerForKey(launchCountKey()) == 0) {
         manager.autoExcludeNamedApps();
+    }
+}
+
+bool CatalogueSetup::isOrderByColor()
+{
+    const qint64 order =
+        UserDefaults::standard().integerForKey(QStringLiteral("groupContentsSortOrder"));
+    return sortOrderFromPreference(order) == SortOrder::ByColor;
+}
+
+void CatalogueSetup::waitForIcons(OTAppManager &manager)
+{
+    IconLoader &loader = IconLoader::sharedIconLoader();
+    if (loader.pendingCount() > 0) {
+        QEventLoop loop;
+        QObject::connect(&loader, &IconLoader::finished, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    if (isOrderByColor()) {
+        manager.sortAllArrays();
     }
 }
 

@@ -14,6 +14,13 @@ enum class Scan { OnlyWhenNothingIsSaved, Always };
 // shown. The icons of the given group, if any are loaded, come first.
 void fill(OTAppManager &manager, int prioritizedGroup, Scan scan);
 
+// Whether the lists stand in an order that only the icons tell.
+bool isOrderByColor();
+
+// Waits until every icon has been loaded and, where that is the order, sorts the lists by their
+// colours.
+void waitForIcons(OTAppManager &manager);
+
 // Notes down that the program has been launched once more.
 void countLaunch();
 

@@ -1,8 +1,11 @@
 #include "commands/CommandLine.h"
 
 #include "commands/GroupNames.h"
+#include "icons/IconParameters.h"
 
 #include <cmath>
+#include <limits>
+#include <utility>
 
 namespace {
 
@@ -11,6 +14,7 @@ using Verb = Invocation::Verb;
 // Larger pictures and grids are mistakes: no screen is that wide.
 constexpr double LargestBound = 100'000;
 constexpr double LargestScale = 8;
+constexpr int LargestIconSize = int(IconParameters::LargestIconSize);
 
 std::optional<double> number(const QString &text)
 {
@@ -88,10 +92,12 @@ private:
 
     void readOption(const QString &option)
     {
-        if (!readVerb(option) && !readModifier(option)) {
-            fail(option.startsWith(QLatin1Char('-'))
-                    ? QStringLiteral("unknown option %1").arg(option)
-                    : QStringLiteral("unexpected argument %1").arg(option));
+        if (option == QLatin1String("--")) {
+            _call.files += std::exchange(_rest, {});
+        } else if (!option.startsWith(QLatin1Char('-'))) {
+            _call.files.append(option);
+        } else if (!readVerb(option) && !readModifier(option) && !readColorOption(option)) {
+            fail(QStringLiteral("unknown option %1").arg(option));
         }
     }
 
@@ -100,6 +106,8 @@ private:
         if (option == QLatin1String("--list")) {
             setVerb(Verb::List, option);
             readGroup(operand());
+        } else if (option == QLatin1String("--colors")) {
+            setVerb(Verb::Colors, option);
         } else if (option == QLatin1String("--layout")) {
             setVerb(Verb::Layout, option);
             readGroup(requiredOperand(option, QStringLiteral("a group")));
@@ -134,7 +142,7 @@ private:
             readSetting(_rest.isEmpty() ? QString() : _rest.takeFirst());
         } else if (option == QLatin1String("--json")) {
             _call.isJson = true;
-            allow(option, { Verb::List, Verb::Layout, Verb::Defaults });
+            allow(option, { Verb::List, Verb::Colors, Verb::Layout, Verb::Defaults });
         } else if (option == QLatin1String("--fresh")) {
             _call.isFresh = true;
             allow(option, { Verb::List });
@@ -159,6 +167,34 @@ private:
         } else {
             return false;
         }
+        return true;
+    }
+
+    bool readColorOption(const QString &option)
+    {
+        ColorOptions &colors = _call.colors;
+        if (option == QLatin1String("--sheet")) {
+            _call.sheet = requiredOperand(option, QStringLiteral("a file name"));
+        } else if (option == QLatin1String("--count")) {
+            colors.count = readWhole(option, 0, std::numeric_limits<int>::max());
+        } else if (option == QLatin1String("--size")) {
+            colors.size = readWhole(option, 1, LargestIconSize);
+        } else if (option == QLatin1String("--delta-e")) {
+            colors.deltaE = readNumber(option);
+        } else if (option == QLatin1String("--gray-threshold")) {
+            colors.grayThreshold = readNumber(option);
+        } else if (option == QLatin1String("--wrap-hue")) {
+            colors.wrapHue = readNumber(option);
+        } else if (option == QLatin1String("--min-saturation")) {
+            colors.minSaturation = readNumber(option);
+        } else if (option == QLatin1String("--min-luminosity")) {
+            colors.minLuminosity = readNumber(option);
+        } else if (option == QLatin1String("--grays-by-secondary-color")) {
+            colors.graysBySecondaryColor = true;
+        } else {
+            return false;
+        }
+        allow(option, { Verb::Colors });
         return true;
     }
 
@@ -214,12 +250,38 @@ private:
 
     void readCount(const QString &option)
     {
+        (option == QLatin1String("--rows") ? _call.rows : _call.columns) =
+            readWhole(option, 1, std::numeric_limits<int>::max());
+    }
+
+    int readWhole(const QString &option, int least, int most)
+    {
+        const QString text = requiredOperand(option, QStringLiteral("a number"));
         bool isNumber = false;
-        const int count = requiredOperand(option, QStringLiteral("a number")).toInt(&isNumber);
-        if (!isNumber || count < 1) {
-            fail(QStringLiteral("%1 needs a number above 0").arg(option));
+        const int value = text.toInt(&isNumber);
+        if (!isNumber || value < least || value > most) {
+            fail(most == std::numeric_limits<int>::max()
+                    ? QStringLiteral("%1 needs a whole number from %2: %3")
+                          .arg(option)
+                          .arg(least)
+                          .arg(text)
+                    : QStringLiteral("%1 needs a whole number from %2 to %3: %4")
+                          .arg(option)
+                          .arg(least)
+                          .arg(most)
+                          .arg(text));
         }
-        (option == QLatin1String("--rows") ? _call.rows : _call.columns) = count;
+        return value;
+    }
+
+    std::optional<double> readNumber(const QString &option)
+    {
+        const QString text = requiredOperand(option, QStringLiteral("a number"));
+        const std::optional<double> value = number(text);
+        if (!value) {
+            fail(QStringLiteral("%1 needs a number: %2").arg(option, text));
+        }
+        return value;
     }
 
     void readScale(const QString &text)
@@ -238,6 +300,12 @@ private:
                         ? QStringLiteral("%1 needs another option to go with").arg(option)
                         : QStringLiteral("%1 does not go with %2").arg(option, _verbOption));
             }
+        }
+        if (_call.verb != Verb::Colors && !_call.files.isEmpty()) {
+            fail(QStringLiteral("unexpected argument %1").arg(_call.files.first()));
+        }
+        if (_call.verb == Verb::Colors && _call.files.isEmpty()) {
+            fail(QStringLiteral("--colors needs a file"));
         }
         if (_call.verb == Verb::Layout && !_call.bounds) {
             fail(QStringLiteral("--layout needs --bounds WxH"));
@@ -271,6 +339,10 @@ QString commandLineHelp()
         "\n"
         "  --list [GROUP] [--fresh] [--json]   print a group, or all ten; --fresh scans the "
         "folders\n"
+        "  --colors FILE… [--json] [--sheet OUT.png]\n"
+        "                                      measure the colours of pictures and applications\n"
+        "    [--size N] [--count N] [--delta-e D] [--gray-threshold T] [--wrap-hue DEGREES]\n"
+        "    [--min-saturation S] [--min-luminosity L] [--grays-by-secondary-color]\n"
         "  --layout GROUP --bounds WxH [--at X,Y …] [--rows N | --columns N] [--json]\n"
         "                                      lay a group out in a grid of at most that size\n"
         "  --defaults [KEY [VALUE]] [--json]   print the preferences or one of them, or set one\n"

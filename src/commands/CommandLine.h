@@ -11,10 +11,24 @@
 
 #include <optional>
 
+// How --colors measures and judges; where empty, as the preferences have it.
+struct ColorOptions
+{
+    std::optional<qsizetype> count;
+    std::optional<double> deltaE;
+    std::optional<double> grayThreshold;
+    std::optional<double> wrapHue;
+    std::optional<double> minSaturation;
+    std::optional<double> minLuminosity;
+    bool graysBySecondaryColor = false;
+    // Edge in pixels.
+    std::optional<int> size;
+};
+
 // One call of the program. Only the members that go with its verb are ever set.
 struct Invocation
 {
-    enum class Verb { Start, List, Layout, Defaults, Screenshot, Help, Version };
+    enum class Verb { Start, List, Colors, Layout, Defaults, Screenshot, Help, Version };
 
     Verb verb = Verb::Start;
     // What is wrong with the call, in one line; empty when nothing is.
@@ -40,6 +54,10 @@ struct Invocation
     // --screenshot
     QString file;
     double scale = 1.0;
+    // --colors: pictures and applications, and the picture that is made of them, if any.
+    QStringList files;
+    QString sheet;
+    ColorOptions colors;
 };
 
 // Reads the arguments that follow the program's name.

@@ -10,9 +10,19 @@
 
 using Verb = Invocation::Verb;
 
-bool Commands::drawsWidgets(const Invocation &invocation)
+Commands::Drawing Commands::drawing(const Invocation &invocation)
 {
-    return invocation.verb == Verb::Start || invocation.verb == Verb::Screenshot;
+    switch (invocation.verb) {
+    case Verb::Start:
+    case Verb::Screenshot:
+        return Drawing::Widgets;
+    case Verb::Colors:
+    case Verb::List:
+    case Verb::Layout:
+        return Drawing::Pictures;
+    default:
+        return Drawing::Nothing;
+    }
 }
 
 bool Commands::mayWrite(const Invocation &invocation)
@@ -51,6 +61,8 @@ int Commands::run(const Invocation &invocation, Desktop &desktop)
         return start(invocation, desktop);
     case Verb::List:
         return list(invocation, desktop);
+    case Verb::Colors:
+        return colors(invocation, desktop);
     case Verb::Layout:
         return layout(invocation, desktop);
     case Verb::Defaults:

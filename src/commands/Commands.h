@@ -11,8 +11,10 @@ class Desktop;
 
 namespace Commands {
 
-// Whether the verb shows or draws something, and so needs more than a QCoreApplication.
-bool drawsWidgets(const Invocation &invocation);
+// What kind of application the verb needs: one without pictures, one that reads and draws pictures
+// (an icon may hold text, which takes fonts), or one with widgets.
+enum class Drawing { Nothing, Pictures, Widgets };
+Drawing drawing(const Invocation &invocation);
 // Whether the verb may write the catalogue's files and the preferences.
 bool mayWrite(const Invocation &invocation);
 
@@ -25,6 +27,7 @@ int run(const Invocation &invocation, Desktop &desktop);
 
 int start(const Invocation &invocation, Desktop &desktop);
 int list(const Invocation &invocation, Desktop &desktop);
+int colors(const Invocation &invocation, Desktop &desktop);
 int layout(const Invocation &invocation, Desktop &desktop);
 int defaults(const Invocation &invocation);
 int screenshot(const Invocation &invocation, Desktop &desktop);

@@ -129,8 +129,11 @@ QString toText(
 
 int Commands::layout(const Invocation &invocation, Desktop &desktop)
 {
-    OTAppManager manager(desktop, OTAppManager::Use::Inspection);
+    OTAppManager manager(desktop,
+        CatalogueSetup::isOrderByColor() ? OTAppManager::Use::Preview
+                                         : OTAppManager::Use::Inspection);
     CatalogueSetup::fill(manager, -1, CatalogueSetup::Scan::OnlyWhenNothingIsSaved);
+    CatalogueSetup::waitForIcons(manager);
     GridLayout layout;
     layout.setSettings(GridInput::settings());
     const int group = groupToShowConsideringModifiers(

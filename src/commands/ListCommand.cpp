@@ -59,10 +59,13 @@ QString toText(int group, const AppArray &array)
 
 int Commands::list(const Invocation &invocation, Desktop &desktop)
 {
-    OTAppManager manager(desktop, OTAppManager::Use::Inspection);
+    OTAppManager manager(desktop,
+        CatalogueSetup::isOrderByColor() ? OTAppManager::Use::Preview
+                                         : OTAppManager::Use::Inspection);
     CatalogueSetup::fill(manager, -1,
         invocation.isFresh ? CatalogueSetup::Scan::Always
                            : CatalogueSetup::Scan::OnlyWhenNothingIsSaved);
+    CatalogueSetup::waitForIcons(manager);
     QList<int> groups;
     if (invocation.group) {
         groups.append(groupFromText(*invocation.group).value());

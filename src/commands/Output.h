@@ -5,11 +5,16 @@
 #include <QJsonDocument>
 #include <QString>
 
+class QImage;
+
 namespace Output {
 
 // False when standard output does not take it (a full disk, a closed pipe).
 bool print(const QString &text);
 bool printJson(const QJsonDocument &document);
+
+// Writes a PNG file, the whole of it or nothing, and returns the exit code of the program.
+int writePicture(const QImage &picture, const QString &file);
 
 // Prints "ortu: REASON" and returns the exit code given.
 int fail(const QString &reason, int exitCode = 1);

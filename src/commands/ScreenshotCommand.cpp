@@ -4,26 +4,14 @@
 #include "commands/GroupNames.h"
 #include "commands/Output.h"
 #include "grid/OTIconView.h"
-#include "icons/IconLoader.h"
 #include "shell/PlainWindow.h"
 
-#include <QEventLoop>
 #include <QImage>
 
 namespace {
 
 // Without a screen to go by, a grid as large as a common one.
 constexpr QSizeF UsualBounds(1248, 768);
-
-void waitForIcons()
-{
-    IconLoader &loader = IconLoader::sharedIconLoader();
-    if (loader.pendingCount() > 0) {
-        QEventLoop loop;
-        QObject::connect(&loader, &IconLoader::finished, &loop, &QEventLoop::quit);
-        loop.exec();
-    }
-}
 
 } // namespace
 
@@ -34,7 +22,7 @@ int Commands::screenshot(const Invocation &invocation, Desktop &desktop)
     CatalogueSetup::fill(manager, group, CatalogueSetup::Scan::OnlyWhenNothingIsSaved);
     PlainWindow window(manager, invocation.bounds.value_or(UsualBounds));
     window.iconView().setGroupToShow(group);
-    waitForIcons();
+    CatalogueSetup::waitForIcons(manager);
 
     QImage picture(
         (QSizeF(window.size()) * invocation.scale).toSize(), QImage::Format_ARGB32_Premultiplied);
@@ -44,8 +32,5 @@ int Commands::screenshot(const Invocation &invocation, Desktop &desktop)
     picture.setDevicePixelRatio(invocation.scale);
     picture.fill(Qt::transparent);
     window.render(&picture);
-    if (!picture.save(invocation.file, "PNG")) {
-        return Output::fail(QStringLiteral("cannot write %1").arg(invocation.file));
-    }
-    return 0;
+    return Output::writePicture(picture, invocation.file);
 }

@@ -9,3 +9,8 @@ QImage IconProvider::decode(const IconSource &, int) const
 {
     return {};
 }
+
+int IconProvider::storedSize(const IconSource &, int) const
+{
+    return 0;
+}

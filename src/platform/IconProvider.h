@@ -35,6 +35,11 @@ public:
     // Null and one log line when the file cannot be turned into one.
     virtual QImage decode(const IconSource &source, int size) const;
 
+    // The longer edge in pixels of the picture as it is stored; in a file with several, of the one
+    // that suits a square of `size`. 0 when it can be drawn at any size, and, silently, when the
+    // file cannot be turned into a picture.
+    virtual int storedSize(const IconSource &source, int size) const;
+
 Q_SIGNALS:
     // The same bundles may have other icons now. Emitted on the main thread.
     void iconsChanged();

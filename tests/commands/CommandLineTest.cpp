@@ -70,6 +70,24 @@ void CommandLineTest::wrongUse_isNamedInOneLine_data()
                                       << "--scale";
     QTest::newRow("reset and set") << "--defaults iconPadding 3 --reset iconPadding"
                                    << "--reset";
+    QTest::newRow("colours of nothing") << "--colors --json"
+                                        << "a file";
+    QTest::newRow("a file for another verb") << "--list 1 a.png"
+                                             << "a.png";
+    QTest::newRow("a count below none") << "--colors a.png --count -1"
+                                        << "-1";
+    QTest::newRow("half a colour") << "--colors a.png --count 1.5"
+                                   << "1.5";
+    QTest::newRow("a picture too large") << "--colors a.png --size 129"
+                                         << "from 1 to 128";
+    QTest::newRow("a hue that is no number") << "--colors a.png --wrap-hue nan"
+                                             << "nan";
+    QTest::newRow("an endless distance") << "--colors a.png --delta-e inf"
+                                         << "inf";
+    QTest::newRow("a sheet without name") << "--colors a.png --sheet --json"
+                                          << "file name";
+    QTest::newRow("a sheet of a list") << "--list --sheet a.png"
+                                       << "--sheet";
     QTest::newRow("version of something") << "--version --json"
                                           << "--json";
 }
@@ -111,6 +129,17 @@ void CommandLineTest::everyOptionReachesItsVerb()
     QCOMPARE(*picture.bounds, QSizeF(300, 200.5));
     QCOMPARE(picture.scale, 1.5);
 
+    const Invocation colors = parsed("a.png --colors b.png --wrap-hue -30 --delta-e 1e-3 --count 0 "
+                                     "--size 128 --sheet s.png --json -- --list -x");
+    QCOMPARE(colors.error, QString());
+    QCOMPARE(colors.files.join(QLatin1Char(' ')), QStringLiteral("a.png b.png --list -x"));
+    QCOMPARE(colors.sheet, QStringLiteral("s.png"));
+    QCOMPARE(colors.colors.wrapHue, -30.0);
+    QCOMPARE(colors.colors.deltaE, 0.001);
+    QCOMPARE(colors.colors.count, 0);
+    QCOMPARE(colors.colors.size, 128);
+    QVERIFY(!colors.colors.minSaturation && !colors.colors.graysBySecondaryColor);
+
     QCOMPARE(*parsed("--defaults --reset iconPadding").resetKey, QStringLiteral("iconPadding"));
     QCOMPARE(parsed("--layout 1 --bounds 9x9 --columns 4").columns, 4);
 }
@@ -140,9 +169,11 @@ void CommandLineTest::preferenceValues_areTakenAsTheyStand()
 void CommandLineTest::helpNamesEveryOption()
 {
     const QString help = commandLineHelp();
-    for (const char *option : { "--list", "--fresh", "--json", "--layout", "--bounds", "--at",
-             "--rows", "--columns", "--defaults", "--reset", "--screenshot", "--group", "--scale",
-             "--set", "--help", "--version" }) {
+    for (const char *option :
+        { "--list", "--fresh", "--json", "--layout", "--bounds", "--at", "--rows", "--columns",
+            "--defaults", "--reset", "--screenshot", "--group", "--scale", "--colors", "--sheet",
+            "--size", "--count", "--delta-e", "--gray-threshold", "--wrap-hue", "--min-saturation",
+            "--min-luminosity", "--grays-by-secondary-color", "--set", "--help", "--version" }) {
         QVERIFY2(help.contains(QLatin1String(option)), option);
     }
 }

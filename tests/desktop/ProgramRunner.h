@@ -82,9 +82,10 @@ public:
         process.start(qEnvironmentVariable("ORTU_PROGRAM"), arguments);
     }
 
-    Result run(const QStringList &arguments) const
+    Result run(const QStringList &arguments, const QString &workingFolder = {}) const
     {
         QProcess process;
+        process.setWorkingDirectory(workingFolder);
         start(process, arguments);
         Result result;
         if (process.waitForFinished(120'000) && process.exitStatus() == QProcess::NormalExit) {

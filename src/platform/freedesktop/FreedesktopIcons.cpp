@@ -40,6 +40,11 @@ QImage FreedesktopIcons::decode(const IconSource &source, int size) const
     return decodeIcon(source.file, size);
 }
 
+int FreedesktopIcons::storedSize(const IconSource &source, int size) const
+{
+    return storedIconSize(source.file, size);
+}
+
 std::shared_ptr<const IconLookup> FreedesktopIcons::lookup() const
 {
     const std::scoped_lock lock(_mutex);

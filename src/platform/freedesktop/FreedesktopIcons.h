@@ -29,6 +29,7 @@ public:
 
     IconSource resolve(const QString &bundlePath, int size) const override;
     QImage decode(const IconSource &source, int size) const override;
+    int storedSize(const IconSource &source, int size) const override;
 
 private:
     std::shared_ptr<const IconLookup> lookup() const;

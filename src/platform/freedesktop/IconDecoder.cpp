@@ -119,11 +119,27 @@ void chooseBestSize(QImageReader &reader, int size)
     reader.jumpToImage(best);
 }
 
-QImage readPicture(QByteArray bytes, int size, QString *reason)
+// Puts the reader on the picture that suits a square of `size`. False with the reason when there is
+// none.
+bool openPicture(QImageReader &reader, int size, QString *reason)
 {
     // Formats without a mark of their own would make a picture of anything, and SVG has had its
     // turn.
     static const QByteArrayList excluded { "tga", "wbmp", "svg", "svgz", "pdf" };
+    reader.setDecideFormatFromContent(true);
+    const QByteArray format = reader.format();
+    if (format.isEmpty() || excluded.contains(format)) {
+        *reason = QStringLiteral("not a known picture format");
+        return false;
+    }
+    if (format == "icns" || format == "ico") {
+        chooseBestSize(reader, size);
+    }
+    return true;
+}
+
+QImage readPicture(QByteArray bytes, int size, QString *reason)
+{
     if (isPng(bytes) && !isWholePng(bytes)) {
         *reason = QStringLiteral("cut off or damaged");
         return {};
@@ -131,14 +147,8 @@ QImage readPicture(QByteArray bytes, int size, QString *reason)
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
-    reader.setDecideFormatFromContent(true);
-    const QByteArray format = reader.format();
-    if (format.isEmpty() || excluded.contains(format)) {
-        *reason = QStringLiteral("not a known picture format");
+    if (!openPicture(reader, size, reason)) {
         return {};
-    }
-    if (format == "icns" || format == "ico") {
-        chooseBestSize(reader, size);
     }
     const QSize extent = reader.size();
     if (qint64(extent.width()) * extent.height() > mostPicturePixels) {
@@ -226,4 +236,18 @@ QImage decodeIcon(const QString &file, int size)
             qUtf16Printable(oneLine(reason)));
     }
     return icon;
+}
+
+int storedIconSize(const QString &file, int size)
+{
+    QString reason;
+    std::optional<QByteArray> bytes = readSmallFile(file, largestPictureFile, &reason);
+    if (!bytes || isMarkup(*bytes)) {
+        return 0;
+    }
+    QBuffer buffer(&*bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    const QSize extent = openPicture(reader, size, &reason) ? reader.size() : QSize();
+    return std::max({ extent.width(), extent.height(), 0 });
 }

@@ -14,3 +14,7 @@ inline constexpr qint64 mostPicturePixels = 16 * 1024 * 1024;
 // The picture, scaled to fit and centred in a square of `size` pixels, ARGB32 premultiplied. Null
 // and one log line when the file has none; null and silent when there is no file or no size.
 QImage decodeIcon(const QString &file, int size);
+
+// The longer edge in pixels of the picture in the file, of several the one that suits `size`. 0 for
+// a drawing without pixels, and, silently, for anything else.
+int storedIconSize(const QString &file, int size);

@@ -1,0 +1,129 @@
+#include "catalogue/OTAppManager.h"
+#include "commands/Commands.h"
+#include "commands/ContactSheet.h"
+#include "commands/Output.h"
+#include "icons/IconMeasurement.h"
+#include "platform/Desktop.h"
+
+#include <QFileInfo>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr int LargestSize = int(IconParameters::LargestIconSize);
+
+IconParameters parametersFor(const ColorOptions &options)
+{
+    IconParameters parameters = OTAppManager::iconParameters();
+    const auto set = [](float &parameter, const std::optional<double> &option) {
+        parameter = option ? float(*option) : parameter;
+    };
+    set(parameters.grayThreshold, options.grayThreshold);
+    set(parameters.wrapHue, options.wrapHue);
+    set(parameters.minSaturation, options.minSaturation);
+    set(parameters.minLuminosity, options.minLuminosity);
+    parameters.graysBySecondaryColor |= options.graysBySecondaryColor;
+    return parameters;
+}
+
+void fail(MeasuredFile &measured, const QString &error)
+{
+    measured.error = error;
+    Output::fail(QStringLiteral("%1: %2").arg(measured.file, error));
+}
+
+// The picture as it is measured; null, after one line, when there is none. A picture with pixels of
+// its own is not scaled unless a size was asked for or it is too large.
+QImage pictureOf(MeasuredFile &measured, const IconParameters &parameters,
+    const ColorOptions &options, Desktop &desktop)
+{
+    const QString path = QFileInfo(measured.file).absoluteFilePath();
+    const IconProvider &icons = desktop.icons();
+    const bool isApplication = desktop.items().flagsOf(path).isApplication;
+    int size = options.size.value_or(parameters.iconSize());
+    IconSource source { path };
+    if (isApplication) {
+        measured.title = desktop.items().displayName(path);
+        source = icons.resolve(path, size);
+        if (source.isNull()) {
+            fail(measured, QStringLiteral("the application has no icon"));
+            return {};
+        }
+    } else if (const int stored = options.size ? 0 : icons.storedSize(source, LargestSize)) {
+        size = std::min(stored, LargestSize);
+    }
+    QImage picture = icons.decode(source, size);
+    if (picture.isNull()) {
+        // Why not is in the log.
+        measured.error = QStringLiteral("not a picture that can be read");
+    }
+    return picture;
+}
+
+MeasuredFile measure(const QString &file, const IconParameters &parameters,
+    const ColorOptions &options, Desktop &desktop)
+{
+    MeasuredFile measured;
+    measured.file = file;
+    measured.title = QFileInfo(file).fileName();
+    if (!QFileInfo::exists(file)) {
+        fail(measured, QStringLiteral("no such file"));
+        return measured;
+    }
+    measured.icon = pictureOf(measured, parameters, options, desktop);
+    if (measured.error.isEmpty()) {
+        IconMeasurement measurement = measureIcon(measured.icon, parameters,
+            options.count.value_or(IconMeasurement::ColorCount),
+            options.deltaE.value_or(IconMeasurement::AlikeDistance));
+        measured.colors = std::move(measurement.colors);
+        measured.key = pickAndSortColors(measured.colors, parameters);
+    }
+    return measured;
+}
+
+MeasuredFiles::Blocks blocksForOutput()
+{
+    const bool isColored = isatty(STDOUT_FILENO) != 0 && qEnvironmentVariableIsEmpty("NO_COLOR");
+    return isColored ? MeasuredFiles::Blocks::Colored : MeasuredFiles::Blocks::Absent;
+}
+
+// False when standard output takes no more.
+bool print(const MeasuredFile &measured, const Invocation &invocation)
+{
+    if (invocation.isJson) {
+        return Output::print(MeasuredFiles::jsonLine(measured));
+    }
+    if (!measured.error.isEmpty() || !invocation.sheet.isEmpty()) {
+        return true;
+    }
+    return Output::print(MeasuredFiles::textLine(measured, blocksForOutput()));
+}
+
+} // namespace
+
+int Commands::colors(const Invocation &invocation, Desktop &desktop)
+{
+    const IconParameters parameters = parametersFor(invocation.colors);
+    std::vector<MeasuredFile> files;
+    int exitCode = 0;
+    for (const QString &file : invocation.files) {
+        MeasuredFile measured = measure(file, parameters, invocation.colors, desktop);
+        exitCode = measured.error.isEmpty() ? exitCode : 1;
+        if (!print(measured, invocation)) {
+            return 1;
+        }
+        // Pictures of many files are kept only to be drawn.
+        if (!invocation.sheet.isEmpty()) {
+            files.push_back(std::move(measured));
+        }
+    }
+    if (invocation.sheet.isEmpty()) {
+        return exitCode;
+    }
+    const QImage sheet = contactSheet(files);
+    if (sheet.isNull()) {
+        return Output::fail(QStringLiteral("there is nothing that fits on a sheet"));
+    }
+    return std::max(exitCode, Output::writePicture(sheet, invocation.sheet));
+}

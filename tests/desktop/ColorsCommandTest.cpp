@@ -1,0 +1,253 @@
+// The real program measuring pictures and applications.
+
+#include "desktop/ProgramRunner.h"
+
+#include <QBuffer>
+#include <QColor>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr double redKey = 12.17439925928580830 / 360;
+
+QImage filled(const QSize &size, const QColor &color, QImage::Format format = QImage::Format_ARGB32)
+{
+    QImage image(size, format);
+    image.fill(color);
+    return image;
+}
+
+} // namespace
+
+class ColorsCommandTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { _runner = std::make_unique<ProgramRunner>(); }
+
+    void pictures_areMeasuredAsTheyAre()
+    {
+        QImage accented = filled({ 8, 8 }, Qt::white);
+        accented.setPixelColor(0, 0, Qt::red);
+        write(u"red.png"_s, filled({ 20, 3 }, Qt::red));
+        write(u"large.png"_s, filled({ 256, 64 }, Qt::red));
+        write(u"one.png"_s, filled({ 1, 1 }, Qt::black, QImage::Format_Grayscale8));
+        write(u"deep.png"_s, filled({ 2, 2 }, QColor(0, 0, 255, 128), QImage::Format_RGBA64));
+        write(u"accent.png"_s, accented);
+        write(u"none.png"_s, filled({ 5, 5 }, Qt::transparent));
+        _runner->write(u"drawn.svg"_s,
+            "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 4 4'>"
+            "<rect width='4' height='4' fill='#ff0000'/></svg>");
+        const QList<QJsonObject> lines = measured({ u"red.png"_s, u"large.png"_s, u"one.png"_s,
+            u"deep.png"_s, u"accent.png"_s, u"none.png"_s, u"drawn.svg"_s });
+        QCOMPARE(summary(lines),
+            u"red.png 15300 | large.png %1 | one.png 255 | deep.png 512 | "
+            "accent.png 16065 255 | none.png | drawn.svg %2"_s.arg(128 * 32 * 255)
+                .arg(64 * 64 * 255));
+        QVERIFY(std::abs(lines[0][u"colorSortValue"_s].toDouble() - redKey) < 1e-15);
+        QCOMPARE(lines[2][u"colorSortValue"_s].toDouble(), 1.5);
+        QCOMPARE(lines[5][u"colorSortValue"_s].toDouble(), 10.0);
+        QCOMPARE(lines[4][u"sortedColors"_s].toArray().size(), 3);
+    }
+
+    void options_changeTheMeasurementAndTheJudgement()
+    {
+        QImage halves = filled({ 8, 8 }, Qt::blue);
+        for (int i = 0; i < 32; ++i) {
+            halves.setPixelColor(i % 8, i / 8, Qt::red);
+        }
+        write(u"halves.png"_s, halves);
+        write(u"dark.svg.png"_s, filled({ 8, 8 }, Qt::black));
+        const auto key = [this](const QString &file, const QString &options) {
+            const QList<QJsonObject> lines =
+                measured(QStringList { file } + options.split(u' ', Qt::SkipEmptyParts), options);
+            return lines.value(0)[u"colorSortValue"_s].toDouble();
+        };
+        const auto isNear = [](double one, double other) { return std::abs(one - other) < 1e-6; };
+        const QString file = u"halves.png"_s;
+        QVERIFY(isNear(key(file, {}), redKey));
+        QVERIFY(isNear(key(file, u"--wrap-hue 30"_s), redKey + 11.0 / 12));
+        QVERIFY(isNear(key(file, u"--wrap-hue -330"_s), redKey + 11.0 / 12));
+        QVERIFY(isNear(key(file, u"--set colorSortWrapHue=30"_s), redKey + 11.0 / 12));
+        QVERIFY(isNear(key(file, u"--gray-threshold 1"_s), 10));
+        QVERIFY(isNear(key(file, u"--count 0"_s), 10));
+        QVERIFY(key(file, u"--min-saturation 9"_s) > 1);
+        // Everything is alike, so one colour between red and blue is left.
+        QVERIFY(key(file, u"--delta-e 1000"_s) > 0.8);
+        QVERIFY(isNear(key(u"dark.svg.png"_s, u"--grays-by-secondary-color"_s), 2));
+        QCOMPARE(summary(measured({ file, u"--size"_s, u"2"_s })), u"halves.png 510 510"_s);
+        QCOMPARE(summary(measured({ file, u"--count"_s, u"10000"_s })), u"halves.png 8160 8160"_s);
+    }
+
+    void applications_areMeasuredByTheirIcons()
+    {
+        write(u"icon.png"_s, filled({ 16, 16 }, Qt::green));
+        _runner->writeEntry(u"shown"_s, "Icon=" + _runner->path(u"icon.png"_s).toUtf8() + "\n");
+        _runner->writeEntry(u"bare"_s);
+        const auto result = run({ u"apps/shown.desktop"_s, u"--set"_s, u"maximumIconSize=32"_s });
+        QCOMPARE(summary(objects(result)), u"apps/shown.desktop %1"_s.arg(32 * 32 * 255));
+        const auto without = run({ u"apps/bare.desktop"_s });
+        QCOMPARE(without.exitCode, 1);
+        QCOMPARE(without.errorLines.size(), 1);
+    }
+
+    void aFileThatFails_isReported_andTheOthersGoOn()
+    {
+        write(u"good \"ä\".png"_s, filled({ 2, 2 }, Qt::white));
+        _runner->write(u"text.png"_s, "no picture");
+        QByteArray png;
+        QBuffer buffer(&png);
+        buffer.open(QIODevice::WriteOnly);
+        QVERIFY(filled({ 64, 64 }, Qt::red).save(&buffer, "PNG"));
+        _runner->write(u"cut.png"_s, png.chopped(20));
+        _runner->write(u"empty.png"_s, {});
+        const auto result = run({ u"text.png"_s, u"absent.png"_s, u"cut.png"_s, u"apps"_s,
+            u"empty.png"_s, u"good \"ä\".png"_s });
+        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(result.errorLines.size(), 5);
+        const QList<QJsonObject> lines = objects(result);
+        QCOMPARE(lines.size(), 6);
+        QVERIFY(std::all_of(lines.begin(), lines.end() - 1,
+            [](const QJsonObject &line) { return !line[u"error"_s].toString().isEmpty(); }));
+        QCOMPARE(summary(lines.mid(5)), u"good \"ä\".png 1020"_s);
+
+        const auto text = _runner->run({ u"--colors"_s, _runner->path(u"good \"ä\".png"_s) });
+        QCOMPARE(text.output.count('\n'), 1);
+        QVERIFY(text.output.contains("#ffffff 100.0%"));
+        QVERIFY(!text.output.contains('\x1b'));
+    }
+
+    void theSheet_standsInOrder()
+    {
+        QStringList files;
+        for (const char *name : { "black", "blue", "white", "red", "lime" }) {
+            const QString file = QString::fromLatin1(name) + u".png"_s;
+            write(file, filled({ 64, 64 }, QColor(QLatin1String(name))));
+            files.append(file);
+        }
+        const QString sheet = _runner->path(u"sheet.png"_s);
+        const auto result = run(files + QStringList { u"--sheet"_s, sheet });
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(objects(result).size(), 5);
+        const QImage image(sheet);
+        QStringList seen;
+        // Each colour fills a square icon and, beside it, the ring and the pie in it.
+        for (int y = 20; y < image.height(); y += 8) {
+            for (int x = 20; x < image.width(); x += 8) {
+                for (const QString &file : std::as_const(files)) {
+                    const QString name = file.chopped(4);
+                    if (image.pixelColor(x, y) == QColor(name) && !seen.contains(name)) {
+                        seen.append(name);
+                    }
+                }
+            }
+        }
+        seen.removeOne(u"white"_s); // of which the captions are
+        QCOMPARE(seen.join(u' '), u"red lime blue black"_s);
+
+        QCOMPARE(run(files + QStringList { u"--sheet"_s, u"/nowhere/a.png"_s }).exitCode, 1);
+        QCOMPARE(run({ u"absent.png"_s, u"--sheet"_s, sheet }).exitCode, 1);
+        QCOMPARE(QImage(sheet), image);
+    }
+
+    void listsAndPictures_standInTheOrderOfColours()
+    {
+        for (const char *name : { "black", "blue", "red" }) {
+            const QString icon = QLatin1String(name) + u".png"_s;
+            write(icon, filled({ 64, 64 }, QColor(QLatin1String(name))));
+            _runner->writeEntry(QLatin1String(name), "Icon=" + _runner->path(icon).toUtf8() + "\n");
+        }
+        _runner->scanOnlyOwnApplications();
+        const QStringList byColor { u"--set"_s, u"groupContentsSortOrder=2"_s };
+        const auto listed = _runner->run(QStringList { u"--list"_s, u"6"_s } + byColor);
+        QVERIFY(isInOrder(listed.output, { "red.desktop", "blue.desktop", "black.desktop" }));
+        const auto laidOut = _runner->run(
+            QStringList { u"--layout"_s, u"6"_s, u"--bounds"_s, u"900x90"_s } + byColor);
+        QVERIFY(isInOrder(laidOut.output, { "  red", "  blue", "  black" }));
+
+        const QString file = _runner->path(u"picture.png"_s);
+        const auto drawn = _runner->run(QStringList { u"--screenshot"_s, file, u"--group"_s, u"6"_s,
+                                            u"--bounds"_s, u"900x90"_s }
+            + byColor);
+        QCOMPARE(drawn.exitCode, 0);
+        const QImage picture(file);
+        QByteArray seen;
+        for (int x = 0; x < picture.width(); ++x) {
+            for (const char *name : { "black", "blue", "red" }) {
+                if (picture.pixelColor(x, picture.height() / 2) == QColor(QLatin1String(name))
+                    && !seen.contains(name)) {
+                    seen += name;
+                }
+            }
+        }
+        QCOMPARE(seen, "redblueblack");
+    }
+
+private:
+    void write(const QString &name, const QImage &image) const
+    {
+        QVERIFY(image.save(_runner->path(name), "PNG"));
+    }
+    // Files are named as they lie in the home of the test.
+    ProgramRunner::Result run(const QStringList &arguments) const
+    {
+        return _runner->run(
+            QStringList { u"--colors"_s, u"--json"_s } + arguments, _runner->path(u"."_s));
+    }
+    static QList<QJsonObject> objects(const ProgramRunner::Result &result)
+    {
+        QList<QJsonObject> objects;
+        for (const QByteArray &line : result.output.trimmed().split('\n')) {
+            objects.append(QJsonDocument::fromJson(line).object());
+        }
+        return objects;
+    }
+    // Of files that are all measured.
+    QList<QJsonObject> measured(const QStringList &arguments, const QString &options = {}) const
+    {
+        const auto result = run(arguments);
+        if (result.exitCode != 0) {
+            qWarning(
+                "failed: %s %s", qPrintable(options), qPrintable(result.errorLines.join(u' ')));
+        }
+        return objects(result);
+    }
+    // Every file with the counts of its colours.
+    static QString summary(const QList<QJsonObject> &lines)
+    {
+        QStringList files;
+        for (const QJsonObject &line : lines) {
+            QString file = line[u"file"_s].toString();
+            const QJsonArray colors = line[u"colors"_s].toArray();
+            for (const QJsonValue &color : colors) {
+                file += u' ' + QString::number(color[u"count"_s].toInteger());
+            }
+            const bool isCounted = line[u"count"_s].toInteger(-1) == colors.size();
+            files.append(isCounted ? file : u"miscounted "_s + file);
+        }
+        return files.join(u" | "_s);
+    }
+    static bool isInOrder(const QByteArray &text, const QByteArrayList &parts)
+    {
+        qsizetype at = 0;
+        for (const QByteArray &part : parts) {
+            at = text.indexOf(part, at);
+            if (at < 0) {
+                qWarning("%s", text.constData());
+                return false;
+            }
+        }
+        return true;
+    }
+
+    std::unique_ptr<ProgramRunner> _runner;
+};
+
+QTEST_GUILESS_MAIN(ColorsCommandTest)
+#include "ColorsCommandTest.moc"

@@ -8,9 +8,11 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <string_view>
 #include <vector>
 
 static constexpr qsizetype iconCount = 300;
@@ -123,4 +125,28 @@ static void pick(benchmark::State &state)
 }
 BENCHMARK(pick);
 
-BENCHMARK_MAIN();
+// --write-icons FOLDER: the icons as PNG pictures, for another program to be timed on.
+static bool writeIcons(const QDir &folder)
+{
+    bool isWritten = !themeIcons(64).isEmpty();
+    for (const int size : { 64, 128 }) {
+        for (qsizetype i = 0; i < themeIcons(size).size(); ++i) {
+            const QString name = QStringLiteral("%1-%2.png").arg(size).arg(i);
+            isWritten = themeIcons(size)[i].save(folder.filePath(name)) && isWritten;
+        }
+    }
+    return isWritten;
+}
+
+int main(int argc, char **argv)
+{
+    // Drawing text in an icon takes fonts.
+    const QGuiApplication application(argc, argv);
+    if (argc == 3 && std::string_view(argv[1]) == "--write-icons") {
+        return writeIcons(QDir(QString::fromLocal8Bit(argv[2]))) ? 0 : 1;
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -97,10 +97,9 @@ ColorHistogram createColorHistogram(const BitmapView &bitmap)
     if (table.size() == 0) {
         return fail("zero colors specified for histogram");
     }
-    auto histogram = ColorHistogram::uninitialized(table.size());
+    ColorHistogram histogram = table.histogram();
     if (histogram.isEmpty()) {
         return fail("out of memory generating histogram");
     }
-    table.copyTo(histogram.data());
     return histogram;
 }

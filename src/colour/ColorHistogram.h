@@ -10,12 +10,12 @@ struct BitmapView;
 
 struct ColorHistogramEntry
 {
-    std::uint8_t red = 0, green = 0, blue = 0;
+    std::uint8_t red, green, blue;
     // 255, whatever the alpha of the pixels was.
-    std::uint8_t alpha = 0;
+    std::uint8_t alpha;
     // Each pixel counts as much as its alpha says, 1 to 255; in a bitmap without alpha each counts
     // 1.
-    std::uint64_t count = 0;
+    std::uint64_t count;
 };
 
 using ColorHistogram = HeapArray<ColorHistogramEntry>;

@@ -1,25 +1,54 @@
 #include "colour/ColorTable.h"
 
 #include <algorithm>
-#include <bit>
+#include <array>
+
+namespace {
+
+constexpr std::uint32_t ByteValues = 256;
+
+// Where the items of each byte value begin when they stand in order; from the number of each.
+using Places = std::array<std::uint32_t, ByteValues>;
+
+Places placesFromCounts(const Places &counts)
+{
+    Places places {};
+    for (std::size_t i = 1; i < places.size(); ++i) {
+        places[i] = places[i - 1] + counts[i - 1];
+    }
+    return places;
+}
+
+} // namespace
 
 bool ColorTable::allocate()
 {
-    _heads = HeapArray<std::uint32_t>::uninitialized(BucketCount);
+    auto heads = HeapArray<std::uint32_t>::uninitialized(FirstCapacity);
+    link(heads);
     return !_heads.isEmpty();
 }
 
-std::uint32_t ColorTable::head(std::uint32_t bucket) const
+// Chains every colour anew.
+void ColorTable::link(HeapArray<std::uint32_t> &heads)
 {
-    const bool isUsed = (_used[bucket / BitsPerWord] >> (bucket % BitsPerWord) & 1) != 0;
-    return isUsed ? _heads[bucket] : End;
+    _heads.swap(heads);
+    std::fill(_heads.begin(), _heads.end(), End);
+    for (std::size_t i = 0; i < _size; ++i) {
+        std::uint32_t &head = headOf(_nodes[i].bucket);
+        _nodes[i].next = head;
+        head = std::uint32_t(i);
+    }
+}
+
+std::uint32_t &ColorTable::headOf(std::uint32_t bucket)
+{
+    return _heads[bucket % _heads.size()];
 }
 
 bool ColorTable::add(std::uint32_t bucket, std::uint8_t red, std::uint8_t green, std::uint8_t blue,
     std::uint64_t weight)
 {
-    const std::uint32_t first = head(bucket);
-    for (std::uint32_t at = first; at != End; at = _nodes[at].next) {
+    for (std::uint32_t at = headOf(bucket); at != End; at = _nodes[at].next) {
         ColorHistogramEntry &entry = _nodes[at].entry;
         if (entry.red == red && entry.green == green && entry.blue == blue) {
             entry.count += weight;
@@ -29,32 +58,55 @@ bool ColorTable::add(std::uint32_t bucket, std::uint8_t red, std::uint8_t green,
     if (_size == _nodes.size() && !grow()) {
         return false;
     }
-    _nodes[_size] = { { red, green, blue, UINT8_MAX, weight }, first };
-    _heads[bucket] = std::uint32_t(_size);
-    _used[bucket / BitsPerWord] |= std::uint64_t(1) << (bucket % BitsPerWord);
+    std::uint32_t &head = headOf(bucket);
+    _nodes[_size] = { { red, green, blue, UINT8_MAX, weight }, head, bucket };
+    head = std::uint32_t(_size);
     ++_size;
     return true;
 }
 
+// Room for twice as many colours, and as many chains as that up to all of them.
 bool ColorTable::grow()
 {
-    auto larger = HeapArray<Node>::uninitialized(std::max(FirstCapacity, 2 * _nodes.size()));
-    if (larger.isEmpty()) {
+    const std::size_t capacity = std::max(FirstCapacity, 2 * _nodes.size());
+    auto nodes = HeapArray<Node>::uninitialized(capacity);
+    if (nodes.isEmpty()) {
         return false;
     }
-    std::copy(_nodes.begin(), _nodes.end(), larger.begin());
-    _nodes.swap(larger);
+    std::copy(_nodes.begin(), _nodes.end(), nodes.begin());
+    _nodes.swap(nodes);
+    if (capacity <= BucketCount && capacity > _heads.size()) {
+        auto heads = HeapArray<std::uint32_t>::uninitialized(capacity);
+        // Without them the chains are longer, and that is all.
+        if (!heads.isEmpty()) {
+            link(heads);
+        }
+    }
     return true;
 }
 
-void ColorTable::copyTo(ColorHistogramEntry *entries) const
+// Sorts by the low byte of the bucket, from the newest colour on, and then by the high one; each
+// step keeps the order of what it finds equal.
+ColorHistogram ColorTable::histogram() const
 {
-    for (std::uint32_t word = 0; word < _used.size(); ++word) {
-        for (std::uint64_t bits = _used[word]; bits != 0; bits &= bits - 1) {
-            const std::uint32_t bucket = word * BitsPerWord + std::uint32_t(std::countr_zero(bits));
-            for (std::uint32_t at = _heads[bucket]; at != End; at = _nodes[at].next) {
-                *entries++ = _nodes[at].entry;
-            }
-        }
+    auto order = HeapArray<std::uint32_t>::uninitialized(_size);
+    auto histogram = order.isEmpty() ? ColorHistogram() : ColorHistogram::uninitialized(_size);
+    if (histogram.isEmpty()) {
+        return histogram;
     }
+    Places lowCounts {};
+    Places highCounts {};
+    for (std::size_t i = 0; i < _size; ++i) {
+        ++lowCounts[_nodes[i].bucket % ByteValues];
+        ++highCounts[_nodes[i].bucket / ByteValues];
+    }
+    Places lowPlaces = placesFromCounts(lowCounts);
+    for (std::size_t i = _size; i-- > 0;) {
+        order[lowPlaces[_nodes[i].bucket % ByteValues]++] = std::uint32_t(i);
+    }
+    Places highPlaces = placesFromCounts(highCounts);
+    for (const std::uint32_t i : order) {
+        histogram[highPlaces[_nodes[i].bucket / ByteValues]++] = _nodes[i].entry;
+    }
+    return histogram;
 }

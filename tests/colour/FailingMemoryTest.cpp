@@ -56,10 +56,11 @@ private Q_SLOTS:
         QTest::newRow("chains") << 1 << 2 << "\nout of memory allocating hash table\n";
         QTest::newRow("colours") << 2 << 2 << "\nout of memory computing hash table\n";
         QTest::newRow("more") << 3 << 2000 << "\nout of memory computing hash table\n";
-        QTest::newRow("the last") << 3 << 1025 << "\nout of memory computing hash table\n";
-        QTest::newRow("histogram") << 3 << 1024 << "\nout of memory generating histogram\n";
-        QTest::newRow("spectrum") << 4 << 2 << "\nout of memory making color spectrum\n";
-        QTest::newRow("dominant colours") << 5 << 2 << "";
+        QTest::newRow("the last") << 3 << 257 << "\nout of memory computing hash table\n";
+        QTest::newRow("histogram") << 3 << 256 << "\nout of memory generating histogram\n";
+        QTest::newRow("its order") << 4 << 256 << "\nout of memory generating histogram\n";
+        QTest::newRow("spectrum") << 5 << 2 << "\nout of memory making color spectrum\n";
+        QTest::newRow("dominant colours") << 6 << 2 << "";
     }
 
     void eachFailure_givesNothing_andOneLine()

@@ -1,5 +1,6 @@
 #include "commands/Output.h"
 
+#include <QFileInfo>
 #include <QImage>
 #include <QSaveFile>
 
@@ -19,11 +20,19 @@ bool Output::printJson(const QJsonDocument &document)
 
 int Output::writePicture(const QImage &picture, const QString &file)
 {
-    QSaveFile target(file);
-    if (target.open(QIODevice::WriteOnly) && picture.save(&target, "PNG") && target.commit()) {
-        return 0;
+    const auto isSaved = [&](QFileDevice &target) {
+        return target.open(QIODevice::WriteOnly) && picture.save(&target, "PNG") && target.flush();
+    };
+    const auto failed = [&](const QFileDevice &target) {
+        return fail(QStringLiteral("cannot write %1: %2").arg(file, target.errorString()));
+    };
+    // A device or a pipe is written into: only files may be replaced.
+    if (const QFileInfo old(file); old.exists() && !old.isFile() && !old.isDir()) {
+        QFile target(file);
+        return isSaved(target) ? 0 : failed(target);
     }
-    return fail(QStringLiteral("cannot write %1: %2").arg(file, target.errorString()));
+    QSaveFile target(file);
+    return isSaved(target) && target.commit() ? 0 : failed(target);
 }
 
 int Output::fail(const QString &reason, int exitCode)

@@ -9,6 +9,8 @@
 #include <QJsonObject>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -154,6 +156,15 @@ private Q_SLOTS:
         QCOMPARE(run(files + QStringList { u"--sheet"_s, u"/nowhere/a.png"_s }).exitCode, 1);
         QCOMPARE(run({ u"absent.png"_s, u"--sheet"_s, sheet }).exitCode, 1);
         QCOMPARE(QImage(sheet), image);
+
+        // What is no file is written into, not replaced.
+        const QByteArray pipe = QFile::encodeName(_runner->path(u"pipe"_s));
+        QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
+        QFile reader(QFile::decodeName(pipe));
+        QVERIFY(reader.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
+        QCOMPARE(run({ u"red.png"_s, u"--sheet"_s, reader.fileName() }).exitCode, 0);
+        QVERIFY(!QFileInfo(reader.fileName()).isFile());
+        QCOMPARE(reader.read(4), "\x89PNG");
     }
 
     void listsAndPictures_standInTheOrderOfColours()

@@ -74,8 +74,8 @@ public:
     // Asks for the icon; when the same bundle was loaded at the same size before, only its colours
     // are judged afresh, and measured afresh, on another thread, where that is needed.
     void loadIconWithParameters(const IconParameters &parameters);
-    // Measures the icon and announces N_AppIconChanged, unless it is the icon that the entry has.
-    // Null: no icon.
+    // Measures the icon at once and announces N_AppIconChanged, unless it is the icon that the
+    // entry has. Null: no icon.
     void setIcon(const QImage &icon);
     // Shows the placeholder until the next pass, which loads the icon again. Announces nothing.
     void resetIconToDot();
@@ -121,10 +121,10 @@ private:
     void refreshName();
     void loadIconOfFile(quint64 fileNumber, const IconParameters &parameters);
     void requestIcon();
-    void takeIcon(LoadedIcon loaded);
+    void takeIcon(const QImage &icon);
+    bool replaceIcon(const QImage &icon);
     void requestMeasurement();
     void takeMeasurement(LoadedIcon measured);
-    void setMeasuredIcon(const QImage &icon, IconMeasurement measurement);
     void applyColorSortParameters(const IconParameters &parameters, IconMeasurement measurement);
     bool needsMeasuring(const IconParameters &parameters) const;
 
@@ -141,6 +141,8 @@ private:
     quint64 _iconRequest = 0;
     bool _isAwaitingIcon = false;
     bool _isBeingMeasured = false;
+    // What was measured, or is being measured, may be out of date.
+    bool _isMeasurementDue = false;
     HclColors _hclColors;
     // Of the colours; how many to ask for while there are none.
     qsizetype _hclColorCount = IconMeasurement::ColorCount;

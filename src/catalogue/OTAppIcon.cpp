@@ -74,19 +74,26 @@ void OTApp::requestIcon()
     _isAwaitingIcon = true;
     IconLoader::sharedIconLoader().addOperation(
         { _path, _colorSortParams,
-            [weak = weak_from_this(), request](LoadedIcon loaded) {
+            [weak = weak_from_this(), request](const LoadedIcon &loaded) {
                 const AppRef app = weak.lock();
                 if (app && app->_iconRequest == request) {
-                    app->takeIcon(std::move(loaded));
+                    app->takeIcon(loaded.image);
                 }
             } },
         _desktop.icons());
 }
 
-void OTApp::takeIcon(LoadedIcon loaded)
+// The icon is shown at once and measured when none is left to be loaded.
+void OTApp::takeIcon(const QImage &icon)
 {
     _isAwaitingIcon = false;
-    setMeasuredIcon(loaded.image, std::move(loaded.measurement));
+    if (!replaceIcon(icon)) {
+        return;
+    }
+    if (!icon.isNull()) {
+        requestMeasurement();
+    }
+    Q_EMIT NotificationCenter::defaultCenter().N_AppIconChanged(shared_from_this());
 }
 
 void OTApp::setIcon(const QImage &icon)
@@ -94,24 +101,29 @@ void OTApp::setIcon(const QImage &icon)
     // Whoever sets an icon does not wait for another one.
     ++_iconRequest;
     _isAwaitingIcon = false;
-    setMeasuredIcon(icon, {});
+    if (replaceIcon(icon)) {
+        setColorSortParameters(_colorSortParams);
+    }
 }
 
-void OTApp::setMeasuredIcon(const QImage &icon, IconMeasurement measurement)
+// False when it is the icon that is there.
+bool OTApp::replaceIcon(const QImage &icon)
 {
     const bool isSameIcon = icon.isNull() ? _icon.isNull() : icon.cacheKey() == _icon.cacheKey();
     if (isSameIcon) {
-        return;
+        return false;
     }
     _icon = icon;
+    _isMeasurementDue = false;
     freeColorSortData();
-    applyColorSortParameters(_colorSortParams, std::move(measurement));
+    return true;
 }
 
 void OTApp::resetIconToDot()
 {
     _icon = NamedImages::dot();
     _fileID = 0;
+    _isMeasurementDue = false;
 }
 
 // A NaN, equal to nothing, asks for a measurement each time.
@@ -125,6 +137,7 @@ bool OTApp::needsMeasuring(const IconParameters &parameters) const
 // change faster than all icons can be measured.
 void OTApp::requestMeasurement()
 {
+    _isMeasurementDue = true;
     if (_isBeingMeasured) {
         return;
     }
@@ -142,10 +155,11 @@ void OTApp::requestMeasurement()
 void OTApp::takeMeasurement(LoadedIcon measured)
 {
     _isBeingMeasured = false;
-    if (_icon.isNull() || measured.image.cacheKey() != _icon.cacheKey()) {
+    if (!_isMeasurementDue) {
         return;
     }
-    if (measured.measurement.isFor(_colorSortParams)) {
+    const bool isOfThisIcon = measured.image.cacheKey() == _icon.cacheKey();
+    if (isOfThisIcon && measured.measurement.isFor(_colorSortParams)) {
         freeColorSortData();
         applyColorSortParameters(_colorSortParams, std::move(measured.measurement));
     } else {
@@ -173,6 +187,7 @@ void OTApp::applyColorSortParameters(const IconParameters &parameters, IconMeasu
         if (!measurement.isFor(parameters)) {
             measurement = measureIcon(_icon, parameters, _hclColorCount);
         }
+        _isMeasurementDue = false;
         _hclColors = std::move(measurement.colors);
         _hclColorCount = qsizetype(_hclColors.size());
     }

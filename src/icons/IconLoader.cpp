@@ -14,6 +14,10 @@ namespace {
 // Half of what a frame of an animation may take; the rest is for painting what arrived.
 constexpr qint64 LongestTurnInNanoseconds = 4'000'000;
 
+// The grid is complete when all icons are loaded; their colours can wait.
+constexpr int LoadingPriority = 1;
+constexpr int MeasuringPriority = 0;
+
 // Null, after one log line, when there is no icon.
 QImage loaded(const IconLoadOperation &operation, const IconProvider &provider)
 {
@@ -63,18 +67,20 @@ IconLoader &IconLoader::sharedIconLoader()
 void IconLoader::addOperation(IconLoadOperation operation, const IconProvider &provider)
 {
     ++_pendingCount;
-    _queue.start([this, operation = std::move(operation), &provider] { run(operation, provider); });
+    const int priority = operation.image.isNull() ? LoadingPriority : MeasuringPriority;
+    _queue.start([this, operation = std::move(operation), &provider] { run(operation, provider); },
+        priority);
 }
 
 void IconLoader::run(const IconLoadOperation &operation, const IconProvider &provider)
 {
-    QImage image = operation.image.isNull() ? loaded(operation, provider) : operation.image;
-    if (image.isNull()) {
-        deliver(operation, {}, Handing::DoesNotWait);
+    if (!operation.image.isNull()) {
+        deliver(operation, { operation.image, measureIcon(operation.image, operation.parameters) },
+            Handing::DoesNotWait);
         return;
     }
-    IconMeasurement measurement = measureIcon(image, operation.parameters);
-    deliver(operation, { std::move(image), std::move(measurement) }, Handing::Waits);
+    const QImage image = loaded(operation, provider);
+    deliver(operation, { image, {} }, image.isNull() ? Handing::DoesNotWait : Handing::Waits);
 }
 
 void IconLoader::deliver(const IconLoadOperation &operation, LoadedIcon icon, Handing handing)

@@ -1,10 +1,11 @@
-// The queue in which icons are loaded: eight at a time, in the order in which they were asked for.
+// The queue in which icons are loaded and measured: eight at a time, in the order in which they
+// were asked for, all that is to be loaded before all that is to be measured.
 //
-// An operation resolves, decodes and measures one icon on a thread of the queue and hands it to its
-// receiver on the main thread; until the receiver has run, that thread waits, so that loading never
-// runs far ahead of what is done with the icons. A failure is handed over without waiting. Icons
-// that are ready together are handed over in one turn of the event loop, but no turn goes on longer
-// than a few milliseconds.
+// An operation resolves and decodes one icon on a thread of the queue and hands it to its receiver
+// on the main thread; until the receiver has run, that thread waits, so that loading never runs far
+// ahead of what is done with the icons. A failure, and a measurement, is handed over without
+// waiting. What is ready together is handed over in one turn of the event loop, but no turn goes on
+// longer than a few milliseconds.
 //
 // The loader is used from the main thread. It knows no applications: a receiver that may die
 // captures a weak handle.
@@ -26,21 +27,23 @@
 
 class IconProvider;
 
-// What an operation comes back with. Without an icon both are empty.
+// What an operation comes back with.
 struct LoadedIcon
 {
+    // Null when the bundle has no icon.
     QImage image;
+    // Of an operation that measures.
     IconMeasurement measurement;
 };
 
-// One icon to load and measure, or only to measure.
+// One icon to load, or to measure.
 struct IconLoadOperation
 {
     // Called on the main thread.
     using Receiver = std::function<void(LoadedIcon)>;
 
     QString filePath;
-    // An icon that is there already.
+    // The icon to measure; null to load one.
     QImage image;
     IconParameters parameters;
     Receiver receiver;
@@ -48,7 +51,7 @@ struct IconLoadOperation
     // Loads the icon of the bundle at a path.
     IconLoadOperation(
         const QString &path, const IconParameters &iconParameters, Receiver iconReceiver);
-    // Measures an icon again.
+    // Measures an icon.
     IconLoadOperation(
         const QImage &icon, const IconParameters &iconParameters, Receiver iconReceiver);
 };

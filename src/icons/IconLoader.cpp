@@ -51,6 +51,8 @@ IconLoader::IconLoader(QObject *parent)
     : QObject(parent)
 {
     _queue.setMaxThreadCount(Width);
+    _nextTurn.setSingleShot(true);
+    connect(&_nextTurn, &QTimer::timeout, this, &IconLoader::takeDelivered);
 }
 
 IconLoader::~IconLoader()
@@ -74,13 +76,14 @@ void IconLoader::addOperation(IconLoadOperation operation, const IconProvider &p
 
 void IconLoader::run(const IconLoadOperation &operation, const IconProvider &provider)
 {
-    if (!operation.image.isNull()) {
-        deliver(operation, { operation.image, measureIcon(operation.image, operation.parameters) },
-            Handing::DoesNotWait);
-        return;
+    LoadedIcon icon { operation.image, {} };
+    if (icon.image.isNull()) {
+        icon.image = loaded(operation, provider);
+    } else {
+        icon.measurement = measureIcon(icon.image, operation.parameters);
     }
-    const QImage image = loaded(operation, provider);
-    deliver(operation, { image, {} }, image.isNull() ? Handing::DoesNotWait : Handing::Waits);
+    const Handing handing = icon.image.isNull() ? Handing::DoesNotWait : Handing::Waits;
+    deliver(operation, std::move(icon), handing);
 }
 
 void IconLoader::deliver(const IconLoadOperation &operation, LoadedIcon icon, Handing handing)
@@ -91,8 +94,8 @@ void IconLoader::deliver(const IconLoadOperation &operation, LoadedIcon icon, Ha
     }
     const quint64 ticket = ++_lastTicket;
     _delivered.push_back({ ticket, std::move(icon), operation.receiver });
-    if (!_isWakeUpPosted) {
-        _isWakeUpPosted = true;
+    if (!_isAwake) {
+        _isAwake = true;
         QMetaObject::invokeMethod(this, &IconLoader::takeDelivered, Qt::QueuedConnection);
     }
     while (handing == Handing::Waits && !_isStopping && _lastTaken < ticket) {
@@ -108,7 +111,7 @@ void IconLoader::takeDelivered()
     {
         const QMutexLocker lock(&_mutex);
         ready.swap(_delivered);
-        _isWakeUpPosted = false;
+        _isAwake = !ready.empty();
     }
     if (ready.empty()) {
         return;
@@ -133,15 +136,16 @@ void IconLoader::takeDelivered()
     }
 }
 
-// Lets the threads go whose icons were taken, and keeps the rest for the next turn.
+// Lets the threads go whose icons were taken, and keeps the rest for the next turn. That one comes
+// by a timer: an event posted now would be handled before the event loop gets to paint.
 void IconLoader::release(quint64 taken, std::deque<Delivery> &rest)
 {
     const QMutexLocker lock(&_mutex);
     _delivered.insert(_delivered.begin(), std::make_move_iterator(rest.begin()),
         std::make_move_iterator(rest.end()));
-    if (!_delivered.empty() && !_isWakeUpPosted) {
-        _isWakeUpPosted = true;
-        QMetaObject::invokeMethod(this, &IconLoader::takeDelivered, Qt::QueuedConnection);
+    _isAwake = !_delivered.empty();
+    if (_isAwake) {
+        _nextTurn.start();
     }
     _lastTaken = taken;
     _taken.wakeAll();
@@ -158,7 +162,9 @@ void IconLoader::cancelAll()
         _taken.wakeAll();
     }
     _queue.waitForDone();
+    _nextTurn.stop();
     QMutexLocker lock(&_mutex);
     _isStopping = false;
+    _isAwake = false;
     _pendingCount = 0;
 }

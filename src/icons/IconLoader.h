@@ -3,9 +3,9 @@
 //
 // An operation resolves and decodes one icon on a thread of the queue and hands it to its receiver
 // on the main thread; until the receiver has run, that thread waits, so that loading never runs far
-// ahead of what is done with the icons. A failure, and a measurement, is handed over without
-// waiting. What is ready together is handed over in one turn of the event loop, but no turn goes on
-// longer than a few milliseconds.
+// ahead of what is done with the icons, nor takes the processor from the thread that paints. A
+// failure is handed over without waiting. What is ready together is handed over in one turn of the
+// event loop, but no turn goes on longer than a few milliseconds.
 //
 // The loader is used from the main thread. It knows no applications: a receiver that may die
 // captures a weak handle.
@@ -20,6 +20,7 @@
 #include <QObject>
 #include <QString>
 #include <QThreadPool>
+#include <QTimer>
 #include <QWaitCondition>
 
 #include <deque>
@@ -100,6 +101,7 @@ private:
     void release(quint64 taken, std::deque<Delivery> &rest);
 
     QThreadPool _queue;
+    QTimer _nextTurn;
     int _pendingCount = 0;
     // How often everything was cancelled, so that a turn notices it when a receiver does so.
     quint64 _cancellations = 0;
@@ -110,6 +112,7 @@ private:
     std::deque<Delivery> _delivered;
     quint64 _lastTicket = 0;
     quint64 _lastTaken = 0;
-    bool _isWakeUpPosted = false;
+    // A turn goes on or is to come.
+    bool _isAwake = false;
     bool _isStopping = false;
 };

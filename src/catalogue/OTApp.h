@@ -118,11 +118,13 @@ public:
     }
 
 private:
+    struct Request
+    { };
+
     void refreshName();
     void loadIconOfFile(quint64 fileNumber, const IconParameters &parameters);
     void requestIcon();
     void takeIcon(const QImage &icon);
-    bool replaceIcon(const QImage &icon);
     void requestMeasurement();
     void takeMeasurement(LoadedIcon measured);
     void applyColorSortParameters(const IconParameters &parameters, IconMeasurement measurement);
@@ -137,10 +139,10 @@ private:
     QImage _icon;
     QByteArray _letters;
     quint64 _fileID = 0;
-    // Which request the entry waits for; the answer to an older one is dropped.
-    quint64 _iconRequest = 0;
-    bool _isAwaitingIcon = false;
-    bool _isBeingMeasured = false;
+    // What the entry waits for. A request lives as long as it may be answered, so it is gone when
+    // the loader was told to drop everything; the answer to an older one does not count.
+    std::weak_ptr<Request> _awaitedIcon;
+    std::weak_ptr<Request> _measurement;
     // What was measured, or is being measured, may be out of date.
     bool _isMeasurementDue = false;
     HclColors _hclColors;

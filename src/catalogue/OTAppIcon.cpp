@@ -56,7 +56,7 @@ void OTApp::loadIconOfFile(quint64 fileNumber, const IconParameters &parameters)
         _fileID = fileNumber;
         _colorSortParams = parameters;
         requestIcon();
-    } else if (_isAwaitingIcon) {
+    } else if (!_awaitedIcon.expired()) {
         // The icon is judged by them when it arrives; what is shown until then is a placeholder, or
         // on its way out.
         _colorSortParams = parameters;
@@ -70,53 +70,47 @@ void OTApp::loadIconOfFile(quint64 fileNumber, const IconParameters &parameters)
 
 void OTApp::requestIcon()
 {
-    const quint64 request = ++_iconRequest;
-    _isAwaitingIcon = true;
+    const auto request = std::make_shared<Request>();
+    _awaitedIcon = request;
     IconLoader::sharedIconLoader().addOperation(
         { _path, _colorSortParams,
             [weak = weak_from_this(), request](const LoadedIcon &loaded) {
                 const AppRef app = weak.lock();
-                if (app && app->_iconRequest == request) {
+                if (app && app->_awaitedIcon.lock() == request) {
                     app->takeIcon(loaded.image);
                 }
             } },
         _desktop.icons());
 }
 
-// The icon is shown at once and measured when none is left to be loaded.
+// The icon is shown at once and measured when none is left to be loaded; until then the entry keeps
+// the key that it has.
 void OTApp::takeIcon(const QImage &icon)
 {
-    _isAwaitingIcon = false;
-    if (!replaceIcon(icon)) {
+    _awaitedIcon.reset();
+    if (icon.isNull()) {
+        setIcon({});
         return;
     }
-    if (!icon.isNull()) {
-        requestMeasurement();
+    const bool isSameIcon = icon.cacheKey() == _icon.cacheKey();
+    _icon = icon;
+    requestMeasurement();
+    if (!isSameIcon) {
+        Q_EMIT NotificationCenter::defaultCenter().N_AppIconChanged(shared_from_this());
     }
-    Q_EMIT NotificationCenter::defaultCenter().N_AppIconChanged(shared_from_this());
 }
 
 void OTApp::setIcon(const QImage &icon)
 {
     // Whoever sets an icon does not wait for another one.
-    ++_iconRequest;
-    _isAwaitingIcon = false;
-    if (replaceIcon(icon)) {
+    _awaitedIcon.reset();
+    const bool isSameIcon = icon.isNull() ? _icon.isNull() : icon.cacheKey() == _icon.cacheKey();
+    if (!isSameIcon) {
+        _icon = icon;
+        _isMeasurementDue = false;
+        freeColorSortData();
         setColorSortParameters(_colorSortParams);
     }
-}
-
-// False when it is the icon that is there.
-bool OTApp::replaceIcon(const QImage &icon)
-{
-    const bool isSameIcon = icon.isNull() ? _icon.isNull() : icon.cacheKey() == _icon.cacheKey();
-    if (isSameIcon) {
-        return false;
-    }
-    _icon = icon;
-    _isMeasurementDue = false;
-    freeColorSortData();
-    return true;
 }
 
 void OTApp::resetIconToDot()
@@ -129,7 +123,8 @@ void OTApp::resetIconToDot()
 // A NaN, equal to nothing, asks for a measurement each time.
 bool OTApp::needsMeasuring(const IconParameters &parameters) const
 {
-    return _hclColors.isEmpty() || parameters.minSaturation != _colorSortParams.minSaturation
+    return _isMeasurementDue || _hclColors.isEmpty()
+        || parameters.minSaturation != _colorSortParams.minSaturation
         || parameters.minLuminosity != _colorSortParams.minLuminosity;
 }
 
@@ -138,23 +133,24 @@ bool OTApp::needsMeasuring(const IconParameters &parameters) const
 void OTApp::requestMeasurement()
 {
     _isMeasurementDue = true;
-    if (_isBeingMeasured) {
+    if (!_measurement.expired()) {
         return;
     }
-    _isBeingMeasured = true;
-    IconLoader::sharedIconLoader().addOperation({ _icon, _colorSortParams,
-                                                    [weak = weak_from_this()](LoadedIcon measured) {
-                                                        if (const AppRef app = weak.lock()) {
-                                                            app->takeMeasurement(
-                                                                std::move(measured));
-                                                        }
-                                                    } },
+    const auto request = std::make_shared<Request>();
+    _measurement = request;
+    IconLoader::sharedIconLoader().addOperation(
+        { _icon, _colorSortParams,
+            [weak = weak_from_this(), request](LoadedIcon measured) {
+                if (const AppRef app = weak.lock()) {
+                    app->takeMeasurement(std::move(measured));
+                }
+            } },
         _desktop.icons());
 }
 
 void OTApp::takeMeasurement(LoadedIcon measured)
 {
-    _isBeingMeasured = false;
+    _measurement.reset();
     if (!_isMeasurementDue) {
         return;
     }

@@ -323,6 +323,41 @@ private Q_SLOTS:
         QCOMPARE(app->sortedColors().size(), 3);
     }
 
+    void colors_stayUntilTheNewIconIsMeasured()
+    {
+        const AppRef app = made(_desktop->tree.add(u"a.app"_s, {}));
+        app->setIconParameters(colored(0.14F));
+        QVERIFY(wait());
+        const double key = app->colorSortValue();
+        QVERIFY(key < 1);
+        QList<double> keys;
+        connect(_center.get(), &NotificationCenter::N_AppIconChanged, this,
+            [&](const AppRef &changed) { keys.append(changed->colorSortValue()); });
+        IconParameters larger = colored(0.14F);
+        larger.maximumIconSize = 32;
+        app->setIconParameters(larger);
+        QVERIFY(wait());
+        QCOMPARE(app->icon().width(), 32);
+        QCOMPARE(keys, QList<double>({ key, key }));
+    }
+
+    void iconsAndColors_areAskedForAgainAfterACancellation()
+    {
+        IconLoader &loader = IconLoader::sharedIconLoader();
+        const AppRef app = made(_desktop->tree.add(u"a.app"_s, {}));
+        app->setIconParameters(colored(0.14F));
+        loader.cancelAll();
+        app->forgetIconSource();
+        app->setIconParameters(colored(0.14F));
+        QVERIFY(wait());
+        QVERIFY(app->colorSortValue() < 1);
+        app->setIconParameters(colored(3));
+        loader.cancelAll();
+        app->setIconParameters(colored(3));
+        QVERIFY(wait());
+        QVERIFY(app->colorSortValue() > 1);
+    }
+
     void spectrum_isDrawnAtTheSizeAskedFor()
     {
         const AppRef app = made(u"/a.app"_s);

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <cstdio>
 #include <string_view>
 #include <vector>
 
@@ -128,7 +129,7 @@ BENCHMARK(pick);
 // --write-icons FOLDER: the icons as PNG pictures, for another program to be timed on.
 static bool writeIcons(const QDir &folder)
 {
-    bool isWritten = !themeIcons(64).isEmpty();
+    bool isWritten = true;
     for (const int size : { 64, 128 }) {
         for (qsizetype i = 0; i < themeIcons(size).size(); ++i) {
             const QString name = QStringLiteral("%1-%2.png").arg(size).arg(i);
@@ -142,6 +143,10 @@ int main(int argc, char **argv)
 {
     // Drawing text in an icon takes fonts.
     const QGuiApplication application(argc, argv);
+    if (themeIcons(64).isEmpty()) {
+        std::fputs("ColorBench: the Papirus theme is not installed\n", stderr);
+        return 1;
+    }
     if (argc == 3 && std::string_view(argv[1]) == "--write-icons") {
         return writeIcons(QDir(QString::fromLocal8Bit(argv[2]))) ? 0 : 1;
     }

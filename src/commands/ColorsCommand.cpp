@@ -40,23 +40,29 @@ QImage pictureOf(MeasuredFile &measured, const IconParameters &parameters,
 {
     const QString path = QFileInfo(measured.file).absoluteFilePath();
     const IconProvider &icons = desktop.icons();
-    const bool isApplication = desktop.items().flagsOf(path).isApplication;
-    int size = options.size.value_or(parameters.iconSize());
+    // First of all: asking for the flags of a broken application would log why it is broken.
+    if (const QString refusal = icons.refusal(path); !refusal.isEmpty()) {
+        fail(measured, refusal);
+        return {};
+    }
+    const int size = options.size.value_or(parameters.iconSize());
+    int largestStored = options.size ? 0 : LargestSize;
     IconSource source { path };
-    if (isApplication) {
+    if (desktop.items().flagsOf(path).isApplication) {
+        largestStored = 0;
         measured.title = desktop.items().displayName(path);
         source = icons.resolve(path, size);
         if (source.isNull()) {
             fail(measured, QStringLiteral("the application has no icon"));
             return {};
         }
-    } else if (const int stored = options.size ? 0 : icons.storedSize(source, LargestSize)) {
-        size = std::min(stored, LargestSize);
     }
-    QImage picture = icons.decode(source, size);
+    QString problem;
+    QImage picture = icons.tryDecode(source, size, largestStored, &problem);
     if (picture.isNull()) {
-        // Why not is in the log.
-        measured.error = QStringLiteral("not a picture that can be read");
+        fail(measured,
+            source.file == path ? problem
+                                : QStringLiteral("its icon %1: %2").arg(source.file, problem));
     }
     return picture;
 }
@@ -68,15 +74,22 @@ MeasuredFile measure(const QString &file, const IconParameters &parameters,
     measured.file = file;
     measured.title = QFileInfo(file).fileName();
     if (!QFileInfo::exists(file)) {
-        fail(measured, QStringLiteral("no such file"));
+        fail(measured,
+            file.contains(QChar::ReplacementCharacter)
+                ? QStringLiteral("its name is not valid text")
+                : QStringLiteral("no such file"));
         return measured;
     }
     measured.icon = pictureOf(measured, parameters, options, desktop);
     if (measured.error.isEmpty()) {
-        IconMeasurement measurement = measureIcon(measured.icon, parameters,
-            options.count.value_or(IconMeasurement::ColorCount),
+        const qsizetype count = options.count.value_or(IconMeasurement::ColorCount);
+        IconMeasurement measurement = measureIcon(measured.icon, parameters, count,
             options.deltaE.value_or(IconMeasurement::AlikeDistance));
         measured.colors = std::move(measurement.colors);
+        if (measured.colors.isEmpty() && count > 0) {
+            // No failure, but what measuring writes about it does not name the file.
+            Output::remark(QStringLiteral("%1: no colours").arg(file));
+        }
         measured.key = pickAndSortColors(measured.colors, parameters);
     }
     return measured;

@@ -174,7 +174,7 @@ private:
     {
         ColorOptions &colors = _call.colors;
         if (option == QLatin1String("--sheet")) {
-            _call.sheet = requiredOperand(option, QStringLiteral("a file name"));
+            readSheet(option);
         } else if (option == QLatin1String("--count")) {
             colors.count = readWhole(option, 0, std::numeric_limits<int>::max());
         } else if (option == QLatin1String("--size")) {
@@ -196,6 +196,15 @@ private:
         }
         allow(option, { Verb::Colors });
         return true;
+    }
+
+    void readSheet(const QString &option)
+    {
+        const QString what = QStringLiteral("a file name");
+        _call.sheet = requiredOperand(option, what);
+        if (_call.sheet.isEmpty()) {
+            fail(QStringLiteral("%1 needs %2").arg(option, what));
+        }
     }
 
     // Options may stand before their verb, so what goes with what is judged at the end.

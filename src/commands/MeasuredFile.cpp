@@ -1,5 +1,7 @@
 #include "commands/MeasuredFile.h"
 
+#include "support/OneLine.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -72,8 +74,11 @@ QList<SortedColor> shownColors(const HclColors &colors)
 
 QString titleColumn(const QString &title)
 {
-    return title.size() <= TitleWidth ? title.leftJustified(TitleWidth)
-                                      : title.left(TitleWidth - 1) + u'…';
+    if (title.size() <= TitleWidth) {
+        return title.leftJustified(TitleWidth);
+    }
+    const bool isPairCut = title[TitleWidth - 2].isHighSurrogate();
+    return title.left(isPairCut ? TitleWidth - 2 : TitleWidth - 1) + u'…';
 }
 
 // A run of blanks on a background of that colour.
@@ -125,6 +130,6 @@ QString MeasuredFiles::textLine(const MeasuredFile &measured, Blocks blocks)
     return QStringLiteral("%1  %2%3%4\n")
         .arg(measured.key.colorSortValue, 8, 'f', 4)
         .arg(blocks == Blocks::Colored ? bar + QStringLiteral("  ") : QString(),
-            titleColumn(measured.title),
+            titleColumn(oneLine(measured.title)),
             figures.isEmpty() ? QStringLiteral("  no colours") : figures);
 }

@@ -1,16 +1,33 @@
 #include "commands/Output.h"
 
+#include "support/OneLine.h"
+
 #include <QFileInfo>
 #include <QImage>
 #include <QSaveFile>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+// Asked before main(): the next file that is opened gets the number of a closed one, and must not
+// be written into.
+static const bool isOutputOpen = ::fcntl(STDOUT_FILENO, F_GETFD) != -1;
 
 bool Output::print(const QString &text)
 {
     const QByteArray bytes = text.toUtf8();
-    return std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout) == size_t(bytes.size())
-        && std::fflush(stdout) == 0;
+    const auto size = std::size_t(bytes.size());
+    errno = EBADF;
+    if (isOutputOpen && std::fwrite(bytes.constData(), 1, size, stdout) == size
+        && std::fflush(stdout) == 0) {
+        return true;
+    }
+    const QString reason = QString::fromLocal8Bit(std::strerror(errno));
+    fail(QStringLiteral("cannot write to standard output: %1").arg(reason));
+    return false;
 }
 
 bool Output::printJson(const QJsonDocument &document)
@@ -35,8 +52,13 @@ int Output::writePicture(const QImage &picture, const QString &file)
     return isSaved(target) && target.commit() ? 0 : failed(target);
 }
 
+void Output::remark(const QString &text)
+{
+    std::fprintf(stderr, "ortu: %s\n", qUtf8Printable(oneLine(text)));
+}
+
 int Output::fail(const QString &reason, int exitCode)
 {
-    std::fprintf(stderr, "ortu: %s\n", qUtf8Printable(reason));
+    remark(reason);
     return exitCode;
 }

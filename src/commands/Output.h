@@ -9,14 +9,17 @@ class QImage;
 
 namespace Output {
 
-// False when standard output does not take it (a full disk, a closed pipe).
+// False, after one line of failure, when standard output does not take it (a full disk, no output
+// at all).
 bool print(const QString &text);
 bool printJson(const QJsonDocument &document);
 
 // Writes a PNG file, the whole of it or nothing, and returns the exit code of the program.
 int writePicture(const QImage &picture, const QString &file);
 
-// Prints "ortu: REASON" and returns the exit code given.
+// Prints "ortu: TEXT" to standard error, one line whatever is in it.
+void remark(const QString &text);
+// The same of a failure. Returns the exit code given.
 int fail(const QString &reason, int exitCode = 1);
 
 } // namespace Output

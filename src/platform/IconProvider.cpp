@@ -10,7 +10,13 @@ QImage IconProvider::decode(const IconSource &, int) const
     return {};
 }
 
-int IconProvider::storedSize(const IconSource &, int) const
+QImage IconProvider::tryDecode(const IconSource &, int, int, QString *problem) const
 {
-    return 0;
+    *problem = QStringLiteral("this desktop reads no pictures");
+    return {};
+}
+
+QString IconProvider::refusal(const QString &) const
+{
+    return {};
 }

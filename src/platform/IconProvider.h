@@ -1,9 +1,9 @@
 // The icons of a desktop, in two steps: find out which picture stands for a bundle, then turn it
 // into pixels.
 //
-// Both steps may be called from any thread. They are apart so that pictures kept from an earlier
-// run can stand in for the second one: a source names the file, and the file's state, that its
-// pixels come from. The base class has no icons.
+// All but the signal may be used from any thread. The two steps are apart so that pictures kept
+// from an earlier run can stand in for the second one: a source names the file, and the file's
+// state, that its pixels come from. The base class has no icons.
 
 #pragma once
 
@@ -35,10 +35,16 @@ public:
     // Null and one log line when the file cannot be turned into one.
     virtual QImage decode(const IconSource &source, int size) const;
 
-    // The longer edge in pixels of the picture as it is stored; in a file with several, of the one
-    // that suits a square of `size`. 0 when it can be drawn at any size, and, silently, when the
+    // The same for a look at the picture as it is stored: with `largestStored` above 0, one that
+    // has pixels of its own keeps its size up to that edge, in a square as large as its longer
+    // edge. A drawing without pixels is drawn at `size`. Null and silent, with the reason, when the
     // file cannot be turned into a picture.
-    virtual int storedSize(const IconSource &source, int size) const;
+    virtual QImage tryDecode(
+        const IconSource &source, int size, int largestStored, QString *problem) const;
+
+    // Why what is at a path is no application although only applications have such names; empty for
+    // any other name, and for an application. Silent.
+    virtual QString refusal(const QString &path) const;
 
 Q_SIGNALS:
     // The same bundles may have other icons now. Emitted on the main thread.

@@ -86,6 +86,8 @@ void CommandLineTest::wrongUse_isNamedInOneLine_data()
                                          << "inf";
     QTest::newRow("a sheet without name") << "--colors a.png --sheet --json"
                                           << "file name";
+    QTest::newRow("a sheet whose name is empty") << "--colors a.png --sheet "
+                                                 << "file name";
     QTest::newRow("a sheet of a list") << "--list --sheet a.png"
                                        << "--sheet";
     QTest::newRow("version of something") << "--version --json"

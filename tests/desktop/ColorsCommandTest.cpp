@@ -115,14 +115,63 @@ private Q_SLOTS:
         QCOMPARE(result.errorLines.size(), 5);
         const QList<QJsonObject> lines = objects(result);
         QCOMPARE(lines.size(), 6);
-        QVERIFY(std::all_of(lines.begin(), lines.end() - 1,
-            [](const QJsonObject &line) { return !line[u"error"_s].toString().isEmpty(); }));
+        for (qsizetype i = 0; i < 5; ++i) {
+            QCOMPARE(result.errorLines[i],
+                u"ortu: %1: %2"_s.arg(
+                    lines[i][u"file"_s].toString(), lines[i][u"error"_s].toString()));
+        }
         QCOMPARE(summary(lines.mid(5)), u"good \"ä\".png 1020"_s);
 
         const auto text = _runner->run({ u"--colors"_s, _runner->path(u"good \"ä\".png"_s) });
         QCOMPARE(text.output.count('\n'), 1);
         QVERIFY(text.output.contains("#ffffff 100.0%"));
         QVERIFY(!text.output.contains('\x1b'));
+    }
+
+    void whatIsNoApplication_isNotReadAsAPicture()
+    {
+        write(u"picture.desktop"_s, filled({ 2, 2 }, Qt::red));
+        _runner->write(u"link.desktop"_s, "[Desktop Entry]\nType=Link\nURL=http://a\n");
+        _runner->write(u"broken.desktop"_s, "[Desktop Entry]\nType=Application\nName=a\n");
+        write(u"red.png"_s, filled({ 2, 2 }, Qt::red));
+        _runner->write(u"cut.png"_s, _runner->read(u"red.png"_s).chopped(9));
+        _runner->writeEntry(u"cut"_s, "Icon=" + _runner->path(u"cut.png"_s).toUtf8() + "\n");
+        const auto result = run({ u"picture.desktop"_s, u"link.desktop"_s, u"broken.desktop"_s,
+            u"apps/cut.desktop"_s });
+        QCOMPARE(result.errorLines,
+            QStringList({ u"ortu: picture.desktop: binary"_s,
+                u"ortu: link.desktop: not an application"_s, u"ortu: broken.desktop: no Exec"_s,
+                u"ortu: apps/cut.desktop: its icon %1: cut off or damaged"_s.arg(
+                    _runner->path(u"cut.png"_s)) }));
+    }
+
+    void names_areDataForTheTerminal()
+    {
+        const QString name = u"a\n\x1b[31mb\u0085.png"_s;
+        write(name, filled({ 2, 2 }, Qt::white));
+        const auto shown = _runner->run({ u"--colors"_s, _runner->path(name) });
+        QVERIFY2(shown.output.contains("a??[31mb?.png "), shown.output);
+        QCOMPARE(run({ u"b"_s + name }).errorLines,
+            QStringList { u"ortu: ba??[31mb?.png: no such file"_s });
+        QCOMPARE(summary(measured({ name })), name + u" 1020"_s);
+        QCOMPARE(run({ QString(QChar::ReplacementCharacter) }).errorLines,
+            QStringList { u"ortu: \ufffd: its name is not valid text"_s });
+    }
+
+    void outputThatCannotBeWritten_isOneLine()
+    {
+        write(u"red.png"_s, filled({ 2, 2 }, Qt::red));
+        QProcess process;
+        process.setProcessEnvironment(_runner->environment());
+        const QString program = qEnvironmentVariable("ORTU_PROGRAM");
+        const QString file = _runner->path(u"red.png"_s);
+        process.start(
+            u"/bin/sh"_s, { u"-c"_s, u"exec \"$0\" --colors \"$1\" \"$1\" >&-"_s, program, file });
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 1);
+        const QByteArray lines = process.readAllStandardError();
+        QCOMPARE(lines.count('\n'), 1);
+        QVERIFY2(lines.startsWith("ortu: cannot write to standard output: "), lines);
     }
 
     void theSheet_standsInOrder()

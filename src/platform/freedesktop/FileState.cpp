@@ -35,6 +35,17 @@ QString systemReason()
     return QString::fromLocal8Bit(std::strerror(errno));
 }
 
+// What asking for a file's status has given.
+bool isRegular(int result, const struct stat &status, QString *problem)
+{
+    if (result != 0) {
+        *problem = systemReason();
+    } else if (!S_ISREG(status.st_mode)) {
+        *problem = QStringLiteral("not a regular file");
+    }
+    return result == 0 && S_ISREG(status.st_mode);
+}
+
 // As many bytes as there are, up to `size`.
 std::optional<QByteArray> readAll(int descriptor, qint64 size, QString *problem)
 {
@@ -72,15 +83,16 @@ std::optional<FileState> FileState::of(const QString &path)
 
 std::optional<QByteArray> readSmallFile(const QString &path, qint64 maximumSize, QString *problem)
 {
-    const Descriptor file(
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const QByteArray name = QFile::encodeName(path);
     struct stat status = {};
-    if (file.number() < 0 || ::fstat(file.number(), &status) != 0) {
-        *problem = systemReason();
+    // Opening a device may already set something going (a tape winds back), so it is asked what it
+    // is before; and again afterwards, since another file may have taken its name.
+    if (!isRegular(::stat(name.constData(), &status), status, problem)) {
         return std::nullopt;
     }
-    if (!S_ISREG(status.st_mode)) {
-        *problem = QStringLiteral("not a regular file");
+    const Descriptor file(::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const int result = file.number() < 0 ? -1 : ::fstat(file.number(), &status);
+    if (!isRegular(result, status, problem)) {
         return std::nullopt;
     }
     if (status.st_size > maximumSize) {

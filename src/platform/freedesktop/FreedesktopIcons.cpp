@@ -1,5 +1,6 @@
 #include "platform/freedesktop/FreedesktopIcons.h"
 
+#include "platform/freedesktop/DesktopEntry.h"
 #include "platform/freedesktop/IconDecoder.h"
 #include "platform/freedesktop/IconThemeName.h"
 #include "platform/freedesktop/IconWatcher.h"
@@ -40,9 +41,27 @@ QImage FreedesktopIcons::decode(const IconSource &source, int size) const
     return decodeIcon(source.file, size);
 }
 
-int FreedesktopIcons::storedSize(const IconSource &source, int size) const
+QImage FreedesktopIcons::tryDecode(
+    const IconSource &source, int size, int largestStored, QString *problem) const
 {
-    return storedIconSize(source.file, size);
+    return tryDecodeIcon(source.file, size, largestStored, problem);
+}
+
+QString FreedesktopIcons::refusal(const QString &path) const
+{
+    if (!path.endsWith(QLatin1String(".desktop"))) {
+        return {};
+    }
+    const DesktopEntry entry = DesktopEntry::fromFile(path, {});
+    switch (entry.kind) {
+    case DesktopEntry::Kind::Application:
+        break;
+    case DesktopEntry::Kind::Other:
+        return QStringLiteral("not an application");
+    case DesktopEntry::Kind::Broken:
+        return entry.problem;
+    }
+    return {};
 }
 
 std::shared_ptr<const IconLookup> FreedesktopIcons::lookup() const

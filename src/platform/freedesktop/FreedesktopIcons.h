@@ -2,7 +2,7 @@
 // pixels.
 //
 // Belongs to the main thread, where it notices another theme or new icons while the event loop
-// runs. resolve() and decode() may be called from any thread meanwhile.
+// runs. Everything that reads may be called from any thread meanwhile.
 
 #pragma once
 
@@ -29,7 +29,9 @@ public:
 
     IconSource resolve(const QString &bundlePath, int size) const override;
     QImage decode(const IconSource &source, int size) const override;
-    int storedSize(const IconSource &source, int size) const override;
+    QImage tryDecode(
+        const IconSource &source, int size, int largestStored, QString *problem) const override;
+    QString refusal(const QString &path) const override;
 
 private:
     std::shared_ptr<const IconLookup> lookup() const;

@@ -2,9 +2,10 @@
 
 #include "platform/freedesktop/FileState.h"
 #include "platform/freedesktop/GioPointer.h"
-#include "platform/freedesktop/IconPng.h"
 #include "platform/freedesktop/Log.h"
+#include "platform/freedesktop/PictureWholeness.h"
 #include "platform/freedesktop/SvgGuard.h"
+#include "support/OneLine.h"
 #include "support/PremultipliedImage.h"
 
 #include <QBuffer>
@@ -140,7 +141,7 @@ bool openPicture(QImageReader &reader, int size, QString *reason)
 
 QImage readPicture(QByteArray bytes, int size, QString *reason)
 {
-    if (isPng(bytes) && !isWholePng(bytes)) {
+    if (!isWholePicture(bytes)) {
         *reason = QStringLiteral("cut off or damaged");
         return {};
     }
@@ -156,18 +157,27 @@ QImage readPicture(QByteArray bytes, int size, QString *reason)
             QStringLiteral("%1 × %2 pixels are too many").arg(extent.width()).arg(extent.height());
         return {};
     }
-    QImage picture = reader.read();
-    if (picture.isNull()) {
+    QImage picture;
+    if (reader.format() == "bmp") {
+        // Rows may leave pixels out, which would show what the memory held before.
+        picture = QImage(extent, reader.imageFormat());
+        picture.fill(0);
+    }
+    if (!reader.read(&picture) || picture.isNull()) {
         *reason = reader.errorString();
+        return {};
     }
     return picture;
 }
 
-QImage decodePicture(const QByteArray &bytes, int size, QString *reason)
+QImage decodePicture(const QByteArray &bytes, int size, int largestStored, QString *reason)
 {
-    QImage picture = readPicture(bytes, size, reason);
+    QImage picture = readPicture(bytes, largestStored > 0 ? largestStored : size, reason);
     if (picture.isNull()) {
         return {};
+    }
+    if (largestStored > 0) {
+        size = std::min(std::max(picture.width(), picture.height()), largestStored);
     }
     // Before scaling, or the colour of invisible pixels would show at the edges.
     picture = premultipliedImage(picture);
@@ -197,57 +207,43 @@ bool isMarkup(QByteArrayView bytes)
     return bytes.trimmed().startsWith('<');
 }
 
-// Names and reasons go into the log as one line, whatever is in them.
-QString oneLine(QString text)
+QImage decodeBytes(QByteArray bytes, int size, int largestStored, QString *reason)
 {
-    for (QChar &c : text) {
-        c = c.category() == QChar::Other_Control ? QChar(u'?') : c;
+    if (bytes.startsWith("\x1f\x8b")) {
+        bytes = unpacked(bytes, SvgGuard::mostBytes, reason);
+        if (!reason->isEmpty()) {
+            return {};
+        }
     }
-    return text.trimmed();
-}
-
-QImage decodeBytes(QByteArray bytes, int size, QString *reason)
-{
     if (bytes.isEmpty()) {
         *reason = QStringLiteral("empty");
         return {};
     }
-    if (bytes.startsWith("\x1f\x8b")) {
-        bytes = unpacked(bytes, SvgGuard::mostBytes, reason);
-        if (bytes.isEmpty()) {
-            return {};
-        }
-    }
-    return isMarkup(bytes) ? decodeSvg(bytes, size, reason) : decodePicture(bytes, size, reason);
+    return isMarkup(bytes) ? decodeSvg(bytes, size, reason)
+                           : decodePicture(bytes, size, largestStored, reason);
 }
 
 } // namespace
 
 QImage decodeIcon(const QString &file, int size)
 {
-    if (file.isEmpty() || size <= 0 || size > largestIcon) {
-        return {};
-    }
-    QString reason;
-    const std::optional<QByteArray> bytes = readSmallFile(file, largestPictureFile, &reason);
-    const QImage icon = bytes ? decodeBytes(*bytes, size, &reason) : QImage();
-    if (icon.isNull()) {
+    QString problem;
+    QImage icon = tryDecodeIcon(file, size, 0, &problem);
+    if (!problem.isEmpty()) {
         qCWarning(lcPlatform, "cannot read icon %ls: %ls", qUtf16Printable(oneLine(file)),
-            qUtf16Printable(oneLine(reason)));
+            qUtf16Printable(oneLine(problem)));
     }
     return icon;
 }
 
-int storedIconSize(const QString &file, int size)
+QImage tryDecodeIcon(const QString &file, int size, int largestStored, QString *problem)
 {
-    QString reason;
-    std::optional<QByteArray> bytes = readSmallFile(file, largestPictureFile, &reason);
-    if (!bytes || isMarkup(*bytes)) {
-        return 0;
+    problem->clear();
+    if (file.isEmpty() || size <= 0 || std::max(size, largestStored) > largestIcon) {
+        return {};
     }
-    QBuffer buffer(&*bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    const QSize extent = openPicture(reader, size, &reason) ? reader.size() : QSize();
-    return std::max({ extent.width(), extent.height(), 0 });
+    const std::optional<QByteArray> bytes = readSmallFile(file, largestPictureFile, problem);
+    QImage icon = bytes ? decodeBytes(*bytes, size, largestStored, problem) : QImage();
+    *problem = problem->trimmed();
+    return icon;
 }

@@ -15,6 +15,8 @@ inline constexpr qint64 mostPicturePixels = 16 * 1024 * 1024;
 // and one log line when the file has none; null and silent when there is no file or no size.
 QImage decodeIcon(const QString &file, int size);
 
-// The longer edge in pixels of the picture in the file, of several the one that suits `size`. 0 for
-// a drawing without pixels, and, silently, for anything else.
-int storedIconSize(const QString &file, int size);
+// The same, but the reason goes into `problem`; empty when there is no file or no size. With
+// `largestStored` above 0 a picture with pixels of its own is not scaled unless it is larger than
+// that, and the square is as large as its longer edge; of several in the file, the one that suits
+// `largestStored` is taken. A drawing without pixels is drawn at `size`.
+QImage tryDecodeIcon(const QString &file, int size, int largestStored, QString *problem);

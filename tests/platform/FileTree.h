@@ -45,6 +45,14 @@ public:
         return path(relative);
     }
 
+    // Whoever opens it to read waits for ever.
+    QString addPipe(const QString &relative)
+    {
+        addFolder(QFileInfo(relative).path());
+        ::mkfifo(QFile::encodeName(path(relative)).constData(), 0600);
+        return path(relative);
+    }
+
 private:
     QTemporaryDir _folder;
 };

@@ -4,58 +4,43 @@
 #include "platform/freedesktop/IconLookup.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTest>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 
-class IconThemeCacheTest : public QObject
+using namespace Qt::Literals::StringLiterals;
+
+// A theme whose index is asked for everything it has and more.
+class SmallTheme final
 {
-    Q_OBJECT
+public:
+    SmallTheme()
+    {
+        files.addTheme(u"T"_s, {}, u"64:Fixed:64 48/apps:Fixed:48"_s);
+        for (const QString &picture : { u"64/a.png"_s, u"48/apps/a.svg"_s, u"64/bcd.xpm"_s }) {
+            files.addPicture(u"base/T/"_s + picture);
+        }
+    }
 
-private Q_SLOTS:
-    void init();
+    void ask() const
+    {
+        const auto cache = IconThemeCache::open(QFile::encodeName(folder));
+        if (cache == nullptr) {
+            return;
+        }
+        QVERIFY(cache->directories().size() <= 65536);
+        for (const char *name : { "a", "bcd", "nobody", "" }) {
+            QVERIFY(cache->find(name).size() < 1000);
+        }
+    }
 
-    void index_isUsedWhileUpToDate_data();
-    void index_isUsedWhileUpToDate();
-    void indexOfTheUsualTool_isUnderstood();
-    void truncatedIndex_isSafe();
-    void damagedIndex_isSafe();
-    void ringOfIcons_comesToAnEnd();
-    void pipeForAnIndex_isNotOpened();
-
-private:
-    // A theme with an index that is asked for everything it has and more.
-    static void ask(const QString &themeFolder);
+    IconThemeFiles files;
+    QString folder = files.path(u"base/T"_s);
+    QString index = folder + u"/icon-theme.cache"_s;
 };
-
-void IconThemeCacheTest::init()
-{
-    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
-}
-
-static IconThemeFiles *smallTheme()
-{
-    auto *themes = new IconThemeFiles;
-    themes->addTheme(QStringLiteral("T"), {}, QStringLiteral("64:Fixed:64 48/apps:Fixed:48"));
-    themes->addPictures(QStringLiteral("base/T/64/a.png base/T/48/apps/a.svg base/T/64/bcd.xpm"));
-    return themes;
-}
-
-void IconThemeCacheTest::ask(const QString &themeFolder)
-{
-    const auto cache = IconThemeCache::open(QFile::encodeName(themeFolder));
-    if (cache == nullptr) {
-        return;
-    }
-    const size_t directories = cache->directories().size();
-    QVERIFY(directories <= 65536);
-    for (const char *name : { "a", "bcd", "nobody", "" }) {
-        const IconImages images = cache->find(name);
-        QVERIFY(images.size() < 1000);
-    }
-}
 
 static void setTime(const QString &path, time_t seconds)
 {
@@ -63,110 +48,98 @@ static void setTime(const QString &path, time_t seconds)
     QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
 }
 
-void IconThemeCacheTest::index_isUsedWhileUpToDate_data()
+class IconThemeCacheTest : public QObject
 {
-    QTest::addColumn<int>("secondsNewer");
-    QTest::addColumn<bool>("isUsed");
-    QTest::newRow("newer") << 100 << true;
-    QTest::newRow("as old") << 0 << true;
-    QTest::newRow("older") << -1 << false;
-}
+    Q_OBJECT
 
-void IconThemeCacheTest::index_isUsedWhileUpToDate()
-{
-    QFETCH(int, secondsNewer);
-    QFETCH(bool, isUsed);
-    const std::unique_ptr<IconThemeFiles> themes(smallTheme());
-    const QString folder = themes->path(QStringLiteral("base/T"));
-    themes->addCaches();
-    // The index does not know of this one.
-    const QString late = themes->addPicture(QStringLiteral("base/T/64/late.png"));
-    const time_t now = 1'700'000'000;
-    setTime(folder + QLatin1String("/icon-theme.cache"), now + secondsNewer);
-    setTime(folder, now);
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    const IconLookup lookup(themes->places(), QStringLiteral("T"));
-
-    QCOMPARE(lookup.find(QStringLiteral("late"), 64), isUsed ? QString() : late);
-    QCOMPARE(lookup.find(QStringLiteral("bcd"), 64), folder + QLatin1String("/64/bcd.xpm"));
-}
-
-void IconThemeCacheTest::indexOfTheUsualTool_isUnderstood()
-{
-    const QString tool = QStandardPaths::findExecutable(QStringLiteral("gtk-update-icon-cache"));
-    if (tool.isEmpty()) {
-        QSKIP("gtk-update-icon-cache is not installed");
-    }
-    const std::unique_ptr<IconThemeFiles> themes(smallTheme());
-    const QString folder = themes->path(QStringLiteral("base/T"));
-    QCOMPARE(QProcess::execute(tool, { QStringLiteral("-q"), QStringLiteral("-f"), folder }), 0);
-
-    const auto cache = IconThemeCache::open(QFile::encodeName(folder));
-
-    QVERIFY(cache != nullptr);
-    const IconImages images = cache->find("a");
-    QCOMPARE(images.size(), 2);
-    for (const IconImage &image : images) {
-        const bool isLarge = cache->directories().at(size_t(image.directory)) == "64";
-        QCOMPARE(image.suffixes, isLarge ? PngSuffix : SvgSuffix);
-    }
-    QVERIFY(cache->find("b").isEmpty());
-}
-
-void IconThemeCacheTest::truncatedIndex_isSafe()
-{
-    const std::unique_ptr<IconThemeFiles> themes(smallTheme());
-    themes->addCaches();
-    const QString folder = themes->path(QStringLiteral("base/T"));
-    QFile file(folder + QLatin1String("/icon-theme.cache"));
-    for (qint64 length = file.size(); length >= 0; --length) {
-        QVERIFY(file.resize(length));
-        ask(folder);
-    }
-}
-
-void IconThemeCacheTest::damagedIndex_isSafe()
-{
-    const std::unique_ptr<IconThemeFiles> themes(smallTheme());
-    const QString folder = themes->path(QStringLiteral("base/T"));
-    const QByteArray whole = IconThemeFiles::cacheOf(folder);
-    themes->addCaches();
-    QFile file(folder + QLatin1String("/icon-theme.cache"));
-    QVERIFY(file.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
-    // Every number once as large as can be, near the end, and zero.
-    const QByteArrayList values { QByteArray(4, '\xff'), QByteArray("\x7f\xff\xff\xff"),
-        QByteArray("\0\0\0", 3) + char(whole.size() - 3), QByteArray(4, '\0') };
-    for (qsizetype at = 0; at + 4 <= whole.size(); ++at) {
-        for (const QByteArray &value : values) {
-            QVERIFY(file.seek(at) && file.write(value) == 4);
-            ask(folder);
+    void index_isUsedWhileUpToDate()
+    {
+        SmallTheme theme;
+        theme.files.addCaches();
+        // The index does not know of this one.
+        const QString late = theme.files.addPicture(u"base/T/64/late.png"_s);
+        const time_t now = 1'700'000'000;
+        setTime(theme.folder, now);
+        for (const int secondsNewer : { 0, -1 }) {
+            setTime(theme.index, now + secondsNewer);
+            const IconLookup lookup(theme.files.places(), u"T"_s);
+            QCOMPARE(lookup.find(u"late"_s, 64), secondsNewer < 0 ? late : QString());
+            QCOMPARE(lookup.find(u"bcd"_s, 64), theme.folder + u"/64/bcd.xpm"_s);
         }
-        QVERIFY(file.seek(at) && file.write(whole.mid(at, 4)) == 4);
     }
-}
 
-void IconThemeCacheTest::ringOfIcons_comesToAnEnd()
-{
-    const std::unique_ptr<IconThemeFiles> themes(smallTheme());
-    const QString folder = themes->path(QStringLiteral("base/T"));
-    QByteArray cache = IconThemeFiles::cacheOf(folder);
-    // The one bucket's first icon is followed by itself.
-    const QByteArray first = cache.mid(16, 4);
-    cache.replace(qFromBigEndian<qint32>(first.constData()), 4, first);
-    IconThemeFiles::writeCache(folder, cache);
-    ask(folder);
-    QVERIFY(IconThemeCache::open(QFile::encodeName(folder)) != nullptr);
-}
+    void indexOfTheUsualTool_isUnderstood()
+    {
+        const QString tool = QStandardPaths::findExecutable(u"gtk-update-icon-cache"_s);
+        if (tool.isEmpty()) {
+            QSKIP("gtk-update-icon-cache is not installed");
+        }
+        const SmallTheme theme;
+        QCOMPARE(QProcess::execute(tool, { u"-q"_s, u"-f"_s, theme.folder }), 0);
+        const auto cache = IconThemeCache::open(QFile::encodeName(theme.folder));
+        QVERIFY(cache != nullptr);
+        const IconImages images = cache->find("a");
+        QCOMPARE(images.size(), 2);
+        for (const IconImage &image : images) {
+            const bool isLarge = cache->directories().at(size_t(image.directory)) == "64";
+            QCOMPARE(image.suffixes, isLarge ? PngSuffix : SvgSuffix);
+        }
+        QVERIFY(cache->find("b").isEmpty());
+    }
 
-void IconThemeCacheTest::pipeForAnIndex_isNotOpened()
-{
-    const std::unique_ptr<IconThemeFiles> themes(smallTheme());
-    const QString folder = themes->path(QStringLiteral("base/T"));
-    const QByteArray pipe = QFile::encodeName(folder + QLatin1String("/icon-theme.cache"));
-    QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
-    const IconLookup lookup(themes->places(), QStringLiteral("T"));
-    QVERIFY(!lookup.find(QStringLiteral("a"), 64).isEmpty());
-}
+    void truncatedIndex_isSafe()
+    {
+        const SmallTheme theme;
+        theme.files.addCaches();
+        QFile file(theme.index);
+        for (qint64 length = file.size(); length >= 0; --length) {
+            QVERIFY(file.resize(length));
+            theme.ask();
+        }
+    }
+
+    void damagedIndex_isSafe()
+    {
+        const SmallTheme theme;
+        const QByteArray whole = IconThemeFiles::cacheOf(theme.folder);
+        theme.files.addCaches();
+        QFile file(theme.index);
+        QVERIFY(file.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
+        // Every number once as large as can be, near the end, and zero.
+        const QByteArrayList values { QByteArray(4, '\xff'), QByteArray("\x7f\xff\xff\xff"),
+            QByteArray("\0\0\0", 3) + char(whole.size() - 3), QByteArray(4, '\0') };
+        for (qsizetype at = 0; at + 4 <= whole.size(); ++at) {
+            for (const QByteArray &value : values) {
+                QVERIFY(file.seek(at) && file.write(value) == 4);
+                theme.ask();
+            }
+            QVERIFY(file.seek(at) && file.write(whole.mid(at, 4)) == 4);
+        }
+    }
+
+    void ringOfIcons_comesToAnEnd()
+    {
+        const SmallTheme theme;
+        QByteArray cache = IconThemeFiles::cacheOf(theme.folder);
+        // The one bucket's first icon is followed by itself.
+        const QByteArray first = cache.mid(16, 4);
+        cache.replace(qFromBigEndian<qint32>(first.constData()), 4, first);
+        IconThemeFiles::writeCache(theme.folder, cache);
+        theme.ask();
+        QVERIFY(IconThemeCache::open(QFile::encodeName(theme.folder)) != nullptr);
+    }
+
+    void pipeForAnIndex_isNotOpened()
+    {
+        const SmallTheme theme;
+        QCOMPARE(::mkfifo(QFile::encodeName(theme.index).constData(), 0600), 0);
+        const IconLookup lookup(theme.files.places(), u"T"_s);
+        QVERIFY(!lookup.find(u"a"_s, 64).isEmpty());
+    }
+};
 
 QTEST_GUILESS_MAIN(IconThemeCacheTest)
 #include "IconThemeCacheTest.moc"

@@ -51,16 +51,7 @@ public:
         _tree.add(QStringLiteral("base/%1/index.theme").arg(name), text.toUtf8());
     }
 
-    QString addPicture(const QString &file, const QByteArray &content = "x")
-    {
-        return _tree.add(file, content);
-    }
-    void addPictures(const QString &files)
-    {
-        for (const QString &file : files.split(u' ', Qt::SkipEmptyParts)) {
-            addPicture(file);
-        }
-    }
+    QString addPicture(const QString &file) { return _tree.add(file, "x"); }
 
     // Gives each theme the index of what it has now.
     void addCaches() const

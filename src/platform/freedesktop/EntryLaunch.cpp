@@ -3,17 +3,22 @@
 #include "platform/freedesktop/DesktopEntry.h"
 #include "platform/freedesktop/FileState.h"
 #include "platform/freedesktop/GioPointer.h"
+#include "platform/freedesktop/LaunchContext.h"
+#include "platform/freedesktop/LaunchScope.h"
 #include "platform/freedesktop/Log.h"
+#include "platform/freedesktop/ProgramLaunch.h"
 #include "platform/freedesktop/Programs.h"
+#include "platform/freedesktop/SessionBus.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <gio/gdesktopappinfo.h>
-#include <unistd.h>
 
 namespace {
 
-constexpr guint longestActivation = 10; // seconds
+constexpr int longestActivation = 10'000; // milliseconds
 
 // A list of URIs as GIO wants it.
 class UriList final
@@ -34,83 +39,84 @@ private:
     GList *_list = nullptr;
 };
 
-// A main context of our own, so that an asynchronous call can be waited for on any thread.
-class PrivateContext final
+// What the bus calls the application of an entry: an entry that the bus can start is named after
+// it. Empty when that is no name for the bus.
+QByteArray busName(const QString &path)
 {
-public:
-    PrivateContext() { g_main_context_push_thread_default(_context); }
-    ~PrivateContext()
-    {
-        g_main_context_pop_thread_default(_context);
-        g_main_context_unref(_context);
+    const QByteArray name = QFileInfo(path).completeBaseName().toUtf8();
+    return g_dbus_is_name(name.constData()) != FALSE && !name.startsWith(':') ? name : QByteArray();
+}
+
+GVariant *platformData(const QByteArray &startupId)
+{
+    GVariantBuilder builder;
+    g_variant_builder_init(&builder, G_VARIANT_TYPE_VARDICT);
+    if (!startupId.isEmpty()) {
+        g_variant_builder_add(
+            &builder, "{sv}", "desktop-startup-id", g_variant_new_string(startupId.constData()));
     }
-    Q_DISABLE_COPY_MOVE(PrivateContext)
+    return g_variant_builder_end(&builder);
+}
 
-    GMainContext *get() const { return _context; }
-
-private:
-    GMainContext *_context = g_main_context_new();
-};
-
-// What the bus has answered so far.
-struct Activation
+GVariant *uriList(const QList<QUrl> &documents)
 {
-    bool isAnswered = false;
+    GVariantBuilder builder;
+    g_variant_builder_init(&builder, G_VARIANT_TYPE_STRING_ARRAY);
+    for (const QUrl &document : documents) {
+        g_variant_builder_add(&builder, "s", document.toEncoded().constData());
+    }
+    return g_variant_builder_end(&builder);
+}
+
+// Asks the application on the bus to open the documents. GIO could be told to, but it passes the
+// identifier on only for entries that want a launch to be announced.
+LaunchStatus activate(GDBusConnection *bus, const QByteArray &name, const QList<QUrl> &documents,
+    const QByteArray &startupId)
+{
+    const QByteArray path = '/' + QByteArray(name).replace('.', '/').replace('-', '_');
+    GVariant *const data = platformData(startupId);
+    GVariant *const arguments = documents.isEmpty()
+        ? g_variant_new("(@a{sv})", data)
+        : g_variant_new("(@as@a{sv})", uriList(documents), data);
     GioError error;
-};
-
-void takeAnswer(GObject *info, GAsyncResult *result, gpointer activation)
-{
-    auto *const answer = static_cast<Activation *>(activation);
-    g_app_info_launch_uris_finish(G_APP_INFO(info), result, answer->error.receive());
-    answer->isAnswered = true;
-}
-
-gboolean cancel(gpointer cancellable)
-{
-    g_cancellable_cancel(static_cast<GCancellable *>(cancellable));
-    return G_SOURCE_REMOVE;
-}
-
-// Asks the application on the bus to open the documents. Only the asynchronous call tells when
-// there is no such application.
-LaunchStatus activate(GAppInfo *info, const UriList &uris)
-{
-    const PrivateContext context;
-    const GioPointer<GCancellable> cancellable(g_cancellable_new());
-    GSource *const limit = g_timeout_source_new_seconds(longestActivation);
-    g_source_set_callback(limit, cancel, cancellable.get(), nullptr);
-    g_source_attach(limit, context.get());
-    Activation activation;
-    g_app_info_launch_uris_async(
-        info, uris.get(), nullptr, cancellable.get(), takeAnswer, &activation);
-    while (!activation.isAnswered) {
-        g_main_context_iteration(context.get(), TRUE);
-    }
-    g_source_destroy(limit);
-    g_source_unref(limit);
-    // An application that is slow to answer has been asked all the same.
-    if (!activation.error.isSet() || activation.error.matches(G_IO_ERROR, G_IO_ERROR_CANCELLED)) {
+    GVariant *const answer = g_dbus_connection_call_sync(bus, name.constData(), path.constData(),
+        "org.freedesktop.Application", documents.isEmpty() ? "Activate" : "Open", arguments,
+        nullptr, G_DBUS_CALL_FLAGS_NONE, longestActivation, nullptr, error.receive());
+    if (answer != nullptr) {
+        g_variant_unref(answer);
         return LaunchStatus::Launched;
     }
-    qCDebug(lcPlatform, "not activated: %s", qUtf8Printable(activation.error.text()));
-    return activation.error.matches(G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN)
-        ? LaunchStatus::CannotExecute
-        : LaunchStatus::Failed;
+    // An application that is slow to answer has been asked all the same.
+    if (error.matches(G_IO_ERROR, G_IO_ERROR_TIMED_OUT)) {
+        return LaunchStatus::Launched;
+    }
+    qCDebug(lcPlatform, "not activated: %s", qUtf8Printable(error.text()));
+    return error.matches(G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) ? LaunchStatus::CannotExecute
+                                                                     : LaunchStatus::Failed;
 }
 
-// In a session of its own, so that an interrupt typed at our terminal does not reach the
-// application.
-void leaveSession(gpointer)
+void setUpChild(gpointer folder)
 {
-    ::setsid();
+    becomeIndependent(static_cast<const char *>(folder));
 }
 
-LaunchStatus spawn(GDesktopAppInfo *info, const UriList &uris, GAppLaunchContext *launchContext)
+void collect(GDesktopAppInfo *, GPid pid, gpointer pids)
 {
+    static_cast<QList<qint64> *>(pids)->append(pid);
+}
+
+// Starts the entry's program and gives its processes: one for each document when it takes only one.
+LaunchStatus spawn(GDesktopAppInfo *info, const QList<QUrl> &documents, GAppLaunchContext *context,
+    QList<qint64> *pids)
+{
+    const UriList uris(documents);
+    char *const folder = g_desktop_app_info_get_string(info, G_KEY_FILE_DESKTOP_KEY_PATH);
+    const bool hasFolder = folder != nullptr && *folder != '\0';
+    g_free(folder);
+    QByteArray home = QFile::encodeName(QDir::homePath());
     GioError error;
-    if (g_desktop_app_info_launch_uris_as_manager(info, uris.get(), launchContext,
-            G_SPAWN_SEARCH_PATH, leaveSession, nullptr, nullptr, nullptr, error.receive())
+    if (g_desktop_app_info_launch_uris_as_manager(info, uris.get(), context, G_SPAWN_SEARCH_PATH,
+            setUpChild, hasFolder ? nullptr : home.data(), collect, pids, error.receive())
         != FALSE) {
         return LaunchStatus::Launched;
     }
@@ -156,19 +162,29 @@ bool isRunnable(const QString &path, const DesktopEntry &entry)
     return true;
 }
 
-} // namespace
-
-LaunchStatus launchEntry(const QString &path, const QList<QUrl> &documents)
+// Tells of the launch when the entry says that its program will tell in its turn.
+void announce(
+    LaunchContext &context, GDesktopAppInfo *info, const QString &path, const DesktopEntry &entry)
 {
-    const DesktopEntry entry = DesktopEntry::fromFile(path, {});
-    if (!isRunnable(path, entry)) {
-        return LaunchStatus::CannotExecute;
+    if (info != nullptr
+        && g_desktop_app_info_get_boolean(info, G_KEY_FILE_DESKTOP_KEY_STARTUP_NOTIFY) != FALSE) {
+        const QString name = QString::fromUtf8(g_app_info_get_name(G_APP_INFO(info)));
+        context.announce({ name, entry.program, entry.icon, entry.startupWMClass, path });
     }
+}
+
+LaunchStatus launch(LaunchContext &context, const QString &path, const DesktopEntry &entry,
+    const QList<QUrl> &documents)
+{
     const QByteArray fileName = QFile::encodeName(path);
+    const SessionBus bus;
     GioPointer<GDesktopAppInfo> info(g_desktop_app_info_new_from_filename(fileName.constData()));
-    const UriList uris(documents);
+    announce(context, info.get(), path, entry);
     if (info && entry.isDBusActivatable) {
-        const LaunchStatus status = activate(G_APP_INFO(info.get()), uris);
+        const QByteArray name = busName(path);
+        const LaunchStatus status = bus.get() != nullptr && !name.isEmpty()
+            ? activate(bus.get(), name, documents, context.startupId())
+            : LaunchStatus::Failed;
         if (status == LaunchStatus::Launched || entry.program.isEmpty()) {
             return status;
         }
@@ -183,7 +199,26 @@ LaunchStatus launchEntry(const QString &path, const QList<QUrl> &documents)
     }
     // A window is matched to its entry by this; GIO sets it only for what it read from a file
     // itself.
-    const GioPointer<GAppLaunchContext> context(g_app_launch_context_new());
-    g_app_launch_context_setenv(context.get(), "GIO_LAUNCHED_DESKTOP_FILE", fileName.constData());
-    return spawn(info.get(), uris, context.get());
+    g_app_launch_context_setenv(context.gio(), "GIO_LAUNCHED_DESKTOP_FILE", fileName.constData());
+    QList<qint64> pids;
+    const LaunchStatus status = spawn(info.get(), documents, context.gio(), &pids);
+    const QString name = QString::fromUtf8(g_app_info_get_name(G_APP_INFO(info.get())));
+    LaunchScope::move(bus, { path, name }, pids);
+    return status;
+}
+
+} // namespace
+
+LaunchStatus launchEntry(const QString &path, const QList<QUrl> &documents)
+{
+    const DesktopEntry entry = DesktopEntry::fromFile(path, {});
+    if (!isRunnable(path, entry)) {
+        return LaunchStatus::CannotExecute;
+    }
+    LaunchContext context;
+    const LaunchStatus status = launch(context, path, entry, documents);
+    if (status == LaunchStatus::Launched) {
+        context.succeed();
+    }
+    return status;
 }

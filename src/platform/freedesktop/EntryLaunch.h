@@ -5,5 +5,6 @@
 #include "platform/Launcher.h"
 
 // Starts what the entry file at a path names and hands it the documents. Blocks for as long as it
-// takes to ask, at most ten seconds; may be called from any thread. Logs nothing but debug lines.
+// takes to ask, at most some ten seconds; may be called from any thread. Logs nothing but debug
+// lines.
 LaunchStatus launchEntry(const QString &path, const QList<QUrl> &documents);

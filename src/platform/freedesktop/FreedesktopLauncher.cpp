@@ -3,41 +3,22 @@
 #include "platform/freedesktop/BundleFolder.h"
 #include "platform/freedesktop/EntryLaunch.h"
 #include "platform/freedesktop/GioPointer.h"
+#include "platform/freedesktop/LaunchContext.h"
 #include "platform/freedesktop/Log.h"
+#include "platform/freedesktop/ProgramLaunch.h"
 #include "platform/freedesktop/Programs.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 
 #include <gio/gdesktopappinfo.h>
+#include <utility>
 
 namespace {
 
 constexpr int longestAnswer = 5000; // milliseconds
-
-// Starts a program that outlives us, in its own session.
-LaunchStatus startProgram(const QString &program, const QList<QUrl> &documents)
-{
-    QStringList arguments;
-    for (const QUrl &document : documents) {
-        arguments.append(document.isLocalFile() ? document.toLocalFile()
-                                                : QString::fromUtf8(document.toEncoded()));
-    }
-    QProcess process;
-    process.setProgram(program);
-    process.setArguments(arguments);
-    process.setWorkingDirectory(QDir::homePath());
-    process.setStandardInputFile(QProcess::nullDevice());
-    if (process.startDetached()) {
-        return LaunchStatus::Launched;
-    }
-    qCDebug(lcPlatform, "%s: %s", qUtf8Printable(program), qUtf8Printable(process.errorString()));
-    return LaunchStatus::CannotExecute;
-}
 
 bool showInFileBrowser(const QString &path)
 {
@@ -46,7 +27,7 @@ bool showInFileBrowser(const QString &path)
             QStringLiteral("/org/freedesktop/FileManager1"),
             QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
     const QString uri = QString::fromUtf8(QUrl::fromLocalFile(path).toEncoded());
-    request << QStringList { uri } << QString();
+    request << QStringList { uri } << QString::fromUtf8(LaunchContext().startupId());
     const QDBusMessage answer =
         QDBusConnection::sessionBus().call(request, QDBus::Block, longestAnswer);
     // A browser that is slow to answer has been asked all the same, and would only show the folder
@@ -69,6 +50,10 @@ bool openFolder(const QString &folder)
 
 } // namespace
 
+FreedesktopLauncher::FreedesktopLauncher(std::function<bool(const QString &bundlePath)> raise)
+    : _raise(std::move(raise))
+{ }
+
 LaunchStatus FreedesktopLauncher::open(
     const QString &bundlePath, const std::optional<QList<QUrl>> &documents)
 {
@@ -77,6 +62,9 @@ LaunchStatus FreedesktopLauncher::open(
         return LaunchStatus::FileNotFound;
     }
     const QList<QUrl> toOpen = documents.value_or(QList<QUrl>());
+    if (toOpen.isEmpty() && _raise && _raise(bundlePath)) {
+        return LaunchStatus::Launched;
+    }
     if (item.isFile() && bundlePath.endsWith(QLatin1String(".desktop"))) {
         return launchEntry(bundlePath, toOpen);
     }
@@ -84,7 +72,8 @@ LaunchStatus FreedesktopLauncher::open(
     if (Programs::isAppImage(bundlePath)) {
         program = bundlePath;
     }
-    return program.isEmpty() ? LaunchStatus::CannotExecute : startProgram(program, toOpen);
+    return program.isEmpty() ? LaunchStatus::CannotExecute
+                             : launchProgram(bundlePath, program, toOpen);
 }
 
 bool FreedesktopLauncher::reveal(const QString &path)

@@ -4,10 +4,20 @@
 
 #include "platform/Launcher.h"
 
+#include <functional>
+
 class FreedesktopLauncher final : public Launcher
 {
 public:
+    // `raise` brings the windows of an application that runs already to the front, and tells
+    // whether there were any. It is asked before anything is started without documents, on the
+    // thread that opens; without it every opening is a start.
+    explicit FreedesktopLauncher(std::function<bool(const QString &bundlePath)> raise = {});
+
     LaunchStatus open(
         const QString &bundlePath, const std::optional<QList<QUrl>> &documents) override;
     bool reveal(const QString &path) override;
+
+private:
+    const std::function<bool(const QString &bundlePath)> _raise;
 };

@@ -1,0 +1,44 @@
+// The X server as somebody sees it who starts a program: it gives the time, and passes on to window
+// managers and panels what is being started.
+//
+// Each object has a connection of its own, so that several may be used at once on several threads.
+// Without a display everything is empty and does nothing.
+
+#pragma once
+
+#include <QByteArray>
+
+#include <optional>
+#include <xcb/xcb.h>
+
+class StartupDisplay final
+{
+public:
+    // Connects to the display that the environment names.
+    StartupDisplay();
+    ~StartupDisplay();
+    Q_DISABLE_COPY_MOVE(StartupDisplay)
+
+    // The number of the screen that programs start on.
+    int screen() const { return _screen; }
+
+    // The server's present time, in its own milliseconds. Empty when it is not told within a
+    // second.
+    std::optional<quint32> time();
+
+    // Sends a message of the start-up notification protocol to whoever listens.
+    void broadcast(const QByteArray &message);
+
+private:
+    // Looks again whenever the server has sent something. False after a second of that.
+    template <typename Look> bool waitUntil(Look isThere);
+    // XCB_ATOM_NONE when the server does not answer.
+    xcb_atom_t atom(const QByteArray &name);
+    bool takeTime(quint32 *time);
+
+    xcb_connection_t *_connection = nullptr;
+    int _screen = 0;
+    xcb_window_t _root = XCB_WINDOW_NONE;
+    // Never shown: its property tells the time, and its number marks our messages.
+    xcb_window_t _window = XCB_WINDOW_NONE;
+};

@@ -177,6 +177,42 @@ bool OTApp::launchWithDocuments(const std::optional<QList<QUrl>> &documents) con
     return false;
 }
 
+std::optional<qint64> OTApp::pid() const
+{
+    const std::optional<RunningProcess> process = _desktop.applicationControl().processOf(_path);
+    return process ? std::optional(process->identifier) : std::nullopt;
+}
+
+ProcessSerialNumber OTApp::psn() const
+{
+    return _desktop.applicationControl().processOf(_path).value_or(RunningProcess()).serialNumber;
+}
+
+bool OTApp::isVisible() const
+{
+    return _desktop.applicationControl().isVisible(_path);
+}
+
+void OTApp::show() const
+{
+    _desktop.applicationControl().show(_path);
+}
+
+void OTApp::hide() const
+{
+    _desktop.applicationControl().hide(_path);
+}
+
+bool OTApp::activate() const
+{
+    return _desktop.applicationControl().activate(_path);
+}
+
+void OTApp::quit() const
+{
+    _desktop.applicationControl().quit(_path);
+}
+
 void OTApp::revealInFinder() const
 {
     _desktop.launcher().reveal(_path);

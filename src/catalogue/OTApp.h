@@ -11,6 +11,7 @@
 #include "icons/ColorKey.h"
 #include "icons/IconMeasurement.h"
 #include "icons/IconParameters.h"
+#include "platform/ApplicationControl.h"
 
 #include <QByteArray>
 #include <QImage>
@@ -107,6 +108,20 @@ public:
     bool launchWithPasteboard(const QMimeData *pasteboard) const;
     bool launchWithDocuments(const std::optional<QList<QUrl>> &documents) const;
     static std::optional<QList<QUrl>> documentsOnPasteboard(const QMimeData *pasteboard);
+
+    // The process of the running application, 0 when the desktop cannot tell it; empty when the
+    // application does not run.
+    std::optional<qint64> pid() const;
+    // All zero when it does not run.
+    ProcessSerialNumber psn() const;
+    bool isVisible() const;
+    // Nothing when the application does not run.
+    void show() const;
+    void hide() const;
+    // Brings the application to the front. False when it does not run.
+    bool activate() const;
+    // Asks it to end; whether it does is up to it.
+    void quit() const;
 
     void revealInFinder() const;
     bool canAcceptURL(const QUrl &document) const;

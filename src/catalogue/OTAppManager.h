@@ -143,6 +143,7 @@ public:
     AppRef activeApp();
     // The application that was in front before this program.
     AppRef lastActiveApp() const;
+    void quitApp(const AppRef &app) const;
     // Each application of each bunch of all applications, so one may come twice.
     AppList allAppsThatCanAcceptURL(const QUrl &document) const;
     AppList allAppsThatPreferURL(const QUrl &document) const;

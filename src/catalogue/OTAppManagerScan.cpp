@@ -156,6 +156,11 @@ AppRef OTAppManager::lastActiveApp() const
     return RunningOrder::lastActive(_frontApps, _runningApps, self);
 }
 
+void OTAppManager::quitApp(const AppRef &app) const
+{
+    app->quit();
+}
+
 AppList OTAppManager::allAppsThatCanAcceptURL(const QUrl &document) const
 {
     AppList accepting = flattened(_allApps);

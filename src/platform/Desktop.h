@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include "platform/ApplicationControl.h"
 #include "platform/Documents.h"
 #include "platform/IconProvider.h"
 #include "platform/Items.h"
@@ -26,6 +27,7 @@ public:
     virtual Launcher &launcher() { return _noLauncher; }
     virtual const Documents &documents() const { return _noDocuments; }
     virtual RunningApplications &runningApplications() { return _nothingRuns; }
+    virtual ApplicationControl &applicationControl() { return _noControl; }
 
 private:
     SearchPaths _nowhere;
@@ -34,4 +36,5 @@ private:
     Launcher _noLauncher;
     Documents _noDocuments;
     RunningApplications _nothingRuns;
+    ApplicationControl _noControl;
 };

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <glib.h>
 
 using namespace EntryText;
@@ -36,8 +37,8 @@ QString textOf(const RawValue &value)
     return QString::fromUtf8(unescaped(value.text)).trimmed();
 }
 
-// The first word of a command line, by the rules of the shell. False when its quotes do not match.
-bool findProgram(const QByteArray &commandLine, QString *program)
+// Takes a command line apart by the rules of the shell. False when its quotes do not match.
+bool takeCommandLine(DesktopEntry &entry, const QByteArray &commandLine)
 {
     int count = 0;
     char **words = nullptr;
@@ -47,7 +48,9 @@ bool findProgram(const QByteArray &commandLine, QString *program)
         g_error_free(error);
         return isEmpty;
     }
-    *program = QFile::decodeName(words[0]);
+    entry.program = QFile::decodeName(words[0]);
+    entry.hasArguments =
+        std::any_of(words + 1, words + count, [](const char *word) { return word[0] != '%'; });
     g_strfreev(words);
     return true;
 }
@@ -67,6 +70,9 @@ DesktopEntry::Kind filled(DesktopEntry &entry, const Values &values)
     entry.isNoDisplay = isTrue(values[NoDisplay].text);
     entry.isHidden = isTrue(values[Hidden].text);
     entry.isDBusActivatable = isTrue(values[DBusActivatable].text);
+    entry.isTerminal = isTrue(values[Terminal].text);
+    entry.flatpakId = textOf(values[Flatpak]);
+    entry.snapName = textOf(values[SnapInstanceName]);
 
     const std::string_view type = values[Type].text;
     if (type != "Application" && (!type.empty() || entry.isHidden)) {
@@ -76,7 +82,7 @@ DesktopEntry::Kind filled(DesktopEntry &entry, const Values &values)
         entry.problem = QStringLiteral("no Type");
         return DesktopEntry::Kind::Broken;
     }
-    if (!findProgram(unescaped(values[Exec].text), &entry.program)) {
+    if (!takeCommandLine(entry, unescaped(values[Exec].text))) {
         entry.problem = QStringLiteral("the quotes in Exec do not match");
         return DesktopEntry::Kind::Broken;
     }

@@ -36,11 +36,18 @@ public:
     // The first word of the command line; empty when there is none.
     QString program;
     QString startupWMClass;
+    // The sandboxed application that the entry belongs to, by its name there.
+    QString flatpakId;
+    QString snapName;
     QStringList onlyShowIn;
     QStringList notShowIn;
     bool isNoDisplay = false;
     bool isHidden = false;
     bool isDBusActivatable = false;
+    // To be run in a terminal.
+    bool isTerminal = false;
+    // Its command line has words besides the program and the places for documents.
+    bool hasArguments = false;
 
     // Whether the entry is meant for a desktop that goes by these names, the most particular one
     // first.

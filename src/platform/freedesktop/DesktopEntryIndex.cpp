@@ -12,6 +12,12 @@ void DesktopEntryIndex::willScan()
     ++_scan;
 }
 
+quint64 DesktopEntryIndex::scan() const
+{
+    const QMutexLocker lock(&_mutex);
+    return _scan;
+}
+
 std::shared_ptr<const DesktopEntry> DesktopEntryIndex::entryAt(const QString &path)
 {
     {

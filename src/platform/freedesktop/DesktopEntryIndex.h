@@ -22,6 +22,8 @@ public:
     const QList<QByteArray> &languages() const { return _languages; }
 
     void willScan();
+    // How often that was called: what was worked out from entries may be out of date after it.
+    quint64 scan() const;
 
     // The entry in the regular file at a path, links followed; null when there is none. A problem
     // with the file is logged once for each content.
@@ -41,7 +43,7 @@ private:
         const QString &path, const FileState &state, DesktopEntry entry);
 
     const QList<QByteArray> _languages;
-    QMutex _mutex;
+    mutable QMutex _mutex;
     QHash<QString, Known> _known;
     quint64 _scan = 0;
 };

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 
 #include <dirent.h>
 #include <memory>
@@ -21,17 +22,17 @@ struct CloseDirectory
 class IdCollector final
 {
 public:
-    QSet<QString> collect(const QByteArray &folder)
+    QHash<QString, QString> collect(const QByteArray &folder)
     {
         visit(folder, QByteArray(), 0);
-        return std::move(_ids);
+        return std::move(_pathsById);
     }
 
 private:
     void visit(const QByteArray &folder, const QByteArray &idPrefix, int depth);
     void take(const QByteArray &folder, const QByteArray &idPrefix, const dirent &item, int depth);
 
-    QSet<QString> _ids;
+    QHash<QString, QString> _pathsById;
     QSet<std::pair<quint64, quint64>> _visited;
 };
 
@@ -69,7 +70,8 @@ void IdCollector::take(
     if (isFolder) {
         visit(folder + '/' + name, idPrefix + name + '-', depth + 1);
     } else if (isThere && isNamedEntry) {
-        _ids.insert(QFile::decodeName(idPrefix + name));
+        _pathsById.insert(
+            QFile::decodeName(idPrefix + name), QFile::decodeName(folder + '/' + name));
     }
 }
 
@@ -100,7 +102,7 @@ void DesktopFileIds::forget()
     const QMutexLocker lock(&_mutex);
     _standings.clear();
     for (Folder &folder : _folders) {
-        folder.ids.reset();
+        folder.pathsById.reset();
     }
 }
 
@@ -115,7 +117,7 @@ bool DesktopFileIds::isShadowed(const QString &path)
     }
     const QString id = standing->idPrefix + path.mid(slash + 1);
     for (qsizetype i = 0; i < standing->dataFolder; ++i) {
-        if (idsIn(_folders[i]).contains(id)) {
+        if (entriesIn(_folders[i]).contains(id)) {
             return true;
         }
     }
@@ -142,10 +144,20 @@ DesktopFileIds::Standing DesktopFileIds::standingOf(const QString &folder) const
     return {};
 }
 
-const QSet<QString> &DesktopFileIds::idsIn(Folder &folder)
+QHash<QString, QString> DesktopFileIds::pathsById()
 {
-    if (!folder.ids) {
-        folder.ids = IdCollector().collect(QFile::encodeName(folder.path));
+    const QMutexLocker lock(&_mutex);
+    QHash<QString, QString> paths;
+    for (qsizetype i = _folders.size() - 1; i >= 0; --i) {
+        paths.insert(entriesIn(_folders[i]));
     }
-    return *folder.ids;
+    return paths;
+}
+
+const QHash<QString, QString> &DesktopFileIds::entriesIn(Folder &folder)
+{
+    if (!folder.pathsById) {
+        folder.pathsById = IdCollector().collect(QFile::encodeName(folder.path));
+    }
+    return *folder.pathsById;
 }

@@ -10,7 +10,6 @@
 
 #include <QHash>
 #include <QMutex>
-#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -28,11 +27,14 @@ public:
     // a path below no data folder.
     bool isShadowed(const QString &path);
 
+    // Every ID, `.desktop` included, with the path of the entry that counts.
+    QHash<QString, QString> pathsById();
+
 private:
     struct Folder
     {
         QString path;
-        std::optional<QSet<QString>> ids;
+        std::optional<QHash<QString, QString>> pathsById;
     };
     // Where the entries in one folder stand.
     struct Standing
@@ -42,7 +44,7 @@ private:
     };
 
     Standing standingOf(const QString &folder) const;
-    const QSet<QString> &idsIn(Folder &folder);
+    const QHash<QString, QString> &entriesIn(Folder &folder);
 
     QMutex _mutex;
     QList<Folder> _folders;

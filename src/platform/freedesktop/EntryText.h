@@ -29,6 +29,9 @@ enum Key {
     NotShowIn,
     StartupWMClass,
     DBusActivatable,
+    Terminal,
+    Flatpak,
+    SnapInstanceName,
     KeyCount,
 };
 

@@ -7,6 +7,10 @@
 #include "platform/freedesktop/FreedesktopLauncher.h"
 #include "platform/freedesktop/FreedesktopPaths.h"
 #include "platform/freedesktop/Languages.h"
+#include "platform/freedesktop/RunningWindows.h"
+#include "platform/freedesktop/WindowControl.h"
+
+#include <atomic>
 
 namespace {
 
@@ -23,14 +27,41 @@ public:
     IconProvider &icons() override { return _icons; }
     Launcher &launcher() override { return _launcher; }
     const Documents &documents() const override { return _documents; }
+    RunningApplications &runningApplications() override { return windows(); }
+    ApplicationControl &applicationControl() override
+    {
+        windows();
+        return *_control;
+    }
 
 private:
+    // Made when they are first asked for: many a run has no use for the display.
+    RunningWindows &windows()
+    {
+        if (!_windows) {
+            _windows =
+                std::make_unique<RunningWindows>(_entries, _paths.dataFolders(), currentDesktops());
+            _control = std::make_unique<WindowControl>(*_windows);
+            _raisable = _windows.get();
+        }
+        return *_windows;
+    }
+    bool raise(const QString &bundlePath) const
+    {
+        const RunningWindows *const windows = _raisable;
+        return windows != nullptr && windows->raise(bundlePath);
+    }
+
     FreedesktopPaths _paths;
     DesktopEntryIndex _entries { Languages::preferred() };
     FreedesktopItems _items { _entries, _paths.dataFolders(), currentDesktops() };
     FreedesktopIcons _icons { [this](const QString &path) { return _items.iconNameOf(path); } };
-    FreedesktopLauncher _launcher;
     FreedesktopDocuments _documents;
+    std::unique_ptr<RunningWindows> _windows;
+    std::unique_ptr<WindowControl> _control;
+    // For launches, which have threads of their own.
+    std::atomic<const RunningWindows *> _raisable = nullptr;
+    FreedesktopLauncher _launcher { [this](const QString &path) { return raise(path); } };
 };
 
 } // namespace

@@ -1,0 +1,81 @@
+#include "platform/freedesktop/WindowControl.h"
+
+#include "platform/freedesktop/Log.h"
+#include "platform/freedesktop/RunningWindows.h"
+
+#include <algorithm>
+
+namespace {
+
+// States of the inter-client conventions.
+constexpr quint32 iconicState = 3;
+
+// The request of somebody who acts for the user.
+constexpr quint32 fromPager = 2;
+
+} // namespace
+
+std::optional<RunningProcess> WindowControl::processOf(const QString &bundlePath) const
+{
+    const quint64 serialNumber = _windows.serialNumberOf(bundlePath);
+    if (serialNumber == 0) {
+        return std::nullopt;
+    }
+    RunningProcess process;
+    process.serialNumber = { quint32(serialNumber >> 32), quint32(serialNumber) };
+    for (const WindowTraits &window : _windows.windowsOf(bundlePath)) {
+        if (process.identifier == 0) {
+            process.identifier = window.processId;
+        }
+    }
+    return process;
+}
+
+bool WindowControl::isVisible(const QString &bundlePath) const
+{
+    const QList<WindowTraits> windows = _windows.windowsOf(bundlePath);
+    return std::any_of(windows.begin(), windows.end(),
+        [](const WindowTraits &window) { return !window.isHidden; });
+}
+
+// A window that is mapped is taken out of its icon, and stays where it is among the others.
+void WindowControl::show(const QString &bundlePath)
+{
+    for (const WindowTraits &window : _windows.windowsOf(bundlePath)) {
+        if (window.isHidden) {
+            xcb_map_window(_windows.connection().get(), window.window);
+        }
+    }
+    xcb_flush(_windows.connection().get());
+}
+
+void WindowControl::hide(const QString &bundlePath)
+{
+    for (const WindowTraits &window : _windows.windowsOf(bundlePath)) {
+        _windows.connection().tellManager(
+            window.window, XConnection::WmChangeState, { iconicState });
+    }
+}
+
+bool WindowControl::activate(const QString &bundlePath)
+{
+    return _windows.raise(bundlePath);
+}
+
+// A dialog goes with the window it belongs to, or is that window's way to ask the user back. Window
+// managers kill what does not say how it wants to be closed, so that is left alone.
+void WindowControl::quit(const QString &bundlePath)
+{
+    for (const WindowTraits &window : _windows.windowsOf(bundlePath)) {
+        if (window.transientFor != XCB_WINDOW_NONE) {
+            continue;
+        }
+        if (window.isClosable) {
+            _windows.connection().tellManager(
+                window.window, XConnection::NetCloseWindow, { XCB_CURRENT_TIME, fromPager });
+        } else {
+            qCDebug(
+                lcPlatform, "%s: a window cannot be closed politely", qUtf8Printable(bundlePath));
+        }
+    }
+}

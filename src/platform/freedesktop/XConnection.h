@@ -1,0 +1,99 @@
+// A connection to the X server of our own, beside the one of the toolkit: what is asked and
+// selected here leaves the toolkit's events alone, and is simply not there where there is no X
+// server.
+//
+// Lives on the main thread; requests that need no answer may be made from any thread.
+
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <memory>
+#include <xcb/xcb.h>
+
+struct FreeReply
+{
+    void operator()(void *reply) const { std::free(reply); }
+};
+// An answer of the server. Null when the request failed: the window is gone, say.
+template <typename T> using XReply = std::unique_ptr<T, FreeReply>;
+
+class XConnection final : public QObject
+{
+    Q_OBJECT
+
+public:
+    // The names that are used here, known to the server by numbers.
+    enum Atom {
+        NetActiveWindow,
+        NetClientList,
+        NetCloseWindow,
+        NetSupportingWmCheck,
+        NetWmPid,
+        NetWmState,
+        NetWmStateHidden,
+        NetWmStateSkipTaskbar,
+        NetWmWindowType,
+        NetWmWindowTypeDesktop,
+        NetWmWindowTypeDialog,
+        NetWmWindowTypeDock,
+        NetWmWindowTypeNormal,
+        NetWmWindowTypeUtility,
+        GtkApplicationId,
+        KdeNetWmDesktopFile,
+        WmChangeState,
+        WmClass,
+        WmClientMachine,
+        WmDeleteWindow,
+        WmProtocols,
+        WmTransientFor,
+        AtomCount,
+    };
+
+    // Connects to the display that the environment names.
+    explicit XConnection(QObject *parent = nullptr);
+    ~XConnection() override;
+
+    // False when there is no display, or none any more. Nothing else may then be called.
+    bool isOpen() const { return _isOpen; }
+
+    xcb_connection_t *get() const { return _connection; }
+    xcb_window_t root() const { return _root; }
+    xcb_atom_t atom(Atom name) const { return _atoms[name]; }
+
+    // Tells the window manager of the display about a window, as the window-manager standards want
+    // it. At most five words of data.
+    void tellManager(xcb_window_t window, Atom message, const QList<quint32> &data) const;
+    // Tells a window's own program.
+    void tellWindow(xcb_window_t window, Atom message, const QList<quint32> &data) const;
+
+    // To be called whenever an answer was waited for outside `eventArrived`: what came in on the
+    // way would otherwise lie there until the next event wakes us.
+    void takeEventsLater();
+
+Q_SIGNALS:
+    // An event or, with type 0, an error of a request that nobody waits for.
+    void eventArrived(const xcb_generic_event_t *event);
+    // All that had come in has arrived.
+    void eventsTaken();
+    // The server has gone.
+    void closed();
+
+private:
+    bool connectToDisplay();
+    bool findAtoms();
+    void takeEvents();
+
+    xcb_connection_t *_connection = nullptr;
+    // Other threads look at it too; the connection itself is kept to the end, for their sake.
+    std::atomic<bool> _isOpen = false;
+    xcb_window_t _root = XCB_WINDOW_NONE;
+    std::array<xcb_atom_t, AtomCount> _atoms {};
+    std::unique_ptr<QSocketNotifier> _notifier;
+    bool _isTakingDue = false;
+};

@@ -7,6 +7,7 @@
 // standard input that names a class gives it to all windows; `close` destroys them; the end of the
 // input ends the program.
 
+#include <array>
 #include <cstdlib>
 #include <iostream>
 #include <string>
@@ -49,11 +50,15 @@ public:
         both += '\0';
         setText(window, XCB_ATOM_WM_CLASS, both);
     }
+    // At a place of its own choice: window managers take their time to find places for hundreds.
     xcb_window_t makeWindow()
     {
         const xcb_window_t window = xcb_generate_id(_connection);
         xcb_create_window(_connection, XCB_COPY_FROM_PARENT, window, _screen->root, 0, 0, 60, 40, 0,
             XCB_WINDOW_CLASS_INPUT_OUTPUT, _screen->root_visual, 0, nullptr);
+        const std::array<uint32_t, 18> placedByUser { 1 };
+        xcb_change_property(_connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NORMAL_HINTS,
+            XCB_ATOM_WM_SIZE_HINTS, 32, uint32_t(placedByUser.size()), placedByUser.data());
         return window;
     }
 

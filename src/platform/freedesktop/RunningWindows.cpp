@@ -196,7 +196,17 @@ void RunningWindows::readWindows(const QList<xcb_window_t> &windows)
 
 void RunningWindows::match(const QList<xcb_window_t> &windows)
 {
-    if (matchKnown(windows) || !_matcher.isOutdated()) {
+    if (windows.isEmpty()) {
+        return;
+    }
+    // Dialogs may belong to one of them.
+    QList<xcb_window_t> toMatch = windows;
+    for (auto known = _known.cbegin(); known != _known.cend(); ++known) {
+        if (_known.contains(known->traits.transientFor) && !windows.contains(known.key())) {
+            toMatch.append(known.key());
+        }
+    }
+    if (matchKnown(toMatch) || !_matcher.isOutdated()) {
         return;
     }
     // An application may have been installed a moment ago.

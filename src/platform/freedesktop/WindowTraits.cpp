@@ -176,8 +176,10 @@ QList<WindowTraits> WindowTraitsReader::read(
     for (qsizetype i = 0; i < windows.size(); ++i) {
         WindowTraits traits;
         traits.window = windows[i];
+        bool isThere = true;
         for (size_t k = 0; k < properties.size(); ++k) {
             const PropertyReply reply(xcb_get_property_reply(server, asked[i][k], nullptr));
+            isThere = isThere && reply != nullptr;
             takeProperty(traits, connection, properties[k], reply);
         }
         if (asksForProcesses) {
@@ -187,7 +189,9 @@ QList<WindowTraits> WindowTraitsReader::read(
         if (traits.isElsewhere) {
             traits.processId = 0;
         }
-        all.append(traits);
+        if (isThere) {
+            all.append(traits);
+        }
     }
     connection.takeEventsLater();
     return all;

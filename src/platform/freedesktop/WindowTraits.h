@@ -35,7 +35,7 @@ struct WindowTraits
 namespace WindowTraitsReader {
 
 // Reads some windows together: two exchanges with the server, however many there are. A window that
-// is gone comes back without properties.
+// is gone is left out.
 QList<WindowTraits> read(XConnection &connection, const QList<xcb_window_t> &windows);
 
 // Whether a change of this property may change the traits.

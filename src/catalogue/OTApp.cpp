@@ -146,7 +146,8 @@ std::optional<QList<QUrl>> OTApp::documentsOnPasteboard(const QMimeData *pastebo
     const QList<QUrl> urls = pasteboard->urls();
     for (const QUrl &url : urls) {
         if (url.isLocalFile()) {
-            files.append(QUrl::fromLocalFile(standardizedPath(url.toLocalFile())));
+            // As a URL it keeps names that are not UTF-8, which no QString can hold.
+            files.append(url.adjusted(QUrl::NormalizePathSegments | QUrl::StripTrailingSlash));
         }
     }
     return files.isEmpty() ? urls.mid(0, 1) : files;
@@ -175,6 +176,16 @@ bool OTApp::launchWithDocuments(const std::optional<QList<QUrl>> &documents) con
         });
     }
     return false;
+}
+
+QList<ApplicationActions::Action> OTApp::actions() const
+{
+    return _desktop.applicationActions().actionsOf(_path);
+}
+
+bool OTApp::performAction(const QString &id) const
+{
+    return _desktop.applicationActions().perform(_path, id);
 }
 
 std::optional<qint64> OTApp::pid() const

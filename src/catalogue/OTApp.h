@@ -11,6 +11,7 @@
 #include "icons/ColorKey.h"
 #include "icons/IconMeasurement.h"
 #include "icons/IconParameters.h"
+#include "platform/ApplicationActions.h"
 #include "platform/ApplicationControl.h"
 
 #include <QByteArray>
@@ -108,6 +109,11 @@ public:
     bool launchWithPasteboard(const QMimeData *pasteboard) const;
     bool launchWithDocuments(const std::optional<QList<QUrl>> &documents) const;
     static std::optional<QList<QUrl>> documentsOnPasteboard(const QMimeData *pasteboard);
+
+    // What the application offers beside being started, and doing it, which may be on any thread.
+    // False and one log line when it could not be done.
+    QList<ApplicationActions::Action> actions() const;
+    bool performAction(const QString &id) const;
 
     // The process of the running application, 0 when the desktop cannot tell it; empty when the
     // application does not run.

@@ -6,7 +6,9 @@
 
 #pragma once
 
+#include "platform/ApplicationActions.h"
 #include "platform/ApplicationControl.h"
+#include "platform/Compositing.h"
 #include "platform/Documents.h"
 #include "platform/IconProvider.h"
 #include "platform/Items.h"
@@ -28,6 +30,8 @@ public:
     virtual const Documents &documents() const { return _noDocuments; }
     virtual RunningApplications &runningApplications() { return _nothingRuns; }
     virtual ApplicationControl &applicationControl() { return _noControl; }
+    virtual ApplicationActions &applicationActions() { return _noActions; }
+    virtual const Compositing &compositing() const { return _noCompositing; }
 
 private:
     SearchPaths _nowhere;
@@ -37,4 +41,6 @@ private:
     Documents _noDocuments;
     RunningApplications _nothingRuns;
     ApplicationControl _noControl;
+    ApplicationActions _noActions;
+    Compositing _noCompositing;
 };

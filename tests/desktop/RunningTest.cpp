@@ -57,6 +57,8 @@ bool isIconified(const QString &window)
 QString activeWindow()
 {
     const QString text = outputOf(u"xprop"_s, { u"-root"_s, u"_NET_ACTIVE_WINDOW"_s });
+    // What others see by now, we are to see as well.
+    QCoreApplication::processEvents();
     return u"0x"_s + text.section(u"0x"_s, -1).rightJustified(8, u'0');
 }
 
@@ -225,10 +227,14 @@ void RunningTest::applications_areControlled()
         QTRY_VERIFY(!one.app->isVisible());
         QVERIFY(_manager->isAppRunning(one.app));
     }
+    QVERIFY(cases[0].app->activate());
+    QTRY_COMPARE(activeWindow(), cases[0].window);
+    QTRY_COMPARE(_manager->activeApp()->path(), cases[0].app->path());
     for (const Case &one : cases) {
         one.app->show();
         QTRY_VERIFY(!isIconified(one.window));
         QTRY_VERIFY(one.app->isVisible());
+        QTRY_COMPARE(activeWindow(), cases[0].window);
     }
     for (const Case &one : cases) {
         ids.removeFirst();
@@ -325,6 +331,9 @@ void RunningTest::strangeWindows_areTakenForWhatTheyAre()
 
 void RunningTest::manyWindows_comeAndGo()
 {
+    const OTApp nothing(QString(), *_desktop);
+    nothing.show();
+    QVERIFY(!nothing.isVisible() && !nothing.activate());
     {
         const StrangeWindows many({ u"500"_s, u"XCalc"_s });
         QTRY_COMPARE_WITH_TIMEOUT(windowsOf(u"XCalc"_s).size(), 500, patience);

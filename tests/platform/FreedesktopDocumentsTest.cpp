@@ -6,6 +6,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <cstdio>
+#include <fstream>
 #include <memory>
 
 using namespace Qt::Literals::StringLiterals;
@@ -39,10 +41,14 @@ private Q_SLOTS:
         _tree->addFolder(u"X.AppDir"_s);
 
         _tree->add(u"it's 100% #ü.py"_s, "print(1)\n");
+        _latin1Name = QFile::encodeName(_tree->path()) + "/d\xe4.txt";
+        QVERIFY(std::ofstream(_latin1Name.constData()) << "x");
         _tree->add(u"script"_s, "#!/usr/bin/env python3\nprint(1)\n");
         _tree->add(u"picture"_s, "\x89PNG\r\n\x1a\n" + QByteArray(16, '\0'));
         _tree->add(u"nothing.odd"_s, QByteArray("\x01\x00\x02", 3));
     }
+    // What Qt has no name for it cannot remove either.
+    void cleanupTestCase() { QCOMPARE(std::remove(_latin1Name.constData()), 0); }
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
     void canAccept_data()
@@ -56,10 +62,13 @@ private Q_SLOTS:
         };
         const QString python = u"it's 100% #ü.py"_s;
         const QString folder = u"data/applications/"_s;
+        const QString latin1Name =
+            QUrl::fromLocalFile(_tree->path(u"d"_s)).toString(QUrl::FullyEncoded) + u"%E4.txt"_s;
         row("by a parent type", folder + u"text.desktop"_s, python, true);
         row("by content", folder + u"python.desktop"_s, u"script"_s, true);
         row("picture as text", folder + u"text.desktop"_s, u"picture"_s, false);
         row("associated, found by a link", u"exports/link.desktop"_s, python, true);
+        row("name that is not UTF-8", folder + u"text.desktop"_s, latin1Name, true);
         row("in no table", u"exports/unlisted.desktop"_s, python, true);
         row("scheme", folder + u"picture.desktop"_s, u"gallery:1"_s, true);
         row("another scheme", folder + u"picture.desktop"_s, u"mailto:ann@example.org"_s, false);
@@ -111,6 +120,7 @@ private:
     }
 
     std::unique_ptr<FileTree> _tree;
+    QByteArray _latin1Name;
 };
 
 QTEST_GUILESS_MAIN(FreedesktopDocumentsTest)

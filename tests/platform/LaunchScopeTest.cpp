@@ -4,7 +4,9 @@
 #include "platform/freedesktop/LaunchScope.h"
 
 #include "platform/FileTree.h"
+#include "platform/SilentServer.h"
 #include "platform/freedesktop/FreedesktopLauncher.h"
+#include "platform/freedesktop/LaunchedEntries.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QDBusArgument>
@@ -94,8 +96,12 @@ private Q_SLOTS:
     void programs_areOnTheirOwn_data();
     void programs_areOnTheirOwn();
     void programsCount_whateverSystemdSays();
-    void severalAtOnce_haveEachTheirOwn();
+    void manyAtOnce_haveEachTheirOwn();
+    void launches_areForgottenWhenMoreFollow();
+    void documentsKeepTheBytesOfTheirNames();
+    void withoutDisplay_noIdentifierIsLeft_data();
     void withoutDisplay_noIdentifierIsLeft();
+    void withoutBus_noneIsStarted();
     void serviceOnTheBus_getsTheIdentifier();
     void announcement_isTakenBackWhenNothingStarts();
     void busThatGoesAway_takesNobodyAlong();
@@ -166,9 +172,12 @@ void LaunchScopeTest::init()
     _tree = std::make_unique<FileTree>(QStringLiteral("launch"));
     qputenv("HOME", QFile::encodeName(_tree->addFolder(QStringLiteral("home"))));
     qputenv("DESKTOP_STARTUP_ID", "ours");
+    qputenv("XDG_ACTIVATION_TOKEN", "ours");
     const QByteArray record = QFile::encodeName(_tree->addFolder(QStringLiteral("records")));
     _program = _tree->add(QStringLiteral("My-Program.AppImage"),
         "#!/bin/sh\n{ echo pid $$; echo folder $(pwd -P); echo \"id $DESKTOP_STARTUP_ID\"\n"
+        "echo \"token $XDG_ACTIVATION_TOKEN\"; echo \"bus $DBUS_SESSION_BUS_ADDRESS\"\n"
+        "printf 'document %s\\n' \"$1\"\n"
         "echo session $(cut -d' ' -f6 /proc/$$/stat)\n"
         "echo \"leaked $(readlink /proc/$$/fd/100)\"\n"
         "while read key value; do echo ${key%:} $value; done </proc/$$/status; } >"
@@ -245,6 +254,9 @@ void LaunchScopeTest::programs_areOnTheirOwn()
     const Values facts = started(1).value(0);
     QCOMPARE(facts["folder"], QFile::encodeName(_tree->path(folder)));
     QVERIFY(anyId.match(QString::fromUtf8(facts["id"])).hasMatch());
+    QCOMPARE(LaunchedEntries::entryOf(QString::fromUtf8(facts["id"])), path);
+    QCOMPARE(facts.value("token", "?"), QByteArray());
+    QCOMPARE(facts["bus"], qgetenv("DBUS_SESSION_BUS_ADDRESS"));
     QVERIFY(facts["session"].toInt() > 1 && facts["session"].toInt() != ::getsid(0));
     QCOMPARE(facts["SigBlk"], QByteArray(16, '0'));
     QCOMPARE(facts["SigIgn"].toULongLong(nullptr, 16) & (1U << (SIGPIPE - 1)), 0U);
@@ -283,28 +295,85 @@ void LaunchScopeTest::programsCount_whateverSystemdSays()
     QCOMPARE(_systemd->asked.size(), 2);
 }
 
-void LaunchScopeTest::severalAtOnce_haveEachTheirOwn()
+// More than GIO has threads for what it does behind a launch; and it gets over them.
+void LaunchScopeTest::manyAtOnce_haveEachTheirOwn()
 {
-    QVERIFY(open(
-        QStringList(4, addEntry(QStringLiteral("a.desktop"), _exec)) + QStringList(4, _program)));
+    const QString entry = addEntry(QStringLiteral("a.desktop"), _exec);
+    QVERIFY(open(QStringList(24, entry) + QStringList(4, _program)));
+    QVERIFY(open(QStringList(24, entry)));
+    QVERIFY(open({ entry }));
     QSet<QByteArray> ids;
-    for (const Values &facts : started(8)) {
+    for (const Values &facts : started(53)) {
         ids.insert(facts["id"]);
     }
-    QCOMPARE(ids.size(), 8);
-    QCOMPARE(_systemd->asked.size(), 8);
+    QCOMPARE(ids.size(), 53);
+    QCOMPARE(_systemd->asked.size(), 53);
+}
+
+void LaunchScopeTest::launches_areForgottenWhenMoreFollow()
+{
+    const auto id = [](int i) { return QStringLiteral("test-%1_TIME0").arg(i); };
+    LaunchedEntries::remember({}, QStringLiteral("/nobody's"));
+    for (int i = 0; i < 65; ++i) {
+        LaunchedEntries::remember(id(i), QStringLiteral("/x/%1.desktop").arg(i));
+    }
+    QCOMPARE(LaunchedEntries::entryOf({}), QString());
+    QCOMPARE(LaunchedEntries::entryOf(id(0)), QString());
+    QCOMPARE(LaunchedEntries::entryOf(id(1)), QStringLiteral("/x/1.desktop"));
+    QCOMPARE(LaunchedEntries::entryOf(id(64)), QStringLiteral("/x/64.desktop"));
+}
+
+void LaunchScopeTest::documentsKeepTheBytesOfTheirNames()
+{
+    const QList<QUrl> document { QUrl(QStringLiteral("file:///x/d%E4%20%C3%A4%25.txt")) };
+    QVERIFY(open(
+        { addEntry(QStringLiteral("a.desktop"), _exec.trimmed() + " %f\n"), _program }, document));
+    for (const Values &facts : started(2)) {
+        QCOMPARE(facts["document"], QByteArray("/x/d\xe4 \xc3\xa4%.txt"));
+    }
+}
+
+void LaunchScopeTest::withoutDisplay_noIdentifierIsLeft_data()
+{
+    QTest::addColumn<bool>("isThere");
+
+    QTest::newRow("none") << false;
+    // As one whose only attention another program has taken for itself.
+    QTest::newRow("one that does not answer") << true;
 }
 
 void LaunchScopeTest::withoutDisplay_noIdentifierIsLeft()
 {
+    QFETCH(bool, isThere);
     const QByteArray display = qgetenv("DISPLAY");
-    qunsetenv("DISPLAY");
+    const SilentServer server;
+    qputenv("DISPLAY", isThere ? server.display() : QByteArray());
     const bool areLaunched = open({ addEntry(QStringLiteral("a.desktop"), _exec), _program });
     qputenv("DISPLAY", display);
     QVERIFY(areLaunched);
+    QVERIFY(server.wasReached() == isThere);
     const QList<Values> both = started(2);
     QCOMPARE(both.value(0).value("id", "none"), QByteArray());
     QCOMPARE(both.value(1).value("id", "none"), QByteArray());
+}
+
+// GIO would run this program to get one.
+void LaunchScopeTest::withoutBus_noneIsStarted()
+{
+    const QString trace = _tree->path(QStringLiteral("asked"));
+    _tree->add(QStringLiteral("bin/dbus-launch"),
+        "#!/bin/sh\necho \"$@\" >" + QFile::encodeName(trace) + '\n', 0755);
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(_tree->path(QStringLiteral("bin"))) + ':' + path);
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(_tree->addFolder(QStringLiteral("run"))));
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    const FreedesktopLauncher made;
+    const bool areLaunched = open({ addEntry(QStringLiteral("a.desktop"), _exec), _program });
+    qputenv("PATH", path);
+    QVERIFY(areLaunched);
+    QCOMPARE(started(2).value(0).value("bus", "?"), QByteArray());
+    QCOMPARE(started(2).value(1).value("bus", "?"), QByteArray());
+    QVERIFY(!QFile::exists(trace));
 }
 
 void LaunchScopeTest::serviceOnTheBus_getsTheIdentifier()

@@ -4,10 +4,12 @@
 
 #include "platform/FileTree.h"
 #include "platform/freedesktop/DesktopEntryIndex.h"
+#include "platform/freedesktop/LaunchedEntries.h"
 
 #include <QProcess>
 #include <QTest>
 
+#include <csignal>
 #include <memory>
 #include <unistd.h>
 
@@ -45,6 +47,7 @@ private Q_SLOTS:
         _tree.add(u"Tool.AppDir/AppRun"_s, "#!/bin/sh\n", 0755);
         _outside = _tree.add(u"elsewhere/own.desktop"_s,
             "[Desktop Entry]\nType=Application\nName=Own\nExec=top\nTerminal=true\n");
+        LaunchedEntries::remember(u"ours-1"_s, _tree.path(u"data/applications/viewer.desktop"_s));
         _matcher = std::make_unique<WindowMatcher>(
             _entries, QStringList { _tree.path(u"data"_s) }, QStringList { u"Test"_s });
         _matcher->refresh();
@@ -77,6 +80,13 @@ private Q_SLOTS:
         row("end of an ID, another entry of that program was started",
             u"class=edit/Edit launched=org.example.edit-settings"_s,
             u"org.example.edit-settings"_s);
+        row("end of an ID, another program", u"class=edit/Edit exe=/opt/none/other"_s, {});
+        row("end of an ID, program called like it", u"class=edit/Edit exe=/opt/none/edit-bin"_s,
+            u"org.example.Edit"_s);
+        row("terminal that names itself", u"kde=xterm.desktop launched=top"_s, u"top"_s);
+        row("started, and its maker gone", u"class=odd/Odd id=ours-1 orphan=viewer"_s, u"viewer"_s);
+        row("inherited identifier", u"class=odd/Odd id=ours-1"_s, {});
+        row("identifier of another start", u"class=odd/Odd id=ours-1 orphan=browser"_s, {});
         row("end of two IDs", u"class=twin/Twin"_s, {});
         row("end of two IDs, one was started", u"class=twin/Twin launched=org.other.Twin"_s,
             u"org.other.Twin"_s);
@@ -161,6 +171,7 @@ private Q_SLOTS:
         QTest::newRow("started for an entry") << u"own"_s << u"$$"_s << u"e.desktop sleep"_s;
         QTest::newRow("child of one that was") << u"own"_s << u"1"_s << u" sleep"_s;
         QTest::newRow("script") << u"script"_s << u"1"_s << u" script waits"_s;
+        QTest::newRow("child of a script") << u"wrapped"_s << u"$$"_s << u"e.desktop sleep"_s;
         QTest::newRow("in a bundle") << u"bundle"_s << u"1"_s << u" tool in Tool.AppDir"_s;
     }
 
@@ -172,6 +183,8 @@ private Q_SLOTS:
         QString command = sleep + " 60"_L1;
         if (program == "script"_L1) {
             command = _tree.add(u"bin/waits"_s, "#!/bin/sh\necho; sleep 60; :\n", 0755);
+        } else if (program == "wrapped"_L1) {
+            command = _tree.add(u"bin/wraps"_s, "#!/bin/sh\nsleep 60 & echo $!; wait\n", 0755);
         } else if (program == "bundle"_L1) {
             command = _tree.path(u"Tool.AppDir/tool 60"_s);
             QFile::copy(sleep, command.chopped(3));
@@ -182,8 +195,13 @@ private Q_SLOTS:
                 u"GIO_LAUNCHED_DESKTOP_FILE=/e.desktop GIO_LAUNCHED_DESKTOP_FILE_PID=%1 exec %2"_s
                     .arg(claimedProcess, command) });
         QVERIFY(process.waitForStarted());
+        qint64 processId = process.processId();
+        if (program == "wrapped"_L1) {
+            QVERIFY(process.waitForReadyRead());
+            processId = process.readLine().trimmed().toLongLong();
+        }
         const auto told = [&] {
-            const ProcessTraits traits = ProcessTraits::of(process.processId());
+            const ProcessTraits traits = ProcessTraits::of(processId);
             QString text = traits.launchedEntry.section(u'/', -1) + u' ';
             text += traits.executable.section(u'/', -1);
             text += traits.script.isEmpty() ? QString()
@@ -194,6 +212,7 @@ private Q_SLOTS:
         };
         QFETCH(QString, expected);
         QTRY_COMPARE(told(), expected);
+        ::kill(pid_t(processId), SIGKILL);
         process.kill();
         process.waitForFinished();
         QCOMPARE(ProcessTraits::of(process.processId()).executable, QString());
@@ -225,11 +244,12 @@ private:
             { u"kde"_s, &window.kdeDesktopFile }, { u"exe"_s, &process.executable },
             { u"script"_s, &process.script }, { u"bundle"_s, &process.bundle },
             { u"unit"_s, &process.unitEntryId }, { u"flatpak"_s, &process.flatpakId },
-            { u"snap"_s, &process.snapName }, { u"launched"_s, &process.launchedEntry } };
-        *plain[key] = key == "launched"_L1          ? entryPath(value)
-            : key == "bundle"_L1                    ? _tree.path(value)
-            : key == "exe"_L1 || key == "script"_L1 ? _programs.value(value, value)
-                                                    : value;
+            { u"snap"_s, &process.snapName }, { u"launched"_s, &process.launchedEntry },
+            { u"id"_s, &window.startupId }, { u"orphan"_s, &process.orphanedEntry } };
+        *plain[key] = key == "launched"_L1 || key == "orphan"_L1 ? entryPath(value)
+            : key == "bundle"_L1                                 ? _tree.path(value)
+            : key == "exe"_L1 || key == "script"_L1              ? _programs.value(value, value)
+                                                                 : value;
     }
 
     FileTree _tree;

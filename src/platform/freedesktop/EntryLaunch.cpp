@@ -1,11 +1,11 @@
 #include "platform/freedesktop/EntryLaunch.h"
 
 #include "platform/freedesktop/DesktopEntry.h"
-#include "platform/freedesktop/FileState.h"
 #include "platform/freedesktop/GioPointer.h"
 #include "platform/freedesktop/LaunchContext.h"
 #include "platform/freedesktop/LaunchScope.h"
 #include "platform/freedesktop/Log.h"
+#include "platform/freedesktop/PlainEntry.h"
 #include "platform/freedesktop/ProgramLaunch.h"
 #include "platform/freedesktop/Programs.h"
 #include "platform/freedesktop/SessionBus.h"
@@ -13,12 +13,27 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMutex>
 
 #include <gio/gdesktopappinfo.h>
 
 namespace {
 
 constexpr int longestActivation = 10'000; // milliseconds
+
+// What an application is asked to do: one of its entry's actions, or else to open documents.
+struct Wish
+{
+    QList<QUrl> documents;
+    QByteArray action;
+};
+
+// A call of the interface by which the bus starts applications.
+struct BusCall
+{
+    const char *method = nullptr;
+    GVariant *arguments = nullptr;
+};
 
 // A list of URIs as GIO wants it.
 class UriList final
@@ -68,20 +83,30 @@ GVariant *uriList(const QList<QUrl> &documents)
     return g_variant_builder_end(&builder);
 }
 
-// Asks the application on the bus to open the documents. GIO could be told to, but it passes the
-// identifier on only for entries that want a launch to be announced.
-LaunchStatus activate(GDBusConnection *bus, const QByteArray &name, const QList<QUrl> &documents,
-    const QByteArray &startupId)
+BusCall busCall(const Wish &wish, const QByteArray &startupId)
+{
+    GVariant *const data = platformData(startupId);
+    if (!wish.action.isEmpty()) {
+        return { "ActivateAction",
+            g_variant_new("(sav@a{sv})", wish.action.constData(), nullptr, data) };
+    }
+    if (wish.documents.isEmpty()) {
+        return { "Activate", g_variant_new("(@a{sv})", data) };
+    }
+    return { "Open", g_variant_new("(@as@a{sv})", uriList(wish.documents), data) };
+}
+
+// Asks the application on the bus. GIO could be told to, but it passes the identifier on only for
+// entries that want a launch to be announced, and does not tell what became of an action.
+LaunchStatus activate(
+    GDBusConnection *bus, const QByteArray &name, const Wish &wish, const QByteArray &startupId)
 {
     const QByteArray path = '/' + QByteArray(name).replace('.', '/').replace('-', '_');
-    GVariant *const data = platformData(startupId);
-    GVariant *const arguments = documents.isEmpty()
-        ? g_variant_new("(@a{sv})", data)
-        : g_variant_new("(@as@a{sv})", uriList(documents), data);
+    const BusCall call = busCall(wish, startupId);
     GioError error;
     GVariant *const answer = g_dbus_connection_call_sync(bus, name.constData(), path.constData(),
-        "org.freedesktop.Application", documents.isEmpty() ? "Activate" : "Open", arguments,
-        nullptr, G_DBUS_CALL_FLAGS_NONE, longestActivation, nullptr, error.receive());
+        "org.freedesktop.Application", call.method, call.arguments, nullptr, G_DBUS_CALL_FLAGS_NONE,
+        longestActivation, nullptr, error.receive());
     if (answer != nullptr) {
         g_variant_unref(answer);
         return LaunchStatus::Launched;
@@ -106,44 +131,30 @@ void collect(GDesktopAppInfo *, GPid pid, gpointer pids)
 }
 
 // Starts the entry's program and gives its processes: one for each document when it takes only one.
+//
+// GIO tells the bus of every launch, and has a thread of its small pool wait until that is sent,
+// which takes another thread of the pool. Many launches at once would leave none for it, and
+// nothing would be sent any more, by whomever. One after the other never comes to that.
 LaunchStatus spawn(GDesktopAppInfo *info, const QList<QUrl> &documents, GAppLaunchContext *context,
     QList<qint64> *pids)
 {
+    static QMutex turn;
     const UriList uris(documents);
     char *const folder = g_desktop_app_info_get_string(info, G_KEY_FILE_DESKTOP_KEY_PATH);
     const bool hasFolder = folder != nullptr && *folder != '\0';
     g_free(folder);
     QByteArray home = QFile::encodeName(QDir::homePath());
     GioError error;
-    if (g_desktop_app_info_launch_uris_as_manager(info, uris.get(), context, G_SPAWN_SEARCH_PATH,
+    const QMutexLocker lock(&turn);
+    const bool isLaunched =
+        g_desktop_app_info_launch_uris_as_manager(info, uris.get(), context, G_SPAWN_SEARCH_PATH,
             setUpChild, hasFolder ? nullptr : home.data(), collect, pids, error.receive())
-        != FALSE) {
+        != FALSE;
+    if (isLaunched) {
         return LaunchStatus::Launched;
     }
     qCDebug(lcPlatform, "not launched: %s", qUtf8Printable(error.text()));
     return LaunchStatus::Failed;
-}
-
-// The same entry without its name on the bus, and without a byte order mark, which GIO cannot read.
-GioPointer<GDesktopAppInfo> plainEntry(const QString &path)
-{
-    QString problem;
-    QByteArray text =
-        readSmallFile(path, DesktopEntry::maximumSize, &problem).value_or(QByteArray());
-    if (text.startsWith("\xef\xbb\xbf")) {
-        text.remove(0, 3);
-    }
-    GKeyFile *const file = g_key_file_new();
-    GioPointer<GDesktopAppInfo> info;
-    if (g_key_file_load_from_data(
-            file, text.constData(), gsize(text.size()), G_KEY_FILE_NONE, nullptr)
-        != FALSE) {
-        g_key_file_set_boolean(
-            file, G_KEY_FILE_DESKTOP_GROUP, G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE, FALSE);
-        info.reset(g_desktop_app_info_new_from_keyfile(file));
-    }
-    g_key_file_unref(file);
-    return info;
 }
 
 // GIO calls a launch a success before the program has been looked for.
@@ -173,8 +184,8 @@ void announce(
     }
 }
 
-LaunchStatus launch(LaunchContext &context, const QString &path, const DesktopEntry &entry,
-    const QList<QUrl> &documents)
+LaunchStatus launch(
+    LaunchContext &context, const QString &path, const DesktopEntry &entry, const Wish &wish)
 {
     const QByteArray fileName = QFile::encodeName(path);
     const SessionBus bus;
@@ -183,15 +194,15 @@ LaunchStatus launch(LaunchContext &context, const QString &path, const DesktopEn
     if (info && entry.isDBusActivatable) {
         const QByteArray name = busName(path);
         const LaunchStatus status = bus.get() != nullptr && !name.isEmpty()
-            ? activate(bus.get(), name, documents, context.startupId())
+            ? activate(bus.get(), name, wish, context.startupId())
             : LaunchStatus::Failed;
         if (status == LaunchStatus::Launched || entry.program.isEmpty()) {
             return status;
         }
         info.reset();
     }
-    if (!info) {
-        info = plainEntry(path);
+    if (!info || !wish.action.isEmpty()) {
+        info = plainEntry(path, wish.action);
     }
     if (!info) {
         qCDebug(lcPlatform, "%s: refused by GIO", qUtf8Printable(path));
@@ -201,9 +212,23 @@ LaunchStatus launch(LaunchContext &context, const QString &path, const DesktopEn
     // itself.
     g_app_launch_context_setenv(context.gio(), "GIO_LAUNCHED_DESKTOP_FILE", fileName.constData());
     QList<qint64> pids;
-    const LaunchStatus status = spawn(info.get(), documents, context.gio(), &pids);
+    const LaunchStatus status = spawn(info.get(), wish.documents, context.gio(), &pids);
     const QString name = QString::fromUtf8(g_app_info_get_name(G_APP_INFO(info.get())));
     LaunchScope::move(bus, { path, name }, pids);
+    return status;
+}
+
+LaunchStatus fulfil(const QString &path, const Wish &wish)
+{
+    const DesktopEntry entry = DesktopEntry::fromFile(path, {});
+    if (!isRunnable(path, entry)) {
+        return LaunchStatus::CannotExecute;
+    }
+    LaunchContext context(path);
+    const LaunchStatus status = launch(context, path, entry, wish);
+    if (status == LaunchStatus::Launched) {
+        context.succeed();
+    }
     return status;
 }
 
@@ -211,14 +236,10 @@ LaunchStatus launch(LaunchContext &context, const QString &path, const DesktopEn
 
 LaunchStatus launchEntry(const QString &path, const QList<QUrl> &documents)
 {
-    const DesktopEntry entry = DesktopEntry::fromFile(path, {});
-    if (!isRunnable(path, entry)) {
-        return LaunchStatus::CannotExecute;
-    }
-    LaunchContext context;
-    const LaunchStatus status = launch(context, path, entry, documents);
-    if (status == LaunchStatus::Launched) {
-        context.succeed();
-    }
-    return status;
+    return fulfil(path, { documents, {} });
+}
+
+LaunchStatus launchEntryAction(const QString &path, const QString &actionId)
+{
+    return fulfil(path, { {}, actionId.toUtf8() });
 }

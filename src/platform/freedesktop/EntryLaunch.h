@@ -8,3 +8,6 @@
 // takes to ask, at most some ten seconds; may be called from any thread. Logs nothing but debug
 // lines.
 LaunchStatus launchEntry(const QString &path, const QList<QUrl> &documents);
+
+// In the same way, performs one of the actions that the entry lists.
+LaunchStatus launchEntryAction(const QString &path, const QString &actionId);

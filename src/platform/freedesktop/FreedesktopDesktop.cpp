@@ -1,6 +1,8 @@
 #include "platform/freedesktop/FreedesktopDesktop.h"
 
 #include "platform/freedesktop/DesktopEntryIndex.h"
+#include "platform/freedesktop/DisplayCompositing.h"
+#include "platform/freedesktop/FreedesktopActions.h"
 #include "platform/freedesktop/FreedesktopDocuments.h"
 #include "platform/freedesktop/FreedesktopIcons.h"
 #include "platform/freedesktop/FreedesktopItems.h"
@@ -33,6 +35,8 @@ public:
         windows();
         return *_control;
     }
+    ApplicationActions &applicationActions() override { return _actions; }
+    const Compositing &compositing() const override { return _compositing; }
 
 private:
     // Made when they are first asked for: many a run has no use for the display.
@@ -48,7 +52,7 @@ private:
     }
     bool raise(const QString &bundlePath) const
     {
-        const RunningWindows *const windows = _raisable;
+        RunningWindows *const windows = _raisable;
         return windows != nullptr && windows->raise(bundlePath);
     }
 
@@ -57,10 +61,12 @@ private:
     FreedesktopItems _items { _entries, _paths.dataFolders(), currentDesktops() };
     FreedesktopIcons _icons { [this](const QString &path) { return _items.iconNameOf(path); } };
     FreedesktopDocuments _documents;
+    FreedesktopActions _actions;
+    DisplayCompositing _compositing;
     std::unique_ptr<RunningWindows> _windows;
     std::unique_ptr<WindowControl> _control;
     // For launches, which have threads of their own.
-    std::atomic<const RunningWindows *> _raisable = nullptr;
+    std::atomic<RunningWindows *> _raisable = nullptr;
     FreedesktopLauncher _launcher { [this](const QString &path) { return raise(path); } };
 };
 

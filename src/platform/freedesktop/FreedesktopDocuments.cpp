@@ -1,5 +1,6 @@
 #include "platform/freedesktop/FreedesktopDocuments.h"
 
+#include "platform/freedesktop/DocumentFile.h"
 #include "platform/freedesktop/GioPointer.h"
 
 #include <QFile>
@@ -16,8 +17,7 @@ QByteArray contentTypeOf(const QUrl &document)
         const QString scheme = document.scheme();
         return scheme.isEmpty() ? QByteArray() : "x-scheme-handler/" + scheme.toLatin1();
     }
-    const QByteArray fileName = QFile::encodeName(document.toLocalFile());
-    const GioPointer<GFile> file(g_file_new_for_path(fileName.constData()));
+    const GioPointer<GFile> file(g_file_new_for_path(fileNameOf(document).constData()));
     const GioPointer<GFileInfo> info(g_file_query_info(file.get(),
         G_FILE_ATTRIBUTE_STANDARD_CONTENT_TYPE, G_FILE_QUERY_INFO_NONE, nullptr, nullptr));
     return info ? QByteArray(g_file_info_get_content_type(info.get())) : QByteArray();

@@ -7,6 +7,7 @@
 #include "platform/freedesktop/Log.h"
 #include "platform/freedesktop/ProgramLaunch.h"
 #include "platform/freedesktop/Programs.h"
+#include "platform/freedesktop/SessionBus.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -52,7 +53,9 @@ bool openFolder(const QString &folder)
 
 FreedesktopLauncher::FreedesktopLauncher(std::function<bool(const QString &bundlePath)> raise)
     : _raise(std::move(raise))
-{ }
+{
+    SessionBus::neverStartOne();
+}
 
 LaunchStatus FreedesktopLauncher::open(
     const QString &bundlePath, const std::optional<QList<QUrl>> &documents)

@@ -11,7 +11,8 @@ class FreedesktopLauncher final : public Launcher
 public:
     // `raise` brings the windows of an application that runs already to the front, and tells
     // whether there were any. It is asked before anything is started without documents, on the
-    // thread that opens; without it every opening is a start.
+    // thread that opens; without it every opening is a start. To be made before there are threads:
+    // settles which session bus there is.
     explicit FreedesktopLauncher(std::function<bool(const QString &bundlePath)> raise = {});
 
     LaunchStatus open(

@@ -1,5 +1,8 @@
 #include "platform/freedesktop/LaunchContext.h"
 
+#include "platform/freedesktop/LaunchedEntries.h"
+#include "platform/freedesktop/SessionBus.h"
+
 #include <QCoreApplication>
 #include <QSysInfo>
 
@@ -67,19 +70,23 @@ QByteArray pair(const char *key, const QByteArray &value)
 
 } // namespace
 
-LaunchContext::LaunchContext()
+LaunchContext::LaunchContext(const QString &path)
 {
     const std::optional<quint32> time = _display.time();
     if (time) {
         _startupId = newStartupId(*time);
+        LaunchedEntries::remember(QString::fromUtf8(_startupId), path);
     }
     auto *const context =
         static_cast<OrtuLaunchContext *>(g_object_new(ortu_launch_context_get_type(), nullptr));
     _context.reset(&context->parent);
     // GIO itself leaves these as they are for many programs; ours would be mistaken for theirs.
-    for (const char *ours :
-        { "DESKTOP_STARTUP_ID", "GIO_LAUNCHED_DESKTOP_FILE", "GIO_LAUNCHED_DESKTOP_FILE_PID" }) {
+    for (const char *ours : { "DESKTOP_STARTUP_ID", "GIO_LAUNCHED_DESKTOP_FILE",
+             "GIO_LAUNCHED_DESKTOP_FILE_PID", "XDG_ACTIVATION_TOKEN" }) {
         g_app_launch_context_unsetenv(_context.get(), ours);
+    }
+    if (SessionBus::isAddressOurs()) {
+        g_app_launch_context_unsetenv(_context.get(), "DBUS_SESSION_BUS_ADDRESS");
     }
     if (!_startupId.isEmpty()) {
         context->startupId = g_strdup(_startupId.constData());

@@ -26,7 +26,9 @@ public:
         QString entryPath;
     };
 
-    LaunchContext();
+    // For what is at a path, which the identifier leads back to; an empty one for what nobody will
+    // ask after.
+    explicit LaunchContext(const QString &path = {});
     ~LaunchContext();
     Q_DISABLE_COPY_MOVE(LaunchContext)
 

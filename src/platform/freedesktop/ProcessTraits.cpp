@@ -1,6 +1,7 @@
 #include "platform/freedesktop/ProcessTraits.h"
 
 #include "platform/freedesktop/BundleFolder.h"
+#include "platform/freedesktop/FileState.h"
 #include "platform/freedesktop/Programs.h"
 
 #include <QFile>
@@ -14,6 +15,9 @@ namespace {
 
 // An environment is a megabyte at most on most systems; of a larger one the rest is not looked at.
 constexpr qint64 longestFile = 1 << 20;
+
+// Scripts that start scripts, between an entry and its program.
+constexpr int mostScripts = 3;
 
 QByteArray contentOf(const QString &path)
 {
@@ -87,6 +91,42 @@ QString parentOf(const QString &folder)
     return QString::fromLatin1(status.mid(status.lastIndexOf(')') + 2).split(' ').value(1));
 }
 
+QString executableOf(const QString &folder)
+{
+    QString executable = QFile::symLinkTarget(folder + QStringLiteral("/exe"));
+    // The file was replaced by a newer one since.
+    if (const QLatin1String suffix(" (deleted)"); executable.endsWith(suffix)) {
+        executable.chop(suffix.size());
+    }
+    return executable;
+}
+
+// The environment names the entry and the process it was for. Children inherit both: of a script
+// they are what was meant, of a terminal they are something else.
+void takeLaunch(ProcessTraits &traits, const QByteArray &environment, qint64 processId)
+{
+    const QString entry = QFile::decodeName(valueIn(environment, "GIO_LAUNCHED_DESKTOP_FILE"));
+    const QString starter =
+        QString::fromLatin1(valueIn(environment, "GIO_LAUNCHED_DESKTOP_FILE_PID"));
+    if (entry.isEmpty() || starter.toLongLong() <= 0) {
+        return;
+    }
+    QString ancestor = QString::number(processId);
+    for (int i = 0; i < mostScripts && ancestor != starter; ++i) {
+        ancestor = parentOf(QStringLiteral("/proc/") + ancestor);
+        if (!isInterpreter(executableOf(QStringLiteral("/proc/") + ancestor))) {
+            break;
+        }
+    }
+    if (ancestor == starter
+        && (starter.toLongLong() == processId
+            || isInterpreter(executableOf(QStringLiteral("/proc/") + starter)))) {
+        traits.launchedEntry = entry;
+    } else if (!QFileInfo::exists(QStringLiteral("/proc/") + starter)) {
+        traits.orphanedEntry = entry;
+    }
+}
+
 // The last part of the path of the control group; the unit, where systemd made it.
 QString unitOf(const QString &folder)
 {
@@ -116,10 +156,14 @@ void takeUnit(ProcessTraits &traits, const QString &folder)
     }
 }
 
-// The file that every sandbox of this kind holds.
+// The file that every sandbox of this kind holds. A process chooses its root, and what lies there
+// may be anything.
 QString flatpakIdIn(const QString &folder)
 {
-    const QByteArray description = contentOf(folder + QStringLiteral("/root/.flatpak-info"));
+    QString problem;
+    const QByteArray description =
+        readSmallFile(folder + QStringLiteral("/root/.flatpak-info"), longestFile, &problem)
+            .value_or(QByteArray());
     static const QRegularExpression name(
         QStringLiteral("^\\[Application\\][^\\[]*^name=([^\\n]+)$"),
         QRegularExpression::MultilineOption);
@@ -136,14 +180,8 @@ ProcessTraits ProcessTraits::of(qint64 processId)
     }
     const QString folder = QStringLiteral("/proc/%1").arg(processId);
     const QByteArray environment = contentOf(folder + QStringLiteral("/environ"));
-    if (valueIn(environment, "GIO_LAUNCHED_DESKTOP_FILE_PID").toLongLong() == processId) {
-        traits.launchedEntry = QFile::decodeName(valueIn(environment, "GIO_LAUNCHED_DESKTOP_FILE"));
-    }
-    traits.executable = QFile::symLinkTarget(folder + QStringLiteral("/exe"));
-    // The file was replaced by a newer one since.
-    if (const QLatin1String suffix(" (deleted)"); traits.executable.endsWith(suffix)) {
-        traits.executable.chop(suffix.size());
-    }
+    takeLaunch(traits, environment, processId);
+    traits.executable = executableOf(folder);
     traits.flatpakId = flatpakIdIn(folder);
     takeUnit(traits, folder);
     if (isInterpreter(traits.executable)) {

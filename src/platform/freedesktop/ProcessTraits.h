@@ -8,8 +8,10 @@
 
 struct ProcessTraits
 {
-    // The desktop entry that this very process was started for, not a parent of it; a path.
+    // The desktop entry that this very process was started for, or a script that runs it; a path.
     QString launchedEntry;
+    // The entry that a process was started for which has made this one and is gone.
+    QString orphanedEntry;
     // The file that is running, links resolved.
     QString executable;
     // What an interpreter was told to run, links resolved; empty when it is no interpreter or was

@@ -1,5 +1,6 @@
 #include "platform/freedesktop/ProgramLaunch.h"
 
+#include "platform/freedesktop/DocumentFile.h"
 #include "platform/freedesktop/LaunchContext.h"
 #include "platform/freedesktop/LaunchScope.h"
 #include "platform/freedesktop/Log.h"
@@ -40,9 +41,8 @@ char **argumentsOf(const QString &program, const QList<QUrl> &documents)
     GStrvBuilder *const builder = g_strv_builder_new();
     g_strv_builder_add(builder, QFile::encodeName(program).constData());
     for (const QUrl &document : documents) {
-        const QByteArray argument = document.isLocalFile()
-            ? QFile::encodeName(document.toLocalFile())
-            : document.toEncoded();
+        const QByteArray argument =
+            document.isLocalFile() ? fileNameOf(document) : document.toEncoded();
         g_strv_builder_add(builder, argument.constData());
     }
     char **const arguments = g_strv_builder_end(builder);
@@ -68,7 +68,7 @@ void becomeIndependent(const char *folder)
 LaunchStatus launchProgram(
     const QString &bundlePath, const QString &program, const QList<QUrl> &documents)
 {
-    const LaunchContext context;
+    const LaunchContext context(bundlePath);
     Start start { argumentsOf(program, documents),
         g_app_launch_context_get_environment(context.gio()), QFile::encodeName(QDir::homePath()) };
     QByteArray failing(noProgram);

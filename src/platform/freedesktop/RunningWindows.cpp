@@ -17,6 +17,8 @@ namespace {
 // In units of four bytes; more windows than anybody opens.
 constexpr quint32 longestList = 1 << 16;
 constexpr auto longestMoment = 100ms;
+// What a program may take to answer that it has been shown.
+constexpr auto longestShowing = 500ms;
 
 // How many windows stand above a dialog at most; a circle of them has no end.
 constexpr int deepestDialog = 8;
@@ -68,7 +70,7 @@ bool haveSameName(const WindowTraits &one, const WindowTraits &other)
     return one.className == other.className && one.instanceName == other.instanceName
         && one.gtkApplicationId == other.gtkApplicationId
         && one.kdeDesktopFile == other.kdeDesktopFile && one.processId == other.processId
-        && one.transientFor == other.transientFor;
+        && one.startupId == other.startupId && one.transientFor == other.transientFor;
 }
 
 } // namespace
@@ -77,10 +79,16 @@ RunningWindows::RunningWindows(
     DesktopEntryIndex &entries, const QStringList &dataFolders, const QStringList &desktops)
     : _matcher(entries, dataFolders, desktops)
 {
+    _keeping.setSingleShot(true);
+    _keeping.setInterval(longestShowing);
     _noneActive.setSingleShot(true);
     _noneActive.setInterval(longestMoment);
     connect(&_noneActive, &QTimer::timeout, this, [this] { setActive(XCB_WINDOW_NONE); });
     if (!_connection.isOpen()) {
+        if (const QByteArray display = qgetenv("DISPLAY"); !display.isEmpty()) {
+            qCWarning(lcPlatform, "display %s cannot be reached, so nothing seems to run",
+                display.constData());
+        }
         return;
     }
     _matcher.refresh();
@@ -90,6 +98,7 @@ RunningWindows::RunningWindows(
     }
     connect(&_connection, &XConnection::eventArrived, this, &RunningWindows::handleEvent);
     connect(&_connection, &XConnection::eventsTaken, this, &RunningWindows::refresh);
+    connect(&_connection, &XConnection::closed, this, &RunningWindows::forgetAll);
     selectEvents(_connection, _connection.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
     if (!windowsIn(_connection, XConnection::NetClientList)) {
         qCWarning(lcPlatform, "nobody lists the windows of this display, so nothing seems to run");
@@ -169,11 +178,13 @@ void RunningWindows::takeList()
 // windows on the screen: those are kept until the next one lists them.
 QList<xcb_window_t> RunningWindows::readList() const
 {
-    const QList<xcb_window_t> listed =
+    const QList<xcb_window_t> list =
         windowsIn(_connection, XConnection::NetClientList).value_or(QList<xcb_window_t>());
-    QList<xcb_window_t> list = _list;
-    list.removeIf([&listed](xcb_window_t window) { return listed.contains(window); });
-    return mappedOf(_connection, list) + listed;
+    const QSet<xcb_window_t> listed(list.begin(), list.end());
+    QList<xcb_window_t> missing = _list;
+    missing.removeIf(
+        [&](xcb_window_t window) { return listed.contains(window) || !_known.contains(window); });
+    return mappedOf(_connection, missing) + list;
 }
 
 void RunningWindows::readWindows(const QList<xcb_window_t> &windows)
@@ -264,6 +275,17 @@ QString RunningWindows::applicationBelow(xcb_window_t window) const
     return below != window ? _known.value(below).application : QString();
 }
 
+void RunningWindows::forgetAll()
+{
+    _list.clear();
+    _known.clear();
+    _launched.clear();
+    _serialNumbers.clear();
+    setRaised();
+    setActive(XCB_WINDOW_NONE);
+    Q_EMIT terminated();
+}
+
 // Applications keep their places, also when the window that was their first is closed. True when
 // there is a new one.
 bool RunningWindows::takeLaunched()
@@ -292,25 +314,30 @@ bool RunningWindows::takeLaunched()
     return areLaunched;
 }
 
+// A window that is not known, or none, counts only once it has lasted.
 void RunningWindows::takeActive()
 {
-    if (std::exchange(_isActiveDue, false)) {
-        const xcb_window_t window = windowsIn(_connection, XConnection::NetActiveWindow)
-                                        .value_or(QList<xcb_window_t>())
-                                        .value(0, XCB_WINDOW_NONE);
-        if (window == XCB_WINDOW_NONE) {
+    const bool isDue = std::exchange(_isActiveDue, false);
+    if (isDue) {
+        _namedWindow = activeWindow();
+    }
+    const auto known = _known.find(_namedWindow);
+    if (known == _known.end()) {
+        if (_activeWindow != XCB_WINDOW_NONE && !_noneActive.isActive()) {
             _noneActive.start();
-            return;
         }
-        _noneActive.stop();
-        _activeWindow = window;
-        if (const auto known = _known.find(window); known != _known.end()) {
-            known->lastUse = ++_switches;
-            setRaised();
-        }
+        return;
+    }
+    _noneActive.stop();
+    if (isDue || _namedWindow != _activeWindow) {
+        known->lastUse = ++_switches;
+        setRaised();
     }
     // Its application may have become known only now.
-    setActive(_activeWindow);
+    setActive(_namedWindow);
+    if (_keeping.isActive() && _activeApplication == _keptAgainst) {
+        activate(_keptActive);
+    }
 }
 
 void RunningWindows::setActive(xcb_window_t window)
@@ -328,7 +355,8 @@ void RunningWindows::setRaised()
     QHash<QString, xcb_window_t> raised;
     for (const xcb_window_t window : std::as_const(_list)) {
         const Known known = _known.value(window);
-        if (known.traits.isOrdinary && !known.application.isEmpty()) {
+        if (known.traits.isOrdinary && !known.application.isEmpty()
+            && known.application != _ownApplication) {
             const auto best = raised.constFind(known.application);
             const bool isBetter =
                 best == raised.constEnd() || known.lastUse >= _known.value(*best).lastUse;
@@ -344,6 +372,9 @@ void RunningWindows::setRaised()
 QList<WindowTraits> RunningWindows::windowsOf(const QString &bundlePath) const
 {
     QList<WindowTraits> windows;
+    if (bundlePath.isEmpty() || bundlePath == _ownApplication) {
+        return windows;
+    }
     for (const xcb_window_t window : _list) {
         const Known known = _known.value(window);
         if (known.traits.isOrdinary && known.application == bundlePath) {
@@ -358,14 +389,43 @@ quint64 RunningWindows::serialNumberOf(const QString &bundlePath) const
     return _serialNumbers.value(bundlePath);
 }
 
-bool RunningWindows::raise(const QString &bundlePath) const
+bool RunningWindows::raise(const QString &bundlePath)
 {
     const QMutexLocker lock(&_mutex);
     const xcb_window_t window = _raised.value(bundlePath, XCB_WINDOW_NONE);
     if (window == XCB_WINDOW_NONE || !_connection.isOpen()) {
         return false;
     }
-    _connection.tellManager(
-        window, XConnection::NetActiveWindow, { fromPager, XCB_CURRENT_TIME, XCB_WINDOW_NONE });
+    activate(window);
+    // Whatever was to be kept out of the front is wanted there now.
+    QMetaObject::invokeMethod(this, [this] { _keeping.stop(); }, Qt::QueuedConnection);
     return true;
+}
+
+xcb_window_t RunningWindows::activeWindow() const
+{
+    if (!_connection.isOpen()) {
+        return XCB_WINDOW_NONE;
+    }
+    return windowsIn(_connection, XConnection::NetActiveWindow)
+        .value_or(QList<xcb_window_t>())
+        .value(0, XCB_WINDOW_NONE);
+}
+
+void RunningWindows::activate(xcb_window_t window)
+{
+    if (window != XCB_WINDOW_NONE) {
+        _connection.tellManager(
+            window, XConnection::NetActiveWindow, { fromPager, XCB_CURRENT_TIME, XCB_WINDOW_NONE });
+    }
+}
+
+void RunningWindows::keepActive(xcb_window_t window, const QString &against)
+{
+    if (window != XCB_WINDOW_NONE && _known.value(window).application != against) {
+        _keptActive = window;
+        _keptAgainst = against;
+        _keeping.start();
+        activate(window);
+    }
 }

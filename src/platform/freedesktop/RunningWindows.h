@@ -29,9 +29,9 @@ public:
     QString activeApplication() const override { return _activeApplication; }
     QString ownApplication() const override { return _ownApplication; }
 
-    const XConnection &connection() const { return _connection; }
+    XConnection &connection() { return _connection; }
 
-    // The ordinary windows of an application, in the order in which they appeared.
+    // The ordinary windows of an application, in the order in which they appeared; none of our own.
     QList<WindowTraits> windowsOf(const QString &bundlePath) const;
     // How many applications were launched before this one and including it, counted from our own
     // start; 0 when it does not run.
@@ -39,7 +39,15 @@ public:
 
     // Brings the window of the application to the front that was last used, of those never used the
     // newest. False when it has none. May be called from any thread.
-    bool raise(const QString &bundlePath) const;
+    bool raise(const QString &bundlePath);
+
+    // The window that the window manager names as the active one at this moment.
+    xcb_window_t activeWindow() const;
+    // Asks for a window to become that. May be called from any thread.
+    void activate(xcb_window_t window);
+    // Asks for a window to stay that, should windows of an application try to take its place within
+    // the next moments: some do when they are shown, and not all at once.
+    void keepActive(xcb_window_t window, const QString &against);
 
 private:
     struct Known
@@ -54,6 +62,7 @@ private:
     void refresh();
     void takeList();
     QList<xcb_window_t> readList() const;
+    void forgetAll();
     void readWindows(const QList<xcb_window_t> &windows);
     void match(const QList<xcb_window_t> &windows);
     bool matchKnown(QList<xcb_window_t> windows);
@@ -72,9 +81,14 @@ private:
     QStringList _launched;
     QHash<QString, quint64> _serialNumbers;
     quint64 _lastSerialNumber = 0;
+    // The window that was active last, and the one that the window manager names.
     xcb_window_t _activeWindow = XCB_WINDOW_NONE;
+    xcb_window_t _namedWindow = XCB_WINDOW_NONE;
     QString _activeApplication;
     quint64 _switches = 0;
+    xcb_window_t _keptActive = XCB_WINDOW_NONE;
+    QString _keptAgainst;
+    QTimer _keeping;
     // Runs while no window is active; between two windows that is for a moment only.
     QTimer _noneActive;
 

@@ -22,6 +22,12 @@ public:
     // Null when there is no session bus.
     GDBusConnection *get() const { return _connection.get(); }
 
+    // Where a session has no bus, GIO would start one that nobody else knows of. This makes it look
+    // for one in the session's folder and nowhere else, by way of our environment; children are to
+    // get along without that. To be called before there are threads that read the environment.
+    static void neverStartOne();
+    static bool isAddressOurs();
+
 private:
     // Of this thread's event loop, put aside meanwhile. Null on the main thread.
     GMainContext *const _threadContext;

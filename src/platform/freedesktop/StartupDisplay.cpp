@@ -4,10 +4,13 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <future>
 #include <memory>
 #include <poll.h>
+#include <thread>
 #include <xcb/xcbext.h>
 
 namespace {
@@ -20,6 +23,31 @@ struct FreeAnswer
 };
 template <typename T> using Answer = std::unique_ptr<T, FreeAnswer>;
 
+struct Disconnect
+{
+    void operator()(xcb_connection_t *connection) const { xcb_disconnect(connection); }
+};
+
+struct Opened
+{
+    std::unique_ptr<xcb_connection_t, Disconnect> connection;
+    int screen = 0;
+};
+
+// The library waits for the server without a limit, and cannot be told to stop. So it does that on
+// a thread of its own, which ends, and the connection with it, when the server answers after all.
+Opened openWithin(std::chrono::milliseconds limit)
+{
+    std::packaged_task<Opened()> open([name = qgetenv("DISPLAY")] {
+        Opened display;
+        display.connection.reset(xcb_connect(name.constData(), &display.screen));
+        return display;
+    });
+    std::future<Opened> opened = open.get_future();
+    std::thread(std::move(open)).detach();
+    return opened.wait_for(limit) == std::future_status::ready ? opened.get() : Opened();
+}
+
 } // namespace
 
 StartupDisplay::StartupDisplay()
@@ -27,12 +55,12 @@ StartupDisplay::StartupDisplay()
     if (qEnvironmentVariableIsEmpty("DISPLAY")) {
         return;
     }
-    _connection = xcb_connect(nullptr, &_screen);
-    if (xcb_connection_has_error(_connection) != 0) {
-        xcb_disconnect(_connection);
-        _connection = nullptr;
+    Opened opened = openWithin(std::chrono::milliseconds(longestAnswer));
+    if (!opened.connection || xcb_connection_has_error(opened.connection.get()) != 0) {
         return;
     }
+    _connection = opened.connection.release();
+    _screen = opened.screen;
     xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(_connection));
     for (int before = _screen; before > 0 && screens.rem > 1; --before) {
         xcb_screen_next(&screens);

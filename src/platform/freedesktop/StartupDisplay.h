@@ -14,7 +14,8 @@
 class StartupDisplay final
 {
 public:
-    // Connects to the display that the environment names.
+    // Connects to the display that the environment names. Takes a second at most: one that does not
+    // answer, as when a program has the server to itself, counts as none.
     StartupDisplay();
     ~StartupDisplay();
     Q_DISABLE_COPY_MOVE(StartupDisplay)

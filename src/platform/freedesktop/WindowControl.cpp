@@ -38,15 +38,21 @@ bool WindowControl::isVisible(const QString &bundlePath) const
         [](const WindowTraits &window) { return !window.isHidden; });
 }
 
-// A window that is mapped is taken out of its icon, and stays where it is among the others.
+// A window that is mapped is taken out of its icon. Some window managers make it active with that,
+// which is not what was asked for.
 void WindowControl::show(const QString &bundlePath)
 {
+    const xcb_window_t active = _windows.activeWindow();
+    bool isAnyShown = false;
     for (const WindowTraits &window : _windows.windowsOf(bundlePath)) {
         if (window.isHidden) {
-            xcb_map_window(_windows.connection().get(), window.window);
+            _windows.connection().map(window.window);
+            isAnyShown = true;
         }
     }
-    xcb_flush(_windows.connection().get());
+    if (isAnyShown) {
+        _windows.keepActive(active, bundlePath);
+    }
 }
 
 void WindowControl::hide(const QString &bundlePath)
@@ -66,8 +72,14 @@ bool WindowControl::activate(const QString &bundlePath)
 // managers kill what does not say how it wants to be closed, so that is left alone.
 void WindowControl::quit(const QString &bundlePath)
 {
-    for (const WindowTraits &window : _windows.windowsOf(bundlePath)) {
-        if (window.transientFor != XCB_WINDOW_NONE) {
+    const QList<WindowTraits> windows = _windows.windowsOf(bundlePath);
+    const auto isDialog = [&windows](const WindowTraits &window) {
+        return std::any_of(windows.begin(), windows.end(), [&window](const WindowTraits &other) {
+            return other.window == window.transientFor && other.window != window.window;
+        });
+    };
+    for (const WindowTraits &window : windows) {
+        if (isDialog(window)) {
             continue;
         }
         if (window.isClosable) {

@@ -1,6 +1,7 @@
 #include "platform/freedesktop/WindowMatcher.h"
 
 #include "platform/freedesktop/DesktopEntryIndex.h"
+#include "platform/freedesktop/LaunchedEntries.h"
 #include "support/StandardPath.h"
 
 #include <QDir>
@@ -75,13 +76,13 @@ QString WindowMatcher::bundleOf(const WindowTraits &window, const ProcessTraits 
         return pathOf(inSandbox(_table.bySnapName(process.snapName),
             process.snapName + QLatin1Char('_') + process.snapName, window));
     }
-    if (const KnownEntry *const named = namedByToolkit(window)) {
-        return named->path;
-    }
     KnownEntry outside;
     const KnownEntry *const launched = launchedEntry(process, outside);
     if (launched != nullptr && launched->entry->isTerminal) {
         return launched->path;
+    }
+    if (const KnownEntry *const named = namedByToolkit(window)) {
+        return named->path;
     }
     if (const KnownEntry *const known = byClass(window, process, launched)) {
         return known->path;
@@ -92,7 +93,10 @@ QString WindowMatcher::bundleOf(const WindowTraits &window, const ProcessTraits 
     if (launched != nullptr) {
         return launched->path;
     }
-    const KnownEntry *const known = byExecutable(process);
+    const KnownEntry *known = byExecutable(process);
+    if (known == nullptr) {
+        known = byStartupId(window, process);
+    }
     return pathOf(known != nullptr ? known : _table.byId(process.unitEntryId));
 }
 
@@ -161,11 +165,29 @@ const KnownEntry *WindowMatcher::byClass(
         if (isOfThatProgram) {
             return launched;
         }
-        if (const KnownEntry *const known = onlyOne(matches)) {
+        if (const KnownEntry *const known = byId(id, process)) {
             return known;
         }
     }
     return nullptr;
+}
+
+const KnownEntry *WindowMatcher::byId(const QString &name, const ProcessTraits &process) const
+{
+    const EntryMatches matches = _table.byFoldedId(name);
+    const KnownEntry *const known = onlyOne(matches);
+    if (known == nullptr || known->id.compare(name, Qt::CaseInsensitive) == 0) {
+        return known;
+    }
+    // An executable may lie elsewhere than the program that leads to it, but is called like it.
+    const auto fileName = [](const QString &path) {
+        return path.section(QLatin1Char('/'), -1).toCaseFolded();
+    };
+    const QString &file = process.script.isEmpty() ? process.executable : process.script;
+    const QString program = fileName(known->entry->program);
+    const QString running = fileName(file);
+    return running.isEmpty() || running.contains(program) || program.contains(running) ? known
+                                                                                       : nullptr;
 }
 
 // An entry for the terminal is not meant: its program has no windows. Of several that start the
@@ -181,4 +203,14 @@ const KnownEntry *WindowMatcher::byExecutable(const ProcessTraits &process) cons
         matches.removeIf([](const KnownEntry *known) { return known->entry->hasArguments; });
     }
     return onlyOne(matches);
+}
+
+// Whatever is started from a shell inherits the identifier too; so the program must be gone that it
+// was given to.
+const KnownEntry *WindowMatcher::byStartupId(
+    const WindowTraits &window, const ProcessTraits &process) const
+{
+    const QString path = standardizedPath(LaunchedEntries::entryOf(window.startupId));
+    return !path.isEmpty() && path == standardizedPath(process.orphanedEntry) ? _table.byPath(path)
+                                                                              : nullptr;
 }

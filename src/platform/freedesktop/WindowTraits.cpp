@@ -13,10 +13,11 @@ constexpr quint32 longestProperty = 1024;
 using PropertyReply = XReply<xcb_get_property_reply_t>;
 
 // The properties that are read, one after the other, of each window.
-constexpr std::array<XConnection::Atom, 9> properties {
+constexpr std::array<XConnection::Atom, 10> properties {
     XConnection::WmClass,
     XConnection::GtkApplicationId,
     XConnection::KdeNetWmDesktopFile,
+    XConnection::NetStartupId,
     XConnection::WmTransientFor,
     XConnection::NetWmPid,
     XConnection::WmClientMachine,
@@ -93,6 +94,9 @@ void takeProperty(WindowTraits &traits, const XConnection &connection, XConnecti
         break;
     case XConnection::KdeNetWmDesktopFile:
         traits.kdeDesktopFile = textOf(bytesOf(reply));
+        break;
+    case XConnection::NetStartupId:
+        traits.startupId = textOf(bytesOf(reply));
         break;
     case XConnection::WmTransientFor:
         traits.transientFor = numbersOf(reply).value(0, XCB_WINDOW_NONE);

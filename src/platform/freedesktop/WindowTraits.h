@@ -16,6 +16,8 @@ struct WindowTraits
     // What the toolkit says the application is, as the ID of a desktop entry without its ending.
     QString gtkApplicationId;
     QString kdeDesktopFile;
+    // The start-up identifier that its program got along.
+    QString startupId;
     // The window that this one is a dialog of; none when it stands for itself.
     xcb_window_t transientFor = XCB_WINDOW_NONE;
 

@@ -9,7 +9,7 @@ constexpr std::array<std::string_view, XConnection::AtomCount> atomNames {
     "_NET_ACTIVE_WINDOW",
     "_NET_CLIENT_LIST",
     "_NET_CLOSE_WINDOW",
-    "_NET_SUPPORTING_WM_CHECK",
+    "_NET_STARTUP_ID",
     "_NET_WM_PID",
     "_NET_WM_STATE",
     "_NET_WM_STATE_HIDDEN",
@@ -43,15 +43,6 @@ xcb_client_message_event_t clientMessage(
     return message;
 }
 
-void send(xcb_connection_t *connection, xcb_window_t destination, quint32 eventMask,
-    const xcb_client_message_event_t &message)
-{
-    std::array<char, sizeof(message)> bytes {};
-    std::memcpy(bytes.data(), &message, sizeof(message));
-    xcb_send_event(connection, 0, destination, eventMask, bytes.data());
-    xcb_flush(connection);
-}
-
 } // namespace
 
 XConnection::XConnection(QObject *parent)
@@ -64,6 +55,8 @@ XConnection::XConnection(QObject *parent)
     _notifier = std::make_unique<QSocketNotifier>(
         xcb_get_file_descriptor(_connection), QSocketNotifier::Read);
     connect(_notifier.get(), &QSocketNotifier::activated, this, &XConnection::takeEvents);
+    _nextTurn.setSingleShot(true);
+    connect(&_nextTurn, &QTimer::timeout, this, &XConnection::takeEvents);
 }
 
 XConnection::~XConnection()
@@ -107,40 +100,51 @@ bool XConnection::findAtoms()
     return true;
 }
 
-void XConnection::tellManager(xcb_window_t window, Atom message, const QList<quint32> &data) const
+void XConnection::tellManager(xcb_window_t window, Atom message, const QList<quint32> &data)
 {
-    send(_connection, _root,
-        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-        clientMessage(window, atom(message), data));
+    if (!isOpen()) {
+        return;
+    }
+    const xcb_client_message_event_t event = clientMessage(window, atom(message), data);
+    std::array<char, sizeof(event)> bytes {};
+    std::memcpy(bytes.data(), &event, sizeof(event));
+    xcb_send_event(_connection, 0, _root,
+        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY, bytes.data());
+    xcb_flush(_connection);
+    takeEventsLater();
 }
 
-void XConnection::tellWindow(xcb_window_t window, Atom message, const QList<quint32> &data) const
+void XConnection::map(xcb_window_t window)
 {
-    send(_connection, window, XCB_EVENT_MASK_NO_EVENT, clientMessage(window, atom(message), data));
+    if (isOpen()) {
+        xcb_map_window(_connection, window);
+        xcb_flush(_connection);
+        takeEventsLater();
+    }
 }
 
 void XConnection::takeEventsLater()
 {
-    if (!_isTakingDue) {
-        _isTakingDue = true;
-        QMetaObject::invokeMethod(this, &XConnection::takeEvents, Qt::QueuedConnection);
-    }
+    QMetaObject::invokeMethod(
+        this, [this] { _nextTurn.start(); }, Qt::QueuedConnection);
 }
 
+// One lot at a time, so that windows that never stop changing leave time for everything else.
 void XConnection::takeEvents()
 {
-    _isTakingDue = false;
     XReply<xcb_generic_event_t> event;
-    const auto next = [&](auto poll) {
-        event.reset(isOpen() ? poll(_connection) : nullptr);
+    const auto next = [&] {
+        event.reset(isOpen() ? xcb_poll_for_event(_connection) : nullptr);
         return event != nullptr;
     };
-    while (next(xcb_poll_for_event)) {
-        // A receiver may wait for answers, and with them more events come in.
-        do {
-            Q_EMIT eventArrived(event.get());
-        } while (next(xcb_poll_for_queued_event));
+    bool hasAny = false;
+    while (next()) {
+        hasAny = true;
+        Q_EMIT eventArrived(event.get());
+    }
+    if (hasAny) {
         Q_EMIT eventsTaken();
+        takeEventsLater();
     }
     if (isOpen() && xcb_connection_has_error(_connection) != 0) {
         _isOpen = false;

@@ -9,6 +9,7 @@
 #include <QList>
 #include <QObject>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <array>
 #include <atomic>
@@ -33,7 +34,7 @@ public:
         NetActiveWindow,
         NetClientList,
         NetCloseWindow,
-        NetSupportingWmCheck,
+        NetStartupId,
         NetWmPid,
         NetWmState,
         NetWmStateHidden,
@@ -67,13 +68,13 @@ public:
     xcb_atom_t atom(Atom name) const { return _atoms[name]; }
 
     // Tells the window manager of the display about a window, as the window-manager standards want
-    // it. At most five words of data.
-    void tellManager(xcb_window_t window, Atom message, const QList<quint32> &data) const;
-    // Tells a window's own program.
-    void tellWindow(xcb_window_t window, Atom message, const QList<quint32> &data) const;
+    // it. At most five words of data. Nothing without a display. May be called from any thread.
+    void tellManager(xcb_window_t window, Atom message, const QList<quint32> &data);
+    // Asks for a window to be shown. The same holds.
+    void map(xcb_window_t window);
 
-    // To be called whenever an answer was waited for outside `eventArrived`: what came in on the
-    // way would otherwise lie there until the next event wakes us.
+    // To be called whenever something was sent or an answer was waited for: what came in on the way
+    // would otherwise lie there until the next event wakes us. May be called from any thread.
     void takeEventsLater();
 
 Q_SIGNALS:
@@ -95,5 +96,6 @@ private:
     xcb_window_t _root = XCB_WINDOW_NONE;
     std::array<xcb_atom_t, AtomCount> _atoms {};
     std::unique_ptr<QSocketNotifier> _notifier;
-    bool _isTakingDue = false;
+    // Comes after painting, which a posted event would not.
+    QTimer _nextTurn;
 };

@@ -1,0 +1,17 @@
+// The words for what is called differently on a freedesktop system: a translation from the
+// program's own language into the same language.
+
+#pragma once
+
+#include <QTranslator>
+
+class FreedesktopWording final : public QTranslator
+{
+public:
+    using QTranslator::QTranslator;
+
+    bool isEmpty() const override { return false; }
+    // Null for a text that stands as it is.
+    QString translate(const char *context, const char *sourceText, const char *disambiguation,
+        int n) const override;
+};

@@ -67,7 +67,7 @@ public:
         UserDefaults::standard().setObject(QString::fromLatin1(key), value);
     }
 
-    const LargeHost host;
+    LargeHost host;
     std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
     std::unique_ptr<OTAppManager> manager;
     std::unique_ptr<OTIconView> view;

@@ -39,7 +39,7 @@ void iconsArrive(benchmark::State &state)
         OTAppManager::registerDefaults();
         OTIconView::registerDefaults();
         ScanFolders::registerDefaults(UserDefaults::standard(), desktop->searchPaths());
-        const LargeHost host;
+        LargeHost host;
         OTAppManager manager(*desktop, OTAppManager::Use::Preview);
         OTIconView view(manager, host);
         manager.rescanAllAppsPrioritizingGroup(AllGroup);

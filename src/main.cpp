@@ -3,6 +3,7 @@
 #include "commands/Commands.h"
 #include "commands/Output.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
+#include "platform/freedesktop/FreedesktopWording.h"
 #include "support/UserDefaults.h"
 
 #include <QApplication>
@@ -80,6 +81,8 @@ int main(int argc, char **argv)
     const auto application = (isShown ? makeApplication : makeApplicationWithoutDisplay)(
         Commands::drawing(invocation), ownArgumentCount, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ortu"));
+    FreedesktopWording wording;
+    QCoreApplication::installTranslator(&wording);
 
     const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
     UserDefaults defaults(

@@ -55,6 +55,8 @@ public:
     explicit OTAppManager(Desktop &desktop, Use use = Use::Normal, QObject *parent = nullptr);
     ~OTAppManager() override;
 
+    Desktop &desktop() const { return _desktop; }
+
     // Registers the preferences that the catalogue reads. To be called once, before anything reads
     // them.
     static void registerDefaults();

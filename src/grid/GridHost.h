@@ -5,6 +5,8 @@
 
 #include <QSizeF>
 
+class QMouseEvent;
+
 class GridHost
 {
 public:
@@ -13,4 +15,11 @@ public:
     // The largest grid that the window can show, in points; without a positive extent the icons
     // keep their size.
     virtual QSizeF maxIconViewSize() const = 0;
+
+    // An application was launched: the window has done its work.
+    virtual void hide() { }
+
+    // Presses and releases that meant no icon; the window may want to be moved by them.
+    virtual void mousePressed(QMouseEvent *) { }
+    virtual void mouseReleased(QMouseEvent *) { }
 };

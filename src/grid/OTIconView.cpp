@@ -2,6 +2,7 @@
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "grid/GridAccessible.h"
 #include "grid/GridGroups.h"
 #include "grid/GridHost.h"
 #include "grid/GridInput.h"
@@ -10,11 +11,6 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
-#include <QMouseEvent>
-#include <QPaintEvent>
-#include <QPainter>
-
-#include <cmath>
 #include <tuple>
 
 namespace {
@@ -52,7 +48,7 @@ QString listKey(int group)
 
 } // namespace
 
-OTIconView::OTIconView(OTAppManager &appManager, const GridHost &host, QWidget *parent)
+OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent)
     : QWidget(parent)
     , _appManager(appManager)
     , _host(host)
@@ -65,8 +61,19 @@ OTIconView::OTIconView(OTAppManager &appManager, const GridHost &host, QWidget *
     connect(
         &UserDefaults::standard(), &UserDefaults::changed, this, &OTIconView::preferenceDidChange);
     connect(&appManager, &OTAppManager::didChange, this, &OTIconView::listDidChange);
-    connect(&NotificationCenter::defaultCenter(), &NotificationCenter::N_AppIconChanged, this,
-        &OTIconView::appIconDidChange);
+    const NotificationCenter &center = NotificationCenter::defaultCenter();
+    connect(&center, &NotificationCenter::N_AppIconChanged, this, &OTIconView::appIconDidChange);
+    connect(&center, &NotificationCenter::N_ShowProgressStep, this, &OTIconView::showProgressStep);
+    connect(
+        &center, &NotificationCenter::N_EventFlagsChanged, this, &OTIconView::modifierKeysChanged);
+    // The window hands keys on.
+    setFocusPolicy(Qt::NoFocus);
+    setMouseTracking(true);
+    _clock.start();
+    _excludedPaths = PathSet(appManager.excludedApps1D());
+    _runningPaths = PathSet(appManager.runningApps());
+    GridAccessible::install();
+    updateColors();
 }
 
 OTIconView::~OTIconView() = default;
@@ -74,7 +81,11 @@ OTIconView::~OTIconView() = default;
 void OTIconView::registerDefaults()
 {
     GridInput::registerDefaults();
-    UserDefaults::standard().registerDefaults({ { GridKeys::groupShownWhenWindowClosed, -1 } });
+    GridColors::registerDefaults();
+    UserDefaults::standard().registerDefaults({
+        { GridKeys::groupShownWhenWindowClosed, -1 },
+        { GridKeys::reverseScrollWheel, false },
+    });
 }
 
 void OTIconView::setGroupToShow(int group)
@@ -84,12 +95,49 @@ void OTIconView::setGroupToShow(int group)
     }
     _groupToShow = group;
     UserDefaults::standard().setObject(GridKeys::groupShownWhenWindowClosed, group);
+    reset();
+    sendFilterSubstringNotification();
     resizeView(Resizing::WhenChanged);
 }
 
 int OTIconView::mappedGroup(int group) const
 {
-    return groupToShowConsideringModifiers(group, false, _layout.settings().groupOrientation);
+    return groupToShowConsideringModifiers(
+        group, _modifiers.option, _layout.settings().groupOrientation);
+}
+
+bool OTIconView::isFavouritesGroup() const
+{
+    return _groupShown == UserGroup || _groupShown == User1DGroup;
+}
+
+bool OTIconView::isExcludedGroup() const
+{
+    return _groupShown == ExcludedGroup || _groupShown == Excluded1DGroup;
+}
+
+QString OTIconView::groupTitle() const
+{
+    switch (_groupShown) {
+    case RunningGroup:
+        return tr("Running applications");
+    case IncludedGroup:
+    case Included1DGroup:
+        return tr("Included applications");
+    case ExcludedGroup:
+    case Excluded1DGroup:
+        return tr("Excluded applications");
+    case AllGroup:
+    case All1DGroup:
+        return tr("All applications");
+    case MissingGroup:
+        return tr("Missing applications");
+    case UserGroup:
+    case User1DGroup:
+        return tr("Favorites");
+    default:
+        return {};
+    }
 }
 
 void OTIconView::updateLayout()
@@ -155,6 +203,18 @@ Coords OTIconView::coordsOfApp(const AppRef &app) const
     return coords;
 }
 
+QList<Coords> OTIconView::occupiedCells() const
+{
+    QList<Coords> cells;
+    for (qsizetype cell = 0; cell < _cellApps.size(); ++cell) {
+        if (_cellApps[cell]) {
+            cells.append(
+                { quint64(cell) / _layout.columnCount(), quint64(cell) % _layout.columnCount() });
+        }
+    }
+    return cells;
+}
+
 AppRef OTIconView::appAtCoords(const Coords &coords) const
 {
     return _layout.isValidRow(coords.row, coords.col)
@@ -173,6 +233,8 @@ void OTIconView::preferenceDidChange(const QString &key, const QVariant &, const
         updateLayout();
         _appManager.loadAllIconsPrioritizingGroup(_groupShown);
         _appManager.loadIconsForApps(AppArray(_appManager.runningApps()));
+    } else if (GridColors::keys().contains(key)) {
+        updateColors();
     }
 }
 
@@ -193,29 +255,17 @@ void OTIconView::orientationDidChange(qint64 orientation)
 
 void OTIconView::listDidChange(const QString &key)
 {
+    const bool areRunning = key == QLatin1String("runningApps");
+    if (areRunning) {
+        _runningPaths = PathSet(_appManager.runningApps());
+    } else if (key == QLatin1String("excludedApps1D") || key == QLatin1String("excludedApps")) {
+        _excludedPaths = PathSet(_appManager.excludedApps1D());
+    }
     if (_groupShown >= 0 && key == listKey(_groupShown)) {
         resizeView(Resizing::WhenChanged);
-    } else if (key == QLatin1String("runningApps")) {
+    } else if (areRunning) {
         update();
     }
-}
-
-void OTIconView::appIconDidChange(const AppRef &app)
-{
-    const QRectF rect = rectOfApp(app);
-    if (rect.isEmpty()) {
-        return;
-    }
-    _dirtyCells += onWidget(rect);
-    if (!_repaintTimer.isActive()) {
-        _repaintTimer.start();
-    }
-}
-
-void OTIconView::repaintDirtyCells()
-{
-    update(_dirtyCells);
-    _dirtyCells = {};
 }
 
 QRect OTIconView::onWidget(const QRectF &rect) const
@@ -228,81 +278,7 @@ QPointF OTIconView::inView(const QPointF &onWidget) const
     return Geometry::flipped(onWidget, height());
 }
 
-void OTIconView::paintEvent(QPaintEvent *event)
-{
-    QPainter painter(this);
-    for (quint64 row = 0; row < _layout.rowCount(); ++row) {
-        for (quint64 column = 0; column < _layout.columnCount(); ++column) {
-            if (event->region().intersects(onWidget(_layout.cellAt(row, column).rect))) {
-                drawCell(painter, row, column);
-            }
-        }
-    }
-}
-
-void OTIconView::drawCell(QPainter &painter, quint64 row, quint64 column)
-{
-    const AppRef app = appAtCoords({ row, column });
-    const QRectF cell = _layout.cellAt(row, column).rect;
-    if (!app || cell.isEmpty()) {
-        return;
-    }
-    const QRectF onScreen = Geometry::flipped(cell, height());
-    const qreal padding = qreal(_layout.cellPaddingForIconWidth(_layout.iconWidth()));
-    painter.drawImage(onScreen.topLeft() + QPointF(padding, padding), pictureOf(app));
-}
-
-QImage OTIconView::pictureOf(const AppRef &app)
-{
-    const qreal ratio = devicePixelRatioF();
-    const int edge = int(std::lround(qreal(_layout.iconWidth()) * ratio));
-    if (edge != _scaledSize) {
-        _scaledIcons.clear();
-        _scaledSize = edge;
-    }
-    const QImage icon = app->icon();
-    if (icon.width() == edge && ratio == 1) {
-        return icon;
-    }
-    QImage &scaled = _scaledIcons[icon.cacheKey()];
-    if (scaled.isNull()) {
-        scaled = icon.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        scaled.setDevicePixelRatio(ratio);
-    }
-    return scaled;
-}
-
 void OTIconView::resizeEvent(QResizeEvent *)
 {
     _layout.setFrameSize(size());
-}
-
-void OTIconView::mousePressEvent(QMouseEvent *event)
-{
-    if (event->button() == Qt::LeftButton) {
-        _pressedCoords = coordsOfPoint(inView(event->position()));
-    }
-}
-
-void OTIconView::mouseReleaseEvent(QMouseEvent *event)
-{
-    if (event->button() != Qt::LeftButton) {
-        return;
-    }
-    const Coords released = coordsOfPoint(inView(event->position()));
-    const AppRef app = appAtCoords(released);
-    if (app && released == _pressedCoords) {
-        launch(app);
-    }
-    _pressedCoords = {};
-}
-
-void OTIconView::launch(const AppRef &app)
-{
-    const bool isFavourite = _groupShown == UserGroup || _groupShown == User1DGroup;
-    if (isFavourite && !app->isPathValid()) {
-        _appManager.locateUserApps();
-        return;
-    }
-    _launches.start([app] { app->launchWithPasteboard(nullptr); });
 }

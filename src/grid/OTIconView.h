@@ -10,17 +10,28 @@
 #include "catalogue/AppArray.h"
 #include "grid/Coords.h"
 #include "grid/GridLayout.h"
+#include "grid/GridPainter.h"
+#include "grid/GridWheel.h"
+#include "grid/ModifierKeys.h"
+#include "grid/TypeFilter.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QImage>
+#include <QPointer>
 #include <QRegion>
 #include <QThreadPool>
 #include <QTimer>
 #include <QVariant>
 #include <QWidget>
 
+#include <optional>
+
 class GridHost;
 class OTAppManager;
+class QMenu;
+class QMimeData;
+struct CellLook;
 
 class OTIconView : public QWidget
 {
@@ -30,7 +41,7 @@ public:
     enum class Resizing { WhenChanged, Forced };
 
     // Catalogue and host must outlive the view. Nothing is shown until setGroupToShow().
-    OTIconView(OTAppManager &appManager, const GridHost &host, QWidget *parent = nullptr);
+    OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent = nullptr);
     ~OTIconView() override;
 
     // Registers the preferences that the grid reads. To be called once, before anything reads them.
@@ -64,15 +75,85 @@ public:
     QRectF rectOfCoords(const Coords &coords) const { return _layout.rectOfCoords(coords); }
     QRectF rectOfApp(const AppRef &app) const { return rectOfCoords(coordsOfApp(app)); }
 
+    // The cells that hold an application, in the order of the grid's rows.
+    QList<Coords> occupiedCells() const;
+    // What the shown group is called.
+    QString groupTitle() const;
+
+    // Keys as they come; the view never has the keyboard itself, its window hands them on. True
+    // when the key was used. Keys for commands come first, then those that move the selection, then
+    // what is typed.
+    bool keyPressed(const QKeyEvent &event);
+    bool performKeyEquivalent(const QKeyEvent &event);
+    bool handleKeyDown(const QKeyEvent &event);
+    bool handleKeyUp(const QKeyEvent &event);
+    // Text that comes ready made, from an input method.
+    void textCommitted(const QString &text);
+    // Clears the filter. False when there was none.
+    bool handleCancelOperation();
+
+    const QString &filterSubstring() const { return _filter.string(); }
+    void resetFilterSubstring();
+    void sendFilterSubstringNotification();
+    bool isAppKeyFilteredOut(const AppRef &app) const;
+    // The applications of the shown group that the filter leaves, in the group's order.
+    AppList keyFilteredApps1D() const;
+
+    const Coords &selectedCoords() const { return _selectedCoords; }
+    void selectCoords(const Coords &coords);
+    // Ends whatever the user has begun: modifiers, filter, selection.
+    void reset();
+    // To be called when the window is no longer the one that is used.
+    void resignFirstResponder();
+
+    // The modifiers that are held now; they count only while the window is the active one.
+    void modifierKeysChanged(Qt::KeyboardModifiers modifiers);
+    // Modifiers that are held for another reason count only after their release.
+    void ignoreHeldModifiers(Qt::KeyboardModifiers modifiers);
+
+    // Follows the pointer; for a window that sees its moves before the view does.
+    void myMouseMoved(const QPointF &inView);
+
+    // Launches on a thread of its own and lets the window hide. A favourite that is gone is looked
+    // for instead.
+    void launchApp(const AppRef &app, const QMimeData *withPasteboard = nullptr);
+    void launchCoords(const Coords &coords) { launchApp(appAtCoords(coords)); }
+
+    // The menu for the application in the selected cell, null when there is none. The caller owns
+    // it; it acts on that application wherever it is then, and on nothing when it is gone.
+    QMenu *contextualMenu();
+    void openMenuAt(const Coords &coords);
+
+    // What the menu does, to the application in the selected cell.
+    void includeSelectedApp();
+    void excludeSelectedApp();
+    void addSelectedAppToUser();
+    void addSelectedAppToUserNewGroup();
+    void removeSelectedAppFromUser();
+    void showSelectedApp();
+    void hideSelectedApp();
+    void quitSelectedApp();
+    void showAppInFinder();
+
+    // Text in place of the grid while a long scan goes on; a count below 1 ends it.
+    void showProgressStep(int step, int count, const QString &label);
+    void updateColors();
+    void setNeedsDisplayForApp(const AppRef &app);
+
 Q_SIGNALS:
     // Another list is shown than before.
     void groupShownChanged(int group);
+    // The pointer was pressed on an icon and has moved away from there.
+    void dragWanted(const Coords &start);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
 
 private:
     void preferenceDidChange(
@@ -83,15 +164,31 @@ private:
     void repaintDirtyCells();
 
     int mappedGroup(int group) const;
+    bool isFavouritesGroup() const;
+    bool isExcludedGroup() const;
     void fillCells();
-    void launch(const AppRef &app);
-    void drawCell(QPainter &painter, quint64 row, quint64 column);
+
+    CellLook lookOf(quint64 row, quint64 column, const AppRef &app) const;
+    void drawCells(GridPainter &painter, const QRegion &region);
     QImage pictureOf(const AppRef &app);
+    void setNeedsDisplayForCoords(const Coords &coords);
+
+    qint64 now() const { return _clock.elapsed(); }
+    void filterChanged();
+    bool moveSelection(int key);
+    bool changeLineCount(int by);
+
+    void clicked(const AppRef &app, const QPoint &onScreen);
+    void openMenu(const QPoint &onScreen);
+    AppRef selectedApp() const { return appAtCoords(_selectedCoords); }
+    void showPoof();
+    void updateCursor();
+
     QRect onWidget(const QRectF &rect) const;
     QPointF inView(const QPointF &onWidget) const;
 
     OTAppManager &_appManager;
-    const GridHost &_host;
+    GridHost &_host;
     GridLayout _layout;
     int _groupToShow = 1;
     int _groupShown = -1;
@@ -99,6 +196,8 @@ private:
     // The application of each cell, row by row, and the first cell of each path.
     AppList _cellApps;
     QHash<QString, qsizetype> _cellOfPath;
+
+    GridColors _colors;
     // Icons in the size in which they are drawn, where that is not the size in which they were
     // loaded.
     QHash<qint64, QImage> _scaledIcons;
@@ -106,6 +205,29 @@ private:
     // Cells whose icons arrived since the last repaint.
     QRegion _dirtyCells;
     QTimer _repaintTimer;
-    Coords _pressedCoords;
+    PathSet _excludedPaths;
+    PathSet _runningPaths;
+    bool _showIconSpectrums = false;
+    bool _isBusyScanning = false;
+    QElapsedTimer _scanTime;
+    QString _scanningStep;
+    QString _scanningLabel;
+
+    QElapsedTimer _clock;
+    TypeFilter _filter;
+    GridWheel _wheel;
+    ModifierKeys _modifiers;
+    Qt::KeyboardModifiers _ignoredModifiers;
+    Coords _selectedCoords;
+    Coords _oldSelectedCoords;
+    // The selection was moved by keys, not by the pointer.
+    bool _isSelectedByKeys = false;
+
+    // Where a button was pressed; set only while it is down.
+    std::optional<QPointF> _mouseDownPoint;
+    bool _isDragWanted = false;
+    // Where a click was that is being dealt with.
+    std::optional<QPoint> _clickOnScreen;
+    QPointer<QMenu> _menu;
     QThreadPool _launches;
 };

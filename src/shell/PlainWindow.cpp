@@ -3,6 +3,9 @@
 #include "grid/OTIconView.h"
 #include "support/NotificationCenter.h"
 
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScreen>
@@ -26,6 +29,9 @@ PlainWindow::PlainWindow(OTAppManager &appManager, std::optional<QSizeF> largest
     setWindowTitle(QStringLiteral("Ortu"));
     // Painted whole, so that nothing has to be erased first.
     setAttribute(Qt::WA_OpaquePaintEvent);
+    // The keyboard is for the grid, input methods included.
+    setAttribute(Qt::WA_InputMethodEnabled);
+    setFocusPolicy(Qt::StrongFocus);
     connect(&NotificationCenter::defaultCenter(), &NotificationCenter::N_SubviewNeedsResizing, this,
         &PlainWindow::subviewDidResize);
     setFixedSize(EmptySize);
@@ -59,4 +65,35 @@ void PlainWindow::paintEvent(QPaintEvent *event)
         painter.setPen(QColor(MessageColor));
         painter.drawText(rect(), Qt::AlignCenter, tr("No applications"));
     }
+}
+
+void PlainWindow::keyPressEvent(QKeyEvent *event)
+{
+    _iconView->modifierKeysChanged(event->modifiers());
+    event->setAccepted(_iconView->keyPressed(*event));
+}
+
+void PlainWindow::keyReleaseEvent(QKeyEvent *event)
+{
+    _iconView->modifierKeysChanged(event->modifiers());
+    event->setAccepted(_iconView->handleKeyUp(*event));
+}
+
+void PlainWindow::inputMethodEvent(QInputMethodEvent *event)
+{
+    _iconView->textCommitted(event->commitString());
+    event->accept();
+}
+
+// Keys that are released elsewhere are not heard of.
+void PlainWindow::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ActivationChange) {
+        if (isActiveWindow()) {
+            _iconView->ignoreHeldModifiers(QGuiApplication::queryKeyboardModifiers());
+        } else {
+            _iconView->resignFirstResponder();
+        }
+    }
+    QWidget::changeEvent(event);
 }

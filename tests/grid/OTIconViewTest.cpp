@@ -1,77 +1,11 @@
 #include "grid/OTIconView.h"
 
-#include "catalogue/OTApp.h"
-#include "catalogue/OTAppManager.h"
-#include "catalogue/ScanFolders.h"
-#include "grid/GridHost.h"
-#include "platform/Desktop.h"
-#include "support/Geometry.h"
-#include "support/NotificationCenter.h"
-#include "support/UserDefaults.h"
+#include "grid/IconViewFixture.h"
 
-#include <QDir>
-#include <QMutex>
 #include <QPaintEvent>
-#include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
 
 namespace {
-
-// A desktop of one folder in which every file is an application, that remembers what it was asked
-// to launch.
-class FolderDesktop : public Desktop, SearchPaths, Items, Launcher
-{
-public:
-    explicit FolderDesktop(const QString &folder)
-        : _folder(folder)
-    { }
-
-    const SearchPaths &searchPaths() const override { return *this; }
-    Items &items() override { return *this; }
-    Launcher &launcher() override { return *this; }
-
-    QStringList launched() const
-    {
-        const QMutexLocker lock(&_mutex);
-        return _launched;
-    }
-
-private:
-    QString applicationSupportFolder(Domain) const override
-    {
-        return _folder + QStringLiteral("/data");
-    }
-    QStringList applicationFolders() const override
-    {
-        return { _folder + QStringLiteral("/apps") };
-    }
-    ItemFlags flagsOf(const QString &path) const override
-    {
-        ItemFlags flags = Items::flagsOf(path);
-        flags.isApplication = !flags.isContainer;
-        return flags;
-    }
-    LaunchStatus open(const QString &path, const std::optional<QList<QUrl>> &) override
-    {
-        const QMutexLocker lock(&_mutex);
-        _launched.append(Items::nameOf(path));
-        return LaunchStatus::Launched;
-    }
-
-    QString _folder;
-    mutable QMutex _mutex;
-    QStringList _launched;
-};
-
-class FixedHost : public GridHost
-{
-public:
-    QSizeF maxIconViewSize() const override { return size; }
-
-    QSizeF size { 1000, 400 };
-};
 
 QImage plain(QColor color)
 {
@@ -82,13 +16,13 @@ QImage plain(QColor color)
 
 } // namespace
 
-class OTIconViewTest : public QObject
+class OTIconViewTest : public IconViewFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
     void theSizeIsAskedForOnlyWhenItChanges();
     void anIconIsDrawnInItsCell();
     void aChangedIconRepaintsItsCellAlone();
@@ -96,64 +30,7 @@ private Q_SLOTS:
     void aFavouriteThatMovedIsFoundInsteadOfLaunched();
     void aChangedOrientation_leadsToALayoutAndAReadingOrder();
     void anOtherwiseEqualEntryIsFoundInTheGrid();
-
-private:
-    void fill(const QStringList &names);
-    AppRef app(const QString &name) const;
-    QPoint middleOf(const QString &name) const;
-
-    std::unique_ptr<QTemporaryDir> _home;
-    std::unique_ptr<UserDefaults> _defaults;
-    std::unique_ptr<FolderDesktop> _desktop;
-    std::unique_ptr<OTAppManager> _manager;
-    std::unique_ptr<OTIconView> _view;
-    FixedHost _host;
 };
-
-void OTIconViewTest::init()
-{
-    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
-    _home = std::make_unique<QTemporaryDir>();
-    QDir(_home->path()).mkdir(QStringLiteral("apps"));
-    _defaults = std::make_unique<UserDefaults>();
-    UserDefaults::setStandard(_defaults.get());
-    _desktop = std::make_unique<FolderDesktop>(_home->path());
-    OTAppManager::registerDefaults();
-    OTIconView::registerDefaults();
-    ScanFolders::registerDefaults(*_defaults, _desktop->searchPaths());
-    _host.size = QSizeF(1000, 400);
-}
-
-void OTIconViewTest::cleanup()
-{
-    _view.reset();
-    _manager.reset();
-    UserDefaults::setStandard(nullptr);
-}
-
-void OTIconViewTest::fill(const QStringList &names)
-{
-    for (const QString &name : names) {
-        QFile file(_home->filePath(QStringLiteral("apps/") + name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
-    // The desktop has no icons, and a plain look at the lists wants none.
-    _manager = std::make_unique<OTAppManager>(*_desktop, OTAppManager::Use::Inspection);
-    _manager->rescanAllAppsPrioritizingGroup(IncludedGroup);
-    _view = std::make_unique<OTIconView>(*_manager, _host);
-    _view->setGroupToShow(Included1DGroup);
-    _view->resize(_view->viewSize().toSize());
-}
-
-AppRef OTIconViewTest::app(const QString &name) const
-{
-    return _manager->appForPath(_home->filePath(QStringLiteral("apps/") + name));
-}
-
-QPoint OTIconViewTest::middleOf(const QString &name) const
-{
-    return Geometry::flipped(_view->rectOfApp(app(name)), _view->height()).center().toPoint();
-}
 
 void OTIconViewTest::theSizeIsAskedForOnlyWhenItChanges()
 {
@@ -195,18 +72,7 @@ void OTIconViewTest::anIconIsDrawnInItsCell()
 
 void OTIconViewTest::aChangedIconRepaintsItsCellAlone()
 {
-    class PaintedRegion : public QObject
-    {
-    public:
-        QRegion region;
-        bool eventFilter(QObject *, QEvent *event) override
-        {
-            if (event->type() == QEvent::Paint) {
-                region += static_cast<QPaintEvent *>(event)->region();
-            }
-            return false;
-        }
-    } painted;
+    PaintedRegion painted;
     fill({ QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c") });
     _view->show();
     QVERIFY(QTest::qWaitForWindowExposed(_view.get()));

@@ -1,0 +1,289 @@
+#include "grid/GridAccessible.h"
+
+#include "catalogue/OTApp.h"
+#include "grid/OTIconView.h"
+#include "support/Geometry.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+bool isSameCell(const Coords &one, const Coords &other)
+{
+    return one.row == other.row && one.col == other.col;
+}
+
+// An icon of the grid.
+class GridItem final : public QAccessibleInterface, public QAccessibleActionInterface
+{
+    Q_DECLARE_TR_FUNCTIONS(GridItem)
+
+public:
+    // The list owns the item.
+    GridItem(const GridAccessible &list, AppRef app)
+        : _list(list)
+        , _app(std::move(app))
+    { }
+
+    bool isValid() const override { return !coords().isEmpty(); }
+    QObject *object() const override { return nullptr; }
+    QWindow *window() const override { return _list.window(); }
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        return type == QAccessible::ActionInterface
+            ? static_cast<QAccessibleActionInterface *>(this)
+            : nullptr;
+    }
+
+    QAccessibleInterface *parent() const override
+    {
+        return QAccessible::queryAccessibleInterface(_list.object());
+    }
+    QAccessibleInterface *child(int) const override { return nullptr; }
+    QAccessibleInterface *childAt(int, int) const override { return nullptr; }
+    int childCount() const override { return 0; }
+    int indexOfChild(const QAccessibleInterface *) const override { return -1; }
+
+    QString text(QAccessible::Text kind) const override;
+    void setText(QAccessible::Text, const QString &) override { }
+    QRect rect() const override;
+    QAccessible::Role role() const override { return QAccessible::ListItem; }
+    QAccessible::State state() const override;
+
+    QStringList actionNames() const override;
+    void doAction(const QString &name) override;
+    QStringList keyBindingsForAction(const QString &) const override { return {}; }
+
+    // -1 when it is not shown.
+    int index() const;
+
+private:
+    // Empty when it is not shown.
+    Coords coords() const { return _list.view() ? _list.view()->coordsOfApp(_app) : Coords(); }
+    QString position() const;
+
+    const GridAccessible &_list;
+    const AppRef _app;
+};
+
+int GridItem::index() const
+{
+    const Coords own = coords();
+    const QList<Coords> cells = own.isEmpty() ? QList<Coords>() : _list.view()->occupiedCells();
+    for (int i = 0; i < int(cells.size()); ++i) {
+        if (isSameCell(cells[i], own)) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+QString GridItem::position() const
+{
+    return tr("%1 of %2", "place of an icon among all").arg(index() + 1).arg(_list.childCount());
+}
+
+QString GridItem::text(QAccessible::Text kind) const
+{
+    if (!isValid()) {
+        return {};
+    }
+    switch (kind) {
+    case QAccessible::Name:
+        return _app->displayName();
+    case QAccessible::Value:
+        return position();
+    case QAccessible::Description:
+        // Not every reader tells the place among the items by itself.
+        return _app->pid() ? tr("%1, running", "after the place of an icon").arg(position())
+                           : position();
+    default:
+        return {};
+    }
+}
+
+QRect GridItem::rect() const
+{
+    if (!isValid()) {
+        return {};
+    }
+    const OTIconView *const view = _list.view();
+    return Geometry::flipped(view->rectOfCoords(coords()), view->height())
+        .toAlignedRect()
+        .translated(view->mapToGlobal(QPoint(0, 0)));
+}
+
+QAccessible::State GridItem::state() const
+{
+    QAccessible::State state;
+    if (!isValid()) {
+        state.invalid = true;
+        return state;
+    }
+    const OTIconView *const view = _list.view();
+    state.focusable = true;
+    state.selectable = true;
+    state.selected = isSameCell(view->selectedCoords(), coords());
+    // The view never has the keyboard itself, its window hands the keys on.
+    state.focused = state.selected && view->isActiveWindow();
+    state.invisible = !view->isVisible();
+    // What the filter leaves out is dimmed, and Return does not launch it.
+    state.disabled = view->isAppKeyFilteredOut(_app);
+    return state;
+}
+
+QStringList GridItem::actionNames() const
+{
+    QStringList names { setFocusAction(), showMenuAction() };
+    if (isValid() && !_list.view()->isAppKeyFilteredOut(_app)) {
+        names.prepend(pressAction());
+    }
+    return names;
+}
+
+void GridItem::doAction(const QString &name)
+{
+    OTIconView *const view = _list.view();
+    if (!isValid() || !actionNames().contains(name)) {
+        return;
+    }
+    if (name == setFocusAction()) {
+        view->selectCoords(coords());
+        return;
+    }
+    // Later, and where the icon is then: whoever asked waits for an answer, and would wait until a
+    // menu is closed.
+    const bool isMenu = name == showMenuAction();
+    QMetaObject::invokeMethod(
+        view,
+        [view, isMenu, app = _app] {
+            const Coords place = view->coordsOfApp(app);
+            if (place.isEmpty()) {
+                return;
+            }
+            if (isMenu) {
+                view->openMenuAt(place);
+            } else {
+                view->launchCoords(place);
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+QAccessibleInterface *gridInterface(const QString &, QObject *object)
+{
+    auto *const view = qobject_cast<OTIconView *>(object);
+    return view ? new GridAccessible(view) : nullptr;
+}
+
+} // namespace
+
+void GridAccessible::install()
+{
+    QAccessible::installFactory(gridInterface);
+}
+
+void GridAccessible::selectionChanged(OTIconView *view)
+{
+    if (!QAccessible::isActive()) {
+        return;
+    }
+    const auto *const list =
+        static_cast<const GridAccessible *>(QAccessible::queryAccessibleInterface(view));
+    QAccessibleInterface *const item =
+        list ? list->itemOf(view->appAtCoords(view->selectedCoords())) : nullptr;
+    if (!item) {
+        return;
+    }
+    QAccessibleEvent selected(item, QAccessible::Selection);
+    QAccessible::updateAccessibility(&selected);
+    if (view->isActiveWindow()) {
+        QAccessibleEvent focused(item, QAccessible::Focus);
+        QAccessible::updateAccessibility(&focused);
+    }
+}
+
+GridAccessible::GridAccessible(OTIconView *view)
+    : QAccessibleWidget(view, QAccessible::List)
+{ }
+
+GridAccessible::~GridAccessible()
+{
+    for (const QAccessible::Id item : std::as_const(_items)) {
+        QAccessible::deleteAccessibleInterface(item);
+    }
+}
+
+OTIconView *GridAccessible::view() const
+{
+    return qobject_cast<OTIconView *>(object());
+}
+
+QString GridAccessible::text(QAccessible::Text kind) const
+{
+    return kind == QAccessible::Name && view() ? view()->groupTitle()
+                                               : QAccessibleWidget::text(kind);
+}
+
+int GridAccessible::childCount() const
+{
+    return view() ? int(view()->occupiedCells().size()) : 0;
+}
+
+QAccessibleInterface *GridAccessible::child(int index) const
+{
+    const QList<Coords> cells = view() ? view()->occupiedCells() : QList<Coords>();
+    if (index < 0 || index >= cells.size()) {
+        return nullptr;
+    }
+    if (_items.size() > cells.size()) {
+        forgetHiddenItems();
+    }
+    return itemOf(view()->appAtCoords(cells[index]));
+}
+
+int GridAccessible::indexOfChild(const QAccessibleInterface *child) const
+{
+    const auto *const item = dynamic_cast<const GridItem *>(child);
+    return item && item->parent() == this ? item->index() : -1;
+}
+
+QAccessibleInterface *GridAccessible::childAt(int x, int y) const
+{
+    if (!view()) {
+        return nullptr;
+    }
+    const QPointF onWidget = view()->mapFromGlobal(QPointF(x, y));
+    return itemOf(view()->appAtPoint(Geometry::flipped(onWidget, view()->height())));
+}
+
+QAccessibleInterface *GridAccessible::focusChild() const
+{
+    return view() && view()->isActiveWindow()
+        ? itemOf(view()->appAtCoords(view()->selectedCoords()))
+        : nullptr;
+}
+
+QAccessibleInterface *GridAccessible::itemOf(const AppRef &app) const
+{
+    if (!app) {
+        return nullptr;
+    }
+    QAccessible::Id &id = _items[app->path()];
+    if (id == 0) {
+        id = QAccessible::registerAccessibleInterface(new GridItem(*this, app));
+    }
+    return QAccessible::accessibleInterface(id);
+}
+
+void GridAccessible::forgetHiddenItems() const
+{
+    _items.removeIf([](const auto &item) {
+        const QAccessibleInterface *const shown = QAccessible::accessibleInterface(item.value());
+        if (shown && shown->isValid()) {
+            return false;
+        }
+        QAccessible::deleteAccessibleInterface(item.value());
+        return true;
+    });
+}

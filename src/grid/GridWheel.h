@@ -1,0 +1,38 @@
+// What the wheel does to the grid: vertically it walks a letter of the filter through the alphabet,
+// a horizontal swipe asks for the next or the previous group. While somebody types it does nothing.
+
+#pragma once
+
+#include "grid/ScrollAccumulator.h"
+#include "grid/SwipeDetector.h"
+
+class TypeFilter;
+
+class GridWheel final
+{
+public:
+    enum class Outcome {
+        Nothing,
+        FilterAnnounced, // the filter is what it was, but is to be shown
+        FilterChanged,
+        NextGroup,
+        PreviousGroup
+    };
+
+    // The detector must outlive the wheel.
+    explicit GridWheel(SwipeDetector &detector = SwipeDetector::shared())
+        : _detector(detector)
+    { }
+
+    // Vertical deltas are in lines, a hundred units of angle; horizontal ones in ten units of
+    // angle. The time stamp is in seconds, now in milliseconds. A filter that is cleared counts as
+    // changed unless the event comes to something else.
+    Outcome scroll(double deltaX, double deltaY, double timeStamp, bool isReversed,
+        TypeFilter &filter, qint64 now);
+
+private:
+    Outcome scrollHorizontally(double deltaX, double timeStamp, qint64 now);
+
+    SwipeDetector &_detector;
+    ScrollAccumulator _scrollAccumulatorX;
+};

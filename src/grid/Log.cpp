@@ -1,0 +1,3 @@
+#include "grid/Log.h"
+
+Q_LOGGING_CATEGORY(lcGrid, "ortu.grid", QtInfoMsg)

@@ -1,0 +1,149 @@
+// The part of the grid that draws.
+
+#include "catalogue/OTApp.h"
+#include "catalogue/OTAppManager.h"
+#include "grid/CellLook.h"
+#include "grid/OTIconView.h"
+#include "support/Geometry.h"
+
+#include <QApplication>
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <cmath>
+
+namespace {
+
+// A scan that ends sooner than this is not worth hiding the grid for, in milliseconds.
+constexpr qint64 ShortestScanShown = 150;
+
+} // namespace
+
+void OTIconView::updateColors()
+{
+    _colors = GridColors::fromPreferences();
+    update();
+}
+
+void OTIconView::showProgressStep(int step, int count, const QString &label)
+{
+    if (count < 1) {
+        const bool wasShown = _isBusyScanning;
+        _isBusyScanning = false;
+        _scanTime.invalidate();
+        _scanningStep.clear();
+        _scanningLabel.clear();
+        if (wasShown) {
+            repaint();
+        }
+        return;
+    }
+    if (!_scanTime.isValid()) {
+        _scanTime.start();
+    }
+    _scanningStep = tr("Scanning %1 of %2").arg(step).arg(count);
+    _scanningLabel = label;
+    if (_scanTime.elapsed() >= ShortestScanShown) {
+        _isBusyScanning = true;
+        // At once: the scan keeps the event loop from doing it.
+        repaint();
+    }
+}
+
+void OTIconView::setNeedsDisplayForApp(const AppRef &app)
+{
+    setNeedsDisplayForCoords(coordsOfApp(app));
+}
+
+void OTIconView::setNeedsDisplayForCoords(const Coords &coords)
+{
+    if (_layout.isValidRow(coords.row, coords.col)) {
+        update(onWidget(_layout.cellAt(coords.row, coords.col).rect));
+    }
+}
+
+void OTIconView::appIconDidChange(const AppRef &app)
+{
+    const QRectF rect = rectOfApp(app);
+    if (rect.isEmpty()) {
+        return;
+    }
+    _dirtyCells += onWidget(rect);
+    if (!_repaintTimer.isActive()) {
+        _repaintTimer.start();
+    }
+}
+
+void OTIconView::repaintDirtyCells()
+{
+    update(_dirtyCells);
+    _dirtyCells = {};
+}
+
+CellLook OTIconView::lookOf(quint64 row, quint64 column, const AppRef &app) const
+{
+    CellFacts facts;
+    facts.hasApp = app != nullptr;
+    if (!app) {
+        return cellLook(facts);
+    }
+    facts.group = _groupShown;
+    facts.isFilteredOut = isAppKeyFilteredOut(app);
+    facts.isSelected = row == _selectedCoords.row && column == _selectedCoords.col;
+    facts.isMouseButtonDown = _mouseDownPoint.has_value();
+    facts.isExcluded = _excludedPaths.contains(app);
+    facts.isRunning = _runningPaths.contains(app);
+    facts.isFunctionKeyHeld = _modifiers.function;
+    return cellLook(facts);
+}
+
+void OTIconView::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    GridPainter grid(painter, _layout, _colors, height());
+    grid.drawBackground(rect());
+    if (_isBusyScanning) {
+        grid.drawScanText(rect(), _scanningStep, _scanningLabel);
+        return;
+    }
+    drawCells(grid, event->region());
+    if (!_appsShown.isFlat()) {
+        grid.drawSeparators(_selectedCoords, false);
+    }
+}
+
+void OTIconView::drawCells(GridPainter &painter, const QRegion &region)
+{
+    for (quint64 row = 0; row < _layout.rowCount(); ++row) {
+        for (quint64 column = 0; column < _layout.columnCount(); ++column) {
+            const QRectF cell = _layout.cellAt(row, column).rect;
+            if (cell.isEmpty() || !region.intersects(onWidget(cell))) {
+                continue;
+            }
+            const AppRef app = appAtCoords({ row, column });
+            painter.drawCell(row, column, lookOf(row, column, app), _runningPaths.contains(app),
+                app ? pictureOf(app) : QImage());
+        }
+    }
+}
+
+QImage OTIconView::pictureOf(const AppRef &app)
+{
+    const qreal ratio = devicePixelRatioF();
+    const int edge = int(std::lround(qreal(_layout.iconWidth()) * ratio));
+    if (edge != _scaledSize) {
+        _scaledIcons.clear();
+        _scaledSize = edge;
+    }
+    const QImage icon = _showIconSpectrums ? app->spectrumIcon() : app->icon();
+    if (icon.width() == edge && ratio == 1) {
+        return icon;
+    }
+    QImage &scaled = _scaledIcons[icon.cacheKey()];
+    if (scaled.isNull()) {
+        scaled = icon.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        scaled.setDevicePixelRatio(ratio);
+    }
+    return scaled;
+}

@@ -14,7 +14,7 @@ PathSet::PathSet(const AppList &apps)
 
 bool PathSet::contains(const AppRef &app) const
 {
-    return _paths.contains(app->path());
+    return app && _paths.contains(app->path());
 }
 
 void PathSet::insert(const AppRef &app)

@@ -61,6 +61,7 @@ private:
     // Empty when it is not shown.
     Coords coords() const { return _list.view() ? _list.view()->coordsOfApp(_app) : Coords(); }
     QString position() const;
+    QString description() const;
 
     const GridAccessible &_list;
     const AppRef _app;
@@ -83,6 +84,19 @@ QString GridItem::position() const
     return tr("%1 of %2", "place of an icon among all").arg(index() + 1).arg(_list.childCount());
 }
 
+// Not every reader tells the place among the items by itself.
+QString GridItem::description() const
+{
+    QStringList parts { position() };
+    if (_list.view()->isAppRunning(_app)) {
+        parts.append(tr("running"));
+    }
+    if (_list.view()->isAppExcluded(_app)) {
+        parts.append(tr("excluded"));
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
 QString GridItem::text(QAccessible::Text kind) const
 {
     if (!isValid()) {
@@ -94,9 +108,7 @@ QString GridItem::text(QAccessible::Text kind) const
     case QAccessible::Value:
         return position();
     case QAccessible::Description:
-        // Not every reader tells the place among the items by itself.
-        return _app->pid() ? tr("%1, running", "after the place of an icon").arg(position())
-                           : position();
+        return description();
     default:
         return {};
     }

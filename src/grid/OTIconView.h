@@ -77,6 +77,8 @@ public:
 
     // The cells that hold an application, in the order of the grid's rows.
     QList<Coords> occupiedCells() const;
+    bool isAppRunning(const AppRef &app) const { return _runningPaths.contains(app); }
+    bool isAppExcluded(const AppRef &app) const { return _excludedPaths.contains(app); }
     // What the shown group is called.
     QString groupTitle() const;
 
@@ -138,6 +140,7 @@ public:
     // Text in place of the grid while a long scan goes on; a count below 1 ends it.
     void showProgressStep(int step, int count, const QString &label);
     void updateColors();
+    const GridColors &colors() const { return _colors; }
     void setNeedsDisplayForApp(const AppRef &app);
 
 Q_SIGNALS:
@@ -180,11 +183,13 @@ private:
 
     void clicked(const AppRef &app, const QPoint &onScreen);
     void openMenu(const QPoint &onScreen);
+    void addActions(QMenu &menu, const AppRef &app);
     AppRef selectedApp() const { return appAtCoords(_selectedCoords); }
     void showPoof();
     void updateCursor();
 
     QRect onWidget(const QRectF &rect) const;
+    QRect paintedRect(const QRectF &cell) const;
     QPointF inView(const QPointF &onWidget) const;
 
     OTAppManager &_appManager;

@@ -58,7 +58,7 @@ void OTIconView::setNeedsDisplayForApp(const AppRef &app)
 void OTIconView::setNeedsDisplayForCoords(const Coords &coords)
 {
     if (_layout.isValidRow(coords.row, coords.col)) {
-        update(onWidget(_layout.cellAt(coords.row, coords.col).rect));
+        update(paintedRect(_layout.cellAt(coords.row, coords.col).rect));
     }
 }
 
@@ -68,7 +68,7 @@ void OTIconView::appIconDidChange(const AppRef &app)
     if (rect.isEmpty()) {
         return;
     }
-    _dirtyCells += onWidget(rect);
+    _dirtyCells += paintedRect(rect);
     if (!_repaintTimer.isActive()) {
         _repaintTimer.start();
     }
@@ -78,6 +78,14 @@ void OTIconView::repaintDirtyCells()
 {
     update(_dirtyCells);
     _dirtyCells = {};
+}
+
+// Where ratios are not whole, edges are brought onto whole pixels, a little beyond the cell.
+QRect OTIconView::paintedRect(const QRectF &cell) const
+{
+    const qreal ratio = devicePixelRatioF();
+    const int beyond = ratio == std::floor(ratio) ? 0 : 1;
+    return onWidget(cell).adjusted(-beyond, -beyond, beyond, beyond);
 }
 
 CellLook OTIconView::lookOf(quint64 row, quint64 column, const AppRef &app) const
@@ -100,7 +108,6 @@ CellLook OTIconView::lookOf(quint64 row, quint64 column, const AppRef &app) cons
 void OTIconView::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
     GridPainter grid(painter, _layout, _colors, height());
     grid.drawBackground(rect());
     if (_isBusyScanning) {
@@ -118,7 +125,7 @@ void OTIconView::drawCells(GridPainter &painter, const QRegion &region)
     for (quint64 row = 0; row < _layout.rowCount(); ++row) {
         for (quint64 column = 0; column < _layout.columnCount(); ++column) {
             const QRectF cell = _layout.cellAt(row, column).rect;
-            if (cell.isEmpty() || !region.intersects(onWidget(cell))) {
+            if (cell.isEmpty() || !region.intersects(paintedRect(cell))) {
                 continue;
             }
             const AppRef app = appAtCoords({ row, column });

@@ -117,7 +117,11 @@ void OTIconView::textCommitted(const QString &text)
 {
     bool isTyped = false;
     for (const QChar character : text) {
-        isTyped = _filter.press(character, false, [] { return false; }, now()).isHandled || isTyped;
+        isTyped = _filter
+                      .press(
+                          character, false, [] { return false; }, now())
+                      .isHandled
+            || isTyped;
     }
     if (isTyped) {
         filterChanged();

@@ -194,7 +194,25 @@ QMenu *OTIconView::contextualMenu()
         }
         add(tr("Quit"), [this] { quitSelectedApp(); });
     }
+    addActions(*menu, app);
     return menu.release();
+}
+
+// What the application itself offers, such as a new window.
+void OTIconView::addActions(QMenu &menu, const AppRef &app)
+{
+    const QList<ApplicationActions::Action> actions = app->actions();
+    if (!actions.isEmpty()) {
+        menu.addSeparator();
+    }
+    for (const ApplicationActions::Action &action : actions) {
+        QString title = action.title;
+        title.replace(QLatin1Char('&'), QLatin1String("&&"));
+        menu.addAction(title, this, [this, app, id = action.id] {
+            _launches.start([app, id] { app->performAction(id); });
+            _host.hide();
+        });
+    }
 }
 
 void OTIconView::openMenuAt(const Coords &coords)
@@ -303,10 +321,8 @@ void OTIconView::showPoof()
         || !_appManager.desktop().compositing().isActive()) {
         return;
     }
-    const QRectF onWidget =
-        Geometry::flipped(_layout.cellAt(cell.row, cell.col).rect, height());
-    PoofEffect::show(
-        _clickOnScreen.value_or(mapToGlobal(onWidget.center().toPoint())), this);
+    const QRectF onWidget = Geometry::flipped(_layout.cellAt(cell.row, cell.col).rect, height());
+    PoofEffect::show(_clickOnScreen.value_or(mapToGlobal(onWidget.center().toPoint())), this);
 }
 
 void OTIconView::updateCursor()

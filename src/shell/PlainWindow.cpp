@@ -2,6 +2,7 @@
 
 #include "grid/OTIconView.h"
 #include "support/NotificationCenter.h"
+#include "support/UserDefaults.h"
 
 #include <QGuiApplication>
 #include <QInputMethodEvent>
@@ -16,9 +17,8 @@ namespace {
 constexpr int ScreenMargin = 32;
 // What an empty group is shown in.
 constexpr QSize EmptySize(360, 160);
-// Dark enough for pale icons, light enough for black ones.
-constexpr QRgb Background = qRgb(58, 61, 68);
-constexpr QRgb MessageColor = qRgb(220, 222, 226);
+// What shows through the colour of the window, since nothing is behind it.
+constexpr QRgb Base = qRgb(222, 224, 228);
 
 } // namespace
 
@@ -34,6 +34,11 @@ PlainWindow::PlainWindow(OTAppManager &appManager, std::optional<QSizeF> largest
     setFocusPolicy(Qt::StrongFocus);
     connect(&NotificationCenter::defaultCenter(), &NotificationCenter::N_SubviewNeedsResizing, this,
         &PlainWindow::subviewDidResize);
+    connect(&UserDefaults::standard(), &UserDefaults::changed, this, [this](const QString &key) {
+        if (GridColors::keys().contains(key)) {
+            update();
+        }
+    });
     setFixedSize(EmptySize);
 }
 
@@ -60,9 +65,13 @@ void PlainWindow::subviewDidResize(QObject *view)
 void PlainWindow::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    painter.fillRect(event->rect(), QColor(Background));
+    const GridColors &colors = _iconView->colors();
+    painter.fillRect(event->rect(), QColor(Base));
+    painter.setOpacity(qreal(colors.winAlpha));
+    painter.fillRect(event->rect(), colors.winColor);
+    painter.setOpacity(1);
     if (_iconView->isEmpty()) {
-        painter.setPen(QColor(MessageColor));
+        painter.setPen(colors.textColor);
         painter.drawText(rect(), Qt::AlignCenter, tr("No applications"));
     }
 }

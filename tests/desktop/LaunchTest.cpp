@@ -2,6 +2,7 @@
 
 #include "desktop/ProgramRunner.h"
 
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QTest>
@@ -55,13 +56,18 @@ private Q_SLOTS:
     void aClickLaunchesTheApplicationUnderIt();
     void whatIsLaunchedOutlivesTheProgram();
     void aBundleThatIsGone_leavesTheGrid();
+    void keysAndMenu_driveTheGrid();
 
 private:
     // The grid as the window shows it on this screen.
     QJsonObject shownLayout() const;
     // The middle of an application's cell on the screen.
     QPoint middleOnScreen(const QString &name) const;
-    void click(const QString &name) const;
+    void click(const QString &name, int button = 1) const;
+    // Keys by their X names, as to the window that has the keyboard.
+    static void press(const QStringList &keys);
+    // The window as it stands on the screen.
+    QImage picture() const;
     void link(const QString &id) const;
     void showGrid(qsizetype cellCount);
 
@@ -124,7 +130,7 @@ QPoint LaunchTest::middleOnScreen(const QString &name) const
     return { -1, -1 };
 }
 
-void LaunchTest::click(const QString &name) const
+void LaunchTest::click(const QString &name, int button) const
 {
     const QPoint point = middleOnScreen(name);
     QVERIFY2(point.x() >= 0, qPrintable(name));
@@ -134,7 +140,22 @@ void LaunchTest::click(const QString &name) const
         { QStringLiteral("windowactivate"), QStringLiteral("--sync"), window,
             QStringLiteral("mousemove"), QStringLiteral("--window"), window,
             QString::number(point.x()), QString::number(point.y()), QStringLiteral("click"),
-            QStringLiteral("1") });
+            QString::number(button) });
+}
+
+void LaunchTest::press(const QStringList &keys)
+{
+    outputOf(QStringLiteral("xdotool"), QStringList { QStringLiteral("key") } + keys);
+}
+
+QImage LaunchTest::picture() const
+{
+    const QString window =
+        windowsOfClass(QStringLiteral("ortu")).value(0).section(QLatin1Char(' '), 0, 0);
+    const QString file = _runner->path(QStringLiteral("picture.png"));
+    outputOf(QStringLiteral("import"),
+        { QStringLiteral("-silent"), QStringLiteral("-window"), window, file });
+    return QImage(file);
 }
 
 void LaunchTest::aClickLaunchesTheApplicationUnderIt_data()
@@ -214,6 +235,54 @@ void LaunchTest::aBundleThatIsGone_leavesTheGrid()
         return log.contains("LSOpenCFURLRef() returned err: -43 for URL: file://");
     };
     QTRY_VERIFY2(isReported(), log.constData());
+}
+
+void LaunchTest::keysAndMenu_driveTheGrid()
+{
+    const QString started = _runner->path(QStringLiteral("started"));
+    for (const char *name : { "alpha", "beta", "bet" }) {
+        _runner->write(QStringLiteral("apps/%1.desktop").arg(QLatin1String(name)),
+            QByteArray("[Desktop Entry]\nType=Application\nIcon=xterm\nName=") + name
+                + "\nExec=touch " + QFile::encodeName(started) + '-' + name + '\n');
+    }
+    showGrid(3);
+    const auto colorOf = [this](const QString &name) {
+        return picture().pixelColor(middleOnScreen(name));
+    };
+    const QString alpha = QStringLiteral("alpha");
+    const QString beta = QStringLiteral("beta");
+    const auto excluded = [this] {
+        return _runner->read(QStringLiteral("data/Ortu/ExcludedApplications.plist"));
+    };
+    // Away from every icon, with the keyboard in the window.
+    outputOf(QStringLiteral("wmctrl"), { QStringLiteral("-xa"), QStringLiteral("ortu") });
+    outputOf(QStringLiteral("xdotool"),
+        { QStringLiteral("mousemove"), QStringLiteral("3"), QStringLiteral("3") });
+    const QColor shown = colorOf(beta);
+    QTRY_COMPARE(colorOf(alpha), shown);
+
+    press({ QStringLiteral("b") });
+    QTRY_VERIFY(colorOf(alpha) != shown);
+    QCOMPARE(colorOf(beta), shown);
+    press({ QStringLiteral("Escape") });
+    QTRY_COMPARE(colorOf(alpha), shown);
+    press({ QStringLiteral("b"), QStringLiteral("e"), QStringLiteral("t"), QStringLiteral("a"),
+        QStringLiteral("Return") });
+    QTRY_VERIFY(QFile::exists(started + QStringLiteral("-beta")));
+
+    click(alpha, 3);
+    press({ QStringLiteral("Down"), QStringLiteral("Return") });
+    QTRY_VERIFY(excluded().contains("alpha.desktop"));
+    outputOf(QStringLiteral("xdotool"),
+        { QStringLiteral("keydown"), QStringLiteral("alt"), QStringLiteral("key"),
+            QStringLiteral("Home"), QStringLiteral("key"), QStringLiteral("Menu"),
+            QStringLiteral("keyup"), QStringLiteral("alt") });
+    press({ QStringLiteral("Down"), QStringLiteral("Return") });
+    QTRY_VERIFY(!excluded().contains("alpha.desktop"));
+    // By the arrow keys, whatever the pointer is over.
+    press({ QStringLiteral("Home"), QStringLiteral("Return") });
+    QTRY_VERIFY(QFile::exists(started + QStringLiteral("-alpha")));
+    QVERIFY(!QFile::exists(started + QStringLiteral("-bet")));
 }
 
 QTEST_GUILESS_MAIN(LaunchTest)

@@ -7,23 +7,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-// A desktop on which the applications named "running" run.
-class BusyDesktop : public FolderDesktop
-{
-public:
-    using FolderDesktop::FolderDesktop;
-
-private:
-    std::optional<RunningProcess> processOf(const QString &path) const override
-    {
-        return ::Items::nameOf(path) == u"running"_s ? std::optional(RunningProcess())
-                                                     : std::nullopt;
-    }
-};
-
-} // namespace
+namespace { } // namespace
 
 class GridAccessibleTest : public IconViewFixture
 {
@@ -85,10 +69,13 @@ void GridAccessibleTest::theListHoldsTheIconsInOrder()
 
 void GridAccessibleTest::descriptionsTellPlaceAndState()
 {
-    _desktop = std::make_unique<BusyDesktop>(_home->path());
-    fill({ u"a"_s, u"running"_s });
+    fill({ u"a"_s, u"b"_s });
+    _desktop->run({ app(u"b"_s)->path() });
     QCOMPARE(list()->child(0)->text(QAccessible::Description), u"1 of 2"_s);
     QCOMPARE(list()->child(1)->text(QAccessible::Description), u"2 of 2, running"_s);
+    _manager->excludeApp(app(u"b"_s));
+    showGroup(AllGroup);
+    QCOMPARE(list()->child(1)->text(QAccessible::Description), u"2 of 2, running, excluded"_s);
 }
 
 void GridAccessibleTest::itemsLieWhereTheIconsAre()

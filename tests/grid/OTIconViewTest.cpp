@@ -68,6 +68,15 @@ void OTIconViewTest::anIconIsDrawnInItsCell()
     QVERIFY(shown.pixelColor(78, 77) != QColor(Qt::red));
     QCOMPARE(shown.pixelColor(82, 14), QColor(Qt::blue));
     QCOMPARE(shown.pixelColor(145, 77), QColor(Qt::blue));
+
+    // Behind what runs there is something, and nothing in a cell that is empty.
+    const QColor behind = shown.pixelColor(13, 40);
+    _desktop->run({ app(QStringLiteral("a"))->path() });
+    _view->forceRowColCountForRows(3, 0);
+    _view->resize(_view->viewSize().toSize());
+    const QImage forced = _view->grab().toImage();
+    QCOMPARE(forced.pixelColor(13, 40), QColor(Qt::red));
+    QCOMPARE(forced.pixelColor(13, 40 + 2 * 68), behind);
 }
 
 void OTIconViewTest::aChangedIconRepaintsItsCellAlone()

@@ -274,6 +274,7 @@ void LaunchScopeTest::programs_areOnTheirOwn()
         argument.endStructure();
         properties[key] = value.variant();
     }
+    argument.endArray();
     QCOMPARE(unit[0].toString().toUtf8(),
         (isEntry ? "app-ortu-a-" : R"(app-ortu-My\x2dProgram-)") + facts["pid"] + ".scope");
     QCOMPARE(unit[1].toString(), QStringLiteral("fail"));
@@ -365,11 +366,13 @@ void LaunchScopeTest::withoutBus_noneIsStarted()
         "#!/bin/sh\necho \"$@\" >" + QFile::encodeName(trace) + '\n', 0755);
     const QByteArray path = qgetenv("PATH");
     qputenv("PATH", QFile::encodeName(_tree->path(QStringLiteral("bin"))) + ':' + path);
+    const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(_tree->addFolder(QStringLiteral("run"))));
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     const FreedesktopLauncher made;
     const bool areLaunched = open({ addEntry(QStringLiteral("a.desktop"), _exec), _program });
     qputenv("PATH", path);
+    qputenv("XDG_RUNTIME_DIR", folder);
     QVERIFY(areLaunched);
     QCOMPARE(started(2).value(0).value("bus", "?"), QByteArray());
     QCOMPARE(started(2).value(1).value("bus", "?"), QByteArray());

@@ -134,7 +134,7 @@ void collect(GDesktopAppInfo *, GPid pid, gpointer pids)
 //
 // GIO tells the bus of every launch, and has a thread of its small pool wait until that is sent,
 // which takes another thread of the pool. Many launches at once would leave none for it, and
-// nothing would be sent any more, by whomever. One after the other never comes to that.
+// nothing would be sent any more, by whomever. Started one after the other they leave enough.
 LaunchStatus spawn(GDesktopAppInfo *info, const QList<QUrl> &documents, GAppLaunchContext *context,
     QList<qint64> *pids)
 {
@@ -146,11 +146,9 @@ LaunchStatus spawn(GDesktopAppInfo *info, const QList<QUrl> &documents, GAppLaun
     QByteArray home = QFile::encodeName(QDir::homePath());
     GioError error;
     const QMutexLocker lock(&turn);
-    const bool isLaunched =
-        g_desktop_app_info_launch_uris_as_manager(info, uris.get(), context, G_SPAWN_SEARCH_PATH,
+    if (g_desktop_app_info_launch_uris_as_manager(info, uris.get(), context, G_SPAWN_SEARCH_PATH,
             setUpChild, hasFolder ? nullptr : home.data(), collect, pids, error.receive())
-        != FALSE;
-    if (isLaunched) {
+        != FALSE) {
         return LaunchStatus::Launched;
     }
     qCDebug(lcPlatform, "not launched: %s", qUtf8Printable(error.text()));

@@ -2,8 +2,6 @@
 
 #include "platform/freedesktop/Log.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 #include <chrono>
 #include <functional>
@@ -93,9 +91,6 @@ RunningWindows::RunningWindows(
     }
     _matcher.refresh();
     _ownApplication = _matcher.pathOfId(QStringLiteral("org.ortu.Ortu"));
-    if (_ownApplication.isEmpty()) {
-        _ownApplication = QCoreApplication::applicationFilePath();
-    }
     connect(&_connection, &XConnection::eventArrived, this, &RunningWindows::handleEvent);
     connect(&_connection, &XConnection::eventsTaken, this, &RunningWindows::refresh);
     connect(&_connection, &XConnection::closed, this, &RunningWindows::forgetAll);
@@ -250,12 +245,13 @@ bool RunningWindows::matchKnown(QList<xcb_window_t> windows)
     for (const xcb_window_t window : std::as_const(windows)) {
         const WindowTraits &traits = _known[window].traits;
         QString application = applicationBelow(window);
-        if (traits.processId == ::getpid()) {
+        const bool isOwn = traits.processId == ::getpid();
+        if (isOwn) {
             application = _ownApplication;
         } else if (application.isEmpty()) {
             application = _matcher.bundleOf(traits, processOf(traits));
         }
-        areAllKnown = areAllKnown && !application.isEmpty();
+        areAllKnown = areAllKnown && (isOwn || !application.isEmpty());
         _known[window].application = application;
     }
     return areAllKnown;

@@ -30,6 +30,9 @@ int Commands::screenshot(const Invocation &invocation, Desktop &desktop)
         return Output::fail(QStringLiteral("the picture would be too large"));
     }
     picture.setDevicePixelRatio(invocation.scale);
+    // Drawn once so that sharper icons are asked for where they are needed, and then with them.
+    window.render(&picture);
+    CatalogueSetup::waitForIcons(manager);
     picture.fill(Qt::transparent);
     window.render(&picture);
     return Output::writePicture(picture, invocation.file);

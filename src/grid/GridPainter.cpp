@@ -233,10 +233,22 @@ void GridPainter::drawHighlight(const QRectF &cell, const QColor &color)
                               HighlightRadius * ratio),
             color);
     } else if (_colors.drawStrokedIconHighlight) {
-        const qreal width = pixels(StrokeWidth);
-        _painter.strokePath(
-            roundedRectanglePath(inset(onPixels(cell), width / 2), HighlightRadius * ratio),
-            QPen(color, width));
+        drawOutline(cell, color);
+    }
+}
+
+void GridPainter::drawOutline(const QRectF &cell, const QColor &color)
+{
+    const qreal width = pixels(StrokeWidth);
+    _painter.strokePath(
+        roundedRectanglePath(inset(onPixels(cell), width / 2), HighlightRadius * _toDevice.m11()),
+        QPen(color, width));
+}
+
+void GridPainter::drawFocus(quint64 row, quint64 column)
+{
+    if (_layout.isValidRow(row, column)) {
+        drawOutline(_layout.cellAt(row, column).rect, _colors.textColor);
     }
 }
 

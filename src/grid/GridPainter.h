@@ -62,6 +62,9 @@ public:
     void drawCell(
         quint64 row, quint64 column, const CellLook &look, bool isRunning, const QImage &picture);
 
+    // Round the cell that the keyboard has selected.
+    void drawFocus(quint64 row, quint64 column);
+
     // Lines between bunches. During a move of an icon, the gap or outer margin that `selected`
     // names is bracketed instead: dropping there would make a new bunch.
     void drawSeparators(const Coords &selected, bool isMoving);
@@ -83,6 +86,7 @@ private:
 
     bool isStacked() const;
     void drawHighlight(const QRectF &cell, const QColor &color);
+    void drawOutline(const QRectF &cell, const QColor &color);
     void drawBracket(size_t spacer);
     // Across the spacer, `at` points from the edge of the view.
     void drawLine(const QRectF &spacer, qreal at);

@@ -174,6 +174,7 @@ private:
     CellLook lookOf(quint64 row, quint64 column, const AppRef &app) const;
     void drawCells(GridPainter &painter, const QRegion &region);
     QImage pictureOf(const AppRef &app);
+    QImage sharpIconOf(const AppRef &app, const QImage &icon);
     void setNeedsDisplayForCoords(const Coords &coords);
 
     qint64 now() const { return _clock.elapsed(); }
@@ -207,6 +208,10 @@ private:
     // loaded.
     QHash<qint64, QImage> _scaledIcons;
     int _scaledSize = 0;
+    // Icons loaded for a screen with more pixels than points, by those they stand for; null while
+    // they are on their way.
+    QHash<qint64, QImage> _sharpIcons;
+    qreal _paintRatio = 1;
     // Cells whose icons arrived since the last repaint.
     QRegion _dirtyCells;
     QTimer _repaintTimer;

@@ -4,6 +4,9 @@
 #include "catalogue/OTAppManager.h"
 #include "grid/CellLook.h"
 #include "grid/OTIconView.h"
+#include "icons/IconLoader.h"
+#include "icons/NamedImages.h"
+#include "platform/Desktop.h"
 #include "support/Geometry.h"
 
 #include <QApplication>
@@ -108,6 +111,7 @@ CellLook OTIconView::lookOf(quint64 row, quint64 column, const AppRef &app) cons
 void OTIconView::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
+    _paintRatio = painter.device()->devicePixelRatioF();
     GridPainter grid(painter, _layout, _colors, height());
     grid.drawBackground(rect());
     if (_isBusyScanning) {
@@ -115,6 +119,10 @@ void OTIconView::paintEvent(QPaintEvent *event)
         return;
     }
     drawCells(grid, event->region());
+    // What the pointer is over needs no mark.
+    if (_isSelectedByKeys && selectedApp()) {
+        grid.drawFocus(_selectedCoords.row, _selectedCoords.col);
+    }
     if (!_appsShown.isFlat()) {
         grid.drawSeparators(_selectedCoords, false);
     }
@@ -137,20 +145,50 @@ void OTIconView::drawCells(GridPainter &painter, const QRegion &region)
 
 QImage OTIconView::pictureOf(const AppRef &app)
 {
-    const qreal ratio = devicePixelRatioF();
-    const int edge = int(std::lround(qreal(_layout.iconWidth()) * ratio));
+    const int edge = int(std::lround(qreal(_layout.iconWidth()) * _paintRatio));
     if (edge != _scaledSize) {
         _scaledIcons.clear();
+        _sharpIcons.clear();
         _scaledSize = edge;
     }
-    const QImage icon = _showIconSpectrums ? app->spectrumIcon() : app->icon();
-    if (icon.width() == edge && ratio == 1) {
+    QImage icon = _showIconSpectrums ? app->spectrumIcon() : app->icon();
+    if (_paintRatio > 1 && !_showIconSpectrums) {
+        icon = sharpIconOf(app, icon);
+    }
+    if (icon.width() == edge) {
         return icon;
     }
     QImage &scaled = _scaledIcons[icon.cacheKey()];
     if (scaled.isNull()) {
         scaled = icon.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        scaled.setDevicePixelRatio(ratio);
     }
     return scaled;
+}
+
+// An icon is loaded in points, which is how it is measured; where a point is more than a pixel it
+// is loaded once more to be drawn. Until that one has arrived, the first one.
+QImage OTIconView::sharpIconOf(const AppRef &app, const QImage &icon)
+{
+    const qint64 key = icon.cacheKey();
+    const bool isPlaceholder =
+        key == NamedImages::dot().cacheKey() || key == NamedImages::notfound().cacheKey();
+    if (isPlaceholder || icon.width() >= _scaledSize) {
+        return icon;
+    }
+    const auto sharp = _sharpIcons.constFind(key);
+    if (sharp != _sharpIcons.constEnd()) {
+        return sharp->isNull() ? icon : *sharp;
+    }
+    _sharpIcons.insert(key, {});
+    IconParameters parameters;
+    parameters.maximumIconSize = _scaledSize;
+    const auto take = [view = QPointer(this), app, key](const LoadedIcon &loaded) {
+        if (view && !loaded.image.isNull() && view->_sharpIcons.contains(key)) {
+            view->_sharpIcons[key] = loaded.image;
+            view->appIconDidChange(app);
+        }
+    };
+    IconLoader::sharedIconLoader().addOperation(
+        { app->path(), parameters, take }, _appManager.desktop().icons());
+    return icon;
 }

@@ -15,6 +15,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -183,12 +184,15 @@ bool OTIconView::moveSelection(int key)
     const Coords from = _isSelectedByKeys || selectedApp() ? _selectedCoords : Coords();
     selectCoords(SelectionSteps::moved(from, *step, _layout, isOccupied));
     _isSelectedByKeys = true;
+    setNeedsDisplayForCoords(_selectedCoords);
     return true;
 }
 
 void OTIconView::selectCoords(const Coords &coords)
 {
-    _isSelectedByKeys = false;
+    if (std::exchange(_isSelectedByKeys, false)) {
+        setNeedsDisplayForCoords(_selectedCoords);
+    }
     _oldSelectedCoords = _selectedCoords;
     if (coords == _selectedCoords) {
         return;

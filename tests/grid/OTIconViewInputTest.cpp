@@ -93,8 +93,14 @@ private Q_SLOTS:
         QCOMPARE(selected(), u"bc"_s);
         press(Qt::Key_Return);
         QTRY_COMPARE(_desktop->launched(), QStringList(u"bc"_s));
+        const QImage before = _view->grab().toImage();
         press(Qt::Key_Home);
         QCOMPARE(selected(), u"a"_s);
+        const QImage marked = _view->grab().toImage();
+        QVERIFY(marked.copy(12, 12, 68, 68) != before.copy(12, 12, 68, 68));
+        hover(u"a"_s);
+        QCOMPARE(_view->grab().toImage().copy(12, 12, 68, 68), before.copy(12, 12, 68, 68));
+        press(Qt::Key_Home);
         QVERIFY(press(Qt::Key_Menu));
         QTRY_VERIFY(QApplication::activePopupWidget());
         QApplication::activePopupWidget()->close();
@@ -234,7 +240,8 @@ private Q_SLOTS:
         };
         chosen(u"b"_s, u"Exclude"_s, [this] { _manager->excludeApp(app(u"a"_s)); });
         QCOMPARE(names(_manager->includedApps1D()), u"c"_s);
-        chosen(u"c"_s, u"Exclude"_s, [this] { _manager->removeAppsFromAllArrays({ app(u"c"_s) }); });
+        chosen(
+            u"c"_s, u"Exclude"_s, [this] { _manager->removeAppsFromAllArrays({ app(u"c"_s) }); });
         QCOMPARE(names(_manager->excludedApps1D()), u"a b"_s);
 
         showGroup(AllGroup);
@@ -249,7 +256,8 @@ private Q_SLOTS:
         chosen(u"a"_s, u"Hide"_s, [] {});
         chosen(u"a"_s, u"Quit"_s, [] {});
         chosen(u"a"_s, u"Show in Finder"_s, [] {});
-        QTRY_COMPARE(_desktop->launched(), QStringList({ u"hide a"_s, u"quit a"_s, u"reveal a"_s }));
+        QTRY_COMPARE(
+            _desktop->launched(), QStringList({ u"hide a"_s, u"quit a"_s, u"reveal a"_s }));
     }
 
     void modifiers_changeWhatIsShown()

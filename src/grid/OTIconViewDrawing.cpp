@@ -111,7 +111,7 @@ CellLook OTIconView::lookOf(quint64 row, quint64 column, const AppRef &app) cons
 void OTIconView::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    _paintRatio = painter.device()->devicePixelRatioF();
+    _paintRatio = painter.deviceTransform().m11();
     GridPainter grid(painter, _layout, _colors, height());
     grid.drawBackground(rect());
     if (_isBusyScanning) {

@@ -195,6 +195,16 @@ void GridAccessible::install()
     QAccessible::installFactory(gridInterface);
 }
 
+void GridAccessible::contentChanged(OTIconView *view)
+{
+    if (QAccessible::isActive()) {
+        QAccessibleEvent order(view, QAccessible::ObjectReorder);
+        QAccessible::updateAccessibility(&order);
+        QAccessibleEvent name(view, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&name);
+    }
+}
+
 void GridAccessible::selectionChanged(OTIconView *view)
 {
     if (!QAccessible::isActive()) {

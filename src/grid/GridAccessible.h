@@ -26,6 +26,9 @@ public:
     // To be called after the selection of a grid has changed: the item selected now is announced.
     static void selectionChanged(OTIconView *view);
 
+    // To be called after a grid was filled anew, or with another group.
+    static void contentChanged(OTIconView *view);
+
     explicit GridAccessible(OTIconView *view);
     ~GridAccessible() override;
 

@@ -19,6 +19,9 @@ namespace {
 // other.
 constexpr int MostLaunches = 32;
 
+// For what is under way when the grid goes, in milliseconds.
+constexpr int LongestFarewell = 1000;
+
 // Icons arrive by the hundred; painting each on its own would take longer than loading it. In
 // milliseconds, less than a frame of a screen.
 constexpr int RepaintInterval = 10;
@@ -54,7 +57,7 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     , _host(host)
 {
     _layout.setSettings(GridInput::settings());
-    _launches.setMaxThreadCount(MostLaunches);
+    _launches->setMaxThreadCount(MostLaunches);
     _repaintTimer.setSingleShot(true);
     _repaintTimer.setInterval(RepaintInterval);
     connect(&_repaintTimer, &QTimer::timeout, this, &OTIconView::repaintDirtyCells);
@@ -76,7 +79,13 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     updateColors();
 }
 
-OTIconView::~OTIconView() = default;
+// A launch may wait for a program that never answers; nobody shall wait for that.
+OTIconView::~OTIconView()
+{
+    if (!_launches->waitForDone(LongestFarewell)) {
+        static_cast<void>(_launches.release());
+    }
+}
 
 void OTIconView::registerDefaults()
 {
@@ -159,15 +168,18 @@ void OTIconView::resizeView(Resizing resizing)
             _layout.columnCount(), _layout.rowCount(), _layout.bunchCount(), _layout.cellWidth());
     };
     const auto before = figures();
+    const AppRef selected = selectedApp();
     _layout.setContents(GridInput::contents(array, group));
     _layout.setMaxIconViewSize(_host.maxIconViewSize());
     _layout.setFrameSize(size());
     _layout.calcRowColCount();
     fillCells();
+    keepSelection(selected);
     update();
     if (isAnotherList) {
         Q_EMIT groupShownChanged(_groupShown);
     }
+    GridAccessible::contentChanged(this);
     if (resizing == Resizing::Forced || figures() != before) {
         Q_EMIT NotificationCenter::defaultCenter().N_SubviewNeedsResizing(this);
     }
@@ -179,6 +191,19 @@ void OTIconView::forceRowColCountForRows(quint64 rows, quint64 orCols)
     fillCells();
     update();
     Q_EMIT NotificationCenter::defaultCenter().N_SubviewNeedsResizing(this);
+}
+
+// What keys have selected stays selected wherever it lies now; what the pointer has, is the cell.
+void OTIconView::keepSelection(const AppRef &selected)
+{
+    if (_isSelectedByKeys) {
+        selectKeepingKeys(coordsOfApp(selected));
+        _isSelectedByKeys = selectedApp() != nullptr;
+    } else if (selectedApp() != selected) {
+        const Coords coords = _selectedCoords;
+        selectCoords({});
+        selectCoords(coords);
+    }
 }
 
 void OTIconView::fillCells()

@@ -25,6 +25,7 @@
 #include <QVariant>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 
 class GridHost;
@@ -170,6 +171,8 @@ private:
     bool isFavouritesGroup() const;
     bool isExcludedGroup() const;
     void fillCells();
+    void keepSelection(const AppRef &selected);
+    void selectKeepingKeys(const Coords &coords);
 
     CellLook lookOf(quint64 row, quint64 column, const AppRef &app) const;
     void drawCells(GridPainter &painter, const QRegion &region);
@@ -235,9 +238,10 @@ private:
 
     // Where a button was pressed; set only while it is down.
     std::optional<QPointF> _mouseDownPoint;
+    AppRef _pressedApp;
     bool _isDragWanted = false;
     // Where a click was that is being dealt with.
     std::optional<QPoint> _clickOnScreen;
     QPointer<QMenu> _menu;
-    QThreadPool _launches;
+    std::unique_ptr<QThreadPool> _launches = std::make_unique<QThreadPool>();
 };

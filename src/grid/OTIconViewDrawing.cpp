@@ -158,6 +158,10 @@ QImage OTIconView::pictureOf(const AppRef &app)
     if (icon.width() == edge) {
         return icon;
     }
+    // Icons come anew now and then, and nobody says which of the old ones are gone.
+    if (_scaledIcons.size() > 2 * _cellApps.size()) {
+        _scaledIcons.clear();
+    }
     QImage &scaled = _scaledIcons[icon.cacheKey()];
     if (scaled.isNull()) {
         scaled = icon.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
@@ -179,9 +183,10 @@ QImage OTIconView::sharpIconOf(const AppRef &app, const QImage &icon)
     if (sharp != _sharpIcons.constEnd()) {
         return sharp->isNull() ? icon : *sharp;
     }
+    if (_sharpIcons.size() > 2 * _cellApps.size()) {
+        _sharpIcons.clear();
+    }
     _sharpIcons.insert(key, {});
-    IconParameters parameters;
-    parameters.maximumIconSize = _scaledSize;
     const auto take = [view = QPointer(this), app, key](const LoadedIcon &loaded) {
         if (view && !loaded.image.isNull() && view->_sharpIcons.contains(key)) {
             view->_sharpIcons[key] = loaded.image;
@@ -189,6 +194,6 @@ QImage OTIconView::sharpIconOf(const AppRef &app, const QImage &icon)
         }
     };
     IconLoader::sharedIconLoader().addOperation(
-        { app->path(), parameters, take }, _appManager.desktop().icons());
+        { app->path(), _scaledSize, take }, _appManager.desktop().icons());
     return icon;
 }

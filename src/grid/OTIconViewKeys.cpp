@@ -11,6 +11,7 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QWheelEvent>
 
@@ -116,15 +117,14 @@ bool OTIconView::handleKeyUp(const QKeyEvent &)
 
 void OTIconView::textCommitted(const QString &text)
 {
+    const QString before = _filter.string();
+    const auto launchesNothing = [] { return false; };
     bool isTyped = false;
-    for (const QChar character : text) {
-        isTyped = _filter
-                      .press(
-                          character, false, [] { return false; }, now())
-                      .isHandled
-            || isTyped;
+    for (const char32_t character : text.toStdU32String()) {
+        const QString typed = QString::fromUcs4(&character, 1);
+        isTyped = _filter.press(typed, false, launchesNothing, now()).isHandled || isTyped;
     }
-    if (isTyped) {
+    if (isTyped || _filter.string() != before) {
         filterChanged();
     }
 }
@@ -219,12 +219,23 @@ void OTIconView::selectCoords(const Coords &coords)
     redisplay(old.margin, coords.margin, _layout.marginRects());
 }
 
+void OTIconView::selectKeepingKeys(const Coords &coords)
+{
+    const bool isByKeys = _isSelectedByKeys;
+    selectCoords(coords);
+    _isSelectedByKeys = isByKeys;
+    if (isByKeys) {
+        setNeedsDisplayForCoords(_selectedCoords);
+    }
+}
+
 void OTIconView::reset()
 {
     _modifiers = {};
     resetFilterSubstring();
     selectCoords({});
     _mouseDownPoint.reset();
+    _pressedApp.reset();
     _isDragWanted = false;
     _showIconSpectrums = false;
     updateCursor();
@@ -233,7 +244,8 @@ void OTIconView::reset()
 void OTIconView::resignFirstResponder()
 {
     reset();
-    update();
+    // Without its modifiers another group may be the one to show.
+    resizeView(Resizing::WhenChanged);
 }
 
 void OTIconView::ignoreHeldModifiers(Qt::KeyboardModifiers modifiers)
@@ -263,7 +275,11 @@ void OTIconView::modifierKeysChanged(Qt::KeyboardModifiers modifiers)
 void OTIconView::wheelEvent(QWheelEvent *event)
 {
     const bool isReversed = UserDefaults::standard().boolForKey(GridKeys::reverseScrollWheel);
-    const QPoint delta = event->angleDelta();
+    // On X the toolkit turns the wheel on its side while Alt is held, which here means something
+    // else.
+    const bool isTurned = event->modifiers().testFlag(Qt::AltModifier)
+        && QGuiApplication::platformName() == QLatin1String("xcb");
+    const QPoint delta = isTurned ? event->angleDelta().transposed() : event->angleDelta();
     NotificationCenter &center = NotificationCenter::defaultCenter();
     switch (_wheel.scroll(delta.x() / HorizontalUnit, delta.y() / VerticalUnit,
         double(event->timestamp()) / 1000, isReversed, _filter, now())) {

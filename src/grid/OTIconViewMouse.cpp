@@ -17,6 +17,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -46,6 +47,7 @@ void OTIconView::mousePressEvent(QMouseEvent *event)
     _mouseDownPoint = point;
     _isDragWanted = false;
     const AppRef app = appAtPoint(point);
+    _pressedApp = app;
     if (app) {
         setNeedsDisplayForApp(app);
     }
@@ -88,8 +90,11 @@ void OTIconView::mouseReleaseEvent(QMouseEvent *event)
         event->ignore();
         return;
     }
+    modifierKeysChanged(event->modifiers());
+    // A click on the inactive window counts as well.
     _modifiers = ModifierKeys::of(event->modifiers() & ~_ignoredModifiers);
-    const AppRef pressed = _mouseDownPoint ? appAtPoint(*_mouseDownPoint) : nullptr;
+    // The cells may have been filled anew since.
+    const AppRef pressed = _mouseDownPoint ? std::exchange(_pressedApp, nullptr) : nullptr;
     const AppRef released = appAtPoint(inView(event->position()));
     const bool isDrag = _isDragWanted;
     _mouseDownPoint.reset();
@@ -146,7 +151,7 @@ void OTIconView::launchApp(const AppRef &app, const QMimeData *withPasteboard)
         }
         return;
     }
-    _launches.start([app, documents = OTApp::documentsOnPasteboard(withPasteboard)] {
+    _launches->start([app, documents = OTApp::documentsOnPasteboard(withPasteboard)] {
         app->launchWithDocuments(documents);
     });
     _host.hide();
@@ -162,7 +167,7 @@ QMenu *OTIconView::contextualMenu()
     const auto add = [&](const QString &title, auto action) {
         menu->addAction(title, this, [this, app, action] {
             // The cells may have been filled anew since.
-            selectCoords(coordsOfApp(app));
+            selectKeepingKeys(coordsOfApp(app));
             if (selectedApp()) {
                 action();
             }
@@ -209,7 +214,7 @@ void OTIconView::addActions(QMenu &menu, const AppRef &app)
         QString title = action.title;
         title.replace(QLatin1Char('&'), QLatin1String("&&"));
         menu.addAction(title, this, [this, app, id = action.id] {
-            _launches.start([app, id] { app->performAction(id); });
+            _launches->start([app, id] { app->performAction(id); });
             _host.hide();
         });
     }
@@ -217,7 +222,7 @@ void OTIconView::addActions(QMenu &menu, const AppRef &app)
 
 void OTIconView::openMenuAt(const Coords &coords)
 {
-    selectCoords(coords);
+    selectKeepingKeys(coords);
     if (selectedApp()) {
         const QPointF middle =
             Geometry::flipped(_layout.cellAt(coords.row, coords.col).rect, height()).center();
@@ -234,7 +239,16 @@ void OTIconView::openMenu(const QPoint &onScreen)
     if (!_menu) {
         return;
     }
+    _menu->setParent(this, _menu->windowFlags());
     _menu->setAttribute(Qt::WA_DeleteOnClose);
+    // The pointer may have left the grid in the menu. What was chosen comes first.
+    const auto leave = [this] {
+        if (!underMouse() && !_isSelectedByKeys) {
+            selectCoords({});
+        }
+    };
+    connect(_menu, &QMenu::aboutToHide, this,
+        [this, leave] { QMetaObject::invokeMethod(this, leave, Qt::QueuedConnection); });
     _menu->popup(onScreen);
 }
 
@@ -309,7 +323,7 @@ void OTIconView::showAppInFinder()
 {
     if (const AppRef app = selectedApp()) {
         // Asking a file browser may take a while.
-        _launches.start([app] { app->revealInFinder(); });
+        _launches->start([app] { app->revealInFinder(); });
     }
 }
 
@@ -327,7 +341,7 @@ void OTIconView::showPoof()
 
 void OTIconView::updateCursor()
 {
-    if (_modifiers.shift && _groupShown != RunningGroup) {
+    if (_modifiers.shift && _groupShown > RunningGroup) {
         setCursor(disappearingItemCursor());
     } else {
         unsetCursor();

@@ -21,7 +21,7 @@ constexpr int MeasuringPriority = 0;
 // Null, after one log line, when there is no icon.
 QImage loaded(const IconLoadOperation &operation, const IconProvider &provider)
 {
-    const int size = operation.parameters.iconSize();
+    const int size = operation.size;
     const IconSource source = provider.resolve(operation.filePath, size);
     if (source.isNull()) {
         qCWarning(lcIcons, "IconLoader::run Error loading icon for path: %s",
@@ -36,7 +36,14 @@ QImage loaded(const IconLoadOperation &operation, const IconProvider &provider)
 IconLoadOperation::IconLoadOperation(
     const QString &path, const IconParameters &iconParameters, Receiver iconReceiver)
     : filePath(path)
+    , size(iconParameters.iconSize())
     , parameters(iconParameters)
+    , receiver(std::move(iconReceiver))
+{ }
+
+IconLoadOperation::IconLoadOperation(const QString &path, int iconSize, Receiver iconReceiver)
+    : filePath(path)
+    , size(iconSize)
     , receiver(std::move(iconReceiver))
 { }
 

@@ -44,6 +44,8 @@ struct IconLoadOperation
     using Receiver = std::function<void(LoadedIcon)>;
 
     QString filePath;
+    // Edge of the icon to load, in pixels.
+    int size = 0;
     // The icon to measure; null to load one.
     QImage image;
     IconParameters parameters;
@@ -52,6 +54,8 @@ struct IconLoadOperation
     // Loads the icon of the bundle at a path.
     IconLoadOperation(
         const QString &path, const IconParameters &iconParameters, Receiver iconReceiver);
+    // The same in a size of its own, for a screen of more pixels than points.
+    IconLoadOperation(const QString &path, int iconSize, Receiver iconReceiver);
     // Measures an icon.
     IconLoadOperation(
         const QImage &icon, const IconParameters &iconParameters, Receiver iconReceiver);

@@ -20,6 +20,21 @@ constexpr QSize EmptySize(360, 160);
 // What shows through the colour of the window, since nothing is behind it.
 constexpr QRgb Base = qRgb(222, 224, 228);
 
+// An event of one of two equal modifier keys knows nothing of the other.
+Qt::KeyboardModifiers heldModifiers(const QKeyEvent &event)
+{
+    switch (event.key()) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+        return QGuiApplication::queryKeyboardModifiers();
+    default:
+        return event.modifiers();
+    }
+}
+
 } // namespace
 
 PlainWindow::PlainWindow(OTAppManager &appManager, std::optional<QSizeF> largestGrid)
@@ -78,13 +93,13 @@ void PlainWindow::paintEvent(QPaintEvent *event)
 
 void PlainWindow::keyPressEvent(QKeyEvent *event)
 {
-    _iconView->modifierKeysChanged(event->modifiers());
+    _iconView->modifierKeysChanged(heldModifiers(*event));
     event->setAccepted(_iconView->keyPressed(*event));
 }
 
 void PlainWindow::keyReleaseEvent(QKeyEvent *event)
 {
-    _iconView->modifierKeysChanged(event->modifiers());
+    _iconView->modifierKeysChanged(heldModifiers(*event));
     event->setAccepted(_iconView->handleKeyUp(*event));
 }
 

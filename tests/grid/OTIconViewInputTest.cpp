@@ -41,6 +41,10 @@ private Q_SLOTS:
         QVERIFY(press(Qt::Key_Escape) && !press(Qt::Key_Escape));
         _view->textCommitted(u"é"_s);
         QCOMPARE(_view->filterSubstring(), u"é"_s);
+        const QString beyond = QString::fromUcs4(U"\U0001E922", 1);
+        _view->textCommitted(beyond);
+        QCOMPARE(_view->filterSubstring(), u"é"_s + beyond);
+        press(Qt::Key_Backspace);
         QVERIFY(!press(Qt::Key_A, Qt::ControlModifier, u"\x01"_s));
         QCOMPARE(_view->filterSubstring(), u"é"_s);
     }
@@ -104,6 +108,37 @@ private Q_SLOTS:
         QVERIFY(press(Qt::Key_Menu));
         QTRY_VERIFY(QApplication::activePopupWidget());
         QApplication::activePopupWidget()->close();
+    }
+
+    void whatComesAndGoes_changesNothingThatWasBegun()
+    {
+        fill({ u"b"_s, u"c"_s, u"d"_s });
+        const auto addAndScan = [this](const QString &name) {
+            QFile file(_home->filePath("apps/"_L1 + name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            _manager->fullScan();
+            QVERIFY(QTest::qWaitFor([&] { return !_manager->isBusyScanning(); }));
+        };
+        hover(u"b"_s);
+        press(Qt::Key_Right);
+        addAndScan(u"a"_s);
+        QCOMPARE(_view->occupiedCells().size(), 4);
+        QCOMPARE(selected(), u"c"_s);
+        press(Qt::Key_Menu);
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        QApplication::activePopupWidget()->close();
+        press(Qt::Key_Return);
+        QTRY_COMPARE(_desktop->launched(), QStringList(u"c"_s));
+        // What is pressed goes, and the next one takes its place.
+        const QPointF start = middleOf(u"b"_s);
+        send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
+        _manager->removeAppsFromAllArrays({ app(u"b"_s) });
+        QVERIFY(_view->appAtPoint(Geometry::flipped(start, _view->height())));
+        send(QEvent::MouseButtonRelease, start, Qt::LeftButton, {});
+        QCOMPARE(_host.hideCount, 1);
+        press(Qt::Key_Menu);
+        _view.reset();
+        QVERIFY(!QApplication::activePopupWidget());
     }
 
     void pointer_selectsAndRepaintsTwoCells()

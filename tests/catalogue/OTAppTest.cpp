@@ -151,6 +151,8 @@ private Q_SLOTS:
         QTest::newRow("no address") << QString() << u"/x.app <- "_s;
         QTest::newRow("files") << u"file:///b file:///a/../c"_s
                                << u"/x.app <- file:///b file:///c"_s;
+        QTest::newRow("name that is not UTF-8")
+            << u"file:///x//d%E4"_s << u"/x.app <- file:///x/d%E4"_s;
         QTest::newRow("one address of two")
             << u"https://b.org https://a.org"_s << u"/x.app <- https://b.org"_s;
         QTest::newRow("files before addresses")

@@ -76,10 +76,17 @@ private Q_SLOTS:
             << u"quiet=Still, window=New Window"_s;
         QTest::newRow("a title in several lines, byte order mark")
             << "\xef\xbb\xbf" + start
-            << QByteArray("Exec=true\nActions=a\n[Desktop Action a]\nName=\\tTwo\\n  & lines\n")
+            << QByteArray(
+                   "Exec=true\nActions=a\n[Desktop Action a]\nName=\\tTwo\\n  & lines\nExec=true\n")
             << u"a=Two & lines"_s;
         QTest::newRow("started by the bus alone")
             << start << "DBusActivatable=true\nActions=window\n" + window << u"window=New Window"_s;
+        const QByteArray bare = "[Desktop Action bare]\nName=Bare\n";
+        QTest::newRow("nothing to run")
+            << start << "Exec=true\nActions=bare;window\n" + bare + window
+            << u"window=New Window"_s;
+        QTest::newRow("nothing to run, but a name on the bus")
+            << start << "DBusActivatable=true\nActions=bare\n" + bare << u"bare=Bare"_s;
         QTest::newRow("program missing")
             << start << "Exec=/nowhere/program\nActions=window\n" + window << QString();
     }
@@ -148,7 +155,7 @@ private Q_SLOTS:
         };
         expect(entry, "lost", "its program is not there");
         QVERIFY(!perform(entry, u"lost"_s));
-        expect(entry, "mute", "the desktop refused");
+        expect(entry, "mute", "there is no such action");
         QVERIFY(!perform(entry, u"mute"_s));
         expect(entry, "unlisted", "there is no such action");
         QVERIFY(!perform(entry, u"unlisted"_s));

@@ -14,17 +14,22 @@ QByteArray groupOf(const QByteArray &action)
     return "Desktop Action " + action;
 }
 
-// GIO would list them too, by the name "Unnamed".
-void dropActionsWithoutName(GKeyFile *file)
+// GIO would list them too: those without a name as "Unnamed", and those that nothing can perform.
+void dropUselessActions(GKeyFile *file)
 {
+    const bool isOnTheBus =
+        g_key_file_get_boolean(file, group, G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE, nullptr)
+        != FALSE;
+    const auto has = [file](const char *id, const char *key) {
+        return g_key_file_has_key(file, groupOf(id).constData(), key, nullptr) != FALSE;
+    };
     gsize count = 0;
     char **const ids =
         g_key_file_get_string_list(file, group, G_KEY_FILE_DESKTOP_KEY_ACTIONS, &count, nullptr);
     QList<const char *> named;
     for (gsize i = 0; i < count; ++i) {
-        if (g_key_file_has_key(
-                file, groupOf(ids[i]).constData(), G_KEY_FILE_DESKTOP_KEY_NAME, nullptr)
-            != FALSE) {
+        if (has(ids[i], G_KEY_FILE_DESKTOP_KEY_NAME)
+            && (isOnTheBus || has(ids[i], G_KEY_FILE_DESKTOP_KEY_EXEC))) {
             named.append(ids[i]);
         }
     }
@@ -58,8 +63,8 @@ GioPointer<GDesktopAppInfo> plainEntry(const QString &path, const QByteArray &ac
     if (g_key_file_load_from_data(
             file, text.constData(), gsize(text.size()), G_KEY_FILE_NONE, nullptr)
         != FALSE) {
+        dropUselessActions(file);
         g_key_file_set_boolean(file, group, G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE, FALSE);
-        dropActionsWithoutName(file);
         if (!action.isEmpty()) {
             putActionFirst(file, action);
         }

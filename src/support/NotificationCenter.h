@@ -45,13 +45,12 @@ Q_SIGNALS:
     void N_ScanPathListChanged();
     // The icon, or a colour derived from it, has changed.
     void N_AppIconChanged(const std::shared_ptr<OTApp> &app);
-    // Keys or the wheel have touched the filter of a grid; it forgets itself `resetInterval` seconds
-    // after the last key.
+    // Keys or the wheel have touched the filter of a grid; it forgets itself `resetInterval`
+    // seconds after the last key.
     void N_FilterStringChanged(QObject *view, const QString &filterString, double resetInterval);
     // Another cell of a grid is selected; the application in it, null for none, and its cell, in
     // the view with y growing upwards.
-    void N_SelectedAppChanged(
-        QObject *view, const std::shared_ptr<OTApp> &app, const QRectF &rect);
+    void N_SelectedAppChanged(QObject *view, const std::shared_ptr<OTApp> &app, const QRectF &rect);
     // A swipe over a grid asks for another group.
     void N_SelectNextIconGroup(QObject *view);
     void N_SelectPrevIconGroup(QObject *view);

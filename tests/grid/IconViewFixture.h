@@ -2,12 +2,11 @@
 
 #pragma once
 
-#include "grid/OTIconView.h"
-
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "catalogue/ScanFolders.h"
 #include "grid/GridHost.h"
+#include "grid/OTIconView.h"
 #include "platform/Desktop.h"
 #include "support/Geometry.h"
 #include "support/NotificationCenter.h"

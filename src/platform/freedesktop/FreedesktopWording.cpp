@@ -11,8 +11,7 @@ constexpr std::array<std::pair<const char *, const char *>, 1> words { {
 
 } // namespace
 
-QString FreedesktopWording::translate(
-    const char *, const char *sourceText, const char *, int) const
+QString FreedesktopWording::translate(const char *, const char *sourceText, const char *, int) const
 {
     QString text = QString::fromUtf8(sourceText);
     bool isOther = false;

@@ -394,7 +394,8 @@ bool RunningWindows::raise(const QString &bundlePath)
     }
     activate(window);
     // Whatever was to be kept out of the front is wanted there now.
-    QMetaObject::invokeMethod(this, [this] { _keeping.stop(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { _keeping.stop(); }, Qt::QueuedConnection);
     return true;
 }
 

@@ -232,7 +232,6 @@ private:
     ModifierKeys _modifiers;
     Qt::KeyboardModifiers _ignoredModifiers;
     Coords _selectedCoords;
-    Coords _oldSelectedCoords;
     // The selection was moved by keys, not by the pointer.
     bool _isSelectedByKeys = false;
 

@@ -193,12 +193,10 @@ void OTIconView::selectCoords(const Coords &coords)
     if (std::exchange(_isSelectedByKeys, false)) {
         setNeedsDisplayForCoords(_selectedCoords);
     }
-    _oldSelectedCoords = _selectedCoords;
     if (coords == _selectedCoords) {
         return;
     }
-    _selectedCoords = coords;
-    const Coords &old = _oldSelectedCoords;
+    const Coords old = std::exchange(_selectedCoords, coords);
     if (old.row != coords.row || old.col != coords.col) {
         setNeedsDisplayForCoords({ old.row, old.col });
         setNeedsDisplayForCoords({ coords.row, coords.col });

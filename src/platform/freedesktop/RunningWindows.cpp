@@ -16,7 +16,7 @@ namespace {
 constexpr quint32 longestList = 1 << 16;
 constexpr auto longestMoment = 100ms;
 // What a program may take to answer that it has been shown.
-constexpr auto longestShowing = 500ms;
+constexpr auto longestShowing = 1s;
 
 // How many windows stand above a dialog at most; a circle of them has no end.
 constexpr int deepestDialog = 8;
@@ -331,7 +331,7 @@ void RunningWindows::takeActive()
     }
     // Its application may have become known only now.
     setActive(_namedWindow);
-    if (_keeping.isActive() && _activeApplication == _keptAgainst) {
+    if (_keeping.isActive() && _keptAgainst.contains(_activeApplication)) {
         activate(_keptActive);
     }
 }
@@ -419,10 +419,19 @@ void RunningWindows::activate(xcb_window_t window)
 
 void RunningWindows::keepActive(xcb_window_t window, const QString &against)
 {
-    if (window != XCB_WINDOW_NONE && _known.value(window).application != against) {
-        _keptActive = window;
-        _keptAgainst = against;
-        _keeping.start();
-        activate(window);
+    const QString application = _known.value(window).application;
+    if (window == XCB_WINDOW_NONE || application == against) {
+        return;
     }
+    // What is in front may be what is being kept out of there.
+    if (!_keeping.isActive() || !_keptAgainst.contains(application)) {
+        _keptActive = window;
+        _keptAgainst.clear();
+    }
+    if (_known.value(_keptActive).application == against) {
+        return;
+    }
+    _keptAgainst.insert(against);
+    _keeping.start();
+    activate(_keptActive);
 }

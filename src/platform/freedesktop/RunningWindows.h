@@ -87,7 +87,7 @@ private:
     QString _activeApplication;
     quint64 _switches = 0;
     xcb_window_t _keptActive = XCB_WINDOW_NONE;
-    QString _keptAgainst;
+    QSet<QString> _keptAgainst;
     QTimer _keeping;
     // Runs while no window is active; between two windows that is for a moment only.
     QTimer _noneActive;

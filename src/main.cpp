@@ -4,12 +4,12 @@
 #include "commands/Output.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
 #include "platform/freedesktop/FreedesktopWording.h"
+#include "shell/OTNSAppSubclass.h"
 #include "support/UserDefaults.h"
-
-#include <QApplication>
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -31,11 +31,20 @@ bool isDisplayAnnounced()
         || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
+// Hot keys and places of its own choice are to be had for a window under X alone, which nearly
+// every session offers.
+void preferX()
+{
+    if (!qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "xcb;wayland");
+    }
+}
+
 std::unique_ptr<QCoreApplication> makeApplication(Commands::Drawing drawing, int &argc, char **argv)
 {
     switch (drawing) {
     case Commands::Drawing::Widgets:
-        return std::make_unique<QApplication>(argc, argv);
+        return std::make_unique<OTNSAppSubclass>(argc, argv);
     case Commands::Drawing::Pictures:
         return std::make_unique<QGuiApplication>(argc, argv);
     case Commands::Drawing::Nothing:
@@ -72,15 +81,28 @@ int main(int argc, char **argv)
     if (!invocation.error.isEmpty()) {
         return Output::fail(invocation.error, WrongUse);
     }
-    if (invocation.verb == Invocation::Verb::Start && !isDisplayAnnounced()) {
+    std::unique_ptr<SingleInstance> instance;
+    if (Commands::concernsInstance(invocation)) {
+        instance = makeFreedesktopInstance();
+        const auto result = invocation.isService
+            ? std::nullopt
+            : Commands::tellRunningInstance(invocation, *instance);
+        if (result) {
+            return *result;
+        }
+    }
+    if (instance && !isDisplayAnnounced()) {
         return Output::fail(QStringLiteral("there is no display to show anything on"));
+    }
+    if (instance) {
+        preferX();
     }
     // Qt must not take options of its own from a command line that has been read already.
     int ownArgumentCount = 1;
-    const bool isShown = invocation.verb == Invocation::Verb::Start;
-    const auto application = (isShown ? makeApplication : makeApplicationWithoutDisplay)(
+    const auto application = (instance ? makeApplication : makeApplicationWithoutDisplay)(
         Commands::drawing(invocation), ownArgumentCount, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ortu"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.ortu.Ortu"));
     FreedesktopWording wording;
     QCoreApplication::installTranslator(&wording);
 
@@ -92,8 +114,14 @@ int main(int argc, char **argv)
     UserDefaults::setStandard(&defaults);
     Commands::registerDefaults(*desktop);
     const QString wrongSetting = Commands::applySettings(invocation);
-    const int result = wrongSetting.isEmpty() ? Commands::run(invocation, *desktop)
-                                              : Output::fail(wrongSetting, WrongUse);
+    int result = WrongUse;
+    if (!wrongSetting.isEmpty()) {
+        Output::fail(wrongSetting, WrongUse);
+    } else if (instance) {
+        result = Commands::start(invocation, *desktop, *instance);
+    } else {
+        result = Commands::run(invocation, *desktop);
+    }
     UserDefaults::setStandard(nullptr);
     return result;
 }

@@ -7,22 +7,13 @@
 
 #include <QEventLoop>
 
-namespace {
-
-QString launchCountKey()
-{
-    return QStringLiteral("applicationLaunchCount");
-}
-
-} // namespace
-
 void CatalogueSetup::fill(OTAppManager &manager, int prioritizedGroup, Scan scan)
 {
     manager.rescanAllAppsPrioritizingGroup(prioritizedGroup);
     if (scan == Scan::Always) {
         manager.fullScan();
     }
-    if (UserDefaults::standard().integerForKey(launchCountKey()) == 0) {
+    if (UserDefaults::standard().integerForKey(QStringLiteral("applicationLaunchCount")) == 0) {
         manager.autoExcludeNamedApps();
     }
 }
@@ -45,10 +36,4 @@ void CatalogueSetup::waitForIcons(OTAppManager &manager)
     if (isOrderByColor()) {
         manager.sortAllArrays();
     }
-}
-
-void CatalogueSetup::countLaunch()
-{
-    UserDefaults &defaults = UserDefaults::standard();
-    defaults.setObject(launchCountKey(), defaults.integerForKey(launchCountKey()) + 1);
 }

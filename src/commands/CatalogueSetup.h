@@ -21,7 +21,4 @@ bool isOrderByColor();
 // colours.
 void waitForIcons(OTAppManager &manager);
 
-// Notes down that the program has been launched once more.
-void countLaunch();
-
 } // namespace CatalogueSetup

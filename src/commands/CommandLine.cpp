@@ -3,6 +3,8 @@
 #include "commands/GroupNames.h"
 #include "icons/IconParameters.h"
 
+#include <QHash>
+
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -103,11 +105,23 @@ private:
 
     bool readVerb(const QString &option)
     {
-        if (option == QLatin1String("--list")) {
+        static const QHash<QString, Verb> bare {
+            { QStringLiteral("--toggle"), Verb::Toggle },
+            { QStringLiteral("--show"), Verb::Show },
+            { QStringLiteral("--hide"), Verb::Hide },
+            { QStringLiteral("--rescan"), Verb::Rescan },
+            { QStringLiteral("--quit"), Verb::Quit },
+            { QStringLiteral("--status"), Verb::Status },
+            { QStringLiteral("--colors"), Verb::Colors },
+            { QStringLiteral("--help"), Verb::Help },
+            { QStringLiteral("-h"), Verb::Help },
+            { QStringLiteral("--version"), Verb::Version },
+        };
+        if (const auto verb = bare.constFind(option); verb != bare.constEnd()) {
+            setVerb(*verb, option);
+        } else if (option == QLatin1String("--list")) {
             setVerb(Verb::List, option);
             readGroup(operand());
-        } else if (option == QLatin1String("--colors")) {
-            setVerb(Verb::Colors, option);
         } else if (option == QLatin1String("--layout")) {
             setVerb(Verb::Layout, option);
             readGroup(requiredOperand(option, QStringLiteral("a group")));
@@ -118,10 +132,6 @@ private:
         } else if (option == QLatin1String("--screenshot")) {
             setVerb(Verb::Screenshot, option);
             _call.file = requiredOperand(option, QStringLiteral("a file name"));
-        } else if (option == QLatin1String("--help") || option == QLatin1String("-h")) {
-            setVerb(Verb::Help, option);
-        } else if (option == QLatin1String("--version")) {
-            setVerb(Verb::Version, option);
         } else {
             return false;
         }
@@ -142,7 +152,10 @@ private:
             readSetting(_rest.isEmpty() ? QString() : _rest.takeFirst());
         } else if (option == QLatin1String("--json")) {
             _call.isJson = true;
-            allow(option, { Verb::List, Verb::Colors, Verb::Layout, Verb::Defaults });
+            allow(option, { Verb::List, Verb::Colors, Verb::Layout, Verb::Defaults, Verb::Status });
+        } else if (option == QLatin1String("--service")) {
+            _call.isService = true;
+            allow(option, { Verb::Start });
         } else if (option == QLatin1String("--fresh")) {
             _call.isFresh = true;
             allow(option, { Verb::List });
@@ -310,7 +323,11 @@ private:
                         : QStringLiteral("%1 does not go with %2").arg(option, _verbOption));
             }
         }
-        if (_call.verb != Verb::Colors && !_call.files.isEmpty()) {
+        if (_call.isService && !_call.files.isEmpty()) {
+            fail(QStringLiteral("--service does not go with files"));
+        }
+        const bool takesFiles = _call.verb == Verb::Colors || _call.verb == Verb::Start;
+        if (!takesFiles && !_call.files.isEmpty()) {
             fail(QStringLiteral("unexpected argument %1").arg(_call.files.first()));
         }
         if (_call.verb == Verb::Colors && _call.files.isEmpty()) {
@@ -343,9 +360,16 @@ Invocation parseCommandLine(const QStringList &arguments)
 QString commandLineHelp()
 {
     return QStringLiteral(
-        "Usage: ortu [option…]\n"
-        "Shows the applications of this computer as a grid of icons; a click launches one.\n"
+        "Usage: ortu [option…] [FILE…]\n"
+        "Shows the applications of this computer as a grid of icons; a click launches one. Started "
+        "again,\n"
+        "it tells the program that runs already.\n"
         "\n"
+        "  --toggle, --show                    show the panel, or with --toggle hide it; starts "
+        "the "
+        "program\n"
+        "  --hide, --rescan, --quit            tell the running program\n"
+        "  --status [--json]                   print what the running program shows\n"
         "  --list [GROUP] [--fresh] [--json]   print a group, or all ten; --fresh scans the "
         "folders\n"
         "  --colors FILE… [--json] [--sheet OUT.png]\n"

@@ -28,7 +28,23 @@ struct ColorOptions
 // One call of the program. Only the members that go with its verb are ever set.
 struct Invocation
 {
-    enum class Verb { Start, List, Colors, Layout, Defaults, Screenshot, Help, Version };
+    enum class Verb {
+        Start,
+        // Those that speak to the running program.
+        Toggle,
+        Show,
+        Hide,
+        Rescan,
+        Quit,
+        Status,
+        List,
+        Colors,
+        Layout,
+        Defaults,
+        Screenshot,
+        Help,
+        Version,
+    };
 
     Verb verb = Verb::Start;
     // What is wrong with the call, in one line; empty when nothing is.
@@ -37,6 +53,8 @@ struct Invocation
     // --set KEY=VALUE, in the order given.
     QList<QPair<QString, QString>> settings;
     bool isJson = false;
+    // --service: a start that waits to be asked for something.
+    bool isService = false;
     // --list: scan instead of reading the saved scan result.
     bool isFresh = false;
     // The group that is listed, laid out or drawn, as it was typed.
@@ -54,8 +72,9 @@ struct Invocation
     // --screenshot
     QString file;
     double scale = 1.0;
-    // --colors: pictures and applications, and the picture that is made of them, if any.
+    // What is opened by a start, or the pictures and applications of --colors, as typed.
     QStringList files;
+    // --colors: the picture that is made of them, if any.
     QString sheet;
     ColorOptions colors;
 };

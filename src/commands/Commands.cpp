@@ -6,6 +6,7 @@
 #include "commands/PreferenceText.h"
 #include "grid/OTIconView.h"
 #include "platform/Desktop.h"
+#include "shell/OTController.h"
 #include "support/UserDefaults.h"
 
 using Verb = Invocation::Verb;
@@ -14,6 +15,8 @@ Commands::Drawing Commands::drawing(const Invocation &invocation)
 {
     switch (invocation.verb) {
     case Verb::Start:
+    case Verb::Toggle:
+    case Verb::Show:
     case Verb::Screenshot:
         return Drawing::Widgets;
     case Verb::Colors:
@@ -27,13 +30,14 @@ Commands::Drawing Commands::drawing(const Invocation &invocation)
 
 bool Commands::mayWrite(const Invocation &invocation)
 {
-    return invocation.verb == Verb::Start || invocation.verb == Verb::Defaults;
+    return startsProgram(invocation) || invocation.verb == Verb::Defaults;
 }
 
 void Commands::registerDefaults(const Desktop &desktop)
 {
     OTAppManager::registerDefaults();
     OTIconView::registerDefaults();
+    OTController::registerDefaults();
     ScanFolders::registerDefaults(UserDefaults::standard(), desktop.searchPaths());
 }
 
@@ -57,8 +61,6 @@ QString Commands::applySettings(const Invocation &invocation)
 int Commands::run(const Invocation &invocation, Desktop &desktop)
 {
     switch (invocation.verb) {
-    case Verb::Start:
-        return start(invocation, desktop);
     case Verb::List:
         return list(invocation, desktop);
     case Verb::Colors:
@@ -73,6 +75,15 @@ int Commands::run(const Invocation &invocation, Desktop &desktop)
         return Output::print(commandLineHelp()) ? 0 : 1;
     case Verb::Version:
         return Output::print(QStringLiteral("ortu " ORTU_VERSION "\n")) ? 0 : 1;
+    // They have to do with the running program, or become it.
+    case Verb::Start:
+    case Verb::Toggle:
+    case Verb::Show:
+    case Verb::Hide:
+    case Verb::Rescan:
+    case Verb::Quit:
+    case Verb::Status:
+        break;
     }
     return 1;
 }

@@ -7,7 +7,11 @@
 
 #include "commands/CommandLine.h"
 
+#include <optional>
+
 class Desktop;
+class SingleInstance;
+struct InstanceRequest;
 
 namespace Commands {
 
@@ -18,6 +22,16 @@ Drawing drawing(const Invocation &invocation);
 // Whether the verb may write the catalogue's files and the preferences.
 bool mayWrite(const Invocation &invocation);
 
+// Whether the verb speaks to the program that runs, and whether it starts the program when none
+// does.
+bool concernsInstance(const Invocation &invocation);
+bool startsProgram(const Invocation &invocation);
+// What the verb asks of the program that runs.
+InstanceRequest instanceRequest(const Invocation &invocation);
+// Asks it. The exit code; empty when none runs and the verb starts one. Needs no application
+// object.
+std::optional<int> tellRunningInstance(const Invocation &invocation, SingleInstance &instance);
+
 // Every default of every module.
 void registerDefaults(const Desktop &desktop);
 // Applies the --set options for this run; empty, or what is wrong with one of them.
@@ -25,7 +39,8 @@ QString applySettings(const Invocation &invocation);
 
 int run(const Invocation &invocation, Desktop &desktop);
 
-int start(const Invocation &invocation, Desktop &desktop);
+// Runs the program until its end, unless somebody else was quicker.
+int start(const Invocation &invocation, Desktop &desktop, SingleInstance &instance);
 int list(const Invocation &invocation, Desktop &desktop);
 int colors(const Invocation &invocation, Desktop &desktop);
 int layout(const Invocation &invocation, Desktop &desktop);

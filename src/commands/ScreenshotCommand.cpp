@@ -4,7 +4,7 @@
 #include "commands/GroupNames.h"
 #include "commands/Output.h"
 #include "grid/OTIconView.h"
-#include "shell/PlainWindow.h"
+#include "shell/OTWindow.h"
 
 #include <QImage>
 
@@ -20,7 +20,7 @@ int Commands::screenshot(const Invocation &invocation, Desktop &desktop)
     const int group = groupFromText(invocation.group.value_or(QString())).value_or(IncludedGroup);
     OTAppManager manager(desktop, OTAppManager::Use::Preview);
     CatalogueSetup::fill(manager, group, CatalogueSetup::Scan::OnlyWhenNothingIsSaved);
-    PlainWindow window(manager, invocation.bounds.value_or(UsualBounds));
+    OTWindow window(manager, desktop, invocation.bounds.value_or(UsualBounds));
     window.iconView().setGroupToShow(group);
     CatalogueSetup::waitForIcons(manager);
 

@@ -1,19 +1,44 @@
 #include "catalogue/OTAppManager.h"
-#include "commands/CatalogueSetup.h"
 #include "commands/Commands.h"
-#include "grid/OTIconView.h"
-#include "shell/PlainWindow.h"
+#include "platform/Desktop.h"
+#include "platform/SingleInstance.h"
+#include "shell/AlertDialog.h"
+#include "shell/OTController.h"
+#include "shell/OTWindow.h"
+#include "support/Alerts.h"
+#include "support/InfoDictionary.h"
 
 #include <QCoreApplication>
-#include <QTimer>
+#include <QJsonDocument>
 
-int Commands::start(const Invocation &, Desktop &desktop)
+int Commands::start(const Invocation &invocation, Desktop &desktop, SingleInstance &instance)
 {
+    // Null until there is somebody to ask.
+    OTController *running = nullptr;
+    const auto claim = instance.claim([&running] {
+        return running ? QJsonDocument(running->status()).toJson(QJsonDocument::Compact)
+                       : QByteArray("{}");
+    });
+    if (claim == SingleInstance::Claim::Taken) {
+        // Somebody was quicker.
+        return invocation.isService ? 0 : tellRunningInstance(invocation, instance).value_or(1);
+    }
+    const Alerts::PresenterScope alerts(AlertDialog::run);
+    const InfoDictionary info(
+        desktop.searchPaths().configurationFolder() + QStringLiteral("/Info.plist"));
     OTAppManager manager(desktop);
-    CatalogueSetup::fill(manager, IncludedGroup, CatalogueSetup::Scan::OnlyWhenNothingIsSaved);
-    PlainWindow window(manager);
-    window.iconView().setGroupToShow(IncludedGroup);
-    window.show();
-    QTimer::singleShot(0, &window, &CatalogueSetup::countLaunch);
-    return QCoreApplication::exec();
+    OTWindow window(manager, desktop);
+    OTController controller(desktop, manager, window, info);
+    running = &controller;
+    QObject::connect(&instance, &SingleInstance::requested, &controller,
+        qOverload<const InstanceRequest &>(&OTController::perform));
+    std::optional<InstanceRequest> request;
+    if (!invocation.isService) {
+        request = instanceRequest(invocation);
+    }
+    QMetaObject::invokeMethod(
+        &controller, [&controller, request] { controller.launch(request); }, Qt::QueuedConnection);
+    const int result = QCoreApplication::exec();
+    running = nullptr;
+    return result;
 }

@@ -13,6 +13,7 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -253,7 +254,8 @@ void OTIconView::ignoreHeldModifiers(Qt::KeyboardModifiers modifiers)
 
 void OTIconView::modifierKeysChanged(Qt::KeyboardModifiers modifiers)
 {
-    if (!isActiveWindow()) {
+    // While a menu is open the grid stays as it was when that was asked for.
+    if (!isActiveWindow() || (_menu && _menu->isVisible())) {
         return;
     }
     _ignoredModifiers &= modifiers;

@@ -44,7 +44,8 @@ void OTIconView::mousePressEvent(QMouseEvent *event)
     }
     // A finger has not moved there before.
     selectCoords(coordsOfPoint(point));
-    _mouseDownPoint = point;
+    // A menu that opens takes the release of the right button.
+    _mouseDownPoint = isLeft ? std::optional(point) : std::nullopt;
     _isDragWanted = false;
     const AppRef app = appAtPoint(point);
     _pressedApp = app;
@@ -243,6 +244,7 @@ void OTIconView::openMenu(const QPoint &onScreen)
     _menu->setAttribute(Qt::WA_DeleteOnClose);
     // The pointer may have left the grid in the menu. What was chosen comes first.
     const auto leave = [this] {
+        modifierKeysChanged(QGuiApplication::queryKeyboardModifiers());
         if (!underMouse() && !_isSelectedByKeys) {
             selectCoords({});
         }

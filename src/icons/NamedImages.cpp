@@ -1,13 +1,17 @@
 #include "icons/NamedImages.h"
 
+#include "icons/ProgramImages.h"
+
 #include <QString>
 
 namespace {
 
+// Edge in pixels; the grid scales them to the size of its icons.
+constexpr int Extent = 128;
+
 QImage read(const QString &name)
 {
-    return QImage(QStringLiteral(":/images/%1.png").arg(name))
-        .convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    return ProgramImages::picture(name, { Extent, Extent });
 }
 
 } // namespace

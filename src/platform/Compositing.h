@@ -5,11 +5,19 @@
 
 #pragma once
 
-class Compositing
-{
-public:
-    virtual ~Compositing() = default;
+#include <QObject>
 
-    // It may be switched on and off at any time. Quick enough to be asked before each effect.
+class Compositing : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    // Quick enough to be asked before each effect.
     virtual bool isActive() const { return false; }
+
+Q_SIGNALS:
+    // It has been switched on or off.
+    void changed();
 };

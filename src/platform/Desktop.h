@@ -10,11 +10,19 @@
 #include "platform/ApplicationControl.h"
 #include "platform/Compositing.h"
 #include "platform/Documents.h"
+#include "platform/HotKey.h"
+#include "platform/HotSpot.h"
 #include "platform/IconProvider.h"
 #include "platform/Items.h"
 #include "platform/Launcher.h"
+#include "platform/Memory.h"
+#include "platform/ModifierTap.h"
+#include "platform/Motion.h"
+#include "platform/OwnWindows.h"
 #include "platform/RunningApplications.h"
 #include "platform/SearchPaths.h"
+#include "platform/StatusItem.h"
+#include "platform/TaskBarProgress.h"
 
 class Desktop
 {
@@ -32,6 +40,14 @@ public:
     virtual ApplicationControl &applicationControl() { return _noControl; }
     virtual ApplicationActions &applicationActions() { return _noActions; }
     virtual const Compositing &compositing() const { return _noCompositing; }
+    virtual OwnWindows &ownWindows() { return _ownWindows; }
+    virtual const Motion &motion() const { return _motion; }
+    virtual TaskBarProgress &taskBarProgress() { return _noProgress; }
+    virtual Memory &memory() { return _memory; }
+    virtual HotKey &hotKey() { return _noHotKey; }
+    virtual ModifierTap &modifierTap() { return _noTap; }
+    virtual HotSpot &hotSpot() { return _noHotSpot; }
+    virtual StatusItem &statusItem() { return _noStatusItem; }
 
 private:
     SearchPaths _nowhere;
@@ -43,4 +59,12 @@ private:
     ApplicationControl _noControl;
     ApplicationActions _noActions;
     Compositing _noCompositing;
+    OwnWindows _ownWindows;
+    Motion _motion;
+    TaskBarProgress _noProgress;
+    Memory _memory;
+    HotKey _noHotKey;
+    ModifierTap _noTap;
+    HotSpot _noHotSpot;
+    StatusItem _noStatusItem;
 };

@@ -21,6 +21,11 @@ QString Items::displayName(const QString &path) const
     return nameOf(path);
 }
 
+std::optional<QString> Items::genericNameOf(const QString &) const
+{
+    return std::nullopt;
+}
+
 QString Items::nameOf(const QString &path)
 {
     const QString component = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);

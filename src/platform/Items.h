@@ -43,6 +43,11 @@ public:
     // extension.
     virtual QString displayName(const QString &path) const;
 
+    // What kind of application the bundle at a path says it is, in the user's language, such as
+    // "Text Editor"; empty when it does not say. No value for a bundle that people know by its
+    // path.
+    virtual std::optional<QString> genericNameOf(const QString &path) const;
+
     // The last path component without its extension: only the last dot counts, and a name that
     // begins with its only dot keeps it.
     static QString nameOf(const QString &path);

@@ -58,6 +58,9 @@ Q_SIGNALS:
     void N_EventFlagsChanged(Qt::KeyboardModifiers modifiers);
     // The grid wants another size; `view` is the QWidget that asks.
     void N_SubviewNeedsResizing(QObject *view);
+    // A window is about to take another frame because of that, and has done so.
+    void N_WindowWillResize(QObject *window);
+    void N_WindowDidResize(QObject *window);
     void applicationDidFinishLaunching();
     // Somebody asks that the panel be shown, as if the program had been started again.
     void applicationOpenUntitledFile();

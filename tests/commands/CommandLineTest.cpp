@@ -22,8 +22,8 @@ void CommandLineTest::wrongUse_isNamedInOneLine_data()
 
     QTest::newRow("unknown option") << "--frobnicate"
                                     << "--frobnicate";
-    QTest::newRow("a file") << "picture.png"
-                            << "picture.png";
+    QTest::newRow("a file for a verb that takes none") << "--hide picture.png"
+                                                       << "picture.png";
     QTest::newRow("two verbs") << "--list --layout 1 --bounds 3x3"
                                << "--layout";
     QTest::newRow("the same verb twice") << "--list --list"

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QGuiApplication>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <cstdlib>
@@ -20,12 +21,21 @@ private Q_SLOTS:
         QCOMPARE(QGuiApplication::platformName(), QStringLiteral("xcb"));
         const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
         const Compositing &compositing = desktop->compositing();
+        QSignalSpy changed(&compositing, &Compositing::changed);
         QVERIFY(!compositing.isActive());
-        manage();
-        QVERIFY(compositing.isActive());
-        xcb_disconnect(_manager);
-        // The server may learn of our going after it hears the question.
-        QTRY_VERIFY(!compositing.isActive());
+        for (int i = 1; i <= 2; ++i) {
+            manage();
+            QTRY_VERIFY(compositing.isActive());
+            // Another one takes over.
+            xcb_connection_t *const first = _manager;
+            manage();
+            xcb_disconnect(first);
+            // Right from the start, before anything can have been told.
+            QVERIFY(makeFreedesktopDesktop()->compositing().isActive());
+            xcb_disconnect(_manager);
+            QTRY_VERIFY(!compositing.isActive());
+            QCOMPARE(changed.count(), 2 * i);
+        }
     }
 
 private:

@@ -9,6 +9,9 @@
 
 namespace {
 
+// Where the grid begins in the panel.
+constexpr QPoint gridInPanel(18, 30);
+
 QString outputOf(const QString &program, const QStringList &arguments)
 {
     QProcess process;
@@ -70,6 +73,8 @@ private:
     QImage picture() const;
     void link(const QString &id) const;
     void showGrid(qsizetype cellCount);
+    // Again, after a launch has hidden it.
+    void showPanel() const;
 
     std::unique_ptr<ProgramRunner> _runner;
     QProcess _ortu;
@@ -100,7 +105,7 @@ QJsonObject LaunchTest::shownLayout() const
 {
     return _runner
         ->run({ QStringLiteral("--layout"), QStringLiteral("1"), QStringLiteral("--bounds"),
-            QStringLiteral("1248x768"), QStringLiteral("--json") })
+            QStringLiteral("1212x704"), QStringLiteral("--json") })
         .json()
         .object();
 }
@@ -115,6 +120,18 @@ void LaunchTest::showGrid(qsizetype cellCount)
     _size = QSize(size[0].toInt(), size[1].toInt());
 }
 
+void LaunchTest::showPanel() const
+{
+    const auto isVisible = [this] {
+        return _runner->run({ QStringLiteral("--status"), QStringLiteral("--json") })
+            .json()[QStringLiteral("visible")]
+            .toBool();
+    };
+    QTRY_VERIFY(!isVisible());
+    QCOMPARE(_runner->run({ QStringLiteral("--show") }).exitCode, 0);
+    QTRY_COMPARE(windowsOfClass(QStringLiteral("ortu")).size(), 1);
+}
+
 QPoint LaunchTest::middleOnScreen(const QString &name) const
 {
     const QJsonObject layout = shownLayout();
@@ -124,7 +141,7 @@ QPoint LaunchTest::middleOnScreen(const QString &name) const
             const QJsonArray rect = cell[QStringLiteral("rect")].toArray();
             const double x = rect[0].toDouble() + rect[2].toDouble() / 2;
             const double y = rect[1].toDouble() + rect[3].toDouble() / 2;
-            return QPointF(x, _size.height() - y).toPoint();
+            return QPointF(x, _size.height() - y).toPoint() + gridInPanel;
         }
     }
     return { -1, -1 };
@@ -269,6 +286,7 @@ void LaunchTest::keysAndMenu_driveTheGrid()
     press({ QStringLiteral("b"), QStringLiteral("e"), QStringLiteral("t"), QStringLiteral("a"),
         QStringLiteral("Return") });
     QTRY_VERIFY(QFile::exists(started + QStringLiteral("-beta")));
+    showPanel();
 
     click(alpha, 3);
     press({ QStringLiteral("Down"), QStringLiteral("Return") });

@@ -223,11 +223,12 @@ void ProgramTest::aPictureHoldsTheIcons()
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(result.errorLines, QStringList());
     const QImage picture(file);
-    // One cell of 68 points within margins of 12, twice as large.
-    QCOMPARE(picture.size(), QSize(184, 184));
-    QCOMPARE(picture.pixelColor(92, 92), QColor(200, 10, 20));
-    QCOMPARE(picture.pixelColor(29, 29), QColor(200, 10, 20));
-    QVERIFY(picture.pixelColor(26, 26) != QColor(200, 10, 20));
+    // One cell of 68 points within margins of 12, in a panel that is 36 wider and 64 higher, twice
+    // as large.
+    QCOMPARE(picture.size(), QSize(256, 312));
+    QCOMPARE(picture.pixelColor(128, 152), QColor(200, 10, 20));
+    QCOMPARE(picture.pixelColor(65, 89), QColor(200, 10, 20));
+    QVERIFY(picture.pixelColor(62, 86) != QColor(200, 10, 20));
 
     QCOMPARE(_runner->run({ QStringLiteral("--screenshot"), QStringLiteral("/nonexistent/a.png") })
                  .exitCode,

@@ -286,6 +286,26 @@ private Q_SLOTS:
         QCOMPARE(desk.items.displayName(u"/nowhere/My.App.AppImage"_s), u"My.App"_s);
     }
 
+    void kindsOfApplications()
+    {
+        Desk desk;
+        FileTree &tree = desk.tree;
+        const auto kindOf = [&desk](const QString &path) {
+            return desk.items.genericNameOf(path).value_or(u"(none)"_s);
+        };
+        QCOMPARE(kindOf(tree.add(
+                     u"a.desktop"_s, runnable + "GenericName=Text\\nEditor\nGenericName[fr]=x\n")),
+            u"Text Editor"_s);
+        QCOMPARE(kindOf(tree.add(u"b.desktop"_s,
+                     runnable + "GenericName[de]=Texteditor\nGenericName=Text Editor\n")),
+            u"Texteditor"_s);
+        QCOMPARE(kindOf(tree.add(u"c.desktop"_s, runnable)), QString());
+        // What is no application is known by its path.
+        QCOMPARE(kindOf(tree.add(u"d.desktop"_s, "[Desktop Entry]\nType=Link\nGenericName=x\n")),
+            u"(none)"_s);
+        QCOMPARE(kindOf(u"/nowhere/My.AppImage"_s), u"(none)"_s);
+    }
+
     void iconNames()
     {
         Desk desk;

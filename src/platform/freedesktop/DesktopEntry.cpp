@@ -62,6 +62,7 @@ DesktopEntry::Kind filled(DesktopEntry &entry, const Values &values)
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     entry.name = presentable(decoder(unescaped(values[Name].text)));
     const bool isNameDamaged = decoder.hasError();
+    entry.genericName = presentable(QString::fromUtf8(unescaped(values[GenericName].text)));
     entry.icon = textOf(values[Icon]);
     entry.tryExec = textOf(values[TryExec]);
     entry.startupWMClass = textOf(values[StartupWMClass]);

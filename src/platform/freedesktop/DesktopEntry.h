@@ -30,6 +30,8 @@ public:
 
     // Without control characters and of a length that can be shown; empty when the file gives none.
     QString name;
+    // What kind of application it is, such as "Text Editor"; as presentable as the name.
+    QString genericName;
     // A name in the icon theme or an absolute path.
     QString icon;
     QString tryExec;

@@ -1,11 +1,26 @@
-// Asks an X server for its compositing manager. Wayland always blends.
+// Knows whether an X server has a compositing manager. Wayland always blends.
 
 #pragma once
 
 #include "platform/Compositing.h"
+#include "platform/freedesktop/XSelection.h"
+
+#include <memory>
 
 class DisplayCompositing final : public Compositing
 {
+    Q_OBJECT
+
 public:
-    bool isActive() const override;
+    // The connection outlives this; null where the toolkit draws on anything but an X server.
+    explicit DisplayCompositing(XConnection *connection);
+
+    // Right from the start; later as the server last told, which it does through the event loop.
+    bool isActive() const override { return _isActive; }
+
+private:
+    void refresh();
+
+    std::unique_ptr<XSelection> _manager;
+    bool _isActive = false;
 };

@@ -13,9 +13,9 @@ struct KnownKey
 };
 
 constexpr std::array<KnownKey, KeyCount> knownKeys { { { "Type" }, { "Name", true },
-    { "Icon", true }, { "Exec" }, { "TryExec" }, { "NoDisplay" }, { "Hidden" }, { "OnlyShowIn" },
-    { "NotShowIn" }, { "StartupWMClass" }, { "DBusActivatable" }, { "Terminal" }, { "X-Flatpak" },
-    { "X-SnapInstanceName" } } };
+    { "GenericName", true }, { "Icon", true }, { "Exec" }, { "TryExec" }, { "NoDisplay" },
+    { "Hidden" }, { "OnlyShowIn" }, { "NotShowIn" }, { "StartupWMClass" }, { "DBusActivatable" },
+    { "Terminal" }, { "X-Flatpak" }, { "X-SnapInstanceName" } } };
 
 constexpr std::string_view blanks = " \t\r\n\v\f";
 

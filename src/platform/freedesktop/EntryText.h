@@ -20,6 +20,7 @@ namespace EntryText {
 enum Key {
     Type,
     Name,
+    GenericName,
     Icon,
     Exec,
     TryExec,

@@ -1,6 +1,8 @@
 #include "platform/freedesktop/FreedesktopDesktop.h"
 
+#include "platform/freedesktop/BusInstance.h"
 #include "platform/freedesktop/DesktopEntryIndex.h"
+#include "platform/freedesktop/DesktopMotion.h"
 #include "platform/freedesktop/DisplayCompositing.h"
 #include "platform/freedesktop/FreedesktopActions.h"
 #include "platform/freedesktop/FreedesktopDocuments.h"
@@ -9,10 +11,22 @@
 #include "platform/freedesktop/FreedesktopLauncher.h"
 #include "platform/freedesktop/FreedesktopPaths.h"
 #include "platform/freedesktop/Languages.h"
+#include "platform/freedesktop/LauncherProgress.h"
 #include "platform/freedesktop/RunningWindows.h"
+#include "platform/freedesktop/TrayStatusItem.h"
 #include "platform/freedesktop/WindowControl.h"
+#include "platform/freedesktop/XHotKey.h"
+#include "platform/freedesktop/XHotSpot.h"
+#include "platform/freedesktop/XModifierTap.h"
+#include "platform/freedesktop/XOwnWindows.h"
+
+#include <QGuiApplication>
+#include <QtGui/qguiapplication_platform.h>
 
 #include <atomic>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace {
 
@@ -20,6 +34,27 @@ QStringList currentDesktops()
 {
     return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'), Qt::SkipEmptyParts);
 }
+
+// What loading the icons leaves behind: freed memory in every thread's own pool, and the indexes of
+// the themes.
+class LoadingMemory final : public Memory
+{
+public:
+    explicit LoadingMemory(const FreedesktopIcons &icons)
+        : _icons(icons)
+    { }
+
+    void giveBack() override
+    {
+        _icons.giveBack();
+#ifdef __GLIBC__
+        ::malloc_trim(0);
+#endif
+    }
+
+private:
+    const FreedesktopIcons &_icons;
+};
 
 class FreedesktopDesktop final : public Desktop
 {
@@ -36,15 +71,87 @@ public:
         return *_control;
     }
     ApplicationActions &applicationActions() override { return _actions; }
-    const Compositing &compositing() const override { return _compositing; }
+    const Compositing &compositing() const override
+    {
+        if (!_compositing) {
+            _compositing = std::make_unique<DisplayCompositing>(toolkitDisplay());
+        }
+        return *_compositing;
+    }
+    OwnWindows &ownWindows() override
+    {
+        const auto *const toolkit = x11Toolkit();
+        if (toolkit == nullptr) {
+            return Desktop::ownWindows();
+        }
+        if (!_ownWindows) {
+            _ownWindows = std::make_unique<XOwnWindows>(windows(), toolkit->connection());
+        }
+        return *_ownWindows;
+    }
+    const Motion &motion() const override { return _motion; }
+    TaskBarProgress &taskBarProgress() override { return _progress; }
+    Memory &memory() override { return _memory; }
+    HotKey &hotKey() override
+    {
+        if (!_hotKey) {
+            _hotKey = std::make_unique<XHotKey>(keyboard());
+        }
+        return *_hotKey;
+    }
+    ModifierTap &modifierTap() override
+    {
+        if (!_modifierTap) {
+            _modifierTap = std::make_unique<XModifierTap>(keyboard());
+        }
+        return *_modifierTap;
+    }
+    HotSpot &hotSpot() override
+    {
+        if (!_hotSpot) {
+            _hotSpot = std::make_unique<XHotSpot>();
+        }
+        return *_hotSpot;
+    }
+    StatusItem &statusItem() override
+    {
+        if (!_statusItem) {
+            _statusItem = std::make_unique<TrayStatusItem>();
+        }
+        return *_statusItem;
+    }
 
 private:
+    // Null where the toolkit draws on anything but an X server.
+    static const QNativeInterface::QX11Application *x11Toolkit()
+    {
+        // The toolkit's display without screens answers for X as well, without a connection.
+        const bool isX11 =
+            qGuiApp != nullptr && QGuiApplication::platformName() == QLatin1String("xcb");
+        return isX11 ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    }
+    XConnection *toolkitDisplay() const { return x11Toolkit() != nullptr ? &display() : nullptr; }
+
     // Made when they are first asked for: many a run has no use for the display.
+    XConnection &display() const
+    {
+        if (!_display) {
+            _display = std::make_unique<XConnection>();
+        }
+        return *_display;
+    }
+    XKeyboard &keyboard()
+    {
+        if (!_keyboard) {
+            _keyboard = std::make_unique<XKeyboard>(display());
+        }
+        return *_keyboard;
+    }
     RunningWindows &windows()
     {
         if (!_windows) {
-            _windows =
-                std::make_unique<RunningWindows>(_entries, _paths.dataFolders(), currentDesktops());
+            _windows = std::make_unique<RunningWindows>(
+                display(), _entries, _paths.dataFolders(), currentDesktops());
             _control = std::make_unique<WindowControl>(*_windows);
             _raisable = _windows.get();
         }
@@ -60,11 +167,21 @@ private:
     DesktopEntryIndex _entries { Languages::preferred() };
     FreedesktopItems _items { _entries, _paths.dataFolders(), currentDesktops() };
     FreedesktopIcons _icons { [this](const QString &path) { return _items.iconNameOf(path); } };
+    LoadingMemory _memory { _icons };
     FreedesktopDocuments _documents;
     FreedesktopActions _actions;
-    DisplayCompositing _compositing;
+    LauncherProgress _progress;
+    mutable std::unique_ptr<XConnection> _display;
+    mutable std::unique_ptr<DisplayCompositing> _compositing;
+    DesktopMotion _motion { IconPlaces::fromEnvironment(), [this] { return toolkitDisplay(); } };
     std::unique_ptr<RunningWindows> _windows;
     std::unique_ptr<WindowControl> _control;
+    std::unique_ptr<XOwnWindows> _ownWindows;
+    std::unique_ptr<XKeyboard> _keyboard;
+    std::unique_ptr<XHotKey> _hotKey;
+    std::unique_ptr<XModifierTap> _modifierTap;
+    std::unique_ptr<XHotSpot> _hotSpot;
+    std::unique_ptr<TrayStatusItem> _statusItem;
     // For launches, which have threads of their own.
     std::atomic<RunningWindows *> _raisable = nullptr;
     FreedesktopLauncher _launcher { [this](const QString &path) { return raise(path); } };
@@ -76,4 +193,9 @@ std::unique_ptr<Desktop> makeFreedesktopDesktop()
 {
     quietImageLibraries();
     return std::make_unique<FreedesktopDesktop>();
+}
+
+std::unique_ptr<SingleInstance> makeFreedesktopInstance()
+{
+    return std::make_unique<BusInstance>();
 }

@@ -33,6 +33,9 @@ public:
         const IconSource &source, int size, int largestStored, QString *problem) const override;
     QString refusal(const QString &path) const override;
 
+    // Lets the system have the memory of the themes' indexes back.
+    void giveBack() const { lookup()->giveBack(); }
+
 private:
     std::shared_ptr<const IconLookup> lookup() const;
     void startWatching();

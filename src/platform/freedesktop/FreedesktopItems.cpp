@@ -102,15 +102,23 @@ bool FreedesktopItems::canRun(const DesktopEntry &entry) const
         && (entry.program.isEmpty() || _programs.isKnown(entry.program));
 }
 
+std::shared_ptr<const DesktopEntry> FreedesktopItems::applicationAt(const QString &path) const
+{
+    const std::shared_ptr<const DesktopEntry> entry =
+        isEntryName(path) ? _entries.entryAt(path) : nullptr;
+    return entry && entry->kind == DesktopEntry::Kind::Application ? entry : nullptr;
+}
+
 QString FreedesktopItems::displayName(const QString &path) const
 {
-    if (isEntryName(path)) {
-        const std::shared_ptr<const DesktopEntry> entry = _entries.entryAt(path);
-        if (entry && entry->kind == DesktopEntry::Kind::Application && !entry->name.isEmpty()) {
-            return entry->name;
-        }
-    }
-    return nameOf(path);
+    const std::shared_ptr<const DesktopEntry> entry = applicationAt(path);
+    return entry && !entry->name.isEmpty() ? entry->name : nameOf(path);
+}
+
+std::optional<QString> FreedesktopItems::genericNameOf(const QString &path) const
+{
+    const std::shared_ptr<const DesktopEntry> entry = applicationAt(path);
+    return entry ? std::optional(entry->genericName) : std::nullopt;
 }
 
 QString FreedesktopItems::iconNameOf(const QString &bundlePath) const

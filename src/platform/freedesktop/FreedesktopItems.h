@@ -8,6 +8,8 @@
 #include "platform/freedesktop/HiddenNames.h"
 #include "platform/freedesktop/Programs.h"
 
+#include <memory>
+
 class DesktopEntry;
 class DesktopEntryIndex;
 
@@ -22,6 +24,7 @@ public:
     void willScan() override;
     ItemFlags flagsOf(const QString &path) const override;
     QString displayName(const QString &path) const override;
+    std::optional<QString> genericNameOf(const QString &path) const override;
 
     // What the bundle says its icon is: a name in the icon theme or an absolute path. Empty when it
     // does not say.
@@ -33,6 +36,8 @@ private:
     ItemFlags flagsOfLink(const QString &path) const;
     ItemFlags flagsOfEntry(const QString &path) const;
     bool canRun(const DesktopEntry &entry) const;
+    // The entry of an application at a path; null when there is none.
+    std::shared_ptr<const DesktopEntry> applicationAt(const QString &path) const;
 
     DesktopEntryIndex &_entries;
     const QStringList _currentDesktops;

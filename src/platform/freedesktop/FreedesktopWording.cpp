@@ -1,25 +1,45 @@
 #include "platform/freedesktop/FreedesktopWording.h"
 
+#include <QRegularExpression>
+
 #include <array>
-#include <utility>
 
 namespace {
 
-constexpr std::array<std::pair<const char *, const char *>, 1> words { {
-    { "Finder", "File Manager" },
-} };
+struct Wording
+{
+    QRegularExpression what;
+    QString ours;
+};
+
+// The word for a key: one of a row that "+" joins, or alone, with at most a symbol beside it.
+QRegularExpression key(const QString &word)
+{
+    return QRegularExpression(
+        QStringLiteral(R"(\b%1\b(?=\s*\+)|^[^\pL]*\K\b%1\b(?=[^\pL]*$))").arg(word),
+        QRegularExpression::CaseInsensitiveOption);
+}
+
+const std::array<Wording, 4> &wordings()
+{
+    static const std::array<Wording, 4> list { {
+        { QRegularExpression(QStringLiteral(R"(\bthe Finder\b)")),
+            QStringLiteral("the file manager") },
+        { QRegularExpression(QStringLiteral(R"(\bFinder\b)")), QStringLiteral("File Manager") },
+        { key(QStringLiteral("option")), QStringLiteral("Alt") },
+        { key(QStringLiteral("command")), QStringLiteral("Super") },
+    } };
+    return list;
+}
 
 } // namespace
 
 QString FreedesktopWording::translate(const char *, const char *sourceText, const char *, int) const
 {
-    QString text = QString::fromUtf8(sourceText);
-    bool isOther = false;
-    for (const auto &[word, ours] : words) {
-        if (text.contains(QLatin1String(word))) {
-            text.replace(QLatin1String(word), QLatin1String(ours));
-            isOther = true;
-        }
+    const QString source = QString::fromUtf8(sourceText);
+    QString text = source;
+    for (const Wording &wording : wordings()) {
+        text.replace(wording.what, wording.ours);
     }
-    return isOther ? text : QString();
+    return text == source ? QString() : text;
 }

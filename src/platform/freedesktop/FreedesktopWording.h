@@ -1,5 +1,8 @@
 // The words for what is called differently on a freedesktop system: a translation from the
 // program's own language into the same language.
+//
+// "option" and "command" get another name only as keys of the hot key, alone or before a "+": "this
+// option" is no key, and what Command does in the grid is done with Ctrl.
 
 #pragma once
 

@@ -148,3 +148,12 @@ QByteArray IconLookup::findUnthemed(const QByteArray &name, unsigned suffixes) c
     }
     return {};
 }
+
+void IconLookup::giveBack() const
+{
+    for (const Part &theme : _themes) {
+        for (const IconFolder &folder : theme.folders) {
+            folder.giveBack();
+        }
+    }
+}

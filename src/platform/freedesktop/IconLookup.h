@@ -27,6 +27,9 @@ public:
     // pictures of no theme.
     QString find(const QString &name, int size) const;
 
+    // As IconThemeCache says.
+    void giveBack() const;
+
     // Two look-ups of equal states give the same answers.
     const QByteArray &state() const { return _state; }
     // Folders and files; a change in one of them may mean that the state is another one.

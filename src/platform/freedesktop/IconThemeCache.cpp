@@ -63,6 +63,11 @@ IconThemeCache::~IconThemeCache()
     ::munmap(const_cast<unsigned char *>(_data), _size);
 }
 
+void IconThemeCache::giveBack() const
+{
+    ::madvise(const_cast<unsigned char *>(_data), _size, MADV_DONTNEED);
+}
+
 std::vector<QByteArray> IconThemeCache::directories() const
 {
     std::vector<QByteArray> paths;

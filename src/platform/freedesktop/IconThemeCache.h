@@ -35,6 +35,9 @@ public:
     // Where a name without its extension stands, `directory` counted as in directories().
     IconImages find(const QByteArray &name) const;
 
+    // Lets the system have the memory back; what is needed again is read again.
+    void giveBack() const;
+
 private:
     IconThemeCache(const unsigned char *data, size_t size);
 

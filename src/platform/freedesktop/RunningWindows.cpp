@@ -73,9 +73,10 @@ bool haveSameName(const WindowTraits &one, const WindowTraits &other)
 
 } // namespace
 
-RunningWindows::RunningWindows(
-    DesktopEntryIndex &entries, const QStringList &dataFolders, const QStringList &desktops)
-    : _matcher(entries, dataFolders, desktops)
+RunningWindows::RunningWindows(XConnection &connection, DesktopEntryIndex &entries,
+    const QStringList &dataFolders, const QStringList &desktops)
+    : _connection(connection)
+    , _matcher(entries, dataFolders, desktops)
 {
     _keeping.setSingleShot(true);
     _keeping.setInterval(longestShowing);
@@ -315,7 +316,11 @@ void RunningWindows::takeActive()
 {
     const bool isDue = std::exchange(_isActiveDue, false);
     if (isDue) {
-        _namedWindow = activeWindow();
+        const std::optional<QList<xcb_window_t>> named =
+            windowsIn(_connection, XConnection::NetActiveWindow);
+        _isActiveNamed = named.has_value();
+        _namedWindow = named.value_or(QList<xcb_window_t>()).value(0, XCB_WINDOW_NONE);
+        Q_EMIT activeWindowNamed(_namedWindow);
     }
     const auto known = _known.find(_namedWindow);
     if (known == _known.end()) {

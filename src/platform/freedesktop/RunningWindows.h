@@ -21,9 +21,9 @@ class RunningWindows final : public RunningApplications
     Q_OBJECT
 
 public:
-    // The index outlives this. Looks at the display once, here.
-    RunningWindows(
-        DesktopEntryIndex &entries, const QStringList &dataFolders, const QStringList &desktops);
+    // Connection and index outlive this. Looks at the display once, here.
+    RunningWindows(XConnection &connection, DesktopEntryIndex &entries,
+        const QStringList &dataFolders, const QStringList &desktops);
 
     QStringList launchedApplications() const override { return _launched; }
     QString activeApplication() const override { return _activeApplication; }
@@ -41,13 +41,21 @@ public:
     // newest. False when it has none. May be called from any thread.
     bool raise(const QString &bundlePath);
 
-    // The window that the window manager names as the active one at this moment.
+    // The window that the window manager names as the active one at this moment; none also where
+    // nobody names one.
     xcb_window_t activeWindow() const;
+    // Whether somebody on this display names the active window, be it none. As last heard.
+    bool isActiveNamed() const { return _isActiveNamed; }
     // Asks for a window to become that. May be called from any thread.
     void activate(xcb_window_t window);
     // Asks for a window to stay that, should windows of an application try to take its place within
     // the next moments: some do when they are shown, and not all at once.
     void keepActive(xcb_window_t window, const QString &against);
+
+Q_SIGNALS:
+    // What the window manager names as the active window, each time it does: known or not, listed
+    // or not, and none for a moment between two windows.
+    void activeWindowNamed(xcb_window_t window);
 
 private:
     struct Known
@@ -72,7 +80,7 @@ private:
     void setActive(xcb_window_t window);
     void setRaised();
 
-    XConnection _connection;
+    XConnection &_connection;
     WindowMatcher _matcher;
     QString _ownApplication;
 
@@ -84,6 +92,7 @@ private:
     // The window that was active last, and the one that the window manager names.
     xcb_window_t _activeWindow = XCB_WINDOW_NONE;
     xcb_window_t _namedWindow = XCB_WINDOW_NONE;
+    bool _isActiveNamed = false;
     QString _activeApplication;
     quint64 _switches = 0;
     xcb_window_t _keptActive = XCB_WINDOW_NONE;

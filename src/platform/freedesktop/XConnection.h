@@ -35,10 +35,14 @@ public:
         NetClientList,
         NetCloseWindow,
         NetStartupId,
+        NetWmDesktop,
         NetWmPid,
         NetWmState,
+        NetWmStateAbove,
         NetWmStateHidden,
+        NetWmStateSkipPager,
         NetWmStateSkipTaskbar,
+        NetWmStateSticky,
         NetWmWindowType,
         NetWmWindowTypeDesktop,
         NetWmWindowTypeDialog,
@@ -47,12 +51,17 @@ public:
         NetWmWindowTypeUtility,
         GtkApplicationId,
         KdeNetWmDesktopFile,
+        Utf8String,
         WmChangeState,
         WmClass,
         WmClientMachine,
         WmDeleteWindow,
         WmProtocols,
         WmTransientFor,
+        XsettingsSettings,
+        // Selections, one for each screen: these are the ones of ours.
+        CompositingManager,
+        XsettingsManager,
         AtomCount,
     };
 
@@ -70,8 +79,14 @@ public:
     // Tells the window manager of the display about a window, as the window-manager standards want
     // it. At most five words of data. Nothing without a display. May be called from any thread.
     void tellManager(xcb_window_t window, Atom message, const QList<quint32> &data);
+    // The same over another connection to this display, and so after what was asked there before.
+    void tellManagerOver(xcb_connection_t *connection, xcb_window_t window, Atom message,
+        const QList<quint32> &data) const;
     // Asks for a window to be shown. The same holds.
     void map(xcb_window_t window);
+
+    // Asks for the server's present time without waiting for it. On the main thread only.
+    void askTime();
 
     // To be called whenever something was sent or an answer was waited for: what came in on the way
     // would otherwise lie there until the next event wakes us. May be called from any thread.
@@ -80,6 +95,8 @@ public:
 Q_SIGNALS:
     // An event or, with type 0, an error of a request that nobody waits for.
     void eventArrived(const xcb_generic_event_t *event);
+    // The answer, in the server's own milliseconds.
+    void timeTold(quint32 time);
     // All that had come in has arrived.
     void eventsTaken();
     // The server has gone.
@@ -89,11 +106,15 @@ private:
     bool connectToDisplay();
     bool findAtoms();
     void takeEvents();
+    void takeTime(const xcb_generic_event_t *event);
 
     xcb_connection_t *_connection = nullptr;
     // Other threads look at it too; the connection itself is kept to the end, for their sake.
     std::atomic<bool> _isOpen = false;
     xcb_window_t _root = XCB_WINDOW_NONE;
+    int _screen = 0;
+    // Never shown: its property tells the time. Made when first needed.
+    xcb_window_t _clock = XCB_WINDOW_NONE;
     std::array<xcb_atom_t, AtomCount> _atoms {};
     std::unique_ptr<QSocketNotifier> _notifier;
     // Comes after painting, which a posted event would not.

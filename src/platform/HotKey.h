@@ -1,0 +1,42 @@
+// A key that summons the program from anywhere in the session.
+//
+// The base class is a desktop that gives no program such a key.
+
+#pragma once
+
+#include "platform/ActivationStamp.h"
+
+#include <QObject>
+
+// A physical key with modifier keys, whatever is printed on it in the keyboard layout of the day.
+struct HotKeyCombination
+{
+    // The desktop's own name of the key's place on the keyboard.
+    QString key;
+    bool control = false;
+    bool option = false;
+    bool command = false;
+    bool shift = false;
+};
+
+class HotKey : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    // Takes the key, and lets go of the one before in any case. Returns why it cannot be had, in a
+    // few words for people; empty when it was taken. Logs nothing.
+    virtual QString registerKey(const HotKeyCombination & /*combination*/)
+    {
+        return tr("this desktop offers no hot keys");
+    }
+    virtual void unregisterKey() { }
+
+Q_SIGNALS:
+    // Once for each time it goes down, however long it is held.
+    void pressed(const ActivationStamp &stamp);
+    // The key was lost after it had been taken, or could be taken after all; why as above.
+    void registrationChanged(const QString &whyNot);
+};

@@ -1,0 +1,43 @@
+// How the windows of this program stand among those of others.
+//
+// The base class is a desktop without habits: it does what the toolkit does by itself, and knows
+// what the toolkit knows.
+
+#pragma once
+
+#include "platform/ActivationStamp.h"
+
+#include <QObject>
+
+class QWindow;
+
+class OwnWindows : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class TaskBar { Listed, Skipped };
+    enum class Level { Normal, Raised };
+
+    explicit OwnWindows(QObject *parent = nullptr);
+
+    // How a window is to stand once it is shown: on every desktop, and as given. To be said before
+    // each time it is shown.
+    virtual void setStanding(QWindow &window, TaskBar taskBar, Level level);
+    // Raises a shown window above ordinary ones, or lets it be one of them again.
+    virtual void setLevel(QWindow &window, Level level);
+    // Brings a window that is shown, or is about to be, to the front and gives it the keyboard.
+    virtual void activate(QWindow &window, const ActivationStamp &stamp);
+
+    // The window of ours that is in front; null when none is. Asks the desktop, since the toolkit
+    // believes itself out of front while somebody else has grabbed a key.
+    virtual QWindow *activeWindow() const;
+
+    // Sends on at once what was asked of the display: the toolkit keeps it back until it has drawn
+    // something.
+    virtual void flush();
+
+Q_SIGNALS:
+    // Another window of ours is in front, or none any more.
+    void activeWindowChanged();
+};

@@ -1,0 +1,28 @@
+// A connection of our own to the session bus, by way of QtDBus. (GIO's is SessionBus.)
+//
+// It is opened when it is first asked for, closed at the end of this object, and nobody else's:
+// what happens to it happens to its owner alone. A bus that goes away leaves a connection that is
+// not connected; no bus at all is the same. Needs no application object. Lives on one thread.
+
+#pragma once
+
+#include <QDBusConnection>
+#include <QString>
+
+#include <optional>
+
+class BusConnection final
+{
+public:
+    BusConnection() = default;
+    ~BusConnection();
+    Q_DISABLE_COPY_MOVE(BusConnection)
+
+    // Tries once. Where the session has no bus, none is started.
+    QDBusConnection get();
+    bool isOpen() const { return _connection && _connection->isConnected(); }
+
+private:
+    QString _name;
+    std::optional<QDBusConnection> _connection;
+};

@@ -1,0 +1,40 @@
+// Starts of the program find each other by a name on the session bus.
+//
+// One request is one round trip on a connection of our own. Nothing of this needs an application
+// object but the event loop that `requested` comes from; it is emitted after whoever asked has been
+// answered. A bus that goes away ends it, with one line, and the program runs on.
+
+#pragma once
+
+#include "platform/SingleInstance.h"
+#include "platform/freedesktop/BusConnection.h"
+
+#include <chrono>
+#include <memory>
+
+class QDBusMessage;
+
+class BusInstance final : public SingleInstance
+{
+    Q_OBJECT
+
+public:
+    // How long the running program may take to answer.
+    explicit BusInstance(std::chrono::milliseconds patience = std::chrono::seconds(5));
+    ~BusInstance() override;
+
+    InstanceAnswer tell(const InstanceRequest &request) override;
+    Claim claim(Status status) override;
+
+private:
+    InstanceAnswer answerFrom(const QDBusMessage &reply, InstanceRequest::Verb verb);
+    void settle();
+    void offer(const Status &status);
+    void watchBus();
+
+    const std::chrono::milliseconds _patience;
+    BusConnection _bus;
+    // Holds the interfaces; there as soon as a name may be ours.
+    std::unique_ptr<QObject> _object;
+    bool _isGranted = false;
+};

@@ -1,0 +1,43 @@
+// The picture of what has been typed to filter the grid: large letters with a soft shadow on a
+// rounded rectangle, in the middle of a view.
+//
+// Text that is too wide for the view loses its beginning, so that what was typed last stays to be
+// seen. The picture is made once for a text and drawn as it is for as long as that stands, faded or
+// not.
+
+#pragma once
+
+#include <QColor>
+#include <QPixmap>
+#include <QRect>
+#include <QSize>
+#include <QString>
+
+class QPainter;
+
+class FilterBubble final
+{
+public:
+    // Without a text there is no bubble.
+    void setText(const QString &text, const QSize &viewSize);
+    void setColors(const QColor &foreground, const QColor &background);
+
+    bool isEmpty() const { return _shownText.isEmpty(); }
+    // As it is shown.
+    const QString &text() const { return _shownText; }
+    // Whole points from the upper left corner of the view; empty without a text.
+    const QRect &rect() const { return _rect; }
+
+    // In as many pixels a point as the painter has.
+    void draw(QPainter &painter, qreal alpha);
+
+private:
+    void makePicture(qreal ratio);
+
+    QString _shownText;
+    QRect _rect;
+    QColor _foreground = Qt::white;
+    QColor _background = Qt::black;
+    // Null until it is drawn.
+    QPixmap _picture;
+};

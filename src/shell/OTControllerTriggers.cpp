@@ -1,0 +1,165 @@
+// What summons the panel from outside: hot key, hot spot, status item; and the modifier keys of the
+// session.
+
+#include "platform/Desktop.h"
+#include "shell/KeyTable.h"
+#include "shell/Log.h"
+#include "shell/OTController.h"
+#include "shell/OTHotSpotWindow.h"
+#include "shell/OTStatusItemView.h"
+#include "shell/TriggerKeys.h"
+#include "support/NotificationCenter.h"
+#include "support/UserDefaults.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace {
+
+// The commands of the status item, in its order; a separator before each new line of them.
+const QList<QList<MainMenu::Command>> &statusItemCommands()
+{
+    using Command = MainMenu::Command;
+    static const QList<QList<Command>> commands {
+        { Command::ShowHidePanel },
+        { Command::About, Command::RescanAllApps },
+        { Command::HomePage },
+        { Command::Quit },
+    };
+    return commands;
+}
+
+} // namespace
+
+void OTController::connectTriggers()
+{
+    const HotKey &hotKey = _desktop.hotKey();
+    connect(&hotKey, &HotKey::pressed, this, &OTController::showHideMainWindow);
+    connect(&hotKey, &HotKey::registrationChanged, this, &OTController::takeHotKeyProblem);
+    connect(&_desktop.modifierTap(), &ModifierTap::changed, &NotificationCenter::defaultCenter(),
+        &NotificationCenter::N_EventFlagsChanged);
+    connect(&_desktop.statusItem(), &StatusItem::isShownChanged, this,
+        &OTController::hasMenuAccessChanged);
+    for (const auto signal :
+        { &QGuiApplication::primaryScreenChanged, &QGuiApplication::screenRemoved }) {
+        connect(qGuiApp, signal, this, &OTController::applicationDidChangeScreenParameters);
+    }
+    watchPrimaryScreen();
+}
+
+void OTController::watchPrimaryScreen()
+{
+    if (_primaryScreen) {
+        _primaryScreen->disconnect(this);
+    }
+    _primaryScreen = QGuiApplication::primaryScreen();
+    if (_primaryScreen) {
+        connect(_primaryScreen, &QScreen::geometryChanged, this,
+            &OTController::applicationDidChangeScreenParameters);
+    }
+}
+
+void OTController::applicationDidChangeScreenParameters()
+{
+    watchPrimaryScreen();
+    updateCursorHotSpot();
+}
+
+void OTController::registerHotKey()
+{
+    HotKey &hotKey = _desktop.hotKey();
+    const int code = int(_userDefaults.integerForKey(TriggerKeys::hotKeyCode));
+    if (code < 0) {
+        hotKey.unregisterKey();
+        takeHotKeyProblem(tr("no hot key is chosen"));
+        return;
+    }
+    const auto combination = KeyTable().combination(
+        code, int(_userDefaults.integerForKey(TriggerKeys::hotKeyModifiers)));
+    if (!combination) {
+        hotKey.unregisterKey();
+    }
+    const QString problem = combination ? hotKey.registerKey(*combination)
+                                        : tr("the chosen key is not in the table of keys");
+    if (!problem.isEmpty()) {
+        qCWarning(lcShell, "no hot key: %s", qUtf8Printable(problem));
+    }
+    takeHotKeyProblem(problem);
+}
+
+void OTController::takeHotKeyProblem(const QString &whyNot)
+{
+    _hotKeyProblem = whyNot;
+}
+
+void OTController::setHotKey(int hotKeyCode, int hotKeyModifiers)
+{
+    _isSettingHotKey = true;
+    _userDefaults.setObject(TriggerKeys::hotKeyModifiers, hotKeyModifiers);
+    _userDefaults.setObject(TriggerKeys::hotKeyCode, hotKeyCode);
+    _isSettingHotKey = false;
+    Q_EMIT hotKeyStringChanged();
+    alertIfNoAccess();
+    registerHotKey();
+}
+
+QString OTController::hotKeyString() const
+{
+    return KeyTable().hotKeyString(int(_userDefaults.integerForKey(TriggerKeys::hotKeyCode)),
+        int(_userDefaults.integerForKey(TriggerKeys::hotKeyModifiers)));
+}
+
+void OTController::setupEventTap()
+{
+    if (!_desktop.modifierTap().setUp()) {
+        qCWarning(lcShell, "Failed to create event tap for modifier keys");
+    }
+}
+
+void OTController::updateCursorHotSpot()
+{
+    enableCursorHotSpot(int(_userDefaults.integerForKey(TriggerKeys::cursorHotSpotLocation)));
+}
+
+void OTController::enableCursorHotSpot(int location)
+{
+    _hotSpotWin.reset();
+    const QRectF place = OTHotSpotWindow::hotSpotRect(location, OTHotSpotWindow::screenFrame());
+    if (!place.isNull()) {
+        _hotSpotWin = std::make_unique<OTHotSpotWindow>(_desktop.hotSpot(), place,
+            [this](const ActivationStamp &stamp) { showHideMainWindow(stamp); });
+    }
+}
+
+void OTController::updateStatusBar()
+{
+    _appStatusItem.reset();
+    if (!_userDefaults.boolForKey(TriggerKeys::showAppInStatusBar)) {
+        return;
+    }
+    if (_statusItemMenu.isEmpty()) {
+        fillStatusItemMenu();
+    }
+    const bool toggles = _userDefaults.boolForKey(TriggerKeys::statusBarTogglesWindow);
+    _appStatusItem = std::make_unique<OTStatusItemView>(
+        _desktop.statusItem(), _statusItemMenu,
+        [this](const ActivationStamp &stamp) { showHideMainWindow(stamp); },
+        toggles ? OTStatusItemView::Click::PerformsAction : OTStatusItemView::Click::OpensMenu);
+}
+
+void OTController::fillStatusItemMenu()
+{
+    for (const QList<MainMenu::Command> &commands : statusItemCommands()) {
+        if (!_statusItemMenu.isEmpty()) {
+            _statusItemMenu.addSeparator();
+        }
+        for (const MainMenu::Command command : commands) {
+            const QString title = _mainMenu.titleOf(command);
+            if (!title.isEmpty()) {
+                QAction *const action = _statusItemMenu.addAction(title);
+                connect(action, &QAction::triggered, this,
+                    [this, command] { performCommand(command); });
+            }
+        }
+    }
+}

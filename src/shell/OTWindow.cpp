@@ -1,0 +1,267 @@
+#include "shell/OTWindow.h"
+
+#include "catalogue/OTAppManager.h"
+#include "grid/OTIconView.h"
+#include "platform/Desktop.h"
+#include "shell/OTBkgndView.h"
+#include "shell/OTIconOverlayView.h"
+#include "shell/OTStatsControl.h"
+#include "shell/PanelButton.h"
+#include "shell/PanelResize.h"
+#include "shell/WindowAnimation.h"
+#include "support/NotificationCenter.h"
+#include "support/UserDefaults.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QScreen>
+#include <QWindow>
+
+namespace {
+
+// Seconds.
+constexpr double fadeTime = 0.25;
+
+// The frame round the grid, in points: room for the buttons above it and the selector below.
+constexpr PanelMargins panelMargins { .left = 18, .right = 18, .top = 30, .bottom = 34 };
+// Of the buttons, from the nearest corner of the panel to their middle.
+constexpr QPoint buttonInset(23, 18);
+// Of the selector, from the sides of the panel, so that the round corners stay free.
+constexpr int selectorInset = 30;
+constexpr int selectorHeight = 18;
+// A panel with less opacity cannot be seen.
+constexpr double leastOpacity = 0.01;
+
+namespace Key {
+const QString groupToShowWhenWindowOpens = QStringLiteral("groupToShowWhenWindowOpens");
+const QString groupShownWhenWindowClosed = QStringLiteral("groupShownWhenWindowClosed");
+const QString nonActivatingPanel = QStringLiteral("nonActivatingPanel");
+const QString animateWindowResizing = QStringLiteral("animateWindowResizing");
+} // namespace Key
+
+} // namespace
+
+OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSizeF> largestGrid)
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
+    , _desktop(desktop)
+    , _largestGrid(largestGrid)
+    , _background(new OTBkgndView(this))
+    , _iconView(new OTIconView(appManager, *this, this))
+    , _statsControl(new OTStatsControl(appManager, *_iconView, this))
+    , _closeButton(new PanelButton(PanelButton::Kind::Close, this))
+    , _prefsButton(new PanelButton(PanelButton::Kind::Gear, this))
+    , _emptyLabel(new QLabel(tr("No applications"), this))
+    , _overlay(new OTIconOverlayView(appManager, *_iconView, this))
+    , _margins(panelMargins)
+    , _isNonActivating(UserDefaults::standard().boolForKey(Key::nonActivatingPanel))
+    , _useCoreAnimation(UserDefaults::standard().boolForKey(Key::animateWindowResizing))
+{
+    setWindowTitle(QStringLiteral("Ortu Main"));
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    // The keyboard is for the grid, input methods included.
+    setAttribute(Qt::WA_InputMethodEnabled);
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    _background->lower();
+    _iconView->installEventFilter(this);
+    _emptyLabel->setAlignment(Qt::AlignCenter);
+    _emptyLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
+    _overlay->setObjectName(QStringLiteral("Ortu Overlay"));
+    _overlay->raise();
+
+    const auto mayMove = [this] { return !_desktop.motion().isReduced(); };
+    const auto mayFade = [this, mayMove] { return mayMove() && _desktop.compositing().isActive(); };
+    _animation = std::make_unique<WindowAnimation>(*this, _desktop.ownWindows(), mayFade, mayMove);
+    _resize = std::make_unique<PanelResize>(*this, *_iconView, _desktop.ownWindows());
+    connect(_resize.get(), &PanelResize::panelResized, this, [this] {
+        _overlay->show();
+        Q_EMIT NotificationCenter::defaultCenter().N_WindowDidResize(this);
+    });
+    connect(_animation.get(), &WindowAnimation::fadedOut, this, &OTWindow::hidden);
+    connect(_closeButton, &PanelButton::clicked, this, &OTWindow::closeWanted);
+    connect(_prefsButton, &PanelButton::clicked, this, &OTWindow::prefsWanted);
+    connect(&NotificationCenter::defaultCenter(), &NotificationCenter::N_SubviewNeedsResizing, this,
+        &OTWindow::subviewDidResize);
+    connect(&UserDefaults::standard(), &UserDefaults::changed, this, [this](const QString &key) {
+        if (GridColors::keys().contains(key)) {
+            updateColors();
+        }
+    });
+    connect(&_desktop.compositing(), &Compositing::changed, this, &OTWindow::compositingDidChange);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &OTWindow::screenParametersDidChange);
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this,
+        &OTWindow::screenParametersDidChange);
+    chooseScreen();
+    updateColors();
+    compositingDidChange();
+    subviewDidResize(_iconView);
+}
+
+OTWindow::~OTWindow() = default;
+
+void OTWindow::registerDefaults()
+{
+    UserDefaults::standard().registerDefaults({
+        { Key::animateWindowResizing, false },
+        { Key::nonActivatingPanel, false },
+        { Key::groupToShowWhenWindowOpens, 1 },
+        { Key::groupShownWhenWindowClosed, -1 },
+    });
+    OTBkgndView::registerDefaults();
+    OTStatsControl::registerDefaults();
+    OTIconOverlayView::registerDefaults();
+}
+
+int OTWindow::groupToShowWhenWindowOpens()
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    for (const QString &key :
+        { Key::groupToShowWhenWindowOpens, Key::groupShownWhenWindowClosed }) {
+        const qint64 group = defaults.integerForKey(key);
+        if (group >= 0 && group < GroupCount) {
+            return int(group);
+        }
+    }
+    return 1;
+}
+
+bool OTWindow::isShown() const
+{
+    return isVisible() && !_animation->isFadingOut();
+}
+
+void OTWindow::show(const ActivationStamp &stamp)
+{
+    if (_animation->isFadingOut()) {
+        _iconView->resignFirstResponder();
+    }
+    const bool isComing = !isVisible() || windowOpacity() < leastOpacity;
+    if (isComing) {
+        chooseScreen();
+    }
+    _iconView->setGroupToShow(groupToShowWhenWindowOpens());
+    if (isComing) {
+        setFrame(centredFrame());
+    }
+    makeWindow();
+    const bool isRaised = _isNonActivating;
+    _desktop.ownWindows().setStanding(*windowHandle(),
+        _taskBar == TaskBar::Listed ? OwnWindows::TaskBar::Listed : OwnWindows::TaskBar::Skipped,
+        isRaised ? OwnWindows::Level::Raised : OwnWindows::Level::Normal);
+    _animation->fadeInOver(fadeTime, [this] { QWidget::show(); });
+    _desktop.ownWindows().activate(*windowHandle(), stamp);
+    Q_EMIT shown();
+}
+
+// From its first showing on there is a window, which stays.
+void OTWindow::makeWindow()
+{
+    if (!windowHandle()) {
+        winId();
+        connect(windowHandle(), &QWindow::screenChanged, this, &OTWindow::takeScreen);
+    }
+}
+
+void OTWindow::hide()
+{
+    if (!isShown()) {
+        return;
+    }
+    UserDefaults::standard().setObject(Key::groupShownWhenWindowClosed, _iconView->groupToShow());
+    _animation->fadeOutOver(fadeTime);
+    _movedFrame = {};
+}
+
+QRect OTWindow::selectorRect() const
+{
+    const int bottom = int(_margins.bottom);
+    return { selectorInset, height() - bottom + (bottom - selectorHeight) / 2,
+        std::max(0, width() - 2 * selectorInset), selectorHeight };
+}
+
+bool OTWindow::iconViewHasUserFocus() const
+{
+    const QWidget *const modal = QApplication::activeModalWidget();
+    return modal == nullptr || modal == this;
+}
+
+void OTWindow::raise()
+{
+    if (isVisible()) {
+        _desktop.ownWindows().setLevel(*windowHandle(), OwnWindows::Level::Raised);
+    }
+}
+
+// Also one that floats all the time: whoever lowers it does so for good.
+void OTWindow::lower()
+{
+    if (isVisible()) {
+        _desktop.ownWindows().setLevel(*windowHandle(), OwnWindows::Level::Normal);
+    }
+}
+
+void OTWindow::performClose()
+{
+    _closeButton->click();
+}
+
+void OTWindow::cancelOperation()
+{
+    if (!_iconView->handleCancelOperation()) {
+        Q_EMIT closeWanted();
+    }
+}
+
+QImage OTWindow::backgroundColorPatternImageOfSize(const QSizeF &size, qreal ratio) const
+{
+    return _background->backgroundColorPatternImageOfSize(size, ratio);
+}
+
+QPoint OTWindow::sheetPosition() const
+{
+    return mapToGlobal(QPoint(width() / 2, int(_margins.top)));
+}
+
+void OTWindow::updateColors()
+{
+    const GridColors &colors = _iconView->colors();
+    const bool isBlack = needsBlackButtons(colors.winAlpha, colors.winColor);
+    _closeButton->setIsBlack(isBlack);
+    _prefsButton->setIsBlack(isBlack);
+    QPalette text = _emptyLabel->palette();
+    text.setColor(QPalette::WindowText, colors.textColor);
+    _emptyLabel->setPalette(text);
+}
+
+void OTWindow::compositingDidChange()
+{
+    _background->setIsBlended(_desktop.compositing().isActive());
+    updateMask();
+}
+
+// Without a compositor what is not painted would be black.
+void OTWindow::updateMask()
+{
+    if (_desktop.compositing().isActive()) {
+        clearMask();
+    } else {
+        setMask(OTBkgndView::roundedMask(size()));
+    }
+}
+
+void OTWindow::layOutSubviews()
+{
+    _background->setGeometry(rect());
+    const QRect grid = rect().adjusted(
+        int(_margins.left), int(_margins.top), -int(_margins.right), -int(_margins.bottom));
+    _iconView->setGeometry(grid);
+    _overlay->setGeometry(rect());
+    _emptyLabel->setGeometry(grid);
+    _statsControl->layOut(selectorRect());
+    const auto place = [](QWidget *button, const QPoint &middle) {
+        button->move(middle - QPoint(button->width() / 2, button->height() / 2));
+    };
+    place(_closeButton, buttonInset);
+    place(_prefsButton, QPoint(width() - buttonInset.x(), buttonInset.y()));
+}

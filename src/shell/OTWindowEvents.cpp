@@ -1,0 +1,155 @@
+// What happens to the panel: keys, presses on its background, focus.
+
+#include "grid/OTIconView.h"
+#include "platform/Desktop.h"
+#include "shell/OTIconOverlayView.h"
+#include "shell/OTStatsControl.h"
+#include "shell/OTWindow.h"
+#include "shell/PanelResize.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWindow>
+
+namespace {
+
+// An event of one of two equal modifier keys knows nothing of the other.
+Qt::KeyboardModifiers heldModifiers(const QKeyEvent &event)
+{
+    switch (event.key()) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+        return QGuiApplication::queryKeyboardModifiers();
+    default:
+        return event.modifiers();
+    }
+}
+
+} // namespace
+
+void OTWindow::keyPressEvent(QKeyEvent *event)
+{
+    _iconView->modifierKeysChanged(heldModifiers(*event));
+    // What comes while it fades out was not meant for it any more.
+    event->setAccepted(
+        isShown() && (_statsControl->handleKeyDown(*event) || _iconView->keyPressed(*event)));
+}
+
+void OTWindow::keyReleaseEvent(QKeyEvent *event)
+{
+    _iconView->modifierKeysChanged(heldModifiers(*event));
+    event->setAccepted(_iconView->handleKeyUp(*event));
+}
+
+void OTWindow::inputMethodEvent(QInputMethodEvent *event)
+{
+    if (isShown()) {
+        _iconView->textCommitted(event->commitString());
+    }
+    event->accept();
+}
+
+void OTWindow::resizeEvent(QResizeEvent *)
+{
+    layOutSubviews();
+    updateMask();
+}
+
+void OTWindow::hideEvent(QHideEvent *event)
+{
+    _drag.reset();
+    _resize->finish();
+    _iconView->resignFirstResponder();
+    QWidget::hideEvent(event);
+}
+
+// Somebody outside asks; whether and how it is hidden is not for the toolkit to say.
+void OTWindow::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+    Q_EMIT closeWanted();
+}
+
+// Keys that are released elsewhere are not heard of. While somebody else has grabbed a key the
+// toolkit takes the panel for inactive, which it is not.
+void OTWindow::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ActivationChange) {
+        const bool isInFront =
+            windowHandle() && _desktop.ownWindows().activeWindow() == windowHandle();
+        if (isActiveWindow()) {
+            _iconView->ignoreHeldModifiers(QGuiApplication::queryKeyboardModifiers());
+        } else if (!isInFront) {
+            _iconView->resignFirstResponder();
+            _overlay->clearFilterString();
+        }
+        _iconView->update();
+    }
+    QWidget::changeEvent(event);
+}
+
+void OTWindow::mousePressed(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton) {
+        _drag = Drag { .pointer = event->globalPosition().toPoint(), .panel = pos() };
+    }
+}
+
+void OTWindow::mouseReleased(QMouseEvent *)
+{
+    _drag.reset();
+}
+
+void OTWindow::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::RightButton) {
+        Q_EMIT menuWanted(event->globalPosition().toPoint());
+    } else {
+        mousePressed(event);
+    }
+}
+
+void OTWindow::mouseMoveEvent(QMouseEvent *event)
+{
+    if (_drag && event->buttons().testFlag(Qt::LeftButton)) {
+        dragTo(event->globalPosition().toPoint());
+    }
+}
+
+void OTWindow::mouseReleaseEvent(QMouseEvent *event)
+{
+    mouseReleased(event);
+}
+
+// A press on the grid keeps the mouse there.
+bool OTWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == _iconView && event->type() == QEvent::MouseMove && _drag) {
+        mouseMoveEvent(static_cast<QMouseEvent *>(event));
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+// Moved by ourselves, not by the window manager: those who end a move keep the pointer's release
+// for themselves, and some keep windows from where the user wants them. Only where a window may
+// not place itself does the display have to do it.
+void OTWindow::dragTo(const QPoint &pointer)
+{
+    const QPoint way = pointer - _drag->pointer;
+    if (!_drag->isMoving && way.manhattanLength() < QApplication::startDragDistance()) {
+        return;
+    }
+    _drag->isMoving = true;
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+        _drag.reset();
+        windowHandle()->startSystemMove();
+        return;
+    }
+    move(_drag->panel + way);
+}

@@ -1,0 +1,45 @@
+// A session bus for the length of a test, which the environment names. One follows another at the
+// same address, since the bus library reads that once in the life of a process.
+
+#pragma once
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+class PrivateBus final
+{
+public:
+    PrivateBus() { start({ QStringLiteral("--session") }); }
+    explicit PrivateBus(const QString &configuration)
+    {
+        start({ QStringLiteral("--config-file"), configuration });
+    }
+    ~PrivateBus() { end(); }
+    Q_DISABLE_COPY_MOVE(PrivateBus)
+
+    // As a bus that crashes; its address goes on standing in the environment.
+    void end()
+    {
+        _daemon.kill();
+        _daemon.waitForFinished();
+    }
+
+private:
+    void start(const QStringList &arguments)
+    {
+        static const QTemporaryDir folder;
+        const QString address =
+            QStringLiteral("unix:path=") + folder.filePath(QStringLiteral("bus"));
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
+        QFile::remove(folder.filePath(QStringLiteral("bus")));
+        _daemon.start(QStringLiteral("dbus-daemon"),
+            arguments
+                + QStringList { QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                    QStringLiteral("--address"), address });
+        if (!_daemon.waitForReadyRead()) {
+            qFatal("no bus: %s", _daemon.readAllStandardError().constData());
+        }
+    }
+
+    QProcess _daemon;
+};

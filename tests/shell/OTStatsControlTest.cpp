@@ -1,0 +1,513 @@
+#include "shell/OTStatsControl.h"
+
+#include "shell/PanelFixture.h"
+#include "shell/StatsAccessible.h"
+
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QPainter>
+
+#include <array>
+
+using namespace Qt::Literals::StringLiterals;
+using MouseState = StatsButtons::MouseState;
+
+namespace {
+
+enum Index { Total, Included, Excluded, Favorite, Running };
+
+} // namespace
+
+class OTStatsControlTest : public PanelFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
+
+    void capsulesLieSideBySide();
+    void everyGroup_hasItsButton();
+    void labelsGrowShorter_andAreCutOff();
+    void countsFollowTheCatalogue();
+    void onlyWhatChangesIsPainted();
+    void itFollowsTheGrid();
+    void tab_skipsWhatIsDisabled_data();
+    void tab_skipsWhatIsDisabled();
+    void tab_heldDownActsOnce();
+    void swipesOverTheGrid_areFollowed();
+    void theMouse_isShownAndSelects();
+    void pressesOffTheCapsules_areThePanels();
+    void fillsAreAsStrongAsTheyShouldBe_data();
+    void fillsAreAsStrongAsTheyShouldBe();
+    void aDragThatRests_opens();
+    void theDelay_isAPreference_data();
+    void theDelay_isAPreference();
+    void assistiveTechnologies_findTabs();
+
+private:
+    OTStatsControl &control() const { return _window->statsControl(); }
+    // At the left end of a capsule, where there is no text.
+    QPoint endOf(int index) const
+    {
+        const QRectF capsule = control().buttonRect(index);
+        return { int(capsule.left()) + 4, int(capsule.center().y()) };
+    }
+    QStringList labels() const
+    {
+        QStringList labels;
+        for (int i = 0; i < StatsButtons::Count; ++i) {
+            labels.append(control().displayedLabel(i));
+        }
+        return labels;
+    }
+    // Not as the panel would have it.
+    void makeWide() const
+    {
+        _window->grab();
+        control().layOut({ 30, 10, 2000, 18 });
+    }
+    void click(int index) const { QTest::mouseClick(&control(), Qt::LeftButton, {}, endOf(index)); }
+    void send(QEvent::Type type, const QPoint &point, Qt::MouseButtons buttons) const
+    {
+        const bool isMove = type == QEvent::MouseMove;
+        QMouseEvent event(type, point, control().mapToGlobal(point),
+            isMove ? Qt::NoButton : Qt::LeftButton, buttons, {});
+        QCoreApplication::sendEvent(&control(), &event);
+    }
+    // Without what lies below.
+    QImage picture() const
+    {
+        QImage picture(control().size(), QImage::Format_ARGB32);
+        picture.fill(Qt::transparent);
+        control().render(&picture, {}, {}, QWidget::DrawChildren);
+        return picture;
+    }
+    int selected() const { return control().indexOfSelectedButton(); }
+    template <typename Event> bool isDragAccepted(const QPoint &point) const
+    {
+        const QMimeData data;
+        Event event(point, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&control(), &event);
+        [&event] { QCOMPARE(event.dropAction(), Qt::IgnoreAction); }();
+        return event.isAccepted();
+    }
+};
+
+void OTStatsControlTest::capsulesLieSideBySide()
+{
+    const QList<QSizeF> sizes { { 10, 12 }, { 20.5, 11.2 } };
+    const StatsLayout layout(sizes, 18);
+    const QList<StatsLayout::Button> expected {
+        { { 9, 1, 10, 12 }, { 1, 1, 26, 16 } },
+        { { 36, 1, 21, 12 }, { 28, 1, 37, 16 } },
+    };
+    QCOMPARE(layout.buttons(), expected);
+    QCOMPARE(layout.totalWidth(), 66);
+    QCOMPARE(layout.buttonAt({ 26, 16 }), 0);
+    QCOMPARE(layout.buttonAt({ 27.5, 9 }), -1);
+    QCOMPARE(layout.buttonAt({ 29, 2 }), 1);
+    QCOMPARE(layout.buttonAt({ 29, 17.5 }), -1);
+
+    const QList<QSizeF> shorter { { 5, 12 }, { 5, 12 } };
+    QCOMPARE(StatsLayout::fittingWording({ sizes, shorter }, 18, 66), 0);
+    QCOMPARE(StatsLayout::fittingWording({ sizes, shorter }, 18, 65), 1);
+    QCOMPARE(StatsLayout::fittingWording({ sizes, shorter }, 18, -5), 1);
+}
+
+void OTStatsControlTest::everyGroup_hasItsButton()
+{
+    const QList<int> expected { 0, 1, 1, 3, 3, 5, 5, 3, 8, 8, 3, 3 };
+    for (int group = 0; group < expected.size(); ++group) {
+        QCOMPARE(StatsButtons::groupForGroup(group), expected[group]);
+    }
+    QCOMPARE(StatsButtons::groupForGroup(-1), -1);
+}
+
+void OTStatsControlTest::labelsGrowShorter_andAreCutOff()
+{
+    fill(2);
+    makeWide();
+    QCOMPARE(labels(),
+        QStringList(
+            { u"2 Total"_s, u"2 Included"_s, u"0 Excluded"_s, u"0 Favorite"_s, u"0 Running"_s }));
+    const int wide = control().width();
+    QCOMPARE(control().geometry(), QRect(30, 10, wide, 18));
+    control().layOut({ 30, 10, wide, 18 });
+    QCOMPARE(labels().first(), u"2 Total"_s);
+    control().layOut({ 30, 10, wide - 1, 18 });
+    QCOMPARE(labels(), QStringList({ u"2 T"_s, u"2 I"_s, u"0 E"_s, u"0 F"_s, u"0 R"_s }));
+    const int narrow = control().width();
+    control().layOut({ 30, 10, narrow - 1, 18 });
+    QCOMPARE(labels(), QStringList({ u"T"_s, u"I"_s, u"E"_s, u"F"_s, u"R"_s }));
+    const int letters = control().width();
+    QVERIFY(letters < narrow && narrow < wide);
+
+    // The pointer does not find what is cut off, and it ends round.
+    control().layOut({ 30, 10, letters / 2, 18 });
+    QCOMPARE(control().width(), letters / 2);
+    QCOMPARE(control().indexOfButtonAt(endOf(Total)), int(Total));
+    QCOMPARE(control().indexOfButtonAt(endOf(Running)), -1);
+    // So is the capsule that goes on beyond the edge.
+    control().selectButtonForGroup(IncludedGroup);
+    const int cut = int(control().buttonRect(Included).center().x());
+    control().layOut({ 30, 10, cut, 18 });
+    QVERIFY(qAlpha(picture().pixel(cut - 1, 9)) > 0);
+    for (const int y : { 0, 1, 2, 15, 16, 17 }) {
+        QVERIFY(qAlpha(picture().pixel(cut - 1, y)) < 20);
+    }
+    for (const int extent : { 3, 1, 0, -5 }) {
+        control().layOut({ 30, 10, extent, 18 });
+        control().layOut({ 30, 10, extent, extent });
+        QCOMPARE(control().width(), qMax(extent, 0));
+        QVERIFY(extent <= 0 || !picture().isNull());
+    }
+
+    makeWide();
+    control().setCount(100'000, Included);
+    QCOMPARE(labels().at(Included), u"100000 Included"_s);
+    QVERIFY(control().width() > wide);
+}
+
+void OTStatsControlTest::countsFollowTheCatalogue()
+{
+    fill({ u"a"_s, u"b"_s, u"c"_s });
+    makeWide();
+    const auto are = [this](const QStringList &expected) { return labels() == expected; };
+    _manager->excludeApp(_manager->appForPath(pathOf(u"b"_s)));
+    _manager->moveApp(_manager->appForPath(pathOf(u"a"_s)), User1DGroup, 0, 0);
+    _desktop->run({ pathOf(u"a"_s), pathOf(u"c"_s) });
+    QTRY_VERIFY(
+        are({ u"3 Total"_s, u"2 Included"_s, u"1 Excluded"_s, u"1 Favorite"_s, u"2 Running"_s }));
+    for (int i = 0; i < StatsButtons::Count; ++i) {
+        QVERIFY(control().isButtonEnabled(i));
+    }
+    _manager->includeApp(_manager->appForPath(pathOf(u"b"_s)));
+    _manager->removeAppsFromUserApps(_manager->userApps1D());
+    QTRY_VERIFY(
+        are({ u"3 Total"_s, u"3 Included"_s, u"0 Excluded"_s, u"0 Favorite"_s, u"2 Running"_s }));
+    QVERIFY(!control().isButtonEnabled(Total) && !control().isButtonEnabled(Excluded));
+    QVERIFY(!control().isButtonEnabled(Favorite));
+}
+
+void OTStatsControlTest::onlyWhatChangesIsPainted()
+{
+    fill(2);
+    _window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(_window.get()));
+    QCoreApplication::processEvents();
+    PaintedRegion painted;
+    control().installEventFilter(&painted);
+    const auto isPainted = [&painted] {
+        painted.region = {};
+        QCoreApplication::processEvents();
+        return !painted.region.isEmpty();
+    };
+    control().layOut(control().geometry());
+    _manager->sortAllArrays();
+    control().selectButtonForGroup(Included1DGroup);
+    control().updateColors();
+    send(QEvent::MouseMove, { 0, 0 }, {});
+    QVERIFY(!isPainted());
+    control().setCount(7, Included);
+    QVERIFY(isPainted());
+    control().selectButtonForGroup(RunningGroup);
+    QVERIFY(isPainted());
+    set("windowColor", u"#ffffffff"_s);
+    QVERIFY(isPainted());
+}
+
+void OTStatsControlTest::itFollowsTheGrid()
+{
+    fill(2);
+    grid().setGroupToShow(RunningGroup);
+    QCOMPARE(selected(), int(Running));
+    QCOMPARE(control().groupForSelectedButton(), int(RunningGroup));
+    set("groupOrientation", 0);
+    control().selectButtonAtIndex(-4);
+    QCOMPARE(grid().groupShown(), int(All1DGroup));
+    QCOMPARE(selected(), int(Total));
+    control().selectButtonAtIndex(9);
+    QCOMPARE(selected(), int(Running));
+    control().selectButtonForGroup(-1);
+    QCOMPARE(control().groupForSelectedButton(), -1);
+
+    // Held, a modifier turns the included applications into all of them, however often they are
+    // asked for.
+    _window->show();
+    QVERIFY(QTest::qWaitForWindowActive(_window.get()));
+    grid().modifierKeysChanged(Qt::AltModifier);
+    for (int i = 0; i < 2; ++i) {
+        click(Included);
+        QCOMPARE(grid().groupShown(), int(All1DGroup));
+        QCOMPARE(selected(), int(Total));
+    }
+}
+
+void OTStatsControlTest::tab_skipsWhatIsDisabled_data()
+{
+    QTest::addColumn<int>("excluded");
+    QTest::addColumn<int>("favourites");
+    QTest::addColumn<QList<int>>("order");
+
+    QTest::newRow("plain") << 0 << 0 << QList<int> { Included, Running };
+    QTest::newRow("excluded") << 1 << 0 << QList<int> { Included, Excluded, Running, Total };
+    QTest::newRow("favourites") << 0 << 1 << QList<int> { Included, Favorite, Running };
+    QTest::newRow("all") << 1 << 1 << QList<int> { Included, Excluded, Favorite, Running, Total };
+}
+
+void OTStatsControlTest::tab_skipsWhatIsDisabled()
+{
+    QFETCH(int, excluded);
+    QFETCH(int, favourites);
+    QFETCH(QList<int>, order);
+    fill(2);
+    _window->show();
+    control().setCount(excluded, Excluded);
+    control().setCount(favourites, Favorite);
+    grid().setGroupToShow(IncludedGroup);
+    QList<int> seen;
+    for (qsizetype i = 0; i < order.size(); ++i) {
+        seen.append(selected());
+        QTest::keyClick(_window.get(), Qt::Key_Tab);
+    }
+    QCOMPARE(seen, order);
+    QCOMPARE(selected(), int(Included));
+    for (qsizetype i = order.size(); i-- > 0;) {
+        QTest::keyClick(_window.get(), Qt::Key_Backtab, Qt::ShiftModifier);
+        QCOMPARE(selected(), order[i]);
+        QCOMPARE(
+            StatsButtons::groupForGroup(grid().groupShown()), control().groupForSelectedButton());
+    }
+}
+
+void OTStatsControlTest::tab_heldDownActsOnce()
+{
+    fill(2);
+    grid().setGroupToShow(IncludedGroup);
+    const auto press = [this](int key, Qt::KeyboardModifiers modifiers, bool isRepeat) {
+        return control().handleKeyDown(
+            QKeyEvent(QEvent::KeyPress, key, modifiers, u"\t"_s, isRepeat));
+    };
+    QVERIFY(press(Qt::Key_Tab, {}, true));
+    QCOMPARE(selected(), int(Included));
+    QVERIFY(!press(Qt::Key_Tab, Qt::ControlModifier, false));
+    QVERIFY(!press(Qt::Key_A, {}, false));
+    QVERIFY(!press(Qt::Key_Backspace, {}, true));
+    QCOMPARE(selected(), int(Included));
+    QVERIFY(press(Qt::Key_Tab, Qt::ShiftModifier, false));
+    QCOMPARE(selected(), int(Running));
+}
+
+void OTStatsControlTest::swipesOverTheGrid_areFollowed()
+{
+    fill(2);
+    grid().setGroupToShow(IncludedGroup);
+    NotificationCenter &center = NotificationCenter::defaultCenter();
+    Q_EMIT center.N_SelectNextIconGroup(_window.get());
+    Q_EMIT center.N_SelectPrevIconGroup(_window.get());
+    QCOMPARE(selected(), int(Included));
+    Q_EMIT center.N_SelectNextIconGroup(&grid());
+    QCOMPARE(selected(), int(Running));
+    control().setCount(1, Favorite);
+    Q_EMIT center.N_SelectPrevIconGroup(&grid());
+    QCOMPARE(selected(), int(Favorite));
+}
+
+void OTStatsControlTest::theMouse_isShownAndSelects()
+{
+    fill(2);
+    makeWide();
+    grid().setGroupToShow(IncludedGroup);
+    const auto states = [this] {
+        QString seen;
+        for (int i = 0; i < StatsButtons::Count; ++i) {
+            seen += QString::number(int(control().mouseState(i)));
+        }
+        return seen;
+    };
+    const QPoint outside(-20, 5);
+    send(QEvent::MouseMove, endOf(Excluded), {});
+    QCOMPARE(states(), u"00300"_s);
+    send(QEvent::MouseMove, endOf(Favorite), {});
+    QCOMPARE(states(), u"00030"_s);
+    send(QEvent::MouseButtonPress, endOf(Favorite), Qt::LeftButton);
+    QCOMPARE(states(), u"00020"_s);
+    send(QEvent::MouseMove, outside, Qt::LeftButton);
+    QCOMPARE(states(), u"00000"_s);
+    send(QEvent::MouseButtonRelease, outside, {});
+    QCOMPARE(selected(), int(Included));
+    send(QEvent::MouseButtonPress, endOf(Favorite), Qt::LeftButton);
+    send(QEvent::MouseMove, endOf(Total), Qt::LeftButton);
+    QCOMPARE(states(), u"20000"_s);
+    // Disabled as it is.
+    send(QEvent::MouseButtonRelease, endOf(Total), {});
+    QCOMPARE(states(), u"00000"_s);
+    QCOMPARE(selected(), int(Total));
+    QCOMPARE(grid().groupShown(), int(AllGroup));
+
+    makeWide();
+    send(QEvent::MouseMove, endOf(Running), {});
+    QCOMPARE(states(), u"00003"_s);
+    // The capsule moves away from under the pointer.
+    control().setCount(1'000'000'000, Total);
+    QCOMPARE(states(), u"00030"_s);
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(&control(), &leave);
+    QCOMPARE(states(), u"00000"_s);
+}
+
+void OTStatsControlTest::pressesOffTheCapsules_areThePanels()
+{
+    fill(2);
+    _window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(_window.get()));
+    const QSignalSpy menus(_window.get(), &OTWindow::menuWanted);
+    QTest::mouseClick(&control(), Qt::RightButton, {}, endOf(Included));
+    QCOMPARE(menus.count(), 1);
+    QCOMPARE(selected(), int(Included));
+
+    const QPoint between(int(control().buttonRect(Excluded).left()), 0);
+    const QPoint before = _window->pos();
+    QTest::mousePress(&control(), Qt::LeftButton, {}, between);
+    const QPoint there = between + QPoint(40, -30);
+    send(QEvent::MouseMove, there, Qt::LeftButton);
+    QTest::mouseRelease(&control(), Qt::LeftButton, {}, between);
+    QCOMPARE(_window->pos() - before, QPoint(40, -30));
+    QCOMPARE(selected(), int(Included));
+}
+
+void OTStatsControlTest::fillsAreAsStrongAsTheyShouldBe_data()
+{
+    QTest::addColumn<double>("alpha");
+    QTest::addColumn<QString>("color");
+    // Of the row, and of a capsule on it: selected, hovered and pressed.
+    QTest::addColumn<QColor>("row");
+    QTest::addColumn<QColor>("selected");
+    QTest::addColumn<QColor>("hovered");
+    QTest::addColumn<QColor>("pressed");
+
+    const auto over = [](QColor below, QColor fill, double alpha) {
+        QImage pixel(1, 1, QImage::Format_ARGB32);
+        pixel.fill(below);
+        fill.setAlphaF(float(alpha));
+        QPainter(&pixel).fillRect(0, 0, 1, 1, fill);
+        return pixel.pixelColor(0, 0);
+    };
+    const auto row = [&over](const char *name, double alpha, const QString &color, QColor below,
+                         const QColor &fill, const std::array<double, 3> &alphas) {
+        QTest::newRow(name) << alpha << color << below << over(below, fill, alphas[0])
+                            << over(below, fill, alphas[1]) << over(below, fill, alphas[2]);
+    };
+    row("dark", 0.85, u"#000000ff"_s, QColor(0, 0, 0, 108), Qt::white, { 0.425, 0.425, 0.255 });
+    row("light", 0.85, u"#ffffffff"_s, QColor(255, 255, 255, 108), Qt::black,
+        { 0.425, 0.425, 0.255 });
+    row("faint", 0.02, u"#000000ff"_s, QColor(0, 0, 0, 3), Qt::white, { 0.01, 0.01, 0.006 });
+    // Whatever its colour.
+    row("not to be seen", 0, u"#ffffffff"_s, Qt::black, Qt::white, { 0.3, 0.5, 0.3 });
+}
+
+void OTStatsControlTest::fillsAreAsStrongAsTheyShouldBe()
+{
+    QFETCH(double, alpha);
+    QFETCH(QString, color);
+    fill(2);
+    set("windowAlpha", alpha);
+    set("windowColor", color);
+    grid().setGroupToShow(IncludedGroup);
+    makeWide();
+    const auto isPainted = [this](int index, const char *column) {
+        const QColor seen = picture().pixelColor(endOf(index));
+        const QColor expected = *static_cast<QColor *>(QTest::qData(column, qMetaTypeId<QColor>()));
+        const auto isNear = [](int one, int other) { return qAbs(one - other) <= 2; };
+        // What is nearly transparent has no colour to speak of.
+        return isNear(seen.alpha(), expected.alpha())
+            && (seen.alpha() < 10 || isNear(seen.red(), expected.red()));
+    };
+    QVERIFY(isPainted(Running, "row"));
+    QVERIFY(isPainted(Included, "selected"));
+    send(QEvent::MouseMove, endOf(Running), {});
+    QVERIFY(isPainted(Running, "hovered"));
+    send(QEvent::MouseButtonPress, endOf(Included), Qt::LeftButton);
+    QVERIFY(isPainted(Included, "pressed"));
+    QVERIFY(isPainted(Running, "row"));
+}
+
+void OTStatsControlTest::aDragThatRests_opens()
+{
+    fill(2);
+    makeWide();
+    set("com.apple.springing.delay", 0);
+    grid().setGroupToShow(IncludedGroup);
+    QVERIFY(isDragAccepted<QDragEnterEvent>({ 0, 0 }));
+    // Away again before there was time for anything.
+    QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Running)));
+    QVERIFY(!isDragAccepted<QDragMoveEvent>({ 0, 0 }));
+    QCoreApplication::processEvents();
+    QCOMPARE(selected(), int(Included));
+
+    QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Total)));
+    QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Running)));
+    QTRY_COMPARE(grid().groupShown(), int(RunningGroup));
+    // Once for each rest.
+    grid().setGroupToShow(IncludedGroup);
+    QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Running)));
+    QCoreApplication::processEvents();
+    QCOMPARE(selected(), int(Included));
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(&control(), &leave);
+    makeWide();
+    QVERIFY(isDragAccepted<QDragEnterEvent>(endOf(Running)));
+    QTRY_COMPARE(selected(), int(Running));
+}
+
+void OTStatsControlTest::theDelay_isAPreference_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<double>("delay");
+
+    QTest::newRow("none") << QVariant() << 0.5;
+    QTest::newRow("short") << QVariant(0.05) << 0.05;
+    QTest::newRow("whole") << QVariant(2) << 2.0;
+    QTest::newRow("negative") << QVariant(-1) << 0.5;
+    QTest::newRow("huge") << QVariant(1e300) << 86400.0;
+}
+
+void OTStatsControlTest::theDelay_isAPreference()
+{
+    QFETCH(QVariant, stored);
+    if (stored.isValid()) {
+        _defaults->setObjectForThisRun(u"com.apple.springing.delay"_s, stored);
+    }
+    QTEST(SpringLoading::delay(), "delay");
+}
+
+void OTStatsControlTest::assistiveTechnologies_findTabs()
+{
+    fill(2);
+    control().layOut({ 30, 10, 120, 18 });
+    grid().setGroupToShow(IncludedGroup);
+    QAccessibleInterface *const row = QAccessible::queryAccessibleInterface(&control());
+    QCOMPARE(row->role(), QAccessible::PageTabList);
+    QCOMPARE(row->childCount(), 5);
+    QVERIFY(!row->child(-1) && !row->child(5));
+    QStringList heard;
+    for (int i = 0; i < 5; ++i) {
+        QAccessibleInterface *const tab = row->child(i);
+        QCOMPARE(tab->role(), QAccessible::PageTab);
+        QCOMPARE(row->indexOfChild(tab), i);
+        QCOMPARE(row->childAt(tab->rect().center().x(), tab->rect().center().y()), tab);
+        heard.append(tab->text(QAccessible::Name) + (tab->state().selected ? u" *"_s : QString())
+            + (tab->state().disabled ? u" -"_s : QString()));
+    }
+    QCOMPARE(heard,
+        QStringList({ u"2 Total -"_s, u"2 Included *"_s, u"0 Excluded -"_s, u"0 Favorite -"_s,
+            u"0 Running"_s }));
+    row->child(Running)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(grid().groupShown(), int(RunningGroup));
+    control().layOut({ 30, 10, 20, 18 });
+    QVERIFY(row->child(Running)->state().offscreen);
+}
+
+QTEST_MAIN(OTStatsControlTest)
+#include "OTStatsControlTest.moc"

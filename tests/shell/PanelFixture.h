@@ -1,0 +1,256 @@
+// A panel over a folder of applications, on a desktop that does what the test says and remembers
+// what it was asked for.
+
+#pragma once
+
+#include "grid/DropStack.h"
+#include "grid/IconViewFixture.h"
+#include "shell/OTController.h"
+#include "shell/OTWindow.h"
+
+#include <QPointer>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QWindow>
+
+#include <algorithm>
+
+// What was done, in order, by everything that writes here.
+using Journal = QStringList;
+
+// Gives a window the front as soon as it is asked to, unless told otherwise.
+class ObedientWindows : public OwnWindows
+{
+public:
+    explicit ObedientWindows(Journal &journal)
+        : _journal(journal)
+    { }
+
+    bool isObedient = true;
+    TaskBar taskBar = TaskBar::Listed;
+    Level level = Level::Normal;
+    quint32 lastTime = 0;
+
+    void setStanding(QWindow &, TaskBar newTaskBar, Level newLevel) override
+    {
+        taskBar = newTaskBar;
+        level = newLevel;
+    }
+    void setLevel(QWindow &, Level newLevel) override
+    {
+        level = newLevel;
+        _journal.append(level == Level::Raised ? QStringLiteral("raise") : QStringLiteral("lower"));
+    }
+    void activate(QWindow &window, const ActivationStamp &stamp) override
+    {
+        lastTime = stamp.time;
+        _journal.append(QStringLiteral("front"));
+        if (isObedient) {
+            window.requestActivate();
+            bringToFront(&window);
+        }
+    }
+    QWindow *activeWindow() const override
+    {
+        const auto front = std::find_if(_stack.crbegin(), _stack.crend(),
+            [](const QPointer<QWindow> &window) { return window && window->isVisible(); });
+        return front == _stack.crend() ? nullptr : *front;
+    }
+    // Null for a window of another program, which then lies above all of ours.
+    void bringToFront(QWindow *window)
+    {
+        if (window == nullptr) {
+            _stack.clear();
+        } else {
+            _stack.append(window);
+        }
+        Q_EMIT activeWindowChanged();
+    }
+
+private:
+    Journal &_journal;
+    QList<QPointer<QWindow>> _stack;
+};
+
+class SwitchedCompositing : public Compositing
+{
+public:
+    bool isActive() const override { return _isActive; }
+    void setActive(bool isActive)
+    {
+        _isActive = isActive;
+        Q_EMIT changed();
+    }
+
+private:
+    bool _isActive = true;
+};
+
+class SwitchedMotion : public Motion
+{
+public:
+    bool isStill = true;
+    bool isReduced() const override { return isStill; }
+};
+
+class NotedProgress : public TaskBarProgress
+{
+public:
+    explicit NotedProgress(Journal &journal)
+        : _journal(journal)
+    { }
+    void show(int step, int count) override
+    {
+        _journal.append(QStringLiteral("progress %1/%2").arg(step).arg(count));
+    }
+    void end() override { _journal.append(QStringLiteral("progress ends")); }
+
+private:
+    Journal &_journal;
+};
+
+// Gives the program every key it wants, and notes down which.
+class GrantedHotKey : public HotKey
+{
+public:
+    explicit GrantedHotKey(Journal &journal)
+        : _journal(journal)
+    { }
+    QString registerKey(const HotKeyCombination &combination) override
+    {
+        _journal.append(QStringLiteral("key ") + combination.key);
+        return whyNot;
+    }
+    void unregisterKey() override { _journal.append(QStringLiteral("no key")); }
+
+    QString whyNot;
+
+private:
+    Journal &_journal;
+};
+
+class SwitchedTap : public ModifierTap
+{
+public:
+    bool setUp() override { return true; }
+    void setEnabled(bool isEnabled) override { _isEnabled = isEnabled; }
+    bool isEnabled() const override { return _isEnabled; }
+
+private:
+    bool _isEnabled = false;
+};
+
+class PanelDesktop : public FolderDesktop
+{
+public:
+    using FolderDesktop::FolderDesktop;
+
+    Journal journal;
+    ObedientWindows windows { journal };
+    SwitchedCompositing blending;
+    SwitchedMotion movement;
+    NotedProgress progress { journal };
+    GrantedHotKey key { journal };
+    SwitchedTap tap;
+    // Where the program notes things down; nowhere unless given.
+    QString library;
+
+    const Compositing &compositing() const override { return blending; }
+    OwnWindows &ownWindows() override { return windows; }
+    const Motion &motion() const override { return movement; }
+    TaskBarProgress &taskBarProgress() override { return progress; }
+    HotKey &hotKey() override { return key; }
+    ModifierTap &modifierTap() override { return tap; }
+
+    // Another program comes to the front of all.
+    void runInFront(const QString &path)
+    {
+        run({ path });
+        _inFront = path;
+        Q_EMIT runningApplications().frontSwitched();
+    }
+
+private:
+    QString libraryFolder(::SearchPaths::Domain) const override { return library; }
+    QString activeApplication() const override { return _inFront; }
+    bool activate(const QString &path) override
+    {
+        journal.append(QStringLiteral("activate ") + QFileInfo(path).fileName());
+        return true;
+    }
+
+    QString _inFront;
+};
+
+class PanelFixture : public QObject
+{
+protected:
+    void setUp()
+    {
+        // A display that is not there remarks on windows that come up.
+        QTest::failOnWarning(
+            QRegularExpression(QStringLiteral("^(?!This plugin does not support ).")));
+        // Where every test begins with the pointer.
+        QCursor::setPos(QGuiApplication::primaryScreen()->geometry().topLeft());
+        _home = std::make_unique<QTemporaryDir>();
+        QDir(_home->path()).mkdir(QStringLiteral("apps"));
+        _defaults = std::make_unique<UserDefaults>();
+        UserDefaults::setStandard(_defaults.get());
+        DropStack::setSharedDropStack(&_dropStack);
+        _dropStack.free();
+        _desktop = std::make_unique<PanelDesktop>(_home->path());
+        OTAppManager::registerDefaults();
+        OTIconView::registerDefaults();
+        OTController::registerDefaults();
+        ScanFolders::registerDefaults(*_defaults, _desktop->searchPaths());
+    }
+    void tearDown()
+    {
+        _window.reset();
+        _manager.reset();
+        _desktop.reset();
+        DropStack::setSharedDropStack(nullptr);
+        UserDefaults::setStandard(nullptr);
+    }
+    void set(const char *key, const QVariant &value)
+    {
+        _defaults->setObject(QLatin1String(key), value);
+    }
+    QString pathOf(const QString &name) const
+    {
+        return _home->filePath(QStringLiteral("apps/") + name);
+    }
+    // A catalogue with the given applications, and a panel that is still hidden.
+    void fill(const QStringList &names)
+    {
+        for (const QString &name : names) {
+            QFile file(pathOf(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        _manager = std::make_unique<OTAppManager>(*_desktop, OTAppManager::Use::Inspection);
+        _manager->rescanAllAppsPrioritizingGroup(IncludedGroup);
+        for (const AppRef &app : _manager->allApps1D()) {
+            app->refreshNameAndPath();
+        }
+        _window = std::make_unique<OTWindow>(*_manager, *_desktop);
+    }
+    void fill(int count)
+    {
+        QStringList names;
+        for (int i = 0; i < count; ++i) {
+            names.append(QStringLiteral("app%1").arg(i));
+        }
+        fill(names);
+    }
+    // Its place among the pixels of the screens, y downwards.
+    QRect frame() const { return _window->geometry(); }
+    static QRect visibleFrame() { return QGuiApplication::primaryScreen()->availableGeometry(); }
+    OTIconView &grid() const { return _window->iconView(); }
+
+    std::unique_ptr<QTemporaryDir> _home;
+    std::unique_ptr<UserDefaults> _defaults;
+    DropStack _dropStack;
+    std::unique_ptr<PanelDesktop> _desktop;
+    std::unique_ptr<OTAppManager> _manager;
+    std::unique_ptr<OTWindow> _window;
+};

@@ -8,11 +8,27 @@
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 
-#include <QCoreApplication>
+#include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QJsonDocument>
+#include <QThreadPool>
+
+namespace {
+
+// The first text of a program costs its toolkit a good part of the start: all fonts of the system
+// are looked through. That is done beside what needs no text.
+void readyFonts()
+{
+    QThreadPool::globalInstance()->start([font = QGuiApplication::font()] {
+        QFontMetricsF(font).horizontalAdvance(QLatin1Char('0'));
+    });
+}
+
+} // namespace
 
 int Commands::start(const Invocation &invocation, Desktop &desktop, SingleInstance &instance)
 {
+    readyFonts();
     // Null until there is somebody to ask.
     OTController *running = nullptr;
     const auto claim = instance.claim([&running] {

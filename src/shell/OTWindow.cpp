@@ -150,6 +150,11 @@ void OTWindow::show(const ActivationStamp &stamp)
         _taskBar == TaskBar::Listed ? OwnWindows::TaskBar::Listed : OwnWindows::TaskBar::Skipped,
         isRaised ? OwnWindows::Level::Raised : OwnWindows::Level::Normal);
     _animation->fadeInOver(fadeTime, [this] { QWidget::show(); });
+    // A panel that comes back before the toolkit has noticed that it went has kept the focus there,
+    // but is nobody's active window.
+    if (QGuiApplication::focusWindow() == windowHandle() && !isActiveWindow()) {
+        QApplication::setActiveWindow(this);
+    }
     _desktop.ownWindows().activate(*windowHandle(), stamp);
     Q_EMIT shown();
 }

@@ -12,6 +12,7 @@
 #include "platform/freedesktop/FreedesktopPaths.h"
 #include "platform/freedesktop/Languages.h"
 #include "platform/freedesktop/LauncherProgress.h"
+#include "platform/freedesktop/ProcessMemory.h"
 #include "platform/freedesktop/RunningWindows.h"
 #include "platform/freedesktop/TrayStatusItem.h"
 #include "platform/freedesktop/WindowControl.h"
@@ -24,9 +25,6 @@
 #include <QtGui/qguiapplication_platform.h>
 
 #include <atomic>
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 namespace {
 
@@ -34,27 +32,6 @@ QStringList currentDesktops()
 {
     return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'), Qt::SkipEmptyParts);
 }
-
-// What loading the icons leaves behind: freed memory in every thread's own pool, and the indexes of
-// the themes.
-class LoadingMemory final : public Memory
-{
-public:
-    explicit LoadingMemory(const FreedesktopIcons &icons)
-        : _icons(icons)
-    { }
-
-    void giveBack() override
-    {
-        _icons.giveBack();
-#ifdef __GLIBC__
-        ::malloc_trim(0);
-#endif
-    }
-
-private:
-    const FreedesktopIcons &_icons;
-};
 
 class FreedesktopDesktop final : public Desktop
 {
@@ -167,7 +144,7 @@ private:
     DesktopEntryIndex _entries { Languages::preferred() };
     FreedesktopItems _items { _entries, _paths.dataFolders(), currentDesktops() };
     FreedesktopIcons _icons { [this](const QString &path) { return _items.iconNameOf(path); } };
-    LoadingMemory _memory { _icons };
+    ProcessMemory _memory { _icons };
     FreedesktopDocuments _documents;
     FreedesktopActions _actions;
     LauncherProgress _progress;

@@ -120,7 +120,9 @@ private:
     void awakeFromNib();
     void applicationWillFinishLaunching();
     void applicationDidFinishLaunching(const std::optional<InstanceRequest> &request);
+    void checkAccess();
     void warnOfMissingAccess();
+    bool isStatusItemShown() const;
     void checkDesktop();
     void hideUnlessFrontProcess();
     // Whether a window of ours is in front, active or not.

@@ -17,6 +17,8 @@ namespace {
 
 // How long the first window may wait for the focus, in milliseconds.
 constexpr int longestWait = 1000;
+// And how long the row of status icons may take to show ours.
+constexpr int longestTrayWait = 3000;
 
 namespace Key {
 const QString applicationLaunchCount = QStringLiteral("applicationLaunchCount");
@@ -105,7 +107,7 @@ void OTController::applicationDidFinishLaunching(const std::optional<InstanceReq
     // Once the panel has been drawn: that must not wait for the disk.
     QTimer::singleShot(0, this, [this, launchCount] {
         setApplicationIcon();
-        warnOfMissingAccess();
+        checkAccess();
         _userDefaults.setObject(Key::applicationLaunchCount, launchCount + 1);
         checkDesktop();
         if (_mainWindow.isShown() && !isInFront()) {
@@ -119,6 +121,16 @@ void OTController::hideUnlessFrontProcess()
 {
     if (!isInFront()) {
         hideMainWindow();
+    }
+}
+
+// A status item that is still on its way is no reason to warn.
+void OTController::checkAccess()
+{
+    if (!hasMouseAccess() && _userDefaults.boolForKey(TriggerKeys::showAppInStatusBar)) {
+        QTimer::singleShot(longestTrayWait, this, &OTController::warnOfMissingAccess);
+    } else {
+        warnOfMissingAccess();
     }
 }
 
@@ -152,9 +164,16 @@ void OTController::rescanAllApps(Sender sender)
     _appManager.rescanAllAppsPrioritizingGroup(group);
 }
 
+// The item may be wanted, but have no place.
+bool OTController::isStatusItemShown() const
+{
+    return _userDefaults.boolForKey(TriggerKeys::showAppInStatusBar)
+        && _desktop.statusItem().isShown();
+}
+
 bool OTController::hasMenuAccess() const
 {
-    if (_userDefaults.boolForKey(TriggerKeys::showAppInStatusBar)) {
+    if (isStatusItemShown()) {
         return true;
     }
     return _finishedLaunching ? !_runningDockless : _userDefaults.boolForKey(Key::showIconInDock);
@@ -162,8 +181,7 @@ bool OTController::hasMenuAccess() const
 
 bool OTController::hasMouseAccess() const
 {
-    return _userDefaults.boolForKey(TriggerKeys::showAppInStatusBar)
-        || _userDefaults.boolForKey(Key::showIconInDock)
+    return isStatusItemShown() || _userDefaults.boolForKey(Key::showIconInDock)
         || _userDefaults.integerForKey(TriggerKeys::cursorHotSpotLocation) > 0;
 }
 
@@ -201,7 +219,9 @@ void OTController::alertIfNoMouseAccess()
 void OTController::preferenceDidChange(const QString &key)
 {
     if (key == TriggerKeys::showAppInStatusBar) {
-        alertIfNoMouseAccess();
+        if (!_userDefaults.boolForKey(key)) {
+            alertIfNoMouseAccess();
+        }
         updateStatusBar();
         Q_EMIT hasMenuAccessChanged();
     } else if (key == Key::showIconInDock) {

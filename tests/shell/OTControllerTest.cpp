@@ -41,6 +41,7 @@ private Q_SLOTS:
     void aPanelThatDoesNotActivate();
     void accessIsCheckedAtLaunch_data();
     void accessIsCheckedAtLaunch();
+    void aStatusItemWithoutAHost_isNoAccess();
     void changedPreferencesAreAnswered();
     void quittingAsksWhoHasNoMenu_data();
     void quittingAsksWhoHasNoMenu();
@@ -261,6 +262,22 @@ void OTControllerTest::aPanelThatDoesNotActivate()
     QVERIFY(isShown());
 }
 
+// It may still find one, so the warning waits a little.
+void OTControllerTest::aStatusItemWithoutAHost_isNoAccess()
+{
+    set("showIconInDock", false);
+    set("hotKeyCode", -1);
+    _desktop->item.hasHost = false;
+
+    launch();
+
+    QVERIFY(!_controller->hasMenuAccess());
+    QVERIFY(!_controller->hasMouseAccess());
+    QVERIFY(_alerts.isEmpty());
+    QTRY_COMPARE(_alerts.size(), 1);
+    QVERIFY(_alerts[0].startsWith(u"You have no access"_s));
+}
+
 void OTControllerTest::accessIsCheckedAtLaunch_data()
 {
     QTest::addColumn<bool>("statusItem");
@@ -360,13 +377,15 @@ void OTControllerTest::changedPreferencesAreAnswered()
 void OTControllerTest::quittingAsksWhoHasNoMenu_data()
 {
     QTest::addColumn<bool>("dockIcon");
+    QTest::addColumn<bool>("statusItem");
     QTest::addColumn<int>("answer");
     QTest::addColumn<bool>("isAsked");
     QTest::addColumn<bool>("quits");
 
-    QTest::newRow("with a dock icon") << true << 1 << false << true;
-    QTest::newRow("without, Quit") << false << 0 << true << true;
-    QTest::newRow("without, Don't Quit") << false << 1 << true << false;
+    QTest::newRow("with a dock icon") << true << false << 1 << false << true;
+    QTest::newRow("with a status item") << false << true << 1 << false << true;
+    QTest::newRow("without, Quit") << false << false << 0 << true << true;
+    QTest::newRow("without, Don't Quit") << false << false << 1 << true << false;
 }
 
 void OTControllerTest::quittingAsksWhoHasNoMenu()
@@ -375,7 +394,9 @@ void OTControllerTest::quittingAsksWhoHasNoMenu()
     QFETCH(const int, answer);
     QFETCH(const bool, isAsked);
     QFETCH(const bool, quits);
+    QFETCH(const bool, statusItem);
     set("showIconInDock", dockIcon);
+    _desktop->item.hasHost = statusItem;
     launch();
     _answer = answer;
     // Left in one way or the other; the panel must not hold it up.

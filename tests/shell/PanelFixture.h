@@ -129,6 +129,20 @@ private:
     Journal &_journal;
 };
 
+// Shows the item at once where there is a host.
+class HostedItem : public StatusItem
+{
+public:
+    void show(const QIcon &, const QString &, QMenu &) override { _isWanted = true; }
+    void hide() override { _isWanted = false; }
+    bool isShown() const override { return _isWanted && hasHost; }
+
+    bool hasHost = true;
+
+private:
+    bool _isWanted = false;
+};
+
 class SwitchedTap : public ModifierTap
 {
 public:
@@ -152,6 +166,7 @@ public:
     NotedProgress progress { journal };
     GrantedHotKey key { journal };
     SwitchedTap tap;
+    HostedItem item;
     // Where the program notes things down; nowhere unless given.
     QString library;
 
@@ -161,6 +176,7 @@ public:
     TaskBarProgress &taskBarProgress() override { return progress; }
     HotKey &hotKey() override { return key; }
     ModifierTap &modifierTap() override { return tap; }
+    StatusItem &statusItem() override { return item; }
 
     // Another program comes to the front of all.
     void runInFront(const QString &path)

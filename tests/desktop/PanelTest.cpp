@@ -430,10 +430,15 @@ void PanelTest::whatLiesOnThePanelLeavesItThere()
     QTRY_COMPARE(activeWindow(), panel());
     QVERIFY(isActive());
 
-    // An alert, which another program has provoked.
+    // An alert, which another program has provoked; one alone, since there is another way in.
+    _runner->run({ u"--defaults"_s, u"cursorHotSpotLocation"_s, u"2"_s });
     _runner->run({ u"--defaults"_s, u"showIconInDock"_s, u"no"_s });
     QTRY_COMPARE(ownWindows().size(), 2);
-    QTRY_VERIFY(activeWindow() != panel());
+    const auto isAlertInFront = [] {
+        const QString front = activeWindow();
+        return front != panel() && ownWindows().contains(front);
+    };
+    QTRY_VERIFY(isAlertInFront());
     QVERIFY(isVisible());
     press(u"Return"_s);
     QTRY_COMPARE(ownWindows().size(), 1);
@@ -442,6 +447,7 @@ void PanelTest::whatLiesOnThePanelLeavesItThere()
     press(u"b"_s);
     QTRY_COMPARE(filter(), u"b"_s);
     // With the alert in front of it, another window takes over.
+    _runner->run({ u"--defaults"_s, u"cursorHotSpotLocation"_s, u"0"_s });
     _runner->run({ u"--defaults"_s, u"hotKeyCode"_s, u"-1"_s });
     _runner->run({ u"--defaults"_s, u"showAppInStatusBar"_s, u"no"_s });
     QTRY_COMPARE(ownWindows().size(), 2);

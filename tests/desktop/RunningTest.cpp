@@ -230,11 +230,15 @@ void RunningTest::applications_areControlled()
     QVERIFY(cases[0].app->activate());
     QTRY_COMPARE(activeWindow(), cases[0].window);
     QTRY_COMPARE(_manager->activeApp()->path(), cases[0].app->path());
-    for (const Case &one : cases) {
+    // Programs with a newer toolkit may ask for the front themselves, whenever they get to it.
+    for (const int index : { 0, 2, 4, 1, 3 }) {
+        const Case &one = cases[size_t(index)];
         one.app->show();
         QTRY_VERIFY(!isIconified(one.window));
         QTRY_VERIFY(one.app->isVisible());
-        QTRY_COMPARE(activeWindow(), cases[0].window);
+        if (index % 2 == 0) {
+            QTRY_COMPARE(activeWindow(), cases[0].window);
+        }
     }
     for (const Case &one : cases) {
         ids.removeFirst();

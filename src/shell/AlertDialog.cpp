@@ -75,6 +75,7 @@ void Question::show()
 void Question::makeBox()
 {
     _box = new QMessageBox(_parent);
+    _box->setAttribute(Qt::WA_QuitOnClose, false);
     _box->setWindowTitle(QStringLiteral("Ortu"));
     _box->setWindowModality(_parent ? Qt::WindowModal : Qt::ApplicationModal);
     _box->setIcon(

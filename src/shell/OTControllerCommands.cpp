@@ -113,7 +113,8 @@ void OTController::quitApp(Quitting quitting)
             return;
         }
     }
-    QCoreApplication::quit();
+    // Asked to quit, the toolkit would ask the panel first, which fades and stays for that time.
+    QCoreApplication::exit();
 }
 
 QJsonObject OTController::status() const

@@ -14,6 +14,9 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <algorithm>
+#include <limits>
+
 namespace {
 
 // The commands of the status item, in its order; a separator before each new line of them.
@@ -27,6 +30,14 @@ const QList<QList<MainMenu::Command>> &statusItemCommands()
         { Command::Quit },
     };
     return commands;
+}
+
+// A number that is too large is not to become another one.
+int number(const QString &key)
+{
+    constexpr qint64 least = std::numeric_limits<int>::min();
+    constexpr qint64 most = std::numeric_limits<int>::max();
+    return int(std::clamp(UserDefaults::standard().integerForKey(key), least, most));
 }
 
 } // namespace
@@ -68,28 +79,28 @@ void OTController::applicationDidChangeScreenParameters()
 void OTController::registerHotKey()
 {
     HotKey &hotKey = _desktop.hotKey();
-    const int code = int(_userDefaults.integerForKey(TriggerKeys::hotKeyCode));
+    const int code = number(TriggerKeys::hotKeyCode);
     if (code < 0) {
         hotKey.unregisterKey();
-        takeHotKeyProblem(tr("no hot key is chosen"));
+        _hotKeyProblem = tr("no hot key is chosen");
         return;
     }
-    const auto combination = KeyTable().combination(
-        code, int(_userDefaults.integerForKey(TriggerKeys::hotKeyModifiers)));
+    const auto combination = KeyTable().combination(code, number(TriggerKeys::hotKeyModifiers));
     if (!combination) {
         hotKey.unregisterKey();
     }
-    const QString problem = combination ? hotKey.registerKey(*combination)
-                                        : tr("the chosen key is not in the table of keys");
-    if (!problem.isEmpty()) {
-        qCWarning(lcShell, "no hot key: %s", qUtf8Printable(problem));
-    }
-    takeHotKeyProblem(problem);
+    takeHotKeyProblem(combination ? hotKey.registerKey(*combination)
+                                  : tr("the chosen key is not in the table of keys"));
 }
 
 void OTController::takeHotKeyProblem(const QString &whyNot)
 {
     _hotKeyProblem = whyNot;
+    if (!whyNot.isEmpty()) {
+        qCWarning(lcShell,
+            "no hot key: %s; 'ortu --toggle' can be bound to a key in the desktop's settings",
+            qUtf8Printable(whyNot));
+    }
 }
 
 void OTController::setHotKey(int hotKeyCode, int hotKeyModifiers)
@@ -105,8 +116,8 @@ void OTController::setHotKey(int hotKeyCode, int hotKeyModifiers)
 
 QString OTController::hotKeyString() const
 {
-    return KeyTable().hotKeyString(int(_userDefaults.integerForKey(TriggerKeys::hotKeyCode)),
-        int(_userDefaults.integerForKey(TriggerKeys::hotKeyModifiers)));
+    return KeyTable().hotKeyString(
+        number(TriggerKeys::hotKeyCode), number(TriggerKeys::hotKeyModifiers));
 }
 
 void OTController::setupEventTap()
@@ -118,7 +129,7 @@ void OTController::setupEventTap()
 
 void OTController::updateCursorHotSpot()
 {
-    enableCursorHotSpot(int(_userDefaults.integerForKey(TriggerKeys::cursorHotSpotLocation)));
+    enableCursorHotSpot(number(TriggerKeys::cursorHotSpotLocation));
 }
 
 void OTController::enableCursorHotSpot(int location)

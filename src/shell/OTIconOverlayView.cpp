@@ -6,6 +6,7 @@
 #include "icons/IconLoader.h"
 #include "platform/Desktop.h"
 #include "shell/LabelPlace.h"
+#include "shell/OTBkgndView.h"
 #include "support/Geometry.h"
 #include "support/NotificationCenter.h"
 #include "support/OneLine.h"
@@ -13,6 +14,7 @@
 #include "support/UserDefaults.h"
 
 #include <QFontMetricsF>
+#include <QMarginsF>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -28,6 +30,8 @@ constexpr int LabelTime = 2000;
 // Nobody waits longer for the bubble to go, in seconds.
 constexpr double LongestReset = 3600;
 constexpr float LabelAlpha = 0.8F;
+// How far the round corners of the panel reach in, from a side that is cut square, in points.
+const QMarginsF cornerMargins(9, 9, 9, 9);
 
 namespace Key {
 const QString tabletMode = QStringLiteral("tabletMode");
@@ -328,6 +332,11 @@ void OTIconOverlayView::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     const QRegion &region = event->region();
+    // In a small panel what is drawn in its middle reaches the round corners.
+    const QRectF middle = QRectF(_filterBubble.rect()) | QRectF(_bigIcon.rect());
+    if (!QRectF(rect()).marginsRemoved(cornerMargins).contains(middle)) {
+        painter.setClipPath(roundedRectanglePath(rect(), OTBkgndView::CornerRadius));
+    }
     if (_filterBubble.isEmpty() && region.intersects(_bigIcon.rect())) {
         _bigIcon.draw(painter, _bigPicture, _fgColor, _bgColor);
     }

@@ -17,6 +17,8 @@
 #include <QScreen>
 #include <QWindow>
 
+#include <cmath>
+
 namespace {
 
 // Seconds.
@@ -27,7 +29,7 @@ constexpr PanelMargins panelMargins { .left = 18, .right = 18, .top = 30, .botto
 // Of the buttons, from the nearest corner of the panel to their middle.
 constexpr QPoint buttonInset(23, 18);
 // Of the selector, from the sides of the panel, so that the round corners stay free.
-constexpr int selectorInset = 30;
+constexpr int selectorInset = 22;
 constexpr int selectorHeight = 18;
 // A panel with less opacity cannot be seen.
 constexpr double leastOpacity = 0.01;
@@ -76,6 +78,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     _resize = std::make_unique<PanelResize>(*this, *_iconView, _desktop.ownWindows());
     connect(_resize.get(), &PanelResize::panelResized, this, [this] {
         _overlay->show();
+        layOutGrid();
         Q_EMIT NotificationCenter::defaultCenter().N_WindowDidResize(this);
     });
     connect(_animation.get(), &WindowAnimation::fadedOut, this, &OTWindow::hidden);
@@ -257,16 +260,26 @@ void OTWindow::updateMask()
 
 void OTWindow::layOutSubviews()
 {
-    _background->setGeometry(rect());
-    const QRect grid = rect().adjusted(
-        int(_margins.left), int(_margins.top), -int(_margins.right), -int(_margins.bottom));
-    _iconView->setGeometry(grid);
-    _overlay->setGeometry(rect());
-    _emptyLabel->setGeometry(grid);
+    layOutGrid();
     _statsControl->layOut(selectorRect());
     const auto place = [](QWidget *button, const QPoint &middle) {
         button->move(middle - QPoint(button->width() / 2, button->height() / 2));
     };
     place(_closeButton, buttonInset);
     place(_prefsButton, QPoint(width() - buttonInset.x(), buttonInset.y()));
+}
+
+void OTWindow::layOutGrid()
+{
+    _background->setGeometry(rect());
+    const QRect grid = rect().adjusted(
+        int(_margins.left), int(_margins.top), -int(_margins.right), -int(_margins.bottom));
+    // A panel may be wider than the grid needs.
+    const int spare = _iconView->isEmpty()
+        ? 0
+        : std::max(0, grid.width() - int(std::ceil(_iconView->viewSize().width())));
+    _iconView->setGeometry(grid.adjusted(spare / 2, 0, spare / 2 - spare, 0));
+    _overlay->setGeometry(rect());
+    _emptyLabel->setGeometry(grid);
+    _emptyLabel->setVisible(_iconView->isEmpty() && !_resize->isUnderWay());
 }

@@ -138,6 +138,7 @@ private:
     void updateColors();
     void updateMask();
     void layOutSubviews();
+    void layOutGrid();
 
     QRectF currentFrame() const;
     void setFrame(const QRectF &frame);

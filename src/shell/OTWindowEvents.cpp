@@ -6,6 +6,7 @@
 #include "shell/OTStatsControl.h"
 #include "shell/OTWindow.h"
 #include "shell/PanelResize.h"
+#include "shell/WindowAnimation.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -97,6 +98,9 @@ void OTWindow::changeEvent(QEvent *event)
 void OTWindow::mousePressed(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton) {
+        // The user takes it where it is.
+        _animation->finishSlide();
+        _resize->finish();
         _drag = Drag { .pointer = event->globalPosition().toPoint(), .panel = pos() };
     }
 }

@@ -20,6 +20,8 @@ namespace {
 constexpr double slideTime = 0.25;
 // What an empty group is shown in, in points.
 constexpr QSizeF emptySize(360, 160);
+// Below that the letters of the selector would not find room.
+constexpr QSizeF leastGrid(130, 0);
 
 // The upper edge of the primary screen is 0 in both directions.
 QRectF upwards(const QRectF &rect)
@@ -38,16 +40,19 @@ void OTWindow::subviewDidResize(QObject *view)
     _animation->finishSlide();
     _resize->finish();
     const QSizeF grid = _iconView->isEmpty() ? emptySize : _iconView->viewSize();
-    const QSizeF size = PanelFrame::sizeForGrid(grid, _margins);
-    _emptyLabel->setVisible(_iconView->isEmpty());
+    const QSizeF size = PanelFrame::sizeForGrid(grid.expandedTo(leastGrid), _margins);
     if (!isVisible()) {
         changeFrame(QRectF(QPointF(), size), Change::AtOnce);
+        layOutGrid();
         return;
     }
     const QRectF centred = PanelFrame::centredOn(currentFrame(), size);
     const QRectF inside = PanelFrame::constrained(centred, visibleFrame());
     // Larger than the screen in both directions, it has no place there.
-    changeFrame(inside.isEmpty() ? centred : inside, Change::AsPreferred);
+    // Whoever has it in hand wants it to follow.
+    const bool isHeld = _drag && _drag->isMoving;
+    changeFrame(inside.isEmpty() ? centred : inside, isHeld ? Change::AtOnce : Change::AsPreferred);
+    layOutGrid();
 }
 
 void OTWindow::changeFrame(const QRectF &frame, Change change)

@@ -18,13 +18,12 @@ AnimatedView viewWithEffect(QWidget &view, QGraphicsOpacityEffect &effect)
     return animated;
 }
 
-ViewAnimation fade(const AnimatedView &view, double endAlpha)
+ViewAnimation fadeIn(const AnimatedView &view)
 {
     return { .view = view,
         .startFrame = std::nullopt,
         .endFrame = std::nullopt,
-        .fade = ViewAnimation::Fade::To,
-        .endAlpha = endAlpha };
+        .fade = ViewAnimation::Fade::In };
 }
 
 } // namespace
@@ -34,6 +33,7 @@ PanelResize::PanelResize(QWidget &panel, QWidget &grid, OwnWindows &ownWindows)
     , _grid(grid)
     , _ownWindows(ownWindows)
 {
+    _fade.setAnimationCurve(KRViewAnimation::easeIn());
     // By themselves, and when finish() brings them there.
     for (const auto ended :
         { &KRViewAnimation::animationDidEnd, &KRViewAnimation::animationDidStop }) {
@@ -53,6 +53,8 @@ void PanelResize::start(const QRect &frame, double seconds)
     finish();
     _step = Step::Going;
     auto *const effect = new QGraphicsOpacityEffect(&_grid);
+    // What was shown has gone already, and what is to come has no place before the end.
+    effect->setOpacity(0);
     _grid.setGraphicsEffect(effect);
     _view = viewWithEffect(_grid, *effect);
     _growth.setViewAnimations({ { .view = AnimatedView::window(_panel, _ownWindows),
@@ -60,10 +62,6 @@ void PanelResize::start(const QRect &frame, double seconds)
         .endFrame = frame } });
     _growth.setSeconds(seconds);
     _fade.setSeconds(seconds / 2);
-    // Out of sight quickly, back slowly.
-    _fade.setAnimationCurve(QEasingCurve::OutCubic);
-    _fade.setViewAnimations({ fade(_view, 0) });
-    _fade.startAnimation();
     _growth.startAnimation();
 }
 
@@ -72,11 +70,9 @@ void PanelResize::comeBack()
     if (_step != Step::Going) {
         return;
     }
-    _fade.stopAnimation();
     _step = Step::Coming;
     Q_EMIT panelResized();
-    _fade.setAnimationCurve(KRViewAnimation::easeIn());
-    _fade.setViewAnimations({ fade(_view, 1) });
+    _fade.setViewAnimations({ fadeIn(_view) });
     _fade.startAnimation();
 }
 
@@ -86,7 +82,6 @@ void PanelResize::finish()
     _fade.stopAnimation();
 }
 
-// The fade ends twice: when the grid has gone, and when it is back.
 void PanelResize::end()
 {
     if (_step != Step::Coming) {

@@ -1,5 +1,5 @@
 // The slow change of the panel to another size, for those who have asked for movement: the grid
-// fades away while the panel grows or shrinks, and fades in again once it has its new size.
+// is out of sight while the panel grows or shrinks, and fades in once it has its new size.
 
 #pragma once
 
@@ -21,8 +21,10 @@ public:
     ~PanelResize() override;
 
     // Goes to a frame in the coordinates of windows. `seconds` is the time of the panel's change;
-    // the grid takes half of that to go, and as long to come back.
+    // the grid takes half of that to come back.
     void start(const QRect &frame, double seconds);
+    // Whether the panel is on its way to its new frame.
+    bool isUnderWay() const { return _step == Step::Going; }
     // Goes to the end at once. Nothing when it does not run.
     void finish();
 

@@ -223,12 +223,12 @@ void ProgramTest::aPictureHoldsTheIcons()
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(result.errorLines, QStringList());
     const QImage picture(file);
-    // One cell of 68 points within margins of 12, in a panel that is 36 wider and 64 higher, twice
+    // One cell of 68 points within margins of 12 in the middle of the narrowest panel, twice
     // as large.
-    QCOMPARE(picture.size(), QSize(256, 312));
-    QCOMPARE(picture.pixelColor(128, 152), QColor(200, 10, 20));
-    QCOMPARE(picture.pixelColor(65, 89), QColor(200, 10, 20));
-    QVERIFY(picture.pixelColor(62, 86) != QColor(200, 10, 20));
+    QCOMPARE(picture.size(), QSize(332, 312));
+    QCOMPARE(picture.pixelColor(166, 152), QColor(200, 10, 20));
+    QCOMPARE(picture.pixelColor(103, 89), QColor(200, 10, 20));
+    QVERIFY(picture.pixelColor(100, 86) != QColor(200, 10, 20));
 
     QCOMPARE(_runner->run({ QStringLiteral("--screenshot"), QStringLiteral("/nonexistent/a.png") })
                  .exitCode,

@@ -397,6 +397,8 @@ void OTControllerTest::quittingAsksWhoHasNoMenu()
     QFETCH(const bool, statusItem);
     set("showIconInDock", dockIcon);
     _desktop->item.hasHost = statusItem;
+    // A panel that fades away is there for a while.
+    _desktop->movement.isStill = false;
     launch();
     _answer = answer;
     // Left in one way or the other; the panel must not hold it up.

@@ -114,13 +114,13 @@ void OTWindowTest::anotherGridKeepsTheCentre_onTheScreen_data()
     QTest::addColumn<bool>("isTall");
     QTest::addColumn<QRect>("expected");
 
-    // Six icons in a row take 468 × 156 points, in a column 128 × 496.
-    QTest::newRow("in the middle") << QPoint(400, 300) << true << QRect(336, 52, 128, 496);
+    // Six icons in a row take 468 × 156 points, in a column 166 × 496.
+    QTest::newRow("in the middle") << QPoint(400, 300) << true << QRect(317, 52, 166, 496);
     QTest::newRow("halves up") << QPoint(401, 301) << false << QRect(167, 223, 468, 156);
     QTest::newRow("too far left") << QPoint(80, 300) << false << QRect(0, 222, 468, 156);
     QTest::newRow("too far right") << QPoint(720, 300) << false << QRect(332, 222, 468, 156);
-    QTest::newRow("too far up") << QPoint(400, 200) << true << QRect(336, 0, 128, 496);
-    QTest::newRow("too far down") << QPoint(400, 420) << true << QRect(336, 104, 128, 496);
+    QTest::newRow("too far up") << QPoint(400, 200) << true << QRect(317, 0, 166, 496);
+    QTest::newRow("too far down") << QPoint(400, 420) << true << QRect(317, 104, 166, 496);
 }
 
 void OTWindowTest::anotherGridKeepsTheCentre_onTheScreen()

@@ -164,7 +164,13 @@ void TrayStatusItem::takeWidget(QWidget *widget)
         _hasHadWidget = true;
         _widget->setAcceptDrops(true);
         _widget->installEventFilter(this);
-        connect(_widget, &QObject::destroyed, this, &TrayStatusItem::awaitWidget);
+        connect(_widget, &QObject::destroyed, this, [this] {
+            // The release will not be told any more.
+            if (std::exchange(_isPressed, false)) {
+                Q_EMIT released(false, {});
+            }
+            awaitWidget();
+        });
     }
     if (_widget->windowHandle()) {
         _widget->windowHandle()->installEventFilter(this);

@@ -112,7 +112,9 @@ void XOwnWindows::handleShown(QWindow &window)
     if (own.isStanding) {
         tellStates(window, own);
     }
-    if (const auto stamp = std::exchange(own.stamp, {})) {
+    const std::optional<ActivationStamp> stamp = own.stamp;
+    own.stamp.reset();
+    if (stamp) {
         activate(window, *stamp);
     }
 }

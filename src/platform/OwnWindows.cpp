@@ -3,12 +3,22 @@
 #include <QGuiApplication>
 #include <QWindow>
 
+namespace {
+
+// Null in a program without windows.
+QGuiApplication *application()
+{
+    return qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+}
+
+} // namespace
+
 OwnWindows::OwnWindows(QObject *parent)
     : QObject(parent)
 {
-    if (qGuiApp) {
+    if (const auto *const shown = application()) {
         connect(
-            qGuiApp, &QGuiApplication::focusWindowChanged, this, &OwnWindows::activeWindowChanged);
+            shown, &QGuiApplication::focusWindowChanged, this, &OwnWindows::activeWindowChanged);
     }
 }
 
@@ -29,7 +39,7 @@ void OwnWindows::activate(QWindow &window, const ActivationStamp &)
 
 QWindow *OwnWindows::activeWindow() const
 {
-    return qGuiApp ? QGuiApplication::focusWindow() : nullptr;
+    return application() ? QGuiApplication::focusWindow() : nullptr;
 }
 
 void OwnWindows::flush() { }

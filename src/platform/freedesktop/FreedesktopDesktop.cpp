@@ -103,9 +103,10 @@ private:
     static const QNativeInterface::QX11Application *x11Toolkit()
     {
         // The toolkit's display without screens answers for X as well, without a connection.
+        const auto *const shown = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
         const bool isX11 =
-            qGuiApp != nullptr && QGuiApplication::platformName() == QLatin1String("xcb");
-        return isX11 ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+            shown != nullptr && QGuiApplication::platformName() == QLatin1String("xcb");
+        return isX11 ? shown->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
     }
     XConnection *toolkitDisplay() const { return x11Toolkit() != nullptr ? &display() : nullptr; }
 

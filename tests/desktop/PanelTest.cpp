@@ -568,6 +568,8 @@ void PanelTest::ofTwoStartsOneRemains()
     QProcess other;
     _runner->start(_ortu, {});
     _runner->start(other, {});
+    // One that is still on its way does not run either.
+    QVERIFY(_ortu.waitForStarted() && other.waitForStarted());
     const auto running = [&] {
         return int(_ortu.state() == QProcess::Running) + int(other.state() == QProcess::Running);
     };

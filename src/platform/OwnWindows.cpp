@@ -37,9 +37,19 @@ void OwnWindows::activate(QWindow &window, const ActivationStamp &)
     window.requestActivate();
 }
 
+OwnWindows::Former OwnWindows::giveFrontBack()
+{
+    return Former::Unknown;
+}
+
 QWindow *OwnWindows::activeWindow() const
 {
     return application() ? QGuiApplication::focusWindow() : nullptr;
+}
+
+bool OwnWindows::isPointerPressed() const
+{
+    return QGuiApplication::mouseButtons() != Qt::NoButton;
 }
 
 void OwnWindows::flush() { }

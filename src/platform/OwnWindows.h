@@ -29,9 +29,20 @@ public:
     // Brings a window that is shown, or is about to be, to the front and gives it the keyboard.
     virtual void activate(QWindow &window, const ActivationStamp &stamp);
 
+    // What became of the window that was in front before ours.
+    enum class Former { Unknown, NotThere, InFront };
+    // Gives the front back to the window that had it before ours: to that very window, and only
+    // while the user can see it on the present desktop. NotThere when none of ours is in front,
+    // when nothing was in front before, or when that window was closed, put away or left on another
+    // desktop. Unknown where the desktop does not tell windows of other programs apart.
+    virtual Former giveFrontBack();
+
     // The window of ours that is in front; null when none is. Asks the desktop, since the toolkit
     // believes itself out of front while somebody else has grabbed a key.
     virtual QWindow *activeWindow() const;
+
+    // Whether a button of the pointer is down, in whatever window it was pressed.
+    virtual bool isPointerPressed() const;
 
     // Sends on at once what was asked of the display: the toolkit keeps it back until it has drawn
     // something.

@@ -27,4 +27,7 @@ Q_SIGNALS:
     void launched();
     void terminated();
     void frontSwitched();
+    // An application that was asked to quit asks the user back. Its question was brought to the
+    // front, where a window of ours had been.
+    void questionAsked();
 };

@@ -20,6 +20,8 @@
 #include <QDialog>
 #include <QWindow>
 
+#include <utility>
+
 namespace {
 
 const QString homeUrlKey = QStringLiteral("OTHomeURL");
@@ -46,7 +48,7 @@ OTController::OTController(Desktop &desktop, OTAppManager &appManager, OTWindow 
     _frontTimer.setSingleShot(true);
     connect(&_windowCloseTimer, &QTimer::timeout, this,
         &OTController::mainWindowUnusedAndShouldBeHidden);
-    connect(&_frontTimer, &QTimer::timeout, this, &OTController::hideUnlessFrontProcess);
+    connect(&_frontTimer, &QTimer::timeout, this, &OTController::frontDidNotCome);
     awakeFromNib();
 }
 
@@ -62,6 +64,8 @@ void OTController::awakeFromNib()
         [this] { applicationOpenUntitledFile(); });
     connect(&_desktop.ownWindows(), &OwnWindows::activeWindowChanged, this,
         &OTController::activeWindowDidChange);
+    connect(&_desktop.runningApplications(), &RunningApplications::questionAsked, this,
+        &OTController::implicitHideMainWindow);
     connect(&_mainWindow, &OTWindow::closeWanted, this, &OTController::explicitHideMainWindow);
     connect(&_mainWindow, &OTWindow::prefsWanted, this, [this] {
         const QWidget &gear = _mainWindow.prefsButton();
@@ -90,6 +94,9 @@ void OTController::showMainWindow(const ActivationStamp &stamp)
     if (_mainWindow.isShown() || !_finishedLaunching) {
         return;
     }
+    if (!isInFront()) {
+        awaitFront();
+    }
     _mainWindow.show(stamp);
     // That the panel's end took the focus away may not have been heard of yet.
     if (_didBecomeActiveDate.isValid()) {
@@ -109,6 +116,8 @@ void OTController::hideMainWindow()
     }
     _mainMenu.menu().close();
     cancelWindowCloseTimer();
+    _frontTimer.stop();
+    _isLossPostponed = false;
     _mainWindow.hide();
 }
 
@@ -141,13 +150,20 @@ void OTController::activate(const ActivationStamp &stamp)
     }
 }
 
+// To the very window that was in front before, where the desktop knows it; its application may have
+// others. Where nothing is left to give the front to, the desktop chooses what comes next.
 void OTController::deactivate()
 {
-    const AppRef last = _appManager.lastActiveApp();
-    if (!last) {
-        hideMainWindow();
-    } else if (!_mainWindow.isNonActivating()) {
+    if (_mainWindow.isNonActivating()) {
+        return;
+    }
+    const OwnWindows::Former former = _desktop.ownWindows().giveFrontBack();
+    const AppRef last =
+        former == OwnWindows::Former::Unknown ? _appManager.lastActiveApp() : nullptr;
+    if (last) {
         last->activate();
+    } else if (former != OwnWindows::Former::InFront) {
+        hideMainWindow();
     }
 }
 
@@ -237,6 +253,7 @@ void OTController::applicationDidBecomeActive()
 {
     cancelWindowCloseTimer();
     _frontTimer.stop();
+    _isLossPostponed = false;
     if (_userDefaults.boolForKey(QStringLiteral("showOnBecomeActive"))) {
         showMainWindow();
     }
@@ -252,6 +269,10 @@ void OTController::applicationWillResignActive()
     if (QApplication::activeModalWidget() || isInFront()) {
         return;
     }
+    if (_frontTimer.isActive()) {
+        _isLossPostponed = true;
+        return;
+    }
     implicitHideMainWindow();
     if (_userDefaults.boolForKey(QStringLiteral("hideOnResignActive")) && _mainWindow.isShown()) {
         QApplication::beep();
@@ -262,11 +283,26 @@ void OTController::applicationWillResignActive()
 int OTController::runAlert(const Alert &alert)
 {
     const int answer = Alerts::run(alert, _mainWindow.isShown() ? &_mainWindow : nullptr);
-    // Lost meanwhile; the alert's own window may be named as the one in front for a moment longer.
-    if (!_isActive && !isInFront() && _mainWindow.isShown() && !_frontTimer.isActive()) {
-        applicationWillResignActive();
+    // Window managers differ in what they focus when a dialog closes.
+    if (_mainWindow.isShown() && !isInFront()) {
+        awaitFront();
+        _isLossPostponed = true;
+        activate();
     }
     return answer;
+}
+
+void OTController::awaitFront()
+{
+    _isLossPostponed = false;
+    _frontTimer.start(FrontWait);
+}
+
+void OTController::frontDidNotCome()
+{
+    if (std::exchange(_isLossPostponed, false)) {
+        applicationWillResignActive();
+    }
 }
 
 bool OTController::isInFront() const

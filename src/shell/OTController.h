@@ -44,6 +44,8 @@ public:
     static constexpr int ReopenGuard = 250;
     // How long after the panel is hidden memory is given back, in milliseconds.
     static constexpr int MemoryPause = 200;
+    // How long a panel that has just been shown may wait for the focus, in milliseconds.
+    static constexpr int FrontWait = 1000;
     // How long a panel that the user has moved stays after the program has lost the focus.
     static constexpr double MovedPanelTime = 30;
 
@@ -124,7 +126,9 @@ private:
     void warnOfMissingAccess();
     bool isStatusItemShown() const;
     void checkDesktop();
-    void hideUnlessFrontProcess();
+    void awaitFront();
+    void frontDidNotCome();
+    void bringAlertToFront();
     // Whether a window of ours is in front, active or not.
     bool isInFront() const;
 
@@ -168,8 +172,10 @@ private:
     bool _haveAlertedUserAboutRequiredRestart = false;
     bool _isActive = false;
     QTimer _windowCloseTimer;
-    // Runs while the focus of the first window is awaited.
+    // Runs while a panel that has just been shown waits for the focus. A loss of the focus that is
+    // reported meanwhile is an earlier one, and is dealt with only if the focus does not come.
     QTimer _frontTimer;
+    bool _isLossPostponed = false;
     // Since the program became active; not valid while it is not.
     QElapsedTimer _didBecomeActiveDate;
     // Since the search for applications was last drawn into the icon.

@@ -11,13 +11,15 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
+#include <QApplication>
+#include <QWidget>
+#include <QWindow>
+
 #include <utility>
 
 namespace {
 
-// How long the first window may wait for the focus, in milliseconds.
-constexpr int longestWait = 1000;
-// And how long the row of status icons may take to show ours.
+// How long the row of status icons may take to show ours, in milliseconds.
 constexpr int longestTrayWait = 3000;
 
 namespace Key {
@@ -111,17 +113,11 @@ void OTController::applicationDidFinishLaunching(const std::optional<InstanceReq
         _userDefaults.setObject(Key::applicationLaunchCount, launchCount + 1);
         checkDesktop();
         if (_mainWindow.isShown() && !isInFront()) {
-            _frontTimer.start(longestWait);
+            awaitFront();
+            _isLossPostponed = true;
         }
         Q_EMIT NotificationCenter::defaultCenter().applicationDidFinishLaunching();
     });
-}
-
-void OTController::hideUnlessFrontProcess()
-{
-    if (!isInFront()) {
-        hideMainWindow();
-    }
 }
 
 // A status item that is still on its way is no reason to warn.
@@ -138,10 +134,26 @@ void OTController::warnOfMissingAccess()
 {
     if (!hasMouseAccess() && !hasKeyboardAccess()
         && _userDefaults.boolForKey(Key::showNoUIAccessWarning)) {
+        bringAlertToFront();
         alertIfNoAccess();
     } else if (!hasMouseAccess() && _userDefaults.boolForKey(Key::showNoMouseAccessWarning)) {
+        bringAlertToFront();
         alertIfNoMouseAccess();
     }
+}
+
+// The panel at once, and the alert that is about to be shown as soon as it is there: without a
+// panel it is the only window of the program.
+void OTController::bringAlertToFront()
+{
+    activate();
+    const auto bring = [this] {
+        const QWidget *const alert = QApplication::activeModalWidget();
+        if (alert != nullptr && alert->windowHandle() != nullptr) {
+            _desktop.ownWindows().activate(*alert->windowHandle(), {});
+        }
+    };
+    QMetaObject::invokeMethod(this, bring, Qt::QueuedConnection);
 }
 
 void OTController::checkDesktop()

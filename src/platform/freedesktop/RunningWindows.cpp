@@ -17,6 +17,8 @@ constexpr quint32 longestList = 1 << 16;
 constexpr auto longestMoment = 100ms;
 // What a program may take to answer that it has been shown.
 constexpr auto longestShowing = 1s;
+// What it may take to ask the user about what is not saved.
+constexpr auto longestQuitting = 10s;
 
 // How many windows stand above a dialog at most; a circle of them has no end.
 constexpr int deepestDialog = 8;
@@ -162,12 +164,34 @@ void RunningWindows::takeList()
             }
         }
     }
+    const QList<xcb_window_t> newWindows = toRead;
     for (const xcb_window_t window : std::exchange(_changed, {})) {
         if (_known.contains(window)) {
             toRead.append(window);
         }
     }
     readWindows(toRead);
+    takeQuestions(newWindows);
+}
+
+void RunningWindows::expectQuestion(const QString &bundlePath)
+{
+    _expected.insert(bundlePath, QDeadlineTimer(longestQuitting));
+}
+
+void RunningWindows::takeQuestions(const QList<xcb_window_t> &newWindows)
+{
+    _expected.removeIf([](const auto &expected) { return expected.value().hasExpired(); });
+    if (_expected.isEmpty() || _known.value(_namedWindow).traits.processId != ::getpid()) {
+        return;
+    }
+    for (const xcb_window_t window : newWindows) {
+        if (_expected.contains(_known.value(window).application)) {
+            activate(window);
+            Q_EMIT questionAsked();
+            return;
+        }
+    }
 }
 
 // A window manager that ends takes its windows off the list, or the whole list away, but leaves the

@@ -11,6 +11,7 @@
 #include "platform/freedesktop/WindowMatcher.h"
 #include "platform/freedesktop/XConnection.h"
 
+#include <QDeadlineTimer>
 #include <QHash>
 #include <QMutex>
 #include <QSet>
@@ -52,6 +53,11 @@ public:
     // the next moments: some do when they are shown, and not all at once.
     void keepActive(xcb_window_t window, const QString &against);
 
+    // Brings a window that the application opens within the next moments to the front, if one of
+    // ours is there: to ask whether to save a document, say. Window managers leave such a window
+    // behind ours, where the user has acted later.
+    void expectQuestion(const QString &bundlePath);
+
 Q_SIGNALS:
     // What the window manager names as the active window, each time it does: known or not, listed
     // or not, and none for a moment between two windows.
@@ -72,6 +78,7 @@ private:
     QList<xcb_window_t> readList() const;
     void forgetAll();
     void readWindows(const QList<xcb_window_t> &windows);
+    void takeQuestions(const QList<xcb_window_t> &newWindows);
     void match(const QList<xcb_window_t> &windows);
     bool matchKnown(QList<xcb_window_t> windows);
     QString applicationBelow(xcb_window_t window) const;
@@ -98,6 +105,8 @@ private:
     xcb_window_t _keptActive = XCB_WINDOW_NONE;
     QSet<QString> _keptAgainst;
     QTimer _keeping;
+    // The applications that were asked to quit, and how long what they open counts as a question.
+    QHash<QString, QDeadlineTimer> _expected;
     // Runs while no window is active; between two windows that is for a moment only.
     QTimer _noneActive;
 

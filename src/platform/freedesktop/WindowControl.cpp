@@ -73,6 +73,7 @@ bool WindowControl::activate(const QString &bundlePath)
 void WindowControl::quit(const QString &bundlePath)
 {
     const QList<WindowTraits> windows = _windows.windowsOf(bundlePath);
+    _windows.expectQuestion(bundlePath);
     const auto isDialog = [&windows](const WindowTraits &window) {
         return std::any_of(windows.begin(), windows.end(), [&window](const WindowTraits &other) {
             return other.window == window.transientFor && other.window != window.window;

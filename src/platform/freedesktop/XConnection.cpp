@@ -10,6 +10,7 @@ constexpr std::array<std::string_view, XConnection::AtomCount> atomNames {
     "_NET_ACTIVE_WINDOW",
     "_NET_CLIENT_LIST",
     "_NET_CLOSE_WINDOW",
+    "_NET_CURRENT_DESKTOP",
     "_NET_STARTUP_ID",
     "_NET_WM_DESKTOP",
     "_NET_WM_PID",

@@ -34,6 +34,7 @@ public:
         NetActiveWindow,
         NetClientList,
         NetCloseWindow,
+        NetCurrentDesktop,
         NetStartupId,
         NetWmDesktop,
         NetWmPid,

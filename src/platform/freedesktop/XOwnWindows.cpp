@@ -2,6 +2,7 @@
 
 #include "platform/freedesktop/RunningWindows.h"
 #include "platform/freedesktop/StartupDisplay.h"
+#include "platform/freedesktop/WindowPlace.h"
 
 #include <QGuiApplication>
 #include <QThreadPool>
@@ -68,6 +69,7 @@ XOwnWindows::XOwnWindows(RunningWindows &windows, xcb_connection_t *connection)
     _noneActive.setInterval(longestMoment);
     connect(&_noneActive, &QTimer::timeout, this, [this] { setActive(nullptr); });
     _active = idOf(activeWindow());
+    rememberFormer(_windows.activeWindow());
 }
 
 XOwnWindows::Own &XOwnWindows::ownOf(QWindow &window)
@@ -243,8 +245,51 @@ QWindow *XOwnWindows::activeWindow() const
     return window != nullptr && window->isVisible() ? window : nullptr;
 }
 
+// Between two windows none is named for a moment; longer than that means that none was in front.
+void XOwnWindows::rememberFormer(xcb_window_t named)
+{
+    if (named == XCB_WINDOW_NONE) {
+        if (!_namedNone.isValid()) {
+            _namedNone.start();
+        }
+        return;
+    }
+    const bool wasNone = _namedNone.isValid() && _namedNone.hasExpired(longestMoment.count());
+    _namedNone.invalidate();
+    if (windowOf(named) == nullptr) {
+        _former = named;
+    } else if (wasNone) {
+        _former = XCB_WINDOW_NONE;
+    }
+}
+
+// Over Qt's connection, so that the window manager hears of it before our window goes and does not
+// choose one itself.
+OwnWindows::Former XOwnWindows::giveFrontBack()
+{
+    if (!_windows.isActiveNamed()) {
+        return OwnWindows::giveFrontBack();
+    }
+    _waiting = nullptr;
+    const bool isThere = _former != XCB_WINDOW_NONE && activeWindow() != nullptr
+        && WindowPlace::isOnPresentDesktop(_windows.connection(), _former);
+    if (!isThere) {
+        return Former::NotThere;
+    }
+    _windows.connection().tellManagerOver(_connection, _former, XConnection::NetActiveWindow,
+        { fromPager, XCB_CURRENT_TIME, XCB_WINDOW_NONE });
+    flush();
+    return Former::InFront;
+}
+
+bool XOwnWindows::isPointerPressed() const
+{
+    return WindowPlace::isPointerPressed(_windows.connection());
+}
+
 void XOwnWindows::takeNamed(xcb_window_t window)
 {
+    rememberFormer(window);
     if (!_windows.isActiveNamed()) {
         setActive(OwnWindows::activeWindow());
         return;

@@ -9,6 +9,7 @@
 
 #include "platform/OwnWindows.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QPointer>
 #include <QTimer>
@@ -29,7 +30,9 @@ public:
     void setStanding(QWindow &window, TaskBar taskBar, Level level) override;
     void setLevel(QWindow &window, Level level) override;
     void activate(QWindow &window, const ActivationStamp &stamp) override;
+    Former giveFrontBack() override;
     QWindow *activeWindow() const override;
+    bool isPointerPressed() const override;
     void flush() override;
 
 private:
@@ -55,6 +58,7 @@ private:
     void takeNamed(xcb_window_t window);
     void takeToolkit();
     void setActive(QWindow *window);
+    void rememberFormer(xcb_window_t named);
 
     RunningWindows &_windows;
     xcb_connection_t *const _connection;
@@ -65,4 +69,8 @@ private:
     xcb_window_t _active = XCB_WINDOW_NONE;
     // Runs while no window is active; between two windows that is for a moment only.
     QTimer _noneActive;
+    // Of another program: in front now, or last before ours. None when there was no such window.
+    xcb_window_t _former = XCB_WINDOW_NONE;
+    // Since when the window manager names no window at all; not valid while it names one.
+    QElapsedTimer _namedNone;
 };

@@ -1,0 +1,18 @@
+// Where a window of another program is now, and the pointer: questions that are asked of the X
+// server when the user does something, not followed all the time. Each takes one exchange with the
+// server.
+
+#pragma once
+
+#include "platform/freedesktop/XConnection.h"
+
+namespace WindowPlace {
+
+// Whether the user can see the window, or could if nothing covered it: it is mapped, not put away,
+// and on the present desktop or on all of them. False when it is gone.
+bool isOnPresentDesktop(XConnection &connection, xcb_window_t window);
+
+// Whether one of the three ordinary buttons of the pointer is down.
+bool isPointerPressed(XConnection &connection);
+
+} // namespace WindowPlace

@@ -111,6 +111,8 @@ public:
 
     // The modifiers that are held now; they count only while the window is the active one.
     void modifierKeysChanged(Qt::KeyboardModifiers modifiers);
+    // To be called when their releases will not be reported, since another window has the keyboard.
+    void forgetModifiers();
     // Modifiers that are held for another reason count only after their release.
     void ignoreHeldModifiers(Qt::KeyboardModifiers modifiers);
 
@@ -172,6 +174,7 @@ private:
     bool isExcludedGroup() const;
     void fillCells();
     void keepSelection(const AppRef &selected);
+    void takeModifiers(const ModifierKeys &modifiers);
     void selectKeepingKeys(const Coords &coords);
 
     CellLook lookOf(quint64 row, quint64 column, const AppRef &app) const;

@@ -259,8 +259,17 @@ void OTIconView::modifierKeysChanged(Qt::KeyboardModifiers modifiers)
         return;
     }
     _ignoredModifiers &= modifiers;
-    const ModifierKeys old = _modifiers;
-    _modifiers = ModifierKeys::of(modifiers & ~_ignoredModifiers);
+    takeModifiers(ModifierKeys::of(modifiers & ~_ignoredModifiers));
+}
+
+void OTIconView::forgetModifiers()
+{
+    takeModifiers({});
+}
+
+void OTIconView::takeModifiers(const ModifierKeys &modifiers)
+{
+    const ModifierKeys old = std::exchange(_modifiers, modifiers);
     const bool isAnotherGroup = old.option != _modifiers.option
         && (_groupToShow == IncludedGroup || _groupToShow == Included1DGroup);
     const bool isShiftReleased = old.shift && !_modifiers.shift;

@@ -57,6 +57,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     , _margins(panelMargins)
     , _isNonActivating(UserDefaults::standard().boolForKey(Key::nonActivatingPanel))
     , _useCoreAnimation(UserDefaults::standard().boolForKey(Key::animateWindowResizing))
+    , _level(_isNonActivating ? OwnWindows::Level::Raised : OwnWindows::Level::Normal)
 {
     setWindowTitle(QStringLiteral("Ortu Main"));
     setAttribute(Qt::WA_TranslucentBackground);
@@ -146,12 +147,12 @@ void OTWindow::show(const ActivationStamp &stamp)
     _iconView->setGroupToShow(groupToShowWhenWindowOpens());
     if (isComing) {
         setFrame(centredFrame());
+        _isMovedByUser = false;
     }
     makeWindow();
-    const bool isRaised = _isNonActivating;
     _desktop.ownWindows().setStanding(*windowHandle(),
         _taskBar == TaskBar::Listed ? OwnWindows::TaskBar::Listed : OwnWindows::TaskBar::Skipped,
-        isRaised ? OwnWindows::Level::Raised : OwnWindows::Level::Normal);
+        _level);
     _animation->fadeInOver(fadeTime, [this] { QWidget::show(); });
     // A panel that comes back before the toolkit has noticed that it went has kept the focus there,
     // but is nobody's active window.
@@ -196,16 +197,20 @@ bool OTWindow::iconViewHasUserFocus() const
 
 void OTWindow::raise()
 {
-    if (isVisible()) {
-        _desktop.ownWindows().setLevel(*windowHandle(), OwnWindows::Level::Raised);
-    }
+    setLevel(OwnWindows::Level::Raised);
 }
 
-// Also one that floats all the time: whoever lowers it does so for good.
+// Also a panel that floats because it does not activate the program: lowering it is for good.
 void OTWindow::lower()
 {
-    if (isVisible()) {
-        _desktop.ownWindows().setLevel(*windowHandle(), OwnWindows::Level::Normal);
+    setLevel(OwnWindows::Level::Normal);
+}
+
+void OTWindow::setLevel(OwnWindows::Level level)
+{
+    _level = level;
+    if (windowHandle()) {
+        _desktop.ownWindows().setLevel(*windowHandle(), level);
     }
 }
 

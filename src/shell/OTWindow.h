@@ -9,7 +9,7 @@
 #pragma once
 
 #include "grid/GridHost.h"
-#include "platform/ActivationStamp.h"
+#include "platform/OwnWindows.h"
 #include "shell/PanelFrame.h"
 
 #include <QPointer>
@@ -68,7 +68,8 @@ public:
 
     // Whether the panel has the keyboard without the program being active for it.
     bool isNonActivating() const { return _isNonActivating; }
-    // Whether the panel is more than a little away from the middle of its screen.
+    // Whether the user has dragged the panel, and it is more than a little away from the middle of
+    // its screen. Where a window manager puts it by itself does not count.
     bool hasBeenMoved() const;
     // Whether keys and drags are for the grid: not while a dialog hangs on the panel.
     bool iconViewHasUserFocus() const;
@@ -82,7 +83,7 @@ public:
     void slideBack();
     void slideOnscreen();
 
-    // Above ordinary windows, and among them again.
+    // Above ordinary windows, and among them again; this lasts over hiding and showing.
     void raise();
     void lower();
     // To be said before it is shown.
@@ -112,6 +113,7 @@ Q_SIGNALS:
     void hidden();
 
 protected:
+    void moveEvent(QMoveEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
@@ -145,6 +147,8 @@ private:
     QRectF visibleFrame() const;
     QRectF centredFrame() const;
     void slideTo(const QRectF &frame);
+    bool isAwayFromCentre() const;
+    void setLevel(OwnWindows::Level level);
     void dragTo(const QPoint &pointer);
 
     Desktop &_desktop;
@@ -163,6 +167,8 @@ private:
     const bool _isNonActivating;
     const bool _useCoreAnimation;
     TaskBar _taskBar = TaskBar::Listed;
+    OwnWindows::Level _level;
+    bool _isMovedByUser = false;
     std::unique_ptr<WindowAnimation> _animation;
     std::unique_ptr<PanelResize> _resize;
     QPointer<QScreen> _screen;

@@ -56,6 +56,15 @@ void OTWindow::inputMethodEvent(QInputMethodEvent *event)
     event->accept();
 }
 
+// Window managers have ways of their own to drag a window, such as a key with the mouse. Where they
+// put it without a button pressed is not the user's doing.
+void OTWindow::moveEvent(QMoveEvent *event)
+{
+    if (event->spontaneous() && isShown() && _desktop.ownWindows().isPointerPressed()) {
+        _isMovedByUser = true;
+    }
+}
+
 void OTWindow::resizeEvent(QResizeEvent *)
 {
     layOutSubviews();
@@ -77,8 +86,9 @@ void OTWindow::closeEvent(QCloseEvent *event)
     Q_EMIT closeWanted();
 }
 
-// Keys that are released elsewhere are not heard of. While somebody else has grabbed a key the
-// toolkit takes the panel for inactive, which it is not.
+// Keys that are released elsewhere are not heard of. While another program has grabbed a key Qt
+// takes the panel for inactive, which it is not. Selection and filter stay: a panel that the user
+// has moved waits beside the other window, and may be used again.
 void OTWindow::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::ActivationChange) {
@@ -87,8 +97,7 @@ void OTWindow::changeEvent(QEvent *event)
         if (isActiveWindow()) {
             _iconView->ignoreHeldModifiers(QGuiApplication::queryKeyboardModifiers());
         } else if (!isInFront) {
-            _iconView->resignFirstResponder();
-            _overlay->clearFilterString();
+            _iconView->forgetModifiers();
         }
         _iconView->update();
     }
@@ -155,5 +164,6 @@ void OTWindow::dragTo(const QPoint &pointer)
         windowHandle()->startSystemMove();
         return;
     }
+    _isMovedByUser = true;
     move(_drag->panel + way);
 }

@@ -77,6 +77,7 @@ void OTWindow::screenParametersDidChange()
     _iconView->resizeView(OTIconView::Resizing::WhenChanged);
     if (isVisible()) {
         _resize->finish();
+        _isMovedByUser = false;
         slideTo(centredFrame());
     }
 }
@@ -127,6 +128,11 @@ QRectF OTWindow::centredFrame() const
 
 bool OTWindow::hasBeenMoved() const
 {
+    return _isMovedByUser && isAwayFromCentre();
+}
+
+bool OTWindow::isAwayFromCentre() const
+{
     return PanelFrame::isAwayFromCentre(currentFrame(), visibleFrame());
 }
 
@@ -150,7 +156,7 @@ void OTWindow::slideToCenter()
 {
     _resize->finish();
     _movedFrame = currentFrame();
-    if (hasBeenMoved()) {
+    if (isAwayFromCentre()) {
         slideTo(centredFrame());
     }
 }

@@ -75,7 +75,7 @@ private:
     }
     void lowerAll() const { _desktop->windows.bringToFront(nullptr); }
     bool isShown() const { return _window->isShown(); }
-    void moveAway() const { _window->move(5, 5); }
+    void moveAway() const { dragPanelTo({ 5, 5 }); }
 
     std::unique_ptr<InfoDictionary> _info;
     std::unique_ptr<OTController> _controller;

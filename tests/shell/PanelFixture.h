@@ -8,6 +8,7 @@
 #include "shell/OTController.h"
 #include "shell/OTWindow.h"
 
+#include <QMouseEvent>
 #include <QPointer>
 #include <QScreen>
 #include <QSignalSpy>
@@ -257,6 +258,21 @@ protected:
             names.append(QStringLiteral("app%1").arg(i));
         }
         fill(names);
+    }
+    // As the user drags it, by its background.
+    void dragPanelTo(const QPoint &topLeft) const
+    {
+        const QPoint hold(8, _window->height() / 2);
+        const QPoint start = _window->pos() + hold;
+        const QPoint end = topLeft + hold;
+        const auto send = [this, hold](
+                              QEvent::Type type, const QPoint &onScreen, Qt::MouseButtons held) {
+            QMouseEvent event(type, hold, onScreen, Qt::LeftButton, held, Qt::NoModifier);
+            QCoreApplication::sendEvent(_window.get(), &event);
+        };
+        send(QEvent::MouseButtonPress, start, Qt::LeftButton);
+        send(QEvent::MouseMove, end, Qt::LeftButton);
+        send(QEvent::MouseButtonRelease, end, Qt::NoButton);
     }
     // Its place among the pixels of the screens, y downwards.
     QRect frame() const { return _window->geometry(); }

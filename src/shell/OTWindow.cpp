@@ -59,7 +59,11 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     , _useCoreAnimation(UserDefaults::standard().boolForKey(Key::animateWindowResizing))
     , _level(_isNonActivating ? OwnWindows::Level::Raised : OwnWindows::Level::Normal)
 {
-    setWindowTitle(QStringLiteral("Ortu Main"));
+    // Task bars show the title; the role tells this window from the program's others.
+    setWindowTitle(QStringLiteral("Ortu"));
+    setWindowIconText(windowTitle());
+    setObjectName(QStringLiteral("Ortu Main"));
+    setWindowRole(objectName());
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     // The keyboard is for the grid, input methods included.

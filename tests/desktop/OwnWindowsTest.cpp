@@ -83,7 +83,7 @@ public:
     {
         setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
         setAttribute(Qt::WA_TranslucentBackground);
-        setWindowTitle(u"Ortu Main"_s);
+        setWindowTitle(u"Ortu"_s);
         resize(200, 100);
         winId();
     }

@@ -191,7 +191,8 @@ private:
     bool isActive() const { return status()[u"active"_s].toBool(); }
     QString filter() const { return status()[u"filter"_s].toString(); }
     void tell(const QString &verb) const { QCOMPARE(_runner->run({ verb }).exitCode, 0); }
-    static QString panel() { return windowsBy(u"--name"_s, u"^Ortu Main$"_s).value(0); }
+    // Below its alerts, which have the same name.
+    static QString panel() { return windowsBy(u"--name"_s, u"^Ortu$"_s).value(0); }
 
     // Shown and with the keyboard.
     void start()

@@ -71,7 +71,11 @@ void OTController::awakeFromNib()
         const QWidget &gear = _mainWindow.prefsButton();
         openMainMenu(gear.mapToGlobal(gear.rect().bottomLeft()));
     });
-    connect(&_mainWindow, &OTWindow::hidden, this, &OTController::giveMemoryBackSoon);
+    connect(&_mainWindow, &OTWindow::hidden, this, [this] {
+        // No icon can take the files any more.
+        DropStack::sharedDropStack().free();
+        giveMemoryBackSoon();
+    });
     connect(&IconLoader::sharedIconLoader(), &IconLoader::finished, this,
         &OTController::giveMemoryBackSoon);
     connect(&_mainWindow, &OTWindow::menuWanted, this, &OTController::openMainMenu);

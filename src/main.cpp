@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -106,6 +107,10 @@ int main(int argc, char **argv)
     FreedesktopWording wording;
     QCoreApplication::installTranslator(&wording);
 
+    // The next start may come once this is gone, so it goes after the desktop with its hot key. It
+    // goes before the application, whose end refuses the calls that nothing has handled: a start
+    // would take that for the answer of another program while the name is still held.
+    const std::unique_ptr<SingleInstance> claimed = std::move(instance);
     const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
     UserDefaults defaults(
         desktop->searchPaths().configurationFolder() + QStringLiteral("/Preferences.plist"),
@@ -117,8 +122,8 @@ int main(int argc, char **argv)
     int result = WrongUse;
     if (!wrongSetting.isEmpty()) {
         Output::fail(wrongSetting, WrongUse);
-    } else if (instance) {
-        result = Commands::start(invocation, *desktop, *instance);
+    } else if (claimed) {
+        result = Commands::start(invocation, *desktop, *claimed);
     } else {
         result = Commands::run(invocation, *desktop);
     }

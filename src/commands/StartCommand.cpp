@@ -29,15 +29,19 @@ void readyFonts()
 int Commands::start(const Invocation &invocation, Desktop &desktop, SingleInstance &instance)
 {
     readyFonts();
-    // Null until there is somebody to ask.
+    // Null until the controller can be asked.
     OTController *running = nullptr;
-    const auto claim = instance.claim([&running] {
+    const auto status = [&running] {
         return running ? QJsonDocument(running->status()).toJson(QJsonDocument::Compact)
                        : QByteArray("{}");
-    });
-    if (claim == SingleInstance::Claim::Taken) {
-        // Somebody was quicker.
-        return invocation.isService ? 0 : tellRunningInstance(invocation, instance).value_or(1);
+    };
+    while (instance.claim(status) == SingleInstance::Claim::Taken) {
+        // Another start was quicker, and has ended since when there is no answer.
+        const auto result =
+            invocation.isService ? std::optional(0) : tellRunningInstance(invocation, instance);
+        if (result) {
+            return *result;
+        }
     }
     const Alerts::PresenterScope alerts(AlertDialog::run);
     const InfoDictionary info(

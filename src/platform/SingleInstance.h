@@ -52,8 +52,9 @@ public:
 
     using QObject::QObject;
 
-    // Tells the running program, and waits until it has heard. Never starts one. Hands on what the
-    // environment knows of how this program was started where the request has no stamp.
+    // Tells the running program, and waits until it has heard; asked to quit, until it has ended.
+    // Never starts one. Hands on what the environment knows of how this program was started where
+    // the request has no stamp.
     virtual InstanceAnswer tell(const InstanceRequest & /*request*/) { return {}; }
 
     // Becomes the running program until the end of this object.

@@ -12,7 +12,8 @@ namespace {
 
 constexpr QLatin1String busService("org.freedesktop.DBus");
 
-// The bus itself answers for a name that nobody has, and for whoever left before he answered.
+// The bus itself answers for a name that has no owner, and for a program that ends before it
+// answers.
 bool isFromTheBus(const QDBusMessage &error)
 {
     return error.service() == busService;
@@ -35,13 +36,18 @@ BusInstance::BusInstance(std::chrono::milliseconds patience)
     : _patience(patience)
 { }
 
-// Gives the name back in a round trip: the answers before it are on their way by then, even if the
-// program ends right now.
+// Gives the name back in a round trip, and sends the answers that wait for that in another: they
+// are on their way by then, even if the program ends right now.
 BusInstance::~BusInstance()
 {
-    if (_isGranted && _bus.isOpen()) {
-        _bus.get().interface()->unregisterService(QLatin1String(InstanceMessage::service));
+    if (!_isGranted || !_bus.isOpen()) {
+        return;
     }
+    _bus.get().interface()->unregisterService(QLatin1String(InstanceMessage::service));
+    for (const QDBusMessage &call : std::as_const(_quitCalls)) {
+        _bus.get().send(call.createReply());
+    }
+    settle();
 }
 
 InstanceAnswer BusInstance::tell(const InstanceRequest &request)
@@ -50,9 +56,31 @@ InstanceAnswer BusInstance::tell(const InstanceRequest &request)
     if (!bus.isConnected()) {
         return {};
     }
-    const QDBusMessage reply =
-        bus.call(InstanceMessage::callFor(request), QDBus::Block, int(_patience.count()));
+    const QDBusMessage call = InstanceMessage::callFor(request);
+    QDBusMessage reply = bus.call(call, QDBus::Block, int(_patience.count()));
+    // A program that is about to end refuses everything. What is asked is for the next one.
+    while (hasLeft(reply)) {
+        if (request.verb == InstanceRequest::Verb::Quit) {
+            settle();
+            return { InstanceAnswer::Outcome::Done, {} };
+        }
+        reply = bus.call(call, QDBus::Block, int(_patience.count()));
+    }
     return answerFrom(reply, request.verb);
+}
+
+bool BusInstance::hasLeft(const QDBusMessage &reply)
+{
+    if (reply.type() != QDBusMessage::ErrorMessage) {
+        return false;
+    }
+    if (isFromTheBus(reply)) {
+        return QDBusError(reply).type() == QDBusError::NoReply;
+    }
+    // Qt itself speaks of silence, and has no name.
+    return !reply.service().isEmpty()
+        && reply.service()
+        != _bus.get().interface()->serviceOwner(QLatin1String(InstanceMessage::service)).value();
 }
 
 InstanceAnswer BusInstance::answerFrom(const QDBusMessage &reply, InstanceRequest::Verb verb)
@@ -69,8 +97,7 @@ InstanceAnswer BusInstance::answerFrom(const QDBusMessage &reply, InstanceReques
     settle();
     const QDBusError error(reply);
     // Buses do not agree on how to say it.
-    const bool isNobodyThere = error.type() == QDBusError::NoReply
-        || error.type() == QDBusError::ServiceUnknown
+    const bool isNobodyThere = error.type() == QDBusError::ServiceUnknown
         || error.name() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
     if (error.type() == QDBusError::Disconnected || (isNobodyThere && isFromTheBus(reply))) {
         return {};
@@ -90,8 +117,8 @@ InstanceAnswer BusInstance::answerFrom(const QDBusMessage &reply, InstanceReques
     }
 }
 
-// QtDBus goes on to tell itself of an error that we have already been given. Should the program end
-// meanwhile, it stumbles over its own end and says so.
+// QtDBus reports an error that we have already been given once more to itself, on its own thread.
+// Should the program end meanwhile, it prints warnings about its own end.
 void BusInstance::settle()
 {
     _bus.get().call(QDBusMessage::createMethodCall(busService, QStringLiteral("/"),
@@ -132,16 +159,24 @@ void BusInstance::offer(const Status &status)
 {
     _object = std::make_unique<QObject>();
     // Both belong to the object.
-    new ApplicationInterface(_object.get(), _bus.get(), [this](const InstanceRequest &request) {
-        // Who asks for the panel types into it next, so the answer comes when that is on its way.
-        using Verb = InstanceRequest::Verb;
-        const bool mayTakeLong = request.verb == Verb::Quit || request.verb == Verb::Rescan;
-        QMetaObject::invokeMethod(
-            this, [this, request] { Q_EMIT requested(request); },
-            mayTakeLong ? Qt::QueuedConnection : Qt::DirectConnection);
-    });
+    new ApplicationInterface(_object.get(), _bus.get(),
+        [this](const auto &request, const auto &call) { hear(request, call); });
     new StatusInterface(_object.get(), status);
     _bus.get().registerObject(QLatin1String(InstanceMessage::path), _object.get());
+}
+
+// Who asks for the panel types into it next, so the answer comes when that is on its way.
+void BusInstance::hear(const InstanceRequest &request, const QDBusMessage &call)
+{
+    using Verb = InstanceRequest::Verb;
+    if (request.verb == Verb::Quit) {
+        call.setDelayedReply(true);
+        _quitCalls.append(call);
+    }
+    const bool mayTakeLong = request.verb == Verb::Quit || request.verb == Verb::Rescan;
+    QMetaObject::invokeMethod(
+        this, [this, request] { Q_EMIT requested(request); },
+        mayTakeLong ? Qt::QueuedConnection : Qt::DirectConnection);
 }
 
 void BusInstance::watchBus()

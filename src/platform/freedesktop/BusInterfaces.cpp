@@ -18,9 +18,9 @@ ApplicationInterface::ApplicationInterface(QObject *object, QDBusConnection conn
     , _hear(std::move(hear))
 { }
 
-void ApplicationInterface::Activate(const QVariantMap &platformData)
+void ApplicationInterface::Activate(const QVariantMap &platformData, const QDBusMessage &message)
 {
-    _hear({ InstanceRequest::Verb::Activate, {}, InstanceMessage::stampOf(platformData) });
+    _hear({ InstanceRequest::Verb::Activate, {}, InstanceMessage::stampOf(platformData) }, message);
 }
 
 void ApplicationInterface::Open(
@@ -31,7 +31,8 @@ void ApplicationInterface::Open(
         return;
     }
     _hear({ InstanceRequest::Verb::Open, InstanceMessage::filesOf(uris),
-        InstanceMessage::stampOf(platformData) });
+              InstanceMessage::stampOf(platformData) },
+        message);
 }
 
 void ApplicationInterface::ActivateAction(const QString &action, const QVariantList &,
@@ -42,7 +43,7 @@ void ApplicationInterface::ActivateAction(const QString &action, const QVariantL
         refuse(message, QStringLiteral("there is no action \"%1\"").arg(action.left(100)));
         return;
     }
-    _hear({ *verb, {}, InstanceMessage::stampOf(platformData) });
+    _hear({ *verb, {}, InstanceMessage::stampOf(platformData) }, message);
 }
 
 void ApplicationInterface::refuse(const QDBusMessage &message, const QString &reason)

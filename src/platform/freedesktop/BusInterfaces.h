@@ -23,13 +23,13 @@ class ApplicationInterface final : public QDBusAbstractAdaptor
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    using Hear = std::function<void(const InstanceRequest &)>;
+    using Hear = std::function<void(const InstanceRequest &, const QDBusMessage &call)>;
 
-    // The caller gets its answer once `hear` returns.
+    // The caller gets its answer once `hear` returns, unless that delays it.
     ApplicationInterface(QObject *object, QDBusConnection connection, Hear hear);
 
 public Q_SLOTS:
-    void Activate(const QVariantMap &platformData);
+    void Activate(const QVariantMap &platformData, const QDBusMessage &message);
     void Open(
         const QStringList &uris, const QVariantMap &platformData, const QDBusMessage &message);
     // No action takes a parameter; those that are given are not looked at.

@@ -28,8 +28,8 @@ bool concernsInstance(const Invocation &invocation);
 bool startsProgram(const Invocation &invocation);
 // What the verb asks of the program that runs.
 InstanceRequest instanceRequest(const Invocation &invocation);
-// Asks it. The exit code; empty when none runs and the verb starts one. Needs no application
-// object.
+// Asks it. The exit code; empty when none runs and the verb starts one. Fails without asking when a
+// file that it names does not exist. Needs no application object.
 std::optional<int> tellRunningInstance(const Invocation &invocation, SingleInstance &instance);
 
 // Every default of every module.

@@ -97,7 +97,14 @@ InstanceRequest Commands::instanceRequest(const Invocation &invocation)
 std::optional<int> Commands::tellRunningInstance(
     const Invocation &invocation, SingleInstance &instance)
 {
-    const InstanceAnswer answer = instance.tell(instanceRequest(invocation));
+    const InstanceRequest request = instanceRequest(invocation);
+    for (const QUrl &file : request.files) {
+        if (file.isLocalFile() && !QFileInfo::exists(file.toLocalFile())) {
+            return Output::fail(
+                QStringLiteral("cannot open %1: no such file").arg(file.toLocalFile()));
+        }
+    }
+    const InstanceAnswer answer = instance.tell(request);
     switch (answer.outcome) {
     case InstanceAnswer::Outcome::NoneRuns:
         if (startsProgram(invocation)) {

@@ -28,6 +28,9 @@ std::optional<QString> Items::genericNameOf(const QString &) const
 
 QString Items::nameOf(const QString &path)
 {
+    if (path == QLatin1String("/")) {
+        return path;
+    }
     const QString component = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
     const qsizetype dot = component.lastIndexOf(QLatin1Char('.'));
     return dot > 0 ? component.left(dot) : component;

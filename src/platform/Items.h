@@ -49,7 +49,7 @@ public:
     virtual std::optional<QString> genericNameOf(const QString &path) const;
 
     // The last path component without its extension: only the last dot counts, and a name that
-    // begins with its only dot keeps it.
+    // begins with its only dot keeps it. That of the root is "/".
     static QString nameOf(const QString &path);
 
     // The file system's number of what is at a path, links followed: another one after the item has

@@ -45,7 +45,8 @@ QString folderOf(const QString &path)
 
 QString pathWithoutExtension(const QString &path)
 {
-    return path.left(path.lastIndexOf(QLatin1Char('/')) + 1) + Items::nameOf(path);
+    const QString folder = path.left(path.lastIndexOf(QLatin1Char('/')) + 1);
+    return folder == path ? path : folder + Items::nameOf(path);
 }
 
 } // namespace

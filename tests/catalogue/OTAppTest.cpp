@@ -39,6 +39,8 @@ private Q_SLOTS:
             << u"/org.a.b.desktop"_s << u"/org.a.b.desktop"_s << u"org.a.b"_s;
         QTest::newRow("signs of an address")
             << u"/a b#c?d%20.app"_s << u"/a b#c?d%20.app"_s << u"a b#c?d%20"_s;
+        QTest::newRow("above the root") << u"/../a/../../b.app"_s << u"/b.app"_s << u"b"_s;
+        QTest::newRow("the root") << u"/.."_s << u"/"_s << u"/"_s;
         QTest::newRow("empty") << QString() << QString() << QString();
     }
 

@@ -75,19 +75,6 @@ private Q_SLOTS:
         QCOMPARE(top(QString()), QUrl());
         QCOMPARE(top(2), QUrl());
     }
-
-    void anotherStack_standsInWhileItLives()
-    {
-        DropStack &own = DropStack::sharedDropStack();
-        {
-            DropStack other;
-            DropStack::setSharedDropStack(&other);
-            DropStack::sharedDropStack().push(u"/a"_s);
-            QCOMPARE(other.count(), 1);
-        }
-        QCOMPARE(&DropStack::sharedDropStack(), &own);
-        QCOMPARE(own.count(), 0);
-    }
 };
 
 QTEST_GUILESS_MAIN(DropStackTest)

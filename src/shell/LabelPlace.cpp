@@ -40,11 +40,11 @@ QRectF LabelPlace::rectFor(const QRectF &icon, const QSizeF &label) const
 qreal LabelPlace::leftBeside(const QRectF &icon, qreal width) const
 {
     if (tabletMode && tabletHandedness == FromTheRight) {
-        const qreal left = icon.x() - Gap - width;
-        return left >= 0 ? left : Nowhere;
+        return width <= icon.x() ? std::max(0.0, icon.x() - Gap - width) : Nowhere;
     }
-    const qreal left = icon.x() + icon.width() + Gap;
-    return left <= viewSize.width() - width ? left : Nowhere;
+    const qreal right = icon.x() + icon.width();
+    const qreal last = viewSize.width() - width;
+    return right <= last ? std::min(right + Gap, last) : Nowhere;
 }
 
 qreal LabelPlace::bottomAwayFrom(const QRectF &icon, qreal height) const

@@ -12,8 +12,9 @@ struct LabelPlace
 {
     QSizeF viewSize;
     // As the preferences of these names have it. Orientations from 2 on put the label beside the
-    // icon, as far as there is room; the others below it. A tablet's hand covers what lies below
-    // the finger and, where it comes from the right, what lies to its right.
+    // icon where there is room, which may leave no gap between them; the others below it. A
+    // tablet's hand covers what lies below the finger and, where it comes from the right, what lies
+    // to its right.
     qint64 groupOrientation = 0;
     bool tabletMode = false;
     qint64 tabletHandedness = 1;

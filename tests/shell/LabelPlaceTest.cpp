@@ -20,17 +20,12 @@ LabelPlace inPanel(qint64 orientation)
     return placeIn({ 400, 300 }, orientation);
 }
 
-// The hand comes from the right.
-LabelPlace onTablet(qint64 orientation, const QSizeF &view = { 400, 300 })
+// The hand comes from the right, unless told otherwise.
+LabelPlace onTablet(qint64 orientation, const QSizeF &view = { 400, 300 }, qint64 handedness = 1)
 {
     LabelPlace place = placeIn(view, orientation);
     place.tabletMode = true;
-    return place;
-}
-
-LabelPlace fromTheLeft(LabelPlace place)
-{
-    place.tabletHandedness = 0;
+    place.tabletHandedness = handedness;
     return place;
 }
 
@@ -76,19 +71,18 @@ void LabelPlaceTest::rectFor_data()
     row("tablet: just enough room above", onTablet(1), at(180, 231), { 154, 283, 100, 17 });
     row("tablet: no room above", onTablet(1), at(180, 232), { 154, 211, 100, 17 });
     row("tablet: no room at all", onTablet(0, { 400, 60 }), at(180, 6), { 154, 0, 100, 17 });
-    row("tablet: above, whichever the hand", fromTheLeft(onTablet(0)), Icon, { 154, 192, 100, 17 });
 
     row("to the right", inPanel(2), Icon, { 232, 155, 100, 17 });
-    row("to the right, whichever the hand", fromTheLeft(inPanel(2)), Icon, { 232, 155, 100, 17 });
     row("any other number, to the right", inPanel(7), Icon, { 232, 155, 100, 17 });
-    row("just enough room to the right", inPanel(2), at(248, 140), { 300, 155, 100, 17 });
-    row("no room to the right", inPanel(2), at(249, 140), { 223, 119, 100, 17 });
+    row("all of the gap to the right", inPanel(2), at(248, 140), { 300, 155, 100, 17 });
+    row("none of the gap to the right", inPanel(2), at(252, 140), { 300, 155, 100, 17 });
+    row("no room to the right", inPanel(2), at(253, 140), { 227, 119, 100, 17 });
     row("in the corner", inPanel(2), at(350, 2), { 300, 54, 100, 17 });
     row("higher than its icon, at the edge", inPanel(2), { 180, 0, 9, 9 }, { 193, 0, 100, 17 });
     row("tablet: to the left of the hand", onTablet(2), Icon, { 76, 155, 100, 17 });
-    row("tablet: just enough room to the left", onTablet(2), at(104, 140), { 0, 155, 100, 17 });
-    row("tablet: no room to the left", onTablet(2), at(103, 140), { 77, 192, 100, 17 });
-    row("tablet: hand from the left", fromTheLeft(onTablet(2)), Icon, { 232, 155, 100, 17 });
+    row("tablet: part of the gap to the left", onTablet(2), at(103, 140), { 0, 155, 100, 17 });
+    row("tablet: no room to the left", onTablet(2), at(99, 140), { 73, 192, 100, 17 });
+    row("tablet: hand from the left", onTablet(2, { 400, 300 }, 0), Icon, { 232, 155, 100, 17 });
 }
 
 void LabelPlaceTest::rectFor()

@@ -51,9 +51,11 @@ QList<KeyTable::Key> KeyTable::keys() const
 QString KeyTable::hotKeyString(int hotKeyCode, int hotKeyModifiers) const
 {
     const Key *const key = keyOf(hotKeyCode);
-    QString title = key == nullptr || key->title.isEmpty() ? tr("missing resource") : key->title;
+    if (key == nullptr || key->title.isEmpty()) {
+        return tr("missing resource");
+    }
     if (hotKeyCode < 0) {
-        return title;
+        return key->title;
     }
     QString prefix;
     const auto add = [&](Modifier modifier, const QString &part, char16_t sign) {
@@ -65,7 +67,7 @@ QString KeyTable::hotKeyString(int hotKeyCode, int hotKeyModifiers) const
     add(Option, tr("%1 option + "), u'\u2325');
     add(Command, tr("%1 command + "), u'\u2318');
     add(Shift, tr("%1 shift + "), u'\u21E7');
-    return prefix + title;
+    return prefix + key->title;
 }
 
 std::optional<HotKeyCombination> KeyTable::combination(int hotKeyCode, int hotKeyModifiers) const

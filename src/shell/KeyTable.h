@@ -34,8 +34,8 @@ public:
     // Those with a title and a tag, in the order of the file.
     QList<Key> keys() const;
 
-    // For people: the modifiers, for a code that is not negative, and the title of the key, or
-    // "missing resource".
+    // For people: the modifiers, for a code that is not negative, and the title of the key. Of a
+    // key that has no title, "missing resource" and nothing else.
     QString hotKeyString(int hotKeyCode, int hotKeyModifiers) const;
 
     // For the desktop. Empty when the code is negative or stands for no key of the table.

@@ -13,6 +13,10 @@ bool isMissingOrEmpty(const QVariant &value)
         return value.toMap().isEmpty();
     case QMetaType::QVariantList:
         return value.toList().isEmpty();
+    case QMetaType::QString:
+        return value.toString().isEmpty();
+    case QMetaType::QByteArray:
+        return value.toByteArray().isEmpty();
     default:
         return !value.isValid();
     }

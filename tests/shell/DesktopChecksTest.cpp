@@ -33,6 +33,9 @@ private Q_SLOTS:
         row("nothing", {}, {}, true);
         row("no spaces", {}, binding(u"org.ortu.Ortu"_s, u"x"_s), true);
         row("empty spaces", QVariantMap(), {}, true);
+        row("empty text", QString(), {}, true);
+        row("empty data", QByteArray(), {}, true);
+        row("some data", QByteArray(1, '\0'), {}, false);
         row("no bindings", two, {}, false);
         row("bindings of another type", two, u"AllSpaces"_s, false);
         row("bound", two, binding(u"org.ortu.Ortu"_s, u"AllSpaces"_s), true);

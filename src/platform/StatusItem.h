@@ -8,6 +8,7 @@
 
 #include <QObject>
 #include <QPoint>
+#include <QRect>
 
 class QIcon;
 class QMenu;
@@ -26,6 +27,9 @@ public:
     virtual void hide() { }
     // Whether it can really be seen by now.
     virtual bool isShown() const { return false; }
+    // Where it lies on the screen, in points with y growing downwards; empty where the desktop does
+    // not tell.
+    virtual QRect place() const { return {}; }
     // Whether the desktop reports presses, drags and releases; if not, it reports activations.
     virtual bool reportsPresses() const { return false; }
 
@@ -36,7 +40,7 @@ Q_SIGNALS:
     void pressed(const ActivationStamp &stamp, Qt::KeyboardModifiers modifiers);
     void dragged(bool isInside);
     void released(bool isInside, const ActivationStamp &stamp);
-    // The menu is wanted at once, at this place of the screen.
+    // The menu is wanted at once; the pointer is at this place of the screen.
     void menuWanted(const QPoint &position);
     // Something is being dragged onto the item.
     void dragEntered(const ActivationStamp &stamp);

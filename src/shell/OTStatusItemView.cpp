@@ -5,10 +5,13 @@
 #include "support/NotificationCenter.h"
 
 #include <QCursor>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QPainter>
 #include <QPixmap>
 #include <QPoint>
+#include <QRect>
+#include <QScreen>
 
 #include <algorithm>
 #include <chrono>
@@ -39,6 +42,23 @@ QImage barPicture(int width)
     painter.fillRect(QRect(2, 2, barLength, barLength), Qt::white);
     painter.fillRect(QRect(2, 2, width, barLength), Qt::black);
     return picture;
+}
+
+// Below an item of the upper half of the screen, above one of the lower half; where there is too
+// little room for that, to its right or left.
+QPoint placeBeside(const QRect &item, const QSize &menu, const QRect &screen)
+{
+    const auto kept = [](int value, int low, int high) {
+        return std::max(low, std::min(value, high));
+    };
+    const QPoint last = screen.bottomRight() + QPoint(1, 1) - QPoint(menu.width(), menu.height());
+    const QPoint middle = screen.center();
+    const int y = item.center().y() < middle.y() ? item.bottom() + 1 : item.top() - menu.height();
+    if (y >= screen.top() && y <= last.y()) {
+        return { kept(item.left(), screen.left(), last.x()), y };
+    }
+    const int x = item.center().x() < middle.x() ? item.right() + 1 : item.left() - menu.width();
+    return { x, kept(item.top(), screen.top(), last.y()) };
 }
 
 } // namespace
@@ -153,7 +173,11 @@ void OTStatusItemView::popUpMenu(const QPoint &position)
     _menuTimer.stop();
     _isTracking = false;
     setHighlighted(false);
-    _menu.popup(position);
+    const QRect item = _statusItem.place();
+    const QScreen *const screen = QGuiApplication::screenAt(item.center());
+    _menu.popup(item.isEmpty() || !screen
+            ? position
+            : placeBeside(item, _menu.sizeHint(), screen->geometry()));
 }
 
 void OTStatusItemView::setHighlighted(bool isHighlighted)

@@ -1,6 +1,7 @@
 // The program's status item, and what presses on it do: a short one performs the action, one that
 // is held opens the menu, and so does the second button; what is dragged onto it performs the
-// action at once. Where the desktop reports no presses, choosing the item performs the action.
+// action at once. Where the desktop reports no presses, choosing the item performs the action. The
+// menu opens beside the item where the desktop tells its place, at the pointer elsewhere.
 //
 // While folders are scanned the item shows how far that has come. It is there as long as this
 // object.

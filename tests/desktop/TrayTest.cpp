@@ -131,6 +131,7 @@ void TrayTest::presses_areReported()
     QSignalSpy menuWanted(_item, &StatusItem::menuWanted);
     QSignalSpy activated(_item, &StatusItem::activated);
     const QPoint inside = place();
+    QVERIFY(_item->place().contains(inside));
     Pointer::move(inside);
     Pointer::press();
     QTRY_COMPARE(pressed.count(), 1);

@@ -66,6 +66,11 @@ void TrayStatusItem::hide()
     review();
 }
 
+QRect TrayStatusItem::place() const
+{
+    return _widget ? QRect(_widget->mapToGlobal(QPoint(0, 0)), _widget->size()) : QRect();
+}
+
 void TrayStatusItem::lookForHosts()
 {
     if (!_notifierHost) {

@@ -34,6 +34,7 @@ public:
     void setIcon(const QIcon &icon) override;
     void hide() override;
     bool isShown() const override { return _isShown; }
+    QRect place() const override;
     bool reportsPresses() const override { return _widget != nullptr; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;

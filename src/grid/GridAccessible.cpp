@@ -160,7 +160,7 @@ void GridItem::doAction(const QString &name)
         return;
     }
     if (name == setFocusAction()) {
-        view->selectCoords(coords());
+        view->selectCoordsByKeys(coords());
         return;
     }
     // Later, and where the icon is then: whoever asked waits for an answer, and would wait until a

@@ -88,6 +88,13 @@ void GridLayout::forceRowColCountForRows(quint64 rows, quint64 orCols)
     buildAll();
 }
 
+bool GridLayout::hasSamePlaces(const GridLayout &other) const
+{
+    return _rowCount == other._rowCount && _colCount == other._colCount
+        && _lookupTable == other._lookupTable && _bunchRects == other._bunchRects
+        && _bunchSpacingRects == other._bunchSpacingRects && _marginRects == other._marginRects;
+}
+
 void GridLayout::buildAll()
 {
     calcIconWidth();

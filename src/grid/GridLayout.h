@@ -63,6 +63,10 @@ public:
     static quint64 bunchSpacingForCellWidth(quint64 width) { return width / 2; }
     quint64 cellPaddingForIconWidth(quint64) const { return quint64(_cellPadding); }
 
+    // Whether cells, bands, gaps and margins lie where they lie in the other one. Neither the
+    // applications nor what is set but not yet laid out count.
+    bool hasSamePlaces(const GridLayout &other) const;
+
     QSizeF viewSize() const;
     QSizeF viewSizeForCellSize(const QSizeF &cell, qint64 withRows, qint64 columns) const;
     // The largest whole cells with which a view of a size holds so many rows and columns; empty

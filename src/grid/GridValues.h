@@ -38,4 +38,6 @@ struct GridCell
     // Of the application in its bunch; of the one that would stand there in an empty cell.
     quint64 index = 0;
     QRectF rect;
+
+    friend bool operator==(const GridCell &, const GridCell &) = default;
 };

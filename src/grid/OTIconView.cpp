@@ -49,6 +49,13 @@ QString listKey(int group)
     }
 }
 
+// The panel takes another size when one of these changes.
+auto figures(const GridLayout &layout)
+{
+    return std::tuple(
+        layout.columnCount(), layout.rowCount(), layout.bunchCount(), layout.cellWidth());
+}
+
 } // namespace
 
 OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent)
@@ -163,46 +170,41 @@ void OTIconView::resizeView(Resizing resizing)
     _groupShown = group;
     _appsShown = array;
 
-    const auto figures = [this] {
-        return std::tuple(
-            _layout.columnCount(), _layout.rowCount(), _layout.bunchCount(), _layout.cellWidth());
-    };
-    const auto before = figures();
-    const AppRef selected = selectedApp();
+    const Arrangement before = arrangement();
     _layout.setContents(GridInput::contents(array, group));
     _layout.setMaxIconViewSize(_host.maxIconViewSize());
     _layout.setFrameSize(size());
     _layout.calcRowColCount();
     fillCells();
-    keepSelection(selected);
+    keepSelection(before);
     update();
     if (isAnotherList) {
         Q_EMIT groupShownChanged(_groupShown);
     }
     GridAccessible::contentChanged(this);
-    if (resizing == Resizing::Forced || figures() != before) {
+    if (resizing == Resizing::Forced || figures(_layout) != figures(before.layout)) {
         Q_EMIT NotificationCenter::defaultCenter().N_SubviewNeedsResizing(this);
     }
 }
 
 void OTIconView::forceRowColCountForRows(quint64 rows, quint64 orCols)
 {
+    const Arrangement before = arrangement();
     _layout.forceRowColCountForRows(rows, orCols);
     fillCells();
+    keepSelection(before);
     update();
     Q_EMIT NotificationCenter::defaultCenter().N_SubviewNeedsResizing(this);
 }
 
-// What keys have selected stays selected wherever it lies now; what the pointer has, is the cell.
-void OTIconView::keepSelection(const AppRef &selected)
+// Keys select an application; the pointer selects what lies under it, and whether it still rests
+// there only its next move tells.
+void OTIconView::keepSelection(const Arrangement &before)
 {
     if (_isSelectedByKeys) {
-        selectKeepingKeys(coordsOfApp(selected));
-        _isSelectedByKeys = selectedApp() != nullptr;
-    } else if (selectedApp() != selected) {
-        const Coords coords = _selectedCoords;
+        selectCoordsByKeys(coordsOfApp(before.selected));
+    } else if (_cellApps != before.cellApps || !_layout.hasSamePlaces(before.layout)) {
         selectCoords({});
-        selectCoords(coords);
     }
 }
 

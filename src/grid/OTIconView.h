@@ -54,11 +54,14 @@ public:
     void setGroupToShow(int group);
 
     // Lays the group out anew. Announces N_SubviewNeedsResizing when forced or when the counts or
-    // the size of a cell have changed.
+    // the size of a cell have changed. A selection that was made by keys goes with its application
+    // and is cleared when that is no longer shown; the pointer's is cleared, except where no icon
+    // has moved. Either is announced at most once.
     void resizeView(Resizing resizing);
     // Reads the preferences of the layout, then lays out.
     void updateLayout();
-    // Forces a number of rows, or of columns where that is 0.
+    // Forces a number of rows, or of columns where that is 0. The selection does as in
+    // resizeView().
     void forceRowColCountForRows(quint64 rows, quint64 orCols);
 
     // The size of the whole grid; of the view as it is when no application is shown.
@@ -103,7 +106,10 @@ public:
     AppList keyFilteredApps1D() const;
 
     const Coords &selectedCoords() const { return _selectedCoords; }
+    // As the pointer does.
     void selectCoords(const Coords &coords);
+    // As the arrow keys do: Return launches the application, and the selection goes with it.
+    void selectCoordsByKeys(const Coords &coords);
     // Ends whatever the user has begun: modifiers, filter, selection.
     void reset();
     // To be called when the window is no longer the one that is used.
@@ -169,11 +175,20 @@ private:
     void appIconDidChange(const AppRef &app);
     void repaintDirtyCells();
 
+    // What lay where before a layout pass.
+    struct Arrangement
+    {
+        GridLayout layout;
+        AppList cellApps;
+        AppRef selected;
+    };
+
     int mappedGroup(int group) const;
     bool isFavouritesGroup() const;
     bool isExcludedGroup() const;
+    Arrangement arrangement() const { return { _layout, _cellApps, selectedApp() }; }
     void fillCells();
-    void keepSelection(const AppRef &selected);
+    void keepSelection(const Arrangement &before);
     void takeModifiers(const ModifierKeys &modifiers);
     void selectKeepingKeys(const Coords &coords);
 

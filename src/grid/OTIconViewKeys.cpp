@@ -218,14 +218,16 @@ void OTIconView::selectCoords(const Coords &coords)
     redisplay(old.margin, coords.margin, _layout.marginRects());
 }
 
+void OTIconView::selectCoordsByKeys(const Coords &coords)
+{
+    selectCoords(coords);
+    _isSelectedByKeys = selectedApp() != nullptr;
+    setNeedsDisplayForCoords(coords);
+}
+
 void OTIconView::selectKeepingKeys(const Coords &coords)
 {
-    const bool isByKeys = _isSelectedByKeys;
-    selectCoords(coords);
-    _isSelectedByKeys = isByKeys;
-    if (isByKeys) {
-        setNeedsDisplayForCoords(_selectedCoords);
-    }
+    _isSelectedByKeys ? selectCoordsByKeys(coords) : selectCoords(coords);
 }
 
 void OTIconView::reset()

@@ -7,8 +7,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace { } // namespace
-
 class GridAccessibleTest : public IconViewFixture
 {
     Q_OBJECT
@@ -124,6 +122,7 @@ void GridAccessibleTest::actionsDoWhatAClickDoes()
     _view->show();
     QVERIFY(QTest::qWaitForWindowActive(_view.get()));
     perform(list()->child(1), QAccessibleActionInterface::setFocusAction());
+    _defaults->setObject(u"iconSpacing"_s, 4);
     QVERIFY(list()->child(1)->state().selected);
     perform(list()->child(1), QAccessibleActionInterface::pressAction());
     QTRY_COMPARE(_desktop->launched(), QStringList(u"b"_s));
@@ -163,5 +162,4 @@ void GridAccessibleTest::anItemStandsForItsApplication()
 }
 
 QTEST_MAIN(GridAccessibleTest)
-
 #include "GridAccessibleTest.moc"

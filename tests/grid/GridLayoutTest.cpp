@@ -26,14 +26,11 @@ private Q_SLOTS:
     void figuresOfSpacedBands_data();
     void figuresOfSpacedBands();
     void emptyGroup_hasTheSizeOfTheView();
-    void emptyBunchesAlone_haveBandsWithoutCells();
     void forcedShape_isClampedAndNeedsNoSearch();
     void settingsWaitForTheNextLayout();
     void sizesOfACellAndOfTheViewAreInverse();
     void randomLayouts_areConsistent();
-    void hostileInput_isBounded_data();
     void hostileInput_isBounded();
-    void groupToShow_data();
     void groupToShow();
 };
 
@@ -265,24 +262,6 @@ void GridLayoutTest::emptyGroup_hasTheSizeOfTheView()
     }
 }
 
-void GridLayoutTest::emptyBunchesAlone_haveBandsWithoutCells()
-{
-    for (const int orientation : { 1, 2 }) {
-        const bool isStacked = orientation == 1;
-        GridLayout layout =
-            LayoutSamples::unformed({ orientation }, { false, false, { 0, 0 } }, { 900, 900 });
-        layout.setFrameSize({ 640, 480 });
-        layout.calcRowColCount();
-        QCOMPARE(layout.viewSize(), QSizeF(640, 480));
-        const auto [point, last] = isStacked ? std::pair(QPointF(30, 430), QRectF(0, 0, 640, 12))
-                                             : std::pair(QPointF(30, 430), QRectF(182, 0, 12, 480));
-        QCOMPARE(layout.bunchSpacingRects().back(), last);
-        const Coords coords = layout.coordsOfPoint(point);
-        QCOMPARE(coords.bunch, quint64(0));
-        QCOMPARE(coords.row, Coords::NotFound);
-    }
-}
-
 void GridLayoutTest::forcedShape_isClampedAndNeedsNoSearch()
 {
     GridLayout layout = LayoutSamples::forced({ 2 }, { 600, 3 }, 1'000'000'000, 0);
@@ -381,25 +360,10 @@ void GridLayoutTest::randomLayouts_areConsistent()
     }
 }
 
-void GridLayoutTest::hostileInput_isBounded_data()
-{
-    QTest::addColumn<QSizeF>("bounds");
-
-    const double inf = std::numeric_limits<double>::infinity();
-    QTest::newRow("screen") << QSizeF(1920, 1080);
-    QTest::newRow("none") << QSizeF(0, 0);
-    QTest::newRow("margins alone") << QSizeF(24, 24);
-    QTest::newRow("negative") << QSizeF(-1e9, 30.5);
-    QTest::newRow("less than the margins") << QSizeF(18.5, 1080);
-    QTest::newRow("sliver") << QSizeF(24.0000001, 1e9);
-    QTest::newRow("huge") << QSizeF(1e300, 1e-300);
-    QTest::newRow("infinite") << QSizeF(inf, inf);
-    QTest::newRow("not a number") << QSizeF(qQNaN(), qQNaN());
-}
-
 void GridLayoutTest::hostileInput_isBounded()
 {
-    QFETCH(QSizeF, bounds);
+    const double inf = std::numeric_limits<double>::infinity();
+    const double far = 1e300;
     Sizes uneven(400, 1);
     for (quint64 i = 0; i < uneven.size(); ++i) {
         uneven[i] = i;
@@ -408,51 +372,42 @@ void GridLayoutTest::hostileInput_isBounded()
         { true, true, { 100'000 } }, { true, false, { 1 } }, { true, true, { 1 } },
         { false, false, { 100'000 } }, { false, false, Sizes(100'000, 1) },
         { false, false, Sizes(100'000, 0) }, { false, false, uneven } };
-    for (const GridContents &contents : many) {
-        for (const int orientation : { 0, 1, 2 }) {
-            for (const quint64 forcedRows : { 0ULL, 1'000'000'000ULL }) {
-                GridLayout layout = LayoutSamples::unformed(
-                    { orientation, 1, true, 1LL << 40, -(1LL << 40), 1LL << 40 }, contents, bounds);
-                layout.calcRowColCount();
-                layout.forceRowColCountForRows(forcedRows, 0);
-                QVERIFY(layout.rowCount() <= 256 && layout.columnCount() <= 256);
-                QVERIFY(layout.bunchRects().size() <= 256);
-                QVERIFY(layout.iconWidth() >= 1 && layout.iconWidth() <= 128);
-                const double far = 1e300;
-                for (const QPointF &point : { QPointF(0, 1), QPointF(qQNaN(), 1), QPointF(far, far),
-                         QPointF(-far, 0), QPointF(40, 40) }) {
-                    const Coords coords = layout.coordsOfPoint(point);
-                    QVERIFY(coords.row == Coords::NotFound
-                        || layout.rectOfCoords(coords).contains(point));
-                    layout.coordsOfPoint2(point);
-                }
-            }
+    const QList<QSizeF> bounds { { 1920, 1080 }, { 0, 0 }, { 24, 24 }, { -1e9, 30.5 },
+        { 18.5, 1080 }, { 24.0000001, 1e9 }, { far, 1e-300 }, { inf, inf }, { qQNaN(), qQNaN() } };
+    for (int i = 0; i < int(many.size() * bounds.size()) * 6; ++i) {
+        const int orientation = i % 3;
+        const quint64 forcedRows = i / 3 % 2 == 0 ? 0 : 1'000'000'000;
+        const GridContents &contents = many[size_t(i) / 6 % many.size()];
+        const QSizeF &area = bounds[i / 6 / int(many.size())];
+        GridLayout layout = LayoutSamples::unformed(
+            { orientation, 1, true, 1LL << 40, -(1LL << 40), 1LL << 40 }, contents, area);
+        layout.calcRowColCount();
+        layout.forceRowColCountForRows(forcedRows, 0);
+        QVERIFY(layout.rowCount() <= 256 && layout.columnCount() <= 256);
+        QVERIFY(layout.bunchRects().size() <= 256);
+        QVERIFY(layout.iconWidth() >= 1 && layout.iconWidth() <= 128);
+        for (const QPointF &point : { QPointF(0, 1), QPointF(qQNaN(), 1), QPointF(far, far),
+                 QPointF(-far, 0), QPointF(40, 40) }) {
+            const Coords coords = layout.coordsOfPoint(point);
+            QVERIFY(coords.row == Coords::NotFound || layout.rectOfCoords(coords).contains(point));
+            layout.coordsOfPoint2(point);
         }
     }
 }
 
-void GridLayoutTest::groupToShow_data()
-{
-    QTest::addColumn<int>("orientation");
-    QTest::addColumn<bool>("isOptionHeld");
-    QTest::addColumn<QList<int>>("expected");
-
-    // For the groups from 0 to 9, and for none.
-    QTest::newRow("bands") << 2 << false << QList { 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, -1 };
-    QTest::newRow("bands, option") << 1 << true << QList { 0, 5, 6, 3, 4, 5, 6, 7, 8, 9, -1 };
-    QTest::newRow("flat") << 0 << false << QList { 0, 2, 2, 4, 4, 6, 6, 7, 9, 9, -1 };
-    QTest::newRow("flat, option") << 0 << true << QList { 0, 6, 6, 4, 4, 6, 6, 7, 9, 9, -1 };
-}
-
 void GridLayoutTest::groupToShow()
 {
-    QFETCH(int, orientation);
-    QFETCH(bool, isOptionHeld);
-    QList<int> shown;
-    for (const int group : { 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, -1 }) {
-        shown += groupToShowConsideringModifiers(group, isOptionHeld, orientation);
-    }
-    QTEST(shown, "expected");
+    const auto shown = [](int orientation, bool isOptionHeld) {
+        QList<int> groups;
+        for (int group = -1; group < 10; ++group) {
+            groups += groupToShowConsideringModifiers(group, isOptionHeld, orientation);
+        }
+        return groups;
+    };
+    QCOMPARE(shown(2, false), QList({ -1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9 }));
+    QCOMPARE(shown(1, true), QList({ -1, 0, 5, 6, 3, 4, 5, 6, 7, 8, 9 }));
+    QCOMPARE(shown(0, false), QList({ -1, 0, 2, 2, 4, 4, 6, 6, 7, 9, 9 }));
+    QCOMPARE(shown(0, true), QList({ -1, 0, 6, 6, 4, 4, 6, 6, 7, 9, 9 }));
 }
 
 QTEST_APPLESS_MAIN(GridLayoutTest)

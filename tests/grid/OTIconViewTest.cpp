@@ -26,10 +26,8 @@ private Q_SLOTS:
     void theSizeIsAskedForOnlyWhenItChanges();
     void anIconIsDrawnInItsCell();
     void aChangedIconRepaintsItsCellAlone();
-    void aClickLaunches_aPressThatMovesAwayDoesNot();
     void aFavouriteThatMovedIsFoundInsteadOfLaunched();
     void aChangedOrientation_leadsToALayoutAndAReadingOrder();
-    void anOtherwiseEqualEntryIsFoundInTheGrid();
 };
 
 void OTIconViewTest::theSizeIsAskedForOnlyWhenItChanges()
@@ -41,6 +39,12 @@ void OTIconViewTest::theSizeIsAskedForOnlyWhenItChanges()
     QCOMPARE(asked[0][0].value<QObject *>(), _view.get());
     // Two cells of 68 points side by side within margins of 12.
     QCOMPARE(_view->viewSize(), QSizeF(160, 92));
+
+    // Another entry with the same path is the same application.
+    const auto twin = std::make_shared<OTApp>(app(QStringLiteral("b"))->path(), *_desktop);
+    QCOMPARE(_view->coordsOfApp(twin), (Coords { 0, 1 }));
+    QCOMPARE(_view->appAtCoords({ 0, 1 }), app(QStringLiteral("b")));
+    QVERIFY(_view->coordsOfApp(nullptr).isEmpty() && !_view->appAtCoords({}));
 
     _view->resizeView(OTIconView::Resizing::WhenChanged);
     QCOMPARE(asked.size(), 1);
@@ -95,18 +99,6 @@ void OTIconViewTest::aChangedIconRepaintsItsCellAlone()
         Geometry::flipped(_view->rectOfApp(app(QStringLiteral("b"))), _view->height()).toRect());
 }
 
-void OTIconViewTest::aClickLaunches_aPressThatMovesAwayDoesNot()
-{
-    fill({ QStringLiteral("a"), QStringLiteral("b") });
-    QTest::mousePress(_view.get(), Qt::LeftButton, {}, middleOf(QStringLiteral("a")));
-    QTest::mouseRelease(_view.get(), Qt::LeftButton, {}, middleOf(QStringLiteral("b")));
-    QTest::mouseClick(_view.get(), Qt::LeftButton, {}, QPoint(3, 3));
-    QTest::mouseClick(_view.get(), Qt::RightButton, {}, middleOf(QStringLiteral("a")));
-    QTest::mouseClick(_view.get(), Qt::LeftButton, {}, middleOf(QStringLiteral("b")));
-
-    QTRY_COMPARE(_desktop->launched(), QStringList { QStringLiteral("b") });
-}
-
 void OTIconViewTest::aFavouriteThatMovedIsFoundInsteadOfLaunched()
 {
     fill({ QStringLiteral("a") });
@@ -150,21 +142,5 @@ void OTIconViewTest::aChangedOrientation_leadsToALayoutAndAReadingOrder()
     QCOMPARE(asked.size(), 3);
 }
 
-void OTIconViewTest::anOtherwiseEqualEntryIsFoundInTheGrid()
-{
-    fill({ QStringLiteral("a"), QStringLiteral("b") });
-    const auto twin = std::make_shared<OTApp>(app(QStringLiteral("b"))->path(), *_desktop);
-
-    const Coords coords = _view->coordsOfApp(twin);
-
-    QCOMPARE(coords.row, quint64(0));
-    QCOMPARE(coords.col, quint64(1));
-    QCOMPARE(_view->appAtCoords(coords), app(QStringLiteral("b")));
-    QVERIFY(_view->coordsOfApp(std::make_shared<OTApp>(QStringLiteral("/c"), *_desktop)).isEmpty());
-    QVERIFY(_view->coordsOfApp(nullptr).isEmpty());
-    QVERIFY(!_view->appAtCoords({}));
-}
-
 QTEST_MAIN(OTIconViewTest)
-
 #include "OTIconViewTest.moc"

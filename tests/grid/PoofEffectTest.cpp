@@ -99,10 +99,9 @@ private Q_SLOTS:
         QCOMPARE(shown().size(), 1);
         _window.reset();
         QVERIFY(shown().isEmpty());
-    }
 
-    void whoWantsNoAnimations_seesNothing()
-    {
+        // Nor for those who want no animations.
+        init();
         _style.duration = 0;
         PoofEffect::show({ 300, 200 }, _window.get());
         QVERIFY(shown().isEmpty());

@@ -179,13 +179,14 @@ bool OTIconView::moveSelection(int key)
     if (!step || _cellOfPath.isEmpty()) {
         return false;
     }
-    const auto isOccupied = [this](quint64 row, quint64 column) {
-        return appAtCoords({ row, column }) != nullptr;
+    const auto isLit = [this](quint64 row, quint64 column) {
+        const AppRef app = appAtCoords({ row, column });
+        return app && !isAppKeyFilteredOut(app);
     };
-    const Coords from = _isSelectedByKeys || selectedApp() ? _selectedCoords : Coords();
-    selectCoords(SelectionSteps::moved(from, *step, _layout, isOccupied));
-    _isSelectedByKeys = true;
-    setNeedsDisplayForCoords(_selectedCoords);
+    const Coords next = SelectionSteps::moved(_selectedCoords, *step, _layout, isLit);
+    if (!next.isEmpty()) {
+        selectCoordsByKeys(next);
+    }
     return true;
 }
 

@@ -66,17 +66,17 @@ std::optional<Step> SelectionSteps::stepOf(int key)
     }
 }
 
-Coords SelectionSteps::moved(const Coords &from, Step step, const GridLayout &layout,
-    const std::function<bool(quint64 row, quint64 column)> &isOccupied)
+Coords SelectionSteps::moved(
+    const Coords &from, Step step, const GridLayout &layout, const IsLit &isLit)
 {
+    const bool isFirstStep = !layout.isValidRow(from.row, from.col) || !isLit(from.row, from.col);
     const bool isAcross =
         step == Step::Left || step == Step::Right || step == Step::First || step == Step::Last;
-    const bool isFromNowhere = !layout.isValidRow(from.row, from.col);
-    const CellLine line(layout, isAcross || isFromNowhere);
-    const bool isBackwards = !isFromNowhere
+    const CellLine line(layout, isAcross || isFirstStep);
+    const bool isBackwards = !isFirstStep
         && (step == Step::Left || step == Step::Up || step == Step::Last || step == Step::PageDown);
-    qint64 place = isFromNowhere ? 0 : line.placeOf(from);
-    if (!isFromNowhere) {
+    qint64 place = isFirstStep ? 0 : line.placeOf(from);
+    if (!isFirstStep) {
         const bool isToStart = step == Step::First || step == Step::PageUp;
         const bool isToEnd = step == Step::Last || step == Step::PageDown;
         place = isToStart ? line.startAround(place)
@@ -85,9 +85,9 @@ Coords SelectionSteps::moved(const Coords &from, Step step, const GridLayout &la
     }
     for (; place >= 0 && place < line.count(); place += isBackwards ? -1 : 1) {
         const Coords cell = line.cellAt(place);
-        if (isOccupied(cell.row, cell.col)) {
+        if (isLit(cell.row, cell.col)) {
             return cell;
         }
     }
-    return from;
+    return isFirstStep ? Coords() : from;
 }

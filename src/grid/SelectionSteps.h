@@ -1,4 +1,5 @@
-// Where the selection goes by the arrow keys and their like: from icon to icon, over empty cells.
+// Where the selection goes by the arrow keys and their like: from one lit icon to the next, over
+// empty cells and over icons that the filter has dimmed.
 
 #pragma once
 
@@ -17,10 +18,12 @@ enum class Step { Left, Right, Up, Down, First, Last, PageUp, PageDown };
 // of the row, Page Up and Down to those of the column.
 std::optional<Step> stepOf(int key);
 
-// The cell of the next icon in that direction, row and column set. Sideways it goes on in the next
-// row, up and down in the next column, and stays where no icon is left. Without a cell to start
-// from, the first icon of the grid; the same cell when there is no icon at all.
-Coords moved(const Coords &from, Step step, const GridLayout &layout,
-    const std::function<bool(quint64 row, quint64 column)> &isOccupied);
+// Whether the cell holds an icon, and one that is not dimmed.
+using IsLit = std::function<bool(quint64 row, quint64 column)>;
+
+// The cell of the next lit icon in that direction, row and column set. Sideways it goes on in the
+// next row, up and down in the next column, and stays where no lit icon is left. From anywhere but
+// a lit icon it is the first one of the grid, row by row; empty when there is none.
+Coords moved(const Coords &from, Step step, const GridLayout &layout, const IsLit &isLit);
 
 } // namespace SelectionSteps

@@ -155,8 +155,11 @@ public:
 Q_SIGNALS:
     // Another list is shown than before.
     void groupShownChanged(int group);
-    // The pointer was pressed on an icon and has moved away from there.
+    // The pointer was pressed on an icon and has moved away from there. A drag that is run for it
+    // takes the release of the button; without one a release on the same icon is a click.
     void dragWanted(const Coords &start);
+    // The menu of an icon opens, or has begun to close.
+    void menuIsOpenChanged(bool isOpen);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -205,6 +208,7 @@ private:
 
     void clicked(const AppRef &app, const QPoint &onScreen);
     void openMenu(const QPoint &onScreen);
+    void menuWillHide();
     void addActions(QMenu &menu, const AppRef &app);
     AppRef selectedApp() const { return appAtCoords(_selectedCoords); }
     void showPoof();
@@ -260,5 +264,7 @@ private:
     // Where a click was that is being dealt with.
     std::optional<QPoint> _clickOnScreen;
     QPointer<QMenu> _menu;
+    // The menu was opened by a press, which lasts as long as the menu.
+    bool _isMenuPressed = false;
     std::unique_ptr<QThreadPool> _launches = std::make_unique<QThreadPool>();
 };

@@ -101,7 +101,7 @@ CellLook OTIconView::lookOf(quint64 row, quint64 column, const AppRef &app) cons
     facts.group = _groupShown;
     facts.isFilteredOut = isAppKeyFilteredOut(app);
     facts.isSelected = row == _selectedCoords.row && column == _selectedCoords.col;
-    facts.isMouseButtonDown = _mouseDownPoint.has_value();
+    facts.isMouseButtonDown = _mouseDownPoint.has_value() || _isMenuPressed;
     facts.isExcluded = _excludedPaths.contains(app);
     facts.isRunning = _runningPaths.contains(app);
     facts.isFunctionKeyHeld = _modifiers.function;

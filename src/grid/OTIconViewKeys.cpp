@@ -239,6 +239,7 @@ void OTIconView::reset()
     _mouseDownPoint.reset();
     _pressedApp.reset();
     _isDragWanted = false;
+    _isMenuPressed = false;
     _showIconSpectrums = false;
     updateCursor();
 }

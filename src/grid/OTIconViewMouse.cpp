@@ -44,10 +44,11 @@ void OTIconView::mousePressEvent(QMouseEvent *event)
     }
     // A finger has not moved there before.
     selectCoords(coordsOfPoint(point));
-    // A menu that opens takes the release of the right button.
-    _mouseDownPoint = isLeft ? std::optional(point) : std::nullopt;
-    _isDragWanted = false;
     const AppRef app = appAtPoint(point);
+    const bool opensMenu = app && (!isLeft || event->modifiers().testFlag(Qt::MetaModifier));
+    // A menu that opens takes the release of its button.
+    _mouseDownPoint = isLeft && !opensMenu ? std::optional(point) : std::nullopt;
+    _isDragWanted = false;
     _pressedApp = app;
     if (app) {
         setNeedsDisplayForApp(app);
@@ -55,9 +56,9 @@ void OTIconView::mousePressEvent(QMouseEvent *event)
     if (isLeft && !app) {
         _host.mousePressed(event);
     }
-    if (app && (!isLeft || event->modifiers().testFlag(Qt::MetaModifier))) {
-        _mouseDownPoint.reset();
+    if (opensMenu) {
         openMenu(event->globalPosition().toPoint());
+        _isMenuPressed = _menu != nullptr;
     }
     event->setAccepted(isLeft || app);
 }
@@ -96,14 +97,15 @@ void OTIconView::mouseReleaseEvent(QMouseEvent *event)
     _modifiers = ModifierKeys::of(event->modifiers() & ~_ignoredModifiers);
     // The cells may have been filled anew since.
     const AppRef pressed = _mouseDownPoint ? std::exchange(_pressedApp, nullptr) : nullptr;
-    const AppRef released = appAtPoint(inView(event->position()));
-    const bool isDrag = _isDragWanted;
+    const QPointF point = inView(event->position());
     _mouseDownPoint.reset();
     _isDragWanted = false;
     setNeedsDisplayForCoords(_selectedCoords);
-    if (pressed && pressed == released && !isDrag) {
+    // However far the pointer was meanwhile: a drag takes the release for itself.
+    if (pressed && pressed == appAtPoint(point)) {
         clicked(pressed, event->globalPosition().toPoint());
     } else {
+        myMouseMoved(point);
         _host.mouseReleased(event);
     }
 }
@@ -242,16 +244,26 @@ void OTIconView::openMenu(const QPoint &onScreen)
     }
     _menu->setParent(this, _menu->windowFlags());
     _menu->setAttribute(Qt::WA_DeleteOnClose);
-    // The pointer may have left the grid in the menu. What was chosen comes first.
+    connect(_menu, &QMenu::aboutToShow, this, [this] { Q_EMIT menuIsOpenChanged(true); });
+    connect(_menu, &QMenu::aboutToHide, this, &OTIconView::menuWillHide);
+    _menu->popup(onScreen);
+}
+
+void OTIconView::menuWillHide()
+{
+    _isMenuPressed = false;
+    setNeedsDisplayForCoords(_selectedCoords);
+    Q_EMIT menuIsOpenChanged(false);
+    // The pointer may have left the grid in the menu. What was chosen comes first, and the press
+    // that closes a menu may open the next one.
     const auto leave = [this] {
         modifierKeysChanged(QGuiApplication::queryKeyboardModifiers());
-        if (!underMouse() && !_isSelectedByKeys) {
+        const bool isAnotherOpen = _menu && _menu->isVisible();
+        if (!isAnotherOpen && !underMouse() && !_isSelectedByKeys) {
             selectCoords({});
         }
     };
-    connect(_menu, &QMenu::aboutToHide, this,
-        [this, leave] { QMetaObject::invokeMethod(this, leave, Qt::QueuedConnection); });
-    _menu->popup(onScreen);
+    QMetaObject::invokeMethod(this, leave, Qt::QueuedConnection);
 }
 
 void OTIconView::includeSelectedApp()

@@ -211,31 +211,53 @@ private Q_SLOTS:
         QVERIFY(_view->selectedCoords().isEmpty());
     }
 
-    void press_thatMovesTooFar_isADrag()
+    // Whether anything runs the drag or not.
+    void press_thatMovesTooFar_wantsADrag_andIsAClickOnTheSameIcon()
     {
         fill({ u"a"_s, u"b"_s });
         QSignalSpy wanted(_view.get(), &OTIconView::dragWanted);
-        const auto drag = [&](const QString &name, qreal way) {
+        const auto drag = [&](const QString &name, const QPointF &way) {
             const QPointF start = middleOf(name);
             send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
-            send(QEvent::MouseMove, start + QPointF(0, way), Qt::NoButton, Qt::LeftButton);
-            send(QEvent::MouseButtonRelease, start + QPointF(0, way), Qt::LeftButton, {});
+            send(QEvent::MouseMove, start + way, Qt::NoButton, Qt::LeftButton);
+            send(QEvent::MouseButtonRelease, start + way, Qt::LeftButton, {});
+            return std::pair(int(wanted.size()), _host.hideCount);
         };
-        drag(u"a"_s, 2.5);
-        QCOMPARE(wanted.size(), 1);
-        QCOMPARE(_host.hideCount, 0);
-        drag(u"a"_s, 2.0);
-        QCOMPARE(wanted.size(), 1);
-        QCOMPARE(_host.hideCount, 1);
+        QCOMPARE(drag(u"a"_s, { 0, 2.5 }), std::pair(1, 1));
+        QCOMPARE(drag(u"a"_s, { 2, -2 }), std::pair(1, 2));
+        QCOMPARE(drag(u"a"_s, { 68, 0 }), std::pair(2, 2));
+        QCOMPARE(selected(), u"b"_s);
+        QCOMPARE(drag(u"a"_s, { -40, 0 }), std::pair(3, 2));
         _desktop->run({ app(u"b"_s)->path() });
         _manager->runningApps().constFirst()->refreshNameAndPath();
         showGroup(RunningGroup);
-        drag(u"b"_s, 2.5);
-        QCOMPARE(wanted.size(), 1);
-        QCOMPARE(_host.hideCount, 2);
+        QCOMPARE(drag(u"b"_s, { 0, 2.5 }), std::pair(3, 3));
         // What meant no icon is the window's.
         QTest::mouseClick(_view.get(), Qt::LeftButton, {}, QPoint(3, 3));
         QVERIFY(_host.handedOn.endsWith("pr"_L1));
+    }
+
+    void anIcon_isDimmedWhileAPressOnItLasts()
+    {
+        fill({ u"a"_s });
+        QImage red(64, 64, QImage::Format_ARGB32_Premultiplied);
+        red.fill(Qt::red);
+        app(u"a"_s)->setIcon(red);
+        const QPoint middle = middleOf(u"a"_s);
+        const auto isDimmed = [&] { return _view->grab().toImage().pixelColor(middle) != Qt::red; };
+        QTest::mousePress(_view.get(), Qt::LeftButton, {}, middle);
+        QVERIFY(isDimmed());
+        QTest::mouseRelease(_view.get(), Qt::LeftButton, {}, middle + QPoint(40, 0));
+        QVERIFY(!isDimmed());
+        for (const Qt::MouseButton button : { Qt::RightButton, Qt::LeftButton }) {
+            QTest::mousePress(_view.get(), button, Qt::MetaModifier, middle);
+            QVERIFY(isDimmed());
+            QApplication::activePopupWidget()->close();
+            QVERIFY(!isDimmed());
+        }
+        hover(u"a"_s);
+        QVERIFY(press(Qt::Key_Menu) && !isDimmed());
+        QApplication::activePopupWidget()->close();
     }
 
     void modifiedClicks()

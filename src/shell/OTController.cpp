@@ -7,6 +7,7 @@
 #include "icons/IconLoader.h"
 #include "platform/Desktop.h"
 #include "shell/OTHotSpotWindow.h"
+#include "shell/OTIconOverlayView.h"
 #include "shell/OTNSAppSubclass.h"
 #include "shell/OTStatusItemView.h"
 #include "shell/OTWindow.h"
@@ -79,6 +80,11 @@ void OTController::awakeFromNib()
     connect(&IconLoader::sharedIconLoader(), &IconLoader::finished, this,
         &OTController::giveMemoryBackSoon);
     connect(&_mainWindow, &OTWindow::menuWanted, this, &OTController::openMainMenu);
+    OTIconOverlayView *const overlay = &_mainWindow.overlay();
+    connect(&_mainMenu.menu(), &QMenu::aboutToShow, overlay,
+        [overlay] { overlay->setIsMenuOpen(true); });
+    connect(&_mainMenu.menu(), &QMenu::aboutToHide, overlay,
+        [overlay] { overlay->setIsMenuOpen(false); });
     connect(&_mainMenu, &MainMenu::chosen, this, &OTController::performCommand);
     connectTriggers();
     registerHotKey();

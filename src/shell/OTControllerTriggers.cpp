@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -158,19 +159,22 @@ void OTController::updateStatusBar()
         toggles ? OTStatusItemView::Click::PerformsAction : OTStatusItemView::Click::OpensMenu);
 }
 
+// Of some lines no command is offered.
 void OTController::fillStatusItemMenu()
 {
     for (const QList<MainMenu::Command> &commands : statusItemCommands()) {
-        if (!_statusItemMenu.isEmpty()) {
-            _statusItemMenu.addSeparator();
-        }
+        bool isFirstOfLine = !_statusItemMenu.isEmpty();
         for (const MainMenu::Command command : commands) {
             const QString title = _mainMenu.titleOf(command);
-            if (!title.isEmpty()) {
-                QAction *const action = _statusItemMenu.addAction(title);
-                connect(action, &QAction::triggered, this,
-                    [this, command] { performCommand(command); });
+            if (title.isEmpty()) {
+                continue;
             }
+            if (std::exchange(isFirstOfLine, false)) {
+                _statusItemMenu.addSeparator();
+            }
+            const QAction *const action = _statusItemMenu.addAction(title);
+            connect(
+                action, &QAction::triggered, this, [this, command] { performCommand(command); });
         }
     }
 }

@@ -83,6 +83,7 @@ OTIconOverlayView::OTIconOverlayView(
             followGrid();
         }
     });
+    connect(&_iconView, &OTIconView::menuIsOpenChanged, this, &OTIconOverlayView::setIsMenuOpen);
     // The grid has laid out its list by then.
     connect(&appManager, &OTAppManager::didChange, this, &OTIconOverlayView::followGrid);
     connect(&UserDefaults::standard(), &UserDefaults::changed, this,
@@ -156,6 +157,12 @@ void OTIconOverlayView::followGrid()
     }
 }
 
+void OTIconOverlayView::setIsMenuOpen(bool isOpen)
+{
+    _isMenuOpen = isOpen;
+    drawInfoForApp(_selectedApp, _selectedAppRect);
+}
+
 void OTIconOverlayView::startLabelTimer()
 {
     if (_selectedApp && isVisible()) {
@@ -192,7 +199,7 @@ void OTIconOverlayView::drawInfoForApp(const AppRef &app, const QRectF &inRect)
     _selectedAppRect = inRect;
     QString label;
     QRect rect;
-    if (app && !_isScanning) {
+    if (app && !_isScanning && !_isMenuOpen) {
         const QFontMetricsF metrics(font());
         label = metrics.elidedText(oneLine(fullLabel()),
             _showLongLabel ? Qt::ElideMiddle : Qt::ElideRight, width() - metrics.height());

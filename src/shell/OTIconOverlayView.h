@@ -52,6 +52,8 @@ public:
     void clearFilterString();
     void startFilterStringAnimation();
     void updateColors();
+    // A menu lies over the panel, or has begun to close: there is no name beneath it.
+    void setIsMenuOpen(bool isOpen);
 
     // What happens when the time is up, after which the selection has rested and nothing was typed.
     void labelTimerFire();
@@ -92,6 +94,7 @@ private:
     bool _showLongLabel = false;
     // The grid shows how far it has got with looking for applications.
     bool _isScanning = false;
+    bool _isMenuOpen = false;
     QTimer _labelTimer { this };
     QString _label;
     QRect _labelRect;

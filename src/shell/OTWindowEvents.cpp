@@ -5,6 +5,7 @@
 #include "shell/OTIconOverlayView.h"
 #include "shell/OTStatsControl.h"
 #include "shell/OTWindow.h"
+#include "shell/PanelButton.h"
 #include "shell/PanelResize.h"
 #include "shell/WindowAnimation.h"
 
@@ -40,6 +41,11 @@ void OTWindow::keyPressEvent(QKeyEvent *event)
     // What comes while it fades out was not meant for it any more.
     event->setAccepted(
         isShown() && (_statsControl->handleKeyDown(*event) || _iconView->keyPressed(*event)));
+    // The menu of no icon is the panel's.
+    if (isShown() && !event->isAccepted() && event->key() == Qt::Key_Menu) {
+        _prefsButton->click();
+        event->accept();
+    }
 }
 
 void OTWindow::keyReleaseEvent(QKeyEvent *event)

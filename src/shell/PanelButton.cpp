@@ -57,6 +57,9 @@ void PanelButton::updateTexts()
     const QString text = _kind == Kind::Close ? tr("Close") : tr("Preferences");
     setAccessibleName(text);
     setToolTip(text);
+    if (_kind == Kind::Gear) {
+        setAccessibleDescription(tr("Menu key, while no icon is selected"));
+    }
 }
 
 bool PanelButton::event(QEvent *event)

@@ -1,3 +1,4 @@
+#include "shell/OTIconOverlayView.h"
 #include "shell/OTNSAppSubclass.h"
 #include "shell/PanelFixture.h"
 #include "support/Alerts.h"
@@ -5,6 +6,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QDialog>
+#include <QMenu>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
@@ -42,6 +44,7 @@ private Q_SLOTS:
     void accessIsCheckedAtLaunch_data();
     void accessIsCheckedAtLaunch();
     void aStatusItemWithoutAHost_isNoAccess();
+    void theMenuKeyOpensTheMainMenu_whereNoIconIsSelected();
     void changedPreferencesAreAnswered();
     void quittingAsksWhoHasNoMenu_data();
     void quittingAsksWhoHasNoMenu();
@@ -344,6 +347,35 @@ void OTControllerTest::accessIsCheckedAtLaunch()
     ++_launchCount;
     launch();
     QCOMPARE(_alerts, QStringList());
+}
+
+void OTControllerTest::theMenuKeyOpensTheMainMenu_whereNoIconIsSelected()
+{
+    launch();
+    QTRY_VERIFY(_window->isActiveWindow());
+    const auto menuAfter = [this](Qt::Key key) {
+        QTest::keyClick(_window->windowHandle(), key);
+        auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        return menu ? menu->actions().constFirst()->text() : QString();
+    };
+    QCOMPARE(menuAfter(Qt::Key_Menu), u"Show or Hide Ortu"_s);
+    QApplication::activePopupWidget()->close();
+    menuAfter(Qt::Key_Home);
+    const QString &label = _window->overlay().label();
+    QCOMPARE(label, u"app0"_s);
+    _controller->openMainMenu({});
+    QCOMPARE(label, QString());
+    QApplication::activePopupWidget()->close();
+    QCOMPARE(label, u"app0"_s);
+    QCOMPARE(menuAfter(Qt::Key_Menu), u"Exclude"_s);
+    QApplication::activePopupWidget()->close();
+
+    // Of the status item's menu, no line is empty.
+    QString items;
+    for (const QAction *action : _desktop->item.menu->actions()) {
+        items += action->isSeparator() ? u'-' : u'x';
+    }
+    QCOMPARE(items, u"x-xx-x"_s);
 }
 
 void OTControllerTest::changedPreferencesAreAnswered()

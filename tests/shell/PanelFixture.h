@@ -134,11 +134,16 @@ private:
 class HostedItem : public StatusItem
 {
 public:
-    void show(const QIcon &, const QString &, QMenu &) override { _isWanted = true; }
+    void show(const QIcon &, const QString &, QMenu &newMenu) override
+    {
+        _isWanted = true;
+        menu = &newMenu;
+    }
     void hide() override { _isWanted = false; }
     bool isShown() const override { return _isWanted && hasHost; }
 
     bool hasHost = true;
+    QMenu *menu = nullptr;
 
 private:
     bool _isWanted = false;

@@ -31,6 +31,8 @@ constexpr QPoint buttonInset(23, 18);
 // Of the selector, from the sides of the panel, so that the round corners stay free.
 constexpr int selectorInset = 22;
 constexpr int selectorHeight = 18;
+// How often a panel that is shown asks for its place.
+constexpr int MostPlacings = 3;
 // A panel with less opacity cannot be seen.
 constexpr double leastOpacity = 0.01;
 
@@ -152,6 +154,7 @@ void OTWindow::show(const ActivationStamp &stamp)
     if (isComing) {
         setFrame(centredFrame());
         _isMovedByUser = false;
+        _placingsLeft = MostPlacings;
     }
     makeWindow();
     _desktop.ownWindows().setStanding(*windowHandle(),

@@ -142,6 +142,7 @@ private:
     void layOutSubviews();
     void layOutGrid();
 
+    void insistOnPlace();
     QRectF currentFrame() const;
     void setFrame(const QRectF &frame);
     QRectF visibleFrame() const;
@@ -169,6 +170,10 @@ private:
     TaskBar _taskBar = TaskBar::Listed;
     OwnWindows::Level _level;
     bool _isMovedByUser = false;
+    // Where the panel was put last, in Qt's coordinates, and how often it still asks to be put
+    // there until it is shown anew: a window manager that has its own will keeps it in the end.
+    QPoint _place;
+    int _placingsLeft = 0;
     std::unique_ptr<WindowAnimation> _animation;
     std::unique_ptr<PanelResize> _resize;
     QPointer<QScreen> _screen;

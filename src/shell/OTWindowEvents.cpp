@@ -62,12 +62,21 @@ void OTWindow::inputMethodEvent(QInputMethodEvent *event)
     event->accept();
 }
 
-// Window managers have ways of their own to drag a window, such as a key with the mouse. Where they
-// put it without a button pressed is not the user's doing.
+// Window managers have ways of their own to let the user drag a window, such as a key with the
+// mouse. Without a button pressed it is the window manager that moves it: i3 and awesome put a new
+// window elsewhere than it asks, and obey when asked again.
 void OTWindow::moveEvent(QMoveEvent *event)
 {
-    if (event->spontaneous() && isShown() && _desktop.ownWindows().isPointerPressed()) {
+    const bool isOurDoing = !event->spontaneous() || !isShown() || (_drag && _drag->isMoving)
+        || _animation->isSliding() || _resize->isUnderWay();
+    if (isOurDoing) {
+        return;
+    }
+    if (_desktop.ownWindows().isPointerPressed()) {
         _isMovedByUser = true;
+    } else if (!_isMovedByUser && _placingsLeft > 0) {
+        --_placingsLeft;
+        QMetaObject::invokeMethod(this, &OTWindow::insistOnPlace, Qt::QueuedConnection);
     }
 }
 

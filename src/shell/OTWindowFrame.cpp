@@ -62,6 +62,7 @@ void OTWindow::changeFrame(const QRectF &frame, Change change)
         change == Change::AsPreferred && _useCoreAnimation && !_desktop.motion().isReduced();
     if (isSlow && frame != currentFrame()) {
         _overlay->hide();
+        _place = upwards(frame).toRect().topLeft();
         _resize->start(upwards(frame).toRect(), animationResizeTime(frame));
         return;
     }
@@ -113,7 +114,20 @@ QRectF OTWindow::currentFrame() const
 
 void OTWindow::setFrame(const QRectF &frame)
 {
-    setGeometry(upwards(frame).toRect());
+    const QRect wanted = upwards(frame).toRect();
+    _place = wanted.topLeft();
+    setGeometry(wanted);
+}
+
+// The shape is sent again as well: i3 keeps one that was meant for the other place.
+void OTWindow::insistOnPlace()
+{
+    const bool isElsewhere = geometry().topLeft() != _place;
+    if (isShown() && !_isMovedByUser && isElsewhere) {
+        setGeometry(QRect(_place, size()));
+        clearMask();
+        updateMask();
+    }
 }
 
 QRectF OTWindow::visibleFrame() const
@@ -149,7 +163,9 @@ double OTWindow::animationResizeTime(const QRectF &newFrame) const
 
 void OTWindow::slideTo(const QRectF &frame)
 {
-    _animation->slideFrameToOver(upwards(frame).toRect(), slideTime, WindowAnimation::Fade::None);
+    const QRect end = upwards(frame).toRect();
+    _place = end.topLeft();
+    _animation->slideFrameToOver(end, slideTime, WindowAnimation::Fade::None);
 }
 
 void OTWindow::slideToCenter()

@@ -13,11 +13,17 @@ xcb_get_property_cookie_t ask(
         XCB_GET_PROPERTY_TYPE_ANY, 0, longestList);
 }
 
+XReply<xcb_get_property_reply_t> answer(
+    const XConnection &connection, xcb_get_property_cookie_t cookie)
+{
+    return XReply<xcb_get_property_reply_t>(
+        xcb_get_property_reply(connection.get(), cookie, nullptr));
+}
+
 // Empty when there is no such property.
 QList<quint32> numbers(const XConnection &connection, xcb_get_property_cookie_t cookie)
 {
-    const XReply<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(connection.get(), cookie, nullptr));
+    const XReply<xcb_get_property_reply_t> reply = answer(connection, cookie);
     if (!reply || reply->format != 32) {
         return {};
     }
@@ -59,4 +65,23 @@ bool WindowPlace::isPointerPressed(XConnection &connection)
     connection.takeEventsLater();
     constexpr quint16 buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
     return pointer && (pointer->mask & buttons) != 0;
+}
+
+QString WindowPlace::windowManagerName(XConnection &connection)
+{
+    if (!connection.isOpen()) {
+        return {};
+    }
+    const xcb_window_t manager =
+        numbers(connection, ask(connection, connection.root(), XConnection::NetSupportingWmCheck))
+            .value(0, XCB_WINDOW_NONE);
+    const XReply<xcb_get_property_reply_t> name = manager != XCB_WINDOW_NONE
+        ? answer(connection, ask(connection, manager, XConnection::NetWmName))
+        : nullptr;
+    connection.takeEventsLater();
+    if (!name || name->format != 8) {
+        return {};
+    }
+    return QString::fromUtf8(static_cast<const char *>(xcb_get_property_value(name.get())),
+        xcb_get_property_value_length(name.get()));
 }

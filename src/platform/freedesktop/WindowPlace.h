@@ -1,10 +1,12 @@
-// Where a window of another program is now, and the pointer: questions that are asked of the X
-// server when the user does something, not followed all the time. Each takes one exchange with the
-// server.
+// Where a window of another program is now, the pointer, who manages windows: questions that are
+// asked of the X server when they arise, not followed all the time. Each takes one exchange with
+// the server, or two.
 
 #pragma once
 
 #include "platform/freedesktop/XConnection.h"
+
+#include <QString>
 
 namespace WindowPlace {
 
@@ -14,5 +16,8 @@ bool isOnPresentDesktop(XConnection &connection, xcb_window_t window);
 
 // Whether one of the three ordinary buttons of the pointer is down.
 bool isPointerPressed(XConnection &connection);
+
+// What the window manager calls itself; empty when there is none, or it does not say.
+QString windowManagerName(XConnection &connection);
 
 } // namespace WindowPlace

@@ -98,7 +98,29 @@ void XOwnWindows::setStanding(QWindow &window, TaskBar taskBar, Level level)
         tellStates(window, own);
     } else {
         window.create();
+        askForNoFrame(window);
         writeStates(window, own);
+    }
+}
+
+bool XOwnWindows::isManagedByAwesome()
+{
+    if (_managerName.isEmpty()) {
+        _managerName = WindowPlace::windowManagerName(_windows.connection());
+    }
+    return _managerName == QLatin1String("awesome");
+}
+
+// Qt asks for it by the Motif hints, which the rules that awesome comes with do not look at: they
+// give a title bar to every window of the types normal and dialog. Elsewhere a utility window may
+// be left out of the task bar.
+void XOwnWindows::askForNoFrame(QWindow &window)
+{
+    if (isManagedByAwesome()) {
+        const XConnection &names = _windows.connection();
+        const xcb_atom_t type = names.atom(XConnection::NetWmWindowTypeUtility);
+        xcb_change_property(_connection, XCB_PROP_MODE_REPLACE, idOf(&window),
+            names.atom(XConnection::NetWmWindowType), XCB_ATOM_ATOM, 32, 1, &type);
     }
 }
 
@@ -113,6 +135,12 @@ void XOwnWindows::handleShown(QWindow &window)
     Own &own = ownOf(window);
     if (own.isStanding) {
         tellStates(window, own);
+        if (isManagedByAwesome()) {
+            // The one line that its theme draws round every window.
+            constexpr quint32 noBorder = 0;
+            xcb_configure_window(
+                _connection, idOf(&window), XCB_CONFIG_WINDOW_BORDER_WIDTH, &noBorder);
+        }
     }
     const std::optional<ActivationStamp> stamp = own.stamp;
     own.stamp.reset();
@@ -196,6 +224,7 @@ void XOwnWindows::activate(QWindow &window, const ActivationStamp &stamp)
         return;
     }
     window.raise();
+    _coming = &window;
     const quint32 time = stamp.time != 0 ? stamp.time : timeIn(stamp.startupId);
     if (time != 0) {
         nameActive(window, time);
@@ -317,6 +346,12 @@ void XOwnWindows::setActive(QWindow *window)
     const xcb_window_t active = idOf(window);
     if (active != _active) {
         _active = active;
+        // KWin may focus a window that it has put below the one in front, without raising it.
+        if (window != nullptr && window == _coming) {
+            window->raise();
+            flush();
+        }
+        _coming = nullptr;
         Q_EMIT activeWindowChanged();
     }
 }

@@ -48,6 +48,8 @@ private:
 
     Own &ownOf(QWindow &window);
     void handleShown(QWindow &window);
+    bool isManagedByAwesome();
+    void askForNoFrame(QWindow &window);
     void writeStates(QWindow &window, const Own &own);
     void tellStates(QWindow &window, const Own &own);
     void tellLevel(QWindow &window, Level level);
@@ -65,6 +67,10 @@ private:
     QHash<QWindow *, Own> _owns;
     // Waits for the time to be told.
     QPointer<QWindow> _waiting;
+    // Asked to come to the front, and not there yet.
+    QPointer<QWindow> _coming;
+    // The window manager's name for itself; empty until one has told it.
+    QString _managerName;
     // As announced last.
     xcb_window_t _active = XCB_WINDOW_NONE;
     // Runs while no window is active; between two windows that is for a moment only.

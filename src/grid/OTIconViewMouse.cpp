@@ -11,6 +11,7 @@
 #include "support/Geometry.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QMenu>
 #include <QMouseEvent>
 
@@ -254,16 +255,18 @@ void OTIconView::menuWillHide()
     _isMenuPressed = false;
     setNeedsDisplayForCoords(_selectedCoords);
     Q_EMIT menuIsOpenChanged(false);
-    // The pointer may have left the grid in the menu. What was chosen comes first, and the press
-    // that closes a menu may open the next one.
-    const auto leave = [this] {
+    // The pointer is elsewhere now, within the grid or not. What was chosen comes first, and the
+    // press that closes a menu may open the next one.
+    const auto follow = [this] {
         modifierKeysChanged(QGuiApplication::queryKeyboardModifiers());
         const bool isAnotherOpen = _menu && _menu->isVisible();
-        if (!isAnotherOpen && !underMouse() && !_isSelectedByKeys) {
-            selectCoords({});
+        if (!isAnotherOpen && !_isSelectedByKeys) {
+            const QPoint pointer = QCursor::pos();
+            const bool isOverGrid = QApplication::widgetAt(pointer) == this;
+            selectCoords(isOverGrid ? coordsOfPoint(inView(mapFromGlobal(pointer))) : Coords());
         }
     };
-    QMetaObject::invokeMethod(this, leave, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, follow, Qt::QueuedConnection);
 }
 
 void OTIconView::includeSelectedApp()

@@ -239,7 +239,7 @@ private Q_SLOTS:
 
     void anIcon_isDimmedWhileAPressOnItLasts()
     {
-        fill({ u"a"_s });
+        fill({ u"a"_s, u"b"_s });
         QImage red(64, 64, QImage::Format_ARGB32_Premultiplied);
         red.fill(Qt::red);
         app(u"a"_s)->setIcon(red);
@@ -249,11 +249,14 @@ private Q_SLOTS:
         QVERIFY(isDimmed());
         QTest::mouseRelease(_view.get(), Qt::LeftButton, {}, middle + QPoint(40, 0));
         QVERIFY(!isDimmed());
+        _view->show();
+        QCursor::setPos(_view->mapToGlobal(middleOf(u"b"_s)));
         for (const Qt::MouseButton button : { Qt::RightButton, Qt::LeftButton }) {
             QTest::mousePress(_view.get(), button, Qt::MetaModifier, middle);
             QVERIFY(isDimmed());
             QApplication::activePopupWidget()->close();
             QVERIFY(!isDimmed());
+            QTRY_COMPARE(selected(), u"b"_s);
         }
         hover(u"a"_s);
         QVERIFY(press(Qt::Key_Menu) && !isDimmed());

@@ -84,7 +84,6 @@ public:
     Q_DISABLE_COPY_MOVE(Terminal)
     QString window() const { return windowsBy(u"--name"_s, u"^Terminal$"_s).value(0); }
     bool isActive() const { return !window().isEmpty() && activeWindow() == window(); }
-    void activate() const { xdotool(u"windowactivate "_s + window()); }
 
 private:
     QProcess _process;
@@ -168,7 +167,6 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void aStartShowsIt_aToggleGivesTheFocusBack();
-    void anotherWindowHidesIt_unlessItWasMoved();
     void aStartSoonAfterAnother_doesNotHideIt();
     void keysAndTheCloseButtonHideIt();
     void theMenuIsThere_andQuits();
@@ -256,30 +254,6 @@ void PanelTest::aStartShowsIt_aToggleGivesTheFocusBack()
     tell(u"--toggle"_s);
     QTRY_VERIFY(isActive());
     QTRY_COMPARE(activeWindow(), panel());
-}
-
-void PanelTest::anotherWindowHidesIt_unlessItWasMoved()
-{
-    start();
-    const Terminal terminal;
-    QTRY_VERIFY_WITH_TIMEOUT(terminal.isActive(), patience);
-    QTRY_VERIFY(!isVisible());
-
-    show();
-    const QRect before = frameOf(panel());
-    pointAt(onMargin());
-    xdotool(u"mousedown 1 mousemove_relative 40 30 mousemove_relative 60 30 mouseup 1"_s);
-    QTRY_COMPARE(frameOf(panel()), before.translated(100, 60));
-    terminal.activate();
-    QTRY_VERIFY(!isActive());
-    QVERIFY(isVisible());
-    tell(u"--toggle"_s);
-    QTRY_VERIFY(isActive());
-    QCOMPARE(frameOf(panel()), before.translated(100, 60));
-    tell(u"--toggle"_s);
-    QTRY_VERIFY(!isVisible());
-    show();
-    QCOMPARE(frameOf(panel()), before);
 }
 
 void PanelTest::aStartSoonAfterAnother_doesNotHideIt()

@@ -221,6 +221,16 @@ private Q_SLOTS:
         QCOMPARE(lists({ 8, 9 }), u" "_s);
     }
 
+    void damagedBunches_leaveTheFlatOrder()
+    {
+        start(u"x/ab"_s);
+        addFavourites(u"x/a x/b"_s);
+        _desktop->tree.add(u"user/Ortu/UserApplications.plist"_s, "<plist");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"UserApplications\\.plist"_s));
+        start();
+        QCOMPARE(lists({ 8, 9 }), u"ab| ab"_s);
+    }
+
     void lostFavourites_areFoundByName()
     {
         start(u"x/abc"_s);

@@ -35,7 +35,6 @@ private Q_SLOTS:
     void aPictureHoldsTheIcons();
     void wrongUseAndMissingDisplay_areOneLine();
     void badApplications_leaveTheRestStanding();
-    void damagedBunches_leaveTheFlatOrder();
     void badFiles_loseNothing_data();
     void badFiles_loseNothing();
 
@@ -241,21 +240,6 @@ void ProgramTest::badApplications_leaveTheRestStanding()
     QCOMPARE(result.errorLines.size(), 5);
     QCOMPARE(result.output.count(".desktop"), 2);
     QVERIFY(result.output.contains("good.desktop") && result.output.contains("odd.desktop"));
-}
-
-void ProgramTest::damagedBunches_leaveTheFlatOrder()
-{
-    const QByteArray a = _runner->path(u"apps/a.desktop"_s).toUtf8();
-    _runner->writeEntry(u"a"_s);
-    _runner->scanOnlyOwnApplications();
-    _runner->write(u"data/Ortu/UserApplications1D.plist"_s,
-        plist("<array><string>" + a + "</string></array>"));
-    QCOMPARE(names(u"9"_s), QStringList());
-
-    _runner->write(u"data/Ortu/UserApplications.plist"_s, "<plist");
-
-    QCOMPARE(names(u"9"_s), QStringList { u"a"_s });
-    QCOMPARE(names(u"8"_s), QStringList { u"a"_s });
 }
 
 void ProgramTest::badFiles_loseNothing_data()

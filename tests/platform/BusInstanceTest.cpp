@@ -5,6 +5,7 @@
 
 #include "platform/FileTree.h"
 #include "platform/PrivateBus.h"
+#include "platform/SilentServer.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
 
 #include <QCoreApplication>
@@ -293,6 +294,11 @@ void BusInstanceTest::whereNoneRuns_noneIsStarted()
     QVERIFY(!QFile::exists(trace));
     _bus->end();
     QCOMPARE(tell({ u"hide"_s }), u"NoneRuns"_s);
+    // A bus that takes connections and says nothing.
+    const SilentServer server;
+    const QString silent = QString::fromLatin1(server.display().replace(":", "/tmp/.X11-unix/X"));
+    QCOMPARE(tell({ u"hide"_s }, { u"DBUS_SESSION_BUS_ADDRESS=unix:abstract="_s + silent }),
+        u"NoneRuns\nortu.platform: the session bus does not answer"_s);
 }
 
 void BusInstanceTest::whoeverElseHasTheName_isNamed_data()

@@ -29,6 +29,7 @@ QDBusConnection BusConnection::get()
 {
     if (!_connection) {
         SessionBus::neverStartOne();
+        SessionBus::avoidSilence();
         _name = unusedName();
         _connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, _name);
     }

@@ -18,7 +18,8 @@ public:
     ~BusConnection();
     Q_DISABLE_COPY_MOVE(BusConnection)
 
-    // Tries once. Where the session has no bus, none is started.
+    // Tries once. Where the session has no bus, none is started; one that does not answer counts as
+    // none after some seconds.
     QDBusConnection get();
     bool isOpen() const { return _connection && _connection->isConnected(); }
 

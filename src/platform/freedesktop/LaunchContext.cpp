@@ -86,7 +86,13 @@ LaunchContext::LaunchContext(const QString &path)
         g_app_launch_context_unsetenv(_context.get(), ours);
     }
     if (SessionBus::isAddressOurs()) {
-        g_app_launch_context_unsetenv(_context.get(), "DBUS_SESSION_BUS_ADDRESS");
+        const QByteArray given = SessionBus::givenAddress();
+        const char *const variable = "DBUS_SESSION_BUS_ADDRESS";
+        if (given.isEmpty()) {
+            g_app_launch_context_unsetenv(_context.get(), variable);
+        } else {
+            g_app_launch_context_setenv(_context.get(), variable, given.constData());
+        }
     }
     if (!_startupId.isEmpty()) {
         context->startupId = g_strdup(_startupId.constData());

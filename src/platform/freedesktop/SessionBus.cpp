@@ -1,14 +1,29 @@
 #include "platform/freedesktop/SessionBus.h"
 
+#include "platform/freedesktop/BusSilence.h"
 #include "platform/freedesktop/Log.h"
 
 #include <atomic>
+#include <chrono>
+#include <utility>
 
 namespace {
 
 constexpr const char *addressVariable = "DBUS_SESSION_BUS_ADDRESS";
+constexpr const char *nowhere = "unix:path=/nonexistent/bus";
+// A bus is slow at the start of a session, when everything starts at once.
+constexpr std::chrono::seconds longestSilence(3);
 
+// Of the environment's address: whether it is ours, and what stood there before.
 std::atomic<bool> isAddressSet = false;
+QByteArray addressBefore;
+
+void setAddress(const QByteArray &address)
+{
+    addressBefore = isAddressSet ? addressBefore : qgetenv(addressVariable);
+    qputenv(addressVariable, address);
+    isAddressSet = true;
+}
 
 // Where both GIO and the bus library look when the environment does not say.
 QByteArray usualAddress()
@@ -49,12 +64,26 @@ SessionBus::~SessionBus()
 void SessionBus::neverStartOne()
 {
     if (qEnvironmentVariableIsEmpty(addressVariable)) {
-        qputenv(addressVariable, usualAddress());
-        isAddressSet = true;
+        setAddress(usualAddress());
+    }
+}
+
+void SessionBus::avoidSilence()
+{
+    static bool isProbed = false;
+    if (!std::exchange(isProbed, true) && isBusSilent(qgetenv(addressVariable), longestSilence)) {
+        qCWarning(lcPlatform, "the session bus does not answer");
+        setAddress(nowhere);
     }
 }
 
 bool SessionBus::isAddressOurs()
 {
-    return isAddressSet && qgetenv(addressVariable) == usualAddress();
+    const QByteArray address = qgetenv(addressVariable);
+    return isAddressSet && (address == usualAddress() || address == nowhere);
+}
+
+QByteArray SessionBus::givenAddress()
+{
+    return addressBefore;
 }

@@ -22,11 +22,17 @@ public:
     // Null when there is no session bus.
     GDBusConnection *get() const { return _connection.get(); }
 
-    // Where a session has no bus, GIO would start one that nobody else knows of. This makes it look
-    // for one in the session's folder and nowhere else, by way of our environment; children are to
-    // get along without that. To be called before there are threads that read the environment.
+    // Where a session has no bus, GIO would start one that no other program knows of. This makes it
+    // look for one in the session's folder and nowhere else, by way of our environment. To be
+    // called before there are threads that read the environment.
     static void neverStartOne();
+    // Looks once whether the bus answers, for some seconds at most. All of the program does without
+    // one that does not, again by way of our environment.
+    static void avoidSilence();
+    // Whether these have changed the environment, and what children get in its place: the address
+    // that was there before, which may be empty.
     static bool isAddressOurs();
+    static QByteArray givenAddress();
 
 private:
     // Of this thread's event loop, put aside meanwhile. Null on the main thread.

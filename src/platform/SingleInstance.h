@@ -13,6 +13,7 @@
 #include <QUrl>
 
 #include <functional>
+#include <memory>
 
 // What the running program is asked for.
 struct InstanceRequest
@@ -23,6 +24,9 @@ struct InstanceRequest
     Verb verb = Verb::Activate;
     QList<QUrl> files;
     ActivationStamp stamp;
+    // The other start is answered once the last copy of this is gone: keep one until what was asked
+    // for is there. Null where no start waits.
+    std::shared_ptr<void> caller = {};
 };
 
 struct InstanceAnswer
@@ -52,9 +56,9 @@ public:
 
     using QObject::QObject;
 
-    // Tells the running program, and waits until it has heard; asked to quit, until it has ended.
-    // Never starts one. Hands on what the environment knows of how this program was started where
-    // the request has no stamp.
+    // Tells the running program, and waits until it has done what it is asked for; asked to quit,
+    // until it has ended. Never starts one. Hands on what the environment knows of how this program
+    // was started where the request has no stamp.
     virtual InstanceAnswer tell(const InstanceRequest & /*request*/) { return {}; }
 
     // Becomes the running program until the end of this object.

@@ -153,6 +153,7 @@ private:
     void setApplicationIcon();
     void showProgressStep(int step, int count);
     int runAlert(const Alert &alert);
+    void keepWaitingForKeyboard(const std::shared_ptr<void> &caller);
 
     Desktop &_desktop;
     OTAppManager &_appManager;

@@ -21,6 +21,8 @@ namespace {
 
 // Between two pictures of the progress, in milliseconds.
 constexpr int progressInterval = 100;
+// For the keyboard, which a window manager may refuse, in milliseconds.
+constexpr int longestKeyboardWait = 1000;
 constexpr QSize iconSize(128, 128);
 
 QJsonValue pathOf(const AppRef &app)
@@ -29,6 +31,23 @@ QJsonValue pathOf(const AppRef &app)
 }
 
 } // namespace
+
+// Who asks for the panel types into it next, and is answered when it has the keyboard.
+void OTController::keepWaitingForKeyboard(const std::shared_ptr<void> &caller)
+{
+    if (!caller || !_mainWindow.isShown() || _mainWindow.isNonActivating() || isActive()) {
+        return;
+    }
+    auto *const wait = new QTimer(this);
+    connect(wait, &QTimer::timeout, wait, &QObject::deleteLater);
+    connect(&_mainWindow, &OTWindow::hidden, wait, &QObject::deleteLater);
+    connect(&_desktop.ownWindows(), &OwnWindows::activeWindowChanged, wait, [this, wait, caller] {
+        if (isActive()) {
+            wait->deleteLater();
+        }
+    });
+    wait->start(longestKeyboardWait);
+}
 
 void OTController::perform(const InstanceRequest &request)
 {
@@ -60,6 +79,7 @@ void OTController::perform(const InstanceRequest &request)
     case InstanceRequest::Verb::Status:
         break;
     }
+    keepWaitingForKeyboard(request.caller);
 }
 
 void OTController::performCommand(MainMenu::Command command)

@@ -165,18 +165,16 @@ void BusInstance::offer(const Status &status)
     _bus.get().registerObject(QLatin1String(InstanceMessage::path), _object.get());
 }
 
-// Who asks for the panel types into it next, so the answer comes when that is on its way.
-void BusInstance::hear(const InstanceRequest &request, const QDBusMessage &call)
+void BusInstance::hear(InstanceRequest request, const QDBusMessage &call)
 {
-    using Verb = InstanceRequest::Verb;
-    if (request.verb == Verb::Quit) {
-        call.setDelayedReply(true);
+    call.setDelayedReply(true);
+    if (request.verb == InstanceRequest::Verb::Quit) {
         _quitCalls.append(call);
+    } else {
+        request.caller = std::shared_ptr<void>(
+            nullptr, [bus = _bus.get(), call](void *) { bus.send(call.createReply()); });
     }
-    const bool mayTakeLong = request.verb == Verb::Quit || request.verb == Verb::Rescan;
-    QMetaObject::invokeMethod(
-        this, [this, request] { Q_EMIT requested(request); },
-        mayTakeLong ? Qt::QueuedConnection : Qt::DirectConnection);
+    Q_EMIT requested(request);
 }
 
 void BusInstance::watchBus()

@@ -33,7 +33,7 @@ private:
     bool hasLeft(const QDBusMessage &reply);
     void settle();
     void offer(const Status &status);
-    void hear(const InstanceRequest &request, const QDBusMessage &call);
+    void hear(InstanceRequest request, const QDBusMessage &call);
     void watchBus();
 
     const std::chrono::milliseconds _patience;

@@ -25,7 +25,7 @@ class ApplicationInterface final : public QDBusAbstractAdaptor
 public:
     using Hear = std::function<void(const InstanceRequest &, const QDBusMessage &call)>;
 
-    // The caller gets its answer once `hear` returns, unless that delays it.
+    // `hear` answers the call.
     ApplicationInterface(QObject *object, QDBusConnection connection, Hear hear);
 
 public Q_SLOTS:

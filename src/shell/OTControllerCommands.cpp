@@ -32,7 +32,7 @@ QJsonValue pathOf(const AppRef &app)
 
 } // namespace
 
-// Who asks for the panel types into it next, and is answered when it has the keyboard.
+// A script that asks for the panel types into it next, so it is answered when that has the keyboard.
 void OTController::keepWaitingForKeyboard(const std::shared_ptr<void> &caller)
 {
     if (!caller || !_mainWindow.isShown() || _mainWindow.isNonActivating() || isActive()) {

@@ -8,6 +8,8 @@
 
 #include <QObject>
 
+class QWindow;
+
 // A physical key with modifier keys, whatever is printed on it in the keyboard layout of the day.
 struct HotKeyCombination
 {
@@ -33,6 +35,10 @@ public:
         return tr("this desktop offers no hot keys");
     }
     virtual void unregisterKey() { }
+    // To be called while pressed() is emitted, with a window that comes to the front because of
+    // it: what is typed after the press waits until that window has the keyboard, for half a second
+    // at most. Without this call it goes at once to the window that has the keyboard then.
+    virtual void handKeysTo(const QWindow & /*window*/) { }
 
 Q_SIGNALS:
     // Once for each time it goes down, however long it is held.

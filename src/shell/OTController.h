@@ -140,6 +140,7 @@ private:
 
     void connectTriggers();
     void registerHotKey();
+    void hotKeyPressed(const ActivationStamp &stamp);
     void takeHotKeyProblem(const QString &whyNot);
     void setupEventTap();
     void applicationDidChangeScreenParameters();

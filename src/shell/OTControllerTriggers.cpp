@@ -7,12 +7,14 @@
 #include "shell/OTController.h"
 #include "shell/OTHotSpotWindow.h"
 #include "shell/OTStatusItemView.h"
+#include "shell/OTWindow.h"
 #include "shell/TriggerKeys.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 #include <limits>
@@ -46,7 +48,7 @@ int number(const QString &key)
 void OTController::connectTriggers()
 {
     const HotKey &hotKey = _desktop.hotKey();
-    connect(&hotKey, &HotKey::pressed, this, &OTController::showHideMainWindow);
+    connect(&hotKey, &HotKey::pressed, this, &OTController::hotKeyPressed);
     connect(&hotKey, &HotKey::registrationChanged, this, &OTController::takeHotKeyProblem);
     connect(&_desktop.modifierTap(), &ModifierTap::changed, &NotificationCenter::defaultCenter(),
         &NotificationCenter::N_EventFlagsChanged);
@@ -92,6 +94,15 @@ void OTController::registerHotKey()
     }
     takeHotKeyProblem(combination ? hotKey.registerKey(*combination)
                                   : tr("the chosen key is not in the table of keys"));
+}
+
+// What is typed next is meant for the panel that comes up.
+void OTController::hotKeyPressed(const ActivationStamp &stamp)
+{
+    showHideMainWindow(stamp);
+    if (_mainWindow.isShown()) {
+        _desktop.hotKey().handKeysTo(*_mainWindow.windowHandle());
+    }
 }
 
 void OTController::takeHotKeyProblem(const QString &whyNot)

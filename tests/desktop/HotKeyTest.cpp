@@ -1,11 +1,11 @@
 // The hot key and the modifier tap on a real display: keys are pressed as by a user, in whichever
 // layout, while others have the keyboard or hold the key.
 
+#include "desktop/ProgramRunner.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
-#include "platform/freedesktop/XHotKey.h"
+#include "platform/freedesktop/XHotKeyGrab.h"
 #include "platform/freedesktop/XModifierTap.h"
 
-#include <QKeyEvent>
 #include <QProcess>
 #include <QRasterWindow>
 #include <QSignalSpy>
@@ -18,31 +18,17 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 // Keys of this display by their codes; what they type is up to the layout.
-enum Key {
-    Tab = 23,
-    Q = 24,
-    Control = 37,
-    F = 41,
-    Shift = 50,
-    Backslash = 51,
-    Alt = 64,
-    CapsLock = 66,
-    F5 = 71,
-    NumLock = 77,
-    OtherHome = 97,
-    RightAlt = 108,
-    Home = 110,
-    Super = 133,
-    F20 = 198
-};
+constexpr int Tab = 23, Q = 24, Control = 37, F = 41, Shift = 50, Backslash = 51, Alt = 64,
+              CapsLock = 66, F5 = 71, NumLock = 77, OtherHome = 97, RightAlt = 108, Home = 110,
+              Super = 133, F20 = 198;
 using Keys = QList<int>;
 
 const HotKeyCombination controlTab { .key = u"TAB"_s, .control = true };
 
-bool run(const QString &program, const QStringList &arguments)
+bool run(const QString &program, const QString &arguments)
 {
     QProcess process;
-    process.start(program, arguments);
+    process.start(program, arguments.split(u' '));
     return process.waitForFinished() && process.exitCode() == 0;
 }
 
@@ -52,35 +38,11 @@ bool type(const QString &action, const Keys &keys)
     for (const int key : keys) {
         chord.append(QString::number(key));
     }
-    return run(u"xdotool"_s, { action, chord.join(u'+') });
+    return run(u"xdotool"_s, action + u' ' + chord.join(u'+'));
 }
-bool press(const Keys &keys)
-{
-    return type(u"keydown"_s, keys);
-}
-bool release(const Keys &keys)
-{
-    return type(u"keyup"_s, keys);
-}
-bool strike(const Keys &keys)
-{
-    return type(u"key"_s, keys);
-}
-
-// Keeps what is typed into it.
-class TypedInto final : public QRasterWindow
-{
-public:
-    QString text;
-    QList<int> keys;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        text += event->text();
-        keys.append(event->key());
-    }
-};
+const auto press = [](const Keys &keys) { return type(u"keydown"_s, keys); };
+const auto release = [](const Keys &keys) { return type(u"keyup"_s, keys); };
+const auto strike = [](const Keys &keys) { return type(u"key"_s, keys); };
 
 // Another program, as far as the display can tell.
 class OtherProgram final
@@ -93,12 +55,12 @@ public:
     ~OtherProgram() { xcb_disconnect(_connection); }
     Q_DISABLE_COPY_MOVE(OtherProgram)
 
-    bool holdKey(Key key, quint16 modifiers)
+    bool holdKey(int key, quint16 modifiers)
     {
         return isDone(xcb_grab_key_checked(_connection, 0, _root, modifiers, xcb_keycode_t(key),
             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     }
-    bool letGoOfKey(Key key)
+    bool letGoOfKey(int key)
     {
         return isDone(
             xcb_ungrab_key_checked(_connection, xcb_keycode_t(key), _root, XCB_MOD_MASK_ANY));
@@ -111,10 +73,27 @@ public:
             nullptr));
         return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
     }
-    bool end(const XConnection &connection)
+    // Opens a window and gives it the focus.
+    bool takeFocus()
     {
-        return isDone(xcb_kill_client_checked(
-            _connection, xcb_get_setup(connection.get())->resource_id_base));
+        const xcb_window_t window = xcb_generate_id(_connection);
+        const std::array<quint32, 2> values { 1, XCB_EVENT_MASK_KEY_PRESS };
+        xcb_create_window(_connection, XCB_COPY_FROM_PARENT, window, _root, 0, 0, 9, 9, 0,
+            XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+            XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values.data());
+        xcb_map_window(_connection, window);
+        return isDone(xcb_set_input_focus_checked(
+            _connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME));
+    }
+    // The keys that were pressed in it until now.
+    const Keys &typed()
+    {
+        while (const XReply<xcb_generic_event_t> event { xcb_poll_for_event(_connection) }) {
+            if (event->response_type == XCB_KEY_PRESS) {
+                _typed += reinterpret_cast<const xcb_key_press_event_t *>(event.get())->detail;
+            }
+        }
+        return _typed;
     }
 
 private:
@@ -125,17 +104,25 @@ private:
 
     xcb_connection_t *_connection;
     xcb_window_t _root;
+    Keys _typed;
 };
 
 // What the desktop makes for us, in the open.
 struct Program
 {
+    Program()
+    {
+        // Each press summons nothing.
+        QObject::connect(&hotKey, &XHotKeyGrab::pressed, &hotKey,
+            [this] { hotKey.handKeysTo(XCB_WINDOW_NONE); });
+    }
+
     XConnection connection;
     XKeyboard keyboard { connection };
-    XHotKey hotKey { keyboard };
+    XHotKeyGrab hotKey { keyboard };
     XModifierTap tap { keyboard };
-    QSignalSpy pressed { &hotKey, &HotKey::pressed };
-    QSignalSpy registration { &hotKey, &HotKey::registrationChanged };
+    QSignalSpy pressed { &hotKey, &XHotKeyGrab::pressed };
+    QSignalSpy registration { &hotKey, &XHotKeyGrab::registrationChanged };
     QSignalSpy changes { &tap, &ModifierTap::changed };
     QSignalSpy keys { &keyboard, &XKeyboard::keyPressed };
     QSignalSpy maps { &keyboard, &XKeyboard::mapChanged };
@@ -155,16 +142,16 @@ private Q_SLOTS:
     void held_itIsPressedOnce();
     void held_itLetsOtherKeysThrough();
     void heldBefore_itCountsOnceItWasReleased();
-    void anotherLayout_keepsThePhysicalKey();
-    void anotherKeyboard_hasTheKeyElsewhere();
+    void anotherKeyboard_keepsThePhysicalKey();
+    void typedAtOnce_reachesThePanel();
+    void whatDoesNotCome_getsNoKeys();
     void whatAnotherHolds_isNotTaken();
-    void letGo_itIsFreeForOthers();
     void theTap_hearsWhatIsTypedElsewhere();
     void theTap_sleepsWhileItIsOff();
     void withoutDisplay_thereIsAReason();
 
 private:
-    bool setKeyboard(const QString &what, const QString &name);
+    bool setKeyboard(const QString &what);
     bool hasArrived(const QSignalSpy &spy, qsizetype count);
 
     std::unique_ptr<Program> _ours;
@@ -173,7 +160,7 @@ private:
 void HotKeyTest::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_s));
-    QVERIFY(run(u"setxkbmap"_s, { u"-keycodes"_s, u"evdev"_s, u"-layout"_s, u"us"_s }));
+    QVERIFY(run(u"setxkbmap"_s, u"-keycodes evdev -layout us"_s));
     _ours = std::make_unique<Program>();
 }
 
@@ -185,10 +172,10 @@ void HotKeyTest::cleanup()
     _ours.reset();
 }
 
-bool HotKeyTest::setKeyboard(const QString &what, const QString &name)
+bool HotKeyTest::setKeyboard(const QString &what)
 {
     _ours->maps.clear();
-    return run(u"setxkbmap"_s, { what, name }) && (!_ours->maps.isEmpty() || _ours->maps.wait());
+    return run(u"setxkbmap"_s, what) && (!_ours->maps.isEmpty() || _ours->maps.wait());
 }
 
 // That nothing more comes is known when the server has answered a later question.
@@ -219,16 +206,13 @@ void HotKeyTest::itIsPressed_withItsOwnModifiers()
     QFETCH(const HotKeyCombination, combination);
     QFETCH(const Keys, chord);
     QCOMPARE(_ours->hotKey.registerKey(combination), QString());
-    quint32 before = 0;
     for (const Keys &locks : QList<Keys> { {}, { CapsLock }, { NumLock }, { CapsLock, NumLock } }) {
         const auto toggle = [&] { return locks.isEmpty() || strike(locks); };
         QVERIFY(toggle());
         const auto unlock = qScopeGuard(toggle);
         QVERIFY(strike(chord));
         QVERIFY(hasArrived(_ours->pressed, 1));
-        const auto stamp = _ours->pressed.takeFirst().at(0).value<ActivationStamp>();
-        QVERIFY(stamp.time > before && stamp.startupId.isEmpty());
-        before = stamp.time;
+        QVERIFY(_ours->pressed.takeFirst().at(0).value<ActivationStamp>().time > 0);
     }
     // One modifier more or less is another key.
     QVERIFY(chord.size() == 1 || strike({ chord.last() }));
@@ -248,7 +232,7 @@ void HotKeyTest::held_itIsPressedOnce()
     // Also without its modifier, and when the keyboard changes in a way that does not concern it.
     QVERIFY(release({ Control }));
     QVERIFY(goesOnRepeating());
-    QVERIFY(setKeyboard(u"-layout"_s, u"fr"_s));
+    QVERIFY(setKeyboard(u"-layout fr"_s));
     QVERIFY(press({ Tab }));
     QCOMPARE(_ours->pressed.size(), 1);
     QVERIFY(release({ Tab }));
@@ -258,24 +242,18 @@ void HotKeyTest::held_itIsPressedOnce()
 
 void HotKeyTest::held_itLetsOtherKeysThrough()
 {
-    TypedInto window;
-    window.resize(80, 60);
-    window.show();
-    window.requestActivate();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    OtherProgram other;
+    QVERIFY(other.takeFocus());
     QCOMPARE(_ours->hotKey.registerKey({ .key = u"FK05"_s }), QString());
     QVERIFY(press({ F5 }));
     QTRY_COMPARE(_ours->pressed.size(), 1);
-    // Before we get to hear of the first of them, and after.
-    QVERIFY(strike({ Shift, F }));
-    QVERIFY(strike({ Q }));
-    QTRY_COMPARE(window.text, u"Fq"_s);
-    QVERIFY(strike({ Q }));
-    QTRY_COMPARE(window.text, u"Fqq"_s);
+    // The first of them stops the repeating.
+    QVERIFY(strike({ Shift, F }) && strike({ Q }) && strike({ Shift, Q }));
+    QTRY_COMPARE(other.typed(), (Keys { F, Q, Shift, Q }));
     QVERIFY(release({ F5 }));
     QVERIFY(strike({ F5 }));
     QVERIFY(hasArrived(_ours->pressed, 2));
-    QVERIFY(!window.keys.contains(Qt::Key_F5));
+    QCOMPARE(other.typed().size(), 4);
 }
 
 void HotKeyTest::heldBefore_itCountsOnceItWasReleased()
@@ -295,27 +273,17 @@ void HotKeyTest::heldBefore_itCountsOnceItWasReleased()
     QCOMPARE(_ours->pressed.size(), 1);
 }
 
-void HotKeyTest::anotherLayout_keepsThePhysicalKey()
+void HotKeyTest::anotherKeyboard_keepsThePhysicalKey()
 {
-    const HotKeyCombination optionQ { .key = u"AD01"_s, .option = true };
-    QCOMPARE(_ours->hotKey.registerKey(optionQ), QString());
+    QCOMPARE(_ours->hotKey.registerKey({ .key = u"AD01"_s, .option = true }), QString());
     for (const char *layout : { "fr", "us(dvorak)", "ru", "us,ru" }) {
-        QVERIFY(setKeyboard(u"-layout"_s, QString::fromLatin1(layout)));
+        QVERIFY(setKeyboard(u"-layout "_s + QLatin1String(layout)));
         QVERIFY(strike({ Alt, Q }));
         QVERIFY(hasArrived(_ours->pressed, 1));
-        // Also when it was that layout from the beginning.
-        QCOMPARE(_ours->hotKey.registerKey(optionQ), QString());
-        QVERIFY(strike({ Alt, Q }));
-        QVERIFY(hasArrived(_ours->pressed, 2));
         _ours->pressed.clear();
     }
-    QVERIFY(_ours->registration.isEmpty());
-}
-
-void HotKeyTest::anotherKeyboard_hasTheKeyElsewhere()
-{
     QCOMPARE(_ours->hotKey.registerKey({ .key = u"HOME"_s }), QString());
-    QVERIFY(setKeyboard(u"-keycodes"_s, u"xfree86"_s));
+    QVERIFY(setKeyboard(u"-keycodes xfree86"_s));
     QVERIFY(strike({ Home }));
     QVERIFY(strike({ OtherHome }));
     QVERIFY(hasArrived(_ours->pressed, 1));
@@ -323,14 +291,58 @@ void HotKeyTest::anotherKeyboard_hasTheKeyElsewhere()
     // This one is not there at all.
     const QString whyNot = _ours->hotKey.registerKey({ .key = u"FK20"_s });
     QVERIFY(!whyNot.isEmpty());
-    QVERIFY(setKeyboard(u"-keycodes"_s, u"evdev"_s));
+    QVERIFY(setKeyboard(u"-keycodes evdev"_s));
     QVERIFY(strike({ F20 }));
     QVERIFY(hasArrived(_ours->pressed, 2));
-    QVERIFY(setKeyboard(u"-keycodes"_s, u"xfree86"_s));
-    // Nobody asks for it any more.
-    _ours->hotKey.unregisterKey();
-    QVERIFY(setKeyboard(u"-keycodes"_s, u"evdev"_s));
+    QVERIFY(setKeyboard(u"-keycodes xfree86"_s));
     QCOMPARE(_ours->registration, (QList<QVariantList> { { QString() }, { whyNot } }));
+}
+
+void HotKeyTest::typedAtOnce_reachesThePanel()
+{
+    const ProgramRunner runner;
+    runner.scanOnlyOwnApplications();
+    QProcess program;
+    runner.start(program, { u"--service"_s });
+    const auto status = [&](const QString &name) {
+        return runner.run({ u"--status"_s, u"--json"_s }).json()[name].toString();
+    };
+    QTRY_VERIFY(!status(u"hotKey"_s).isEmpty());
+    const QString atOnce = u"key --delay 0 37+23 24 41"_s;
+    const QString whileHeld =
+        u"keydown --delay 0 37+23 keyup --delay 0 37 key --delay 0 24 41 keyup 23"_s;
+    OtherProgram other;
+    for (const QString &hand : { atOnce, whileHeld }) {
+        QVERIFY(other.takeFocus());
+        QVERIFY(run(u"xdotool"_s, hand));
+        QTRY_COMPARE(status(u"filter"_s), u"qf"_s);
+        QCOMPARE(runner.run({ u"--hide"_s }).exitCode, 0);
+    }
+    QVERIFY(!other.typed().contains(Q) && !other.typed().contains(F));
+    program.terminate();
+    QVERIFY(program.waitForFinished());
+}
+
+void HotKeyTest::whatDoesNotCome_getsNoKeys()
+{
+    const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
+    HotKey &hotKey = desktop->hotKey();
+    QCOMPARE(hotKey.registerKey({ .key = u"FK05"_s }), QString());
+    OtherProgram other;
+    QVERIFY(other.takeFocus());
+    const auto typesAtOnce = [] { return run(u"xdotool"_s, u"key --delay 0 71 24 41"_s); };
+    // While the main thread does not get to anything else.
+    QVERIFY(typesAtOnce());
+    while (other.typed().size() < 2) { }
+    // A window that is never shown, and none at all.
+    QWindow window;
+    const auto connection =
+        connect(&hotKey, &HotKey::pressed, &window, [&] { hotKey.handKeysTo(window); });
+    QVERIFY(typesAtOnce());
+    QTRY_COMPARE(other.typed().size(), 4);
+    disconnect(connection);
+    QVERIFY(typesAtOnce());
+    QTRY_COMPARE(other.typed(), (Keys { Q, F, Q, F, Q, F }));
 }
 
 void HotKeyTest::whatAnotherHolds_isNotTaken()
@@ -339,6 +351,7 @@ void HotKeyTest::whatAnotherHolds_isNotTaken()
     // Part of what we want is enough.
     QVERIFY(other.holdKey(Tab, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK));
     QCOMPARE(_ours->hotKey.registerKey({ .key = u"FK05"_s }), QString());
+    QVERIFY(!other.holdKey(F5, 0));
     QCOMPARE(_ours->hotKey.registerKey(controlTab), u"another program holds this key"_s);
     // Nothing of it is kept, and nothing of what was held before.
     QVERIFY(other.letGoOfKey(Tab));
@@ -346,36 +359,18 @@ void HotKeyTest::whatAnotherHolds_isNotTaken()
     QTRY_VERIFY(other.holdKey(F5, XCB_MOD_MASK_ANY));
     QVERIFY(other.letGoOfKey(Tab));
     QCOMPARE(_ours->hotKey.registerKey(controlTab), QString());
-    QVERIFY(!other.holdKey(Tab, XCB_MOD_MASK_CONTROL));
     QVERIFY(strike({ Control, Tab }));
     QVERIFY(hasArrived(_ours->pressed, 1));
-}
-
-void HotKeyTest::letGo_itIsFreeForOthers()
-{
-    const std::unique_ptr<Desktop> other = makeFreedesktopDesktop();
-    const QSignalSpy theirs(&other->hotKey(), &HotKey::pressed);
-    QCOMPARE(_ours->hotKey.registerKey(controlTab), QString());
-    QVERIFY(!other->hotKey().registerKey(controlTab).isEmpty());
     _ours->hotKey.unregisterKey();
-    QTRY_COMPARE(other->hotKey().registerKey(controlTab), QString());
-    QVERIFY(strike({ Control, Tab }));
-    QTRY_COMPARE(theirs.size(), 1);
-    QVERIFY(hasArrived(_ours->pressed, 0));
-    // Whoever goes lets go.
-    auto late = std::make_unique<XHotKey>(_ours->keyboard);
-    QCOMPARE(late->registerKey({ .key = u"FK05"_s }), QString());
-    QVERIFY(!other->hotKey().registerKey({ .key = u"FK05"_s }).isEmpty());
-    late.reset();
-    QTRY_COMPARE(other->hotKey().registerKey({ .key = u"FK05"_s }), QString());
+    QTRY_VERIFY(other.holdKey(Tab, XCB_MOD_MASK_CONTROL));
 }
 
 void HotKeyTest::theTap_hearsWhatIsTypedElsewhere()
 {
-    QVERIFY(setKeyboard(u"-layout"_s, u"fr"_s));
+    QVERIFY(setKeyboard(u"-layout fr"_s));
     OtherProgram other;
     QVERIFY(_ours->tap.setUp() && !_ours->tap.isEnabled());
-    const QList<std::pair<Key, Qt::KeyboardModifier>> keys { { Shift, Qt::ShiftModifier },
+    const QList<std::pair<int, Qt::KeyboardModifier>> keys { { Shift, Qt::ShiftModifier },
         { Control, Qt::ControlModifier }, { Alt, Qt::AltModifier }, { Super, Qt::MetaModifier },
         { RightAlt, Qt::GroupSwitchModifier } };
     for (const bool isKeyboardHeld : { false, true }) {
@@ -419,24 +414,12 @@ void HotKeyTest::theTap_sleepsWhileItIsOff()
 
 void HotKeyTest::withoutDisplay_thereIsAReason()
 {
-    QCOMPARE(_ours->hotKey.registerKey(controlTab), QString());
-    _ours->tap.setEnabled(true);
-    // There has to be something of ours by which we are known.
-    QVERIFY(hasArrived(_ours->pressed, 0));
-    QVERIFY(OtherProgram().end(_ours->connection));
-    QTRY_COMPARE(_ours->registration.size(), 1);
-    const QString why = _ours->registration.at(0).at(0).toString();
-    QVERIFY(!why.isEmpty());
-    QCOMPARE(_ours->hotKey.registerKey(controlTab), why);
-    _ours->hotKey.unregisterKey();
-    _ours->tap.setEnabled(false);
-
     const QByteArray display = qgetenv("DISPLAY");
     const auto restore = qScopeGuard([&] { qputenv("DISPLAY", display); });
     for (const char *other : { "", ":9999" }) {
         qputenv("DISPLAY", other);
         const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
-        QCOMPARE(desktop->hotKey().registerKey(controlTab), why);
+        QCOMPARE(desktop->hotKey().registerKey(controlTab), u"there is no X display"_s);
         desktop->modifierTap().setEnabled(true);
         QVERIFY(!desktop->modifierTap().setUp() && !desktop->modifierTap().isEnabled());
     }

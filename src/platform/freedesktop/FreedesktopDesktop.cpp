@@ -72,7 +72,7 @@ public:
     HotKey &hotKey() override
     {
         if (!_hotKey) {
-            _hotKey = std::make_unique<XHotKey>(keyboard());
+            _hotKey = std::make_unique<XHotKey>();
         }
         return *_hotKey;
     }

@@ -2,7 +2,8 @@
 // selected here leaves the toolkit's events alone, and is simply not there where there is no X
 // server.
 //
-// Lives on the main thread; requests that need no answer may be made from any thread.
+// Lives on the thread that made it, as a rule the main thread; requests that need no answer may be
+// made from any thread.
 
 #pragma once
 
@@ -88,7 +89,7 @@ public:
     // Asks for a window to be shown. The same holds.
     void map(xcb_window_t window);
 
-    // Asks for the server's present time without waiting for it. On the main thread only.
+    // Asks for the server's present time without waiting for it. On its own thread only.
     void askTime();
 
     // To be called whenever something was sent or an answer was waited for: what came in on the way

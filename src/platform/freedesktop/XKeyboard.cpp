@@ -3,7 +3,6 @@
 #include <QByteArray>
 
 #include <algorithm>
-#include <cstring>
 #include <initializer_list>
 #include <utility>
 
@@ -244,35 +243,47 @@ void XKeyboard::setModifiersWatched(bool areWatched)
     _connection.takeEventsLater();
 }
 
-void XKeyboard::releaseGrab(xcb_timestamp_t time)
+void XKeyboard::takeNextKey(xcb_timestamp_t time)
+{
+    answerKey(XCB_ALLOW_SYNC_KEYBOARD, time);
+}
+
+void XKeyboard::replayKey(xcb_timestamp_t time)
+{
+    answerKey(XCB_ALLOW_REPLAY_KEYBOARD, time);
+}
+
+void XKeyboard::answerKey(quint8 mode, xcb_timestamp_t time)
 {
     if (isUsable()) {
-        xcb_ungrab_keyboard(_connection.get(), time);
+        xcb_allow_events(_connection.get(), mode, time);
         xcb_flush(_connection.get());
         _connection.takeEventsLater();
     }
 }
 
-void XKeyboard::sendToFocus(const xcb_key_press_event_t *event)
+bool XKeyboard::isFocusAt(xcb_window_t window) const
 {
     if (!isUsable()) {
-        return;
+        return false;
     }
     xcb_connection_t *const connection = _connection.get();
-    const XReply<xcb_get_input_focus_reply_t> focus(
+    const XReply<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
-    if (focus && focus->focus > XCB_INPUT_FOCUS_POINTER_ROOT) {
-        xcb_key_press_event_t copy = *event;
-        copy.event = focus->focus;
-        copy.child = XCB_WINDOW_NONE;
-        std::array<char, sizeof(copy)> bytes {};
-        std::memcpy(bytes.data(), &copy, sizeof(copy));
-        const bool isPress = (event->response_type & 0x7f) == XCB_KEY_PRESS;
-        xcb_send_event(connection, 1, focus->focus,
-            isPress ? XCB_EVENT_MASK_KEY_PRESS : XCB_EVENT_MASK_KEY_RELEASE, bytes.data());
-        xcb_flush(connection);
-    }
     _connection.takeEventsLater();
+    // What a program makes has its upper bits in common.
+    const quint32 program = ~xcb_get_setup(connection)->resource_id_mask;
+    return reply && (reply->focus & program) == (window & program);
+}
+
+void XKeyboard::setFocusWatched(xcb_window_t window, bool isWatched)
+{
+    if (isUsable()) {
+        const quint32 mask = isWatched ? XCB_EVENT_MASK_FOCUS_CHANGE : XCB_EVENT_MASK_NO_EVENT;
+        xcb_change_window_attributes(_connection.get(), window, XCB_CW_EVENT_MASK, &mask);
+        xcb_flush(_connection.get());
+        _connection.takeEventsLater();
+    }
 }
 
 void XKeyboard::handleEvent(const xcb_generic_event_t *event)
@@ -282,6 +293,8 @@ void XKeyboard::handleEvent(const xcb_generic_event_t *event)
         Q_EMIT keyPressed(reinterpret_cast<const xcb_key_press_event_t *>(event));
     } else if (type == XCB_KEY_RELEASE) {
         Q_EMIT keyReleased(reinterpret_cast<const xcb_key_release_event_t *>(event));
+    } else if (type == XCB_FOCUS_IN) {
+        Q_EMIT focusTaken(reinterpret_cast<const xcb_focus_in_event_t *>(event)->event);
     } else if (type == XCB_MAPPING_NOTIFY) {
         const auto *const change = reinterpret_cast<const xcb_mapping_notify_event_t *>(event);
         _isMapDue = _isMapDue || change->request != XCB_MAPPING_POINTER;

@@ -51,21 +51,31 @@ public:
     quint16 heldModifiers() const;
     // Whether heldModifiersChanged() is announced; it is not at first.
     void setModifiersWatched(bool areWatched);
-    // Ends a grab of ours that is active since that time or before.
-    void releaseGrab(xcb_timestamp_t time);
-    // Gives a press or release of a key to the window that has the keyboard.
-    void sendToFocus(const xcb_key_press_event_t *event);
+
+    // The two answers to a key event of a synchronous grab of ours; the server keeps back all
+    // further keys until one of them is given. takeNextKey() has the next key sent to us as well,
+    // replayKey() ends the grab and sends this key and all others where they would have gone
+    // without it. The time is that of the event.
+    void takeNextKey(xcb_timestamp_t time);
+    void replayKey(xcb_timestamp_t time);
+
+    // Whether the window, or another one of the same program, has the keyboard.
+    bool isFocusAt(xcb_window_t window) const;
+    // Whether focusTaken() is announced for the window; it is not at first.
+    void setFocusWatched(xcb_window_t window, bool isWatched);
 
 Q_SIGNALS:
     // Of keys that are grabbed, and of all others while one of those is down.
     void keyPressed(const xcb_key_press_event_t *event);
     void keyReleased(const xcb_key_release_event_t *event);
     void heldModifiersChanged(quint16 bits);
+    void focusTaken(xcb_window_t window);
     // Keys or modifiers may be elsewhere: there is another layout, or another keyboard.
     void mapChanged();
 
 private:
     void setUp();
+    void answerKey(quint8 mode, xcb_timestamp_t time);
     void handleEvent(const xcb_generic_event_t *event);
     void handleKeyboardEvent(const xcb_generic_event_t *event);
     void refreshMap();

@@ -145,7 +145,7 @@ private Q_SLOTS:
     void anotherKeyboard_keepsThePhysicalKey();
     void typedAtOnce_reachesThePanel();
     void whatDoesNotCome_getsNoKeys();
-    void whatAnotherHolds_isNotTaken();
+    void whatAnotherHolds_isTakenOnceItIsFree();
     void theTap_hearsWhatIsTypedElsewhere();
     void theTap_sleepsWhileItIsOff();
     void withoutDisplay_thereIsAReason();
@@ -345,7 +345,7 @@ void HotKeyTest::whatDoesNotCome_getsNoKeys()
     QTRY_COMPARE(other.typed(), (Keys { Q, F, Q, F, Q, F }));
 }
 
-void HotKeyTest::whatAnotherHolds_isNotTaken()
+void HotKeyTest::whatAnotherHolds_isTakenOnceItIsFree()
 {
     OtherProgram other;
     // Part of what we want is enough.
@@ -358,7 +358,10 @@ void HotKeyTest::whatAnotherHolds_isNotTaken()
     QTRY_VERIFY(other.holdKey(Tab, XCB_MOD_MASK_CONTROL));
     QTRY_VERIFY(other.holdKey(F5, XCB_MOD_MASK_ANY));
     QVERIFY(other.letGoOfKey(Tab));
-    QCOMPARE(_ours->hotKey.registerKey(controlTab), QString());
+    // Another window is in front.
+    QRasterWindow window;
+    window.show();
+    QTRY_COMPARE(_ours->registration, QList<QVariantList> { { QString() } });
     QVERIFY(strike({ Control, Tab }));
     QVERIFY(hasArrived(_ours->pressed, 1));
     _ours->hotKey.unregisterKey();

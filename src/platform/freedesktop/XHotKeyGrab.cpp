@@ -12,6 +12,9 @@ namespace {
 // to another program, which must not block it for good.
 constexpr auto longestSilence = 1s;
 
+// A program that ends closes its windows first and lets go of its keys a moment later.
+constexpr auto pauseBeforeRetry = 300ms;
+
 // Every combination of the locks may be on, and a grab holds for exactly one.
 void forEachCombination(quint16 locks, const std::function<void(quint16)> &act)
 {
@@ -34,10 +37,12 @@ XHotKeyGrab::XHotKeyGrab(XKeyboard &keyboard)
     };
     setUp(_heldCheck, longestSilence, &XHotKeyGrab::checkHeld);
     setUp(_stop, MaxStop, &XHotKeyGrab::letGo);
+    setUp(_retry, pauseBeforeRetry, &XHotKeyGrab::takeAgain);
     connect(&_keyboard, &XKeyboard::keyPressed, this, &XHotKeyGrab::handlePress);
     connect(&_keyboard, &XKeyboard::keyReleased, this, &XHotKeyGrab::handleRelease);
     connect(&_keyboard, &XKeyboard::focusTaken, this, &XHotKeyGrab::takeFocus);
     connect(&_keyboard, &XKeyboard::mapChanged, this, &XHotKeyGrab::takeAgain);
+    connect(&_keyboard.connection(), &XConnection::eventArrived, this, &XHotKeyGrab::handleEvent);
     connect(&_keyboard.connection(), &XConnection::eventsTaken, this, &XHotKeyGrab::answerRelease);
     connect(&_keyboard.connection(), &XConnection::closed, this, &XHotKeyGrab::lose);
 }
@@ -59,6 +64,7 @@ QString XHotKeyGrab::registerKey(const HotKeyCombination &combination)
 // A key that is down stays ours until it is released, and does not repeat into other windows.
 void XHotKeyGrab::unregisterKey()
 {
+    setActiveWindowWatched(false);
     ungrabAll(_taken);
     _taken = {};
     _wanted.reset();
@@ -99,6 +105,7 @@ QString XHotKeyGrab::take(const HotKeyCombination &combination)
         return tr("this keyboard has no such key");
     }
     QString whyNot = grabAll(grab);
+    setActiveWindowWatched(!whyNot.isEmpty());
     if (whyNot.isEmpty()) {
         _taken = grab;
         _held = 0;
@@ -166,6 +173,35 @@ void XHotKeyGrab::takeAgain()
     if (whyNot != _whyNot) {
         _whyNot = whyNot;
         Q_EMIT registrationChanged(whyNot);
+    }
+}
+
+// The server does not tell when a key becomes free; but when a program ends, another window becomes
+// active.
+void XHotKeyGrab::setActiveWindowWatched(bool isWatched)
+{
+    XConnection &connection = _keyboard.connection();
+    if (isWatched == _isActiveWindowWatched || !connection.isOpen()) {
+        return;
+    }
+    _isActiveWindowWatched = isWatched;
+    _retry.stop();
+    const quint32 mask = isWatched ? XCB_EVENT_MASK_PROPERTY_CHANGE : XCB_EVENT_MASK_NO_EVENT;
+    xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(connection.get());
+    connection.takeEventsLater();
+}
+
+void XHotKeyGrab::handleEvent(const xcb_generic_event_t *event)
+{
+    if (!_isActiveWindowWatched || (event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY) {
+        return;
+    }
+    const auto *const change = reinterpret_cast<const xcb_property_notify_event_t *>(event);
+    const bool isActiveWindow =
+        change->atom == _keyboard.connection().atom(XConnection::NetActiveWindow);
+    if (isActiveWindow && !_retry.isActive()) {
+        _retry.start();
     }
 }
 

@@ -1,7 +1,8 @@
 // The hot key on an X display: taken from all other programs by a passive grab on the root window.
 //
 // It stays with the same physical key when the layout changes, and is taken anew when another
-// keyboard has that key elsewhere.
+// keyboard has that key elsewhere. While another program holds it, it is tried again whenever
+// another window becomes active.
 //
 // The grab is synchronous: from the press on, the server keeps back what is typed, in the whole
 // session, until we let the keyboard go on. So letters that follow at once reach the window that
@@ -59,6 +60,8 @@ private:
     QString grabAll(const Grab &grab);
     void ungrabAll(const Grab &grab);
     void takeAgain();
+    void setActiveWindowWatched(bool isWatched);
+    void handleEvent(const xcb_generic_event_t *event);
     void lose();
     void handlePress(const xcb_key_press_event_t *event);
     void handleRelease(const xcb_key_release_event_t *event);
@@ -85,4 +88,8 @@ private:
     xcb_window_t _awaited = XCB_WINDOW_NONE;
     // The time of a release that has not been answered yet.
     std::optional<xcb_timestamp_t> _released;
+
+    // Whether changes of the active window wake us: while another program holds the key.
+    bool _isActiveWindowWatched = false;
+    QTimer _retry { this };
 };

@@ -11,6 +11,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <csignal>
 #include <memory>
 
 using namespace Qt::Literals::StringLiterals;
@@ -319,6 +320,12 @@ void HotKeyTest::typedAtOnce_reachesThePanel()
         QCOMPARE(runner.run({ u"--hide"_s }).exitCode, 0);
     }
     QVERIFY(!other.typed().contains(Q) && !other.typed().contains(F));
+    // Stopped as by Ctrl-Z in its terminal, it leaves the key and the keyboard alone.
+    QCOMPARE(::kill(pid_t(program.processId()), SIGTSTP), 0);
+    QTRY_VERIFY(other.holdKey(Tab, XCB_MOD_MASK_CONTROL));
+    QVERIFY(other.letGoOfKey(Tab));
+    QCOMPARE(::kill(pid_t(program.processId()), SIGCONT), 0);
+    QTRY_VERIFY(run(u"xdotool"_s, atOnce) && status(u"filter"_s) == u"qf"_s);
     program.terminate();
     QVERIFY(program.waitForFinished());
 }

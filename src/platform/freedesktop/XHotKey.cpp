@@ -1,5 +1,6 @@
 #include "platform/freedesktop/XHotKey.h"
 
+#include "platform/freedesktop/TerminalStop.h"
 #include "platform/freedesktop/XHotKeyGrab.h"
 
 #include <QThread>
@@ -33,8 +34,11 @@ protected:
         XConnection connection;
         XKeyboard keyboard(connection);
         XHotKeyGrab grab(keyboard);
+        const TerminalStop stop;
         connect(&grab, &XHotKeyGrab::pressed, &_owner, &XHotKey::handlePress);
         connect(&grab, &XHotKeyGrab::registrationChanged, &_owner, &HotKey::registrationChanged);
+        connect(&stop, &TerminalStop::stopping, &grab, &XHotKeyGrab::leave);
+        connect(&stop, &TerminalStop::continued, &grab, &XHotKeyGrab::takeAgain);
         _made.set_value(&grab);
         exec();
     }

@@ -164,6 +164,15 @@ void XHotKeyGrab::ungrabAll(const Grab &grab)
     connection.takeEventsLater();
 }
 
+void XHotKeyGrab::leave()
+{
+    letGo();
+    ungrabAll(std::exchange(_taken, {}));
+    _held = 0;
+    _heldCheck.stop();
+    _keyboard.endGrab();
+}
+
 void XHotKeyGrab::takeAgain()
 {
     if (!_wanted) {

@@ -39,6 +39,12 @@ public:
     // program, has the focus; at once for no window. Without an answer it goes on after MaxStop.
     void handKeysTo(xcb_window_t window);
 
+    // Leaves the key to others until it is taken again: the program is about to be stopped. The
+    // server has done it when this returns.
+    void leave();
+    // Takes the registered key unless that is done already, and announces a change.
+    void takeAgain();
+
 Q_SIGNALS:
     // As those of HotKey.
     void pressed(const ActivationStamp &stamp);
@@ -59,7 +65,6 @@ private:
     QString take(const HotKeyCombination &combination);
     QString grabAll(const Grab &grab);
     void ungrabAll(const Grab &grab);
-    void takeAgain();
     void setActiveWindowWatched(bool isWatched);
     void handleEvent(const xcb_generic_event_t *event);
     void lose();

@@ -262,6 +262,16 @@ void XKeyboard::answerKey(quint8 mode, xcb_timestamp_t time)
     }
 }
 
+void XKeyboard::endGrab()
+{
+    if (isUsable()) {
+        xcb_connection_t *const connection = _connection.get();
+        const XReply<xcb_generic_error_t> error(xcb_request_check(
+            connection, xcb_ungrab_keyboard_checked(connection, XCB_CURRENT_TIME)));
+        _connection.takeEventsLater();
+    }
+}
+
 bool XKeyboard::isFocusAt(xcb_window_t window) const
 {
     if (!isUsable()) {

@@ -58,6 +58,8 @@ public:
     // without it. The time is that of the event.
     void takeNextKey(xcb_timestamp_t time);
     void replayKey(xcb_timestamp_t time);
+    // Ends a grab of ours that is active. The server has done it when this returns.
+    void endGrab();
 
     // Whether the window, or another one of the same program, has the keyboard.
     bool isFocusAt(xcb_window_t window) const;

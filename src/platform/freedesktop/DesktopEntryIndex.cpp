@@ -9,6 +9,9 @@ DesktopEntryIndex::DesktopEntryIndex(const QList<QByteArray> &languages)
 void DesktopEntryIndex::willScan()
 {
     const QMutexLocker lock(&_mutex);
+    // Most of what the scan that ends now did not come across is gone; anything else is read again
+    // when it is asked for.
+    _known.removeIf([this](const auto &known) { return known.value().scan != _scan; });
     ++_scan;
 }
 

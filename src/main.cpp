@@ -7,6 +7,8 @@
 #include "shell/OTNSAppSubclass.h"
 #include "support/UserDefaults.h"
 
+#include <QFile>
+
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -23,6 +25,22 @@ QStringList argumentsOf(int argc, char **argv)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     }
     return arguments;
+}
+
+// What is wrong with the folders that the environment names; empty when nothing is. Qt takes names
+// for UTF-8 and would go on with another folder.
+QString wrongFolder()
+{
+    for (const char *const variable :
+        { "HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME" }) {
+        const QByteArray value = qgetenv(variable);
+        const QString folder = QFile::decodeName(value);
+        if (QFile::encodeName(folder) != value) {
+            return QStringLiteral("cannot use %1=%2: not valid UTF-8")
+                .arg(QLatin1String(variable), folder);
+        }
+    }
+    return {};
 }
 
 bool isDisplayAnnounced()
@@ -81,6 +99,9 @@ int main(int argc, char **argv)
     const Invocation invocation = parseCommandLine(argumentsOf(argc, argv));
     if (!invocation.error.isEmpty()) {
         return Output::fail(invocation.error, WrongUse);
+    }
+    if (const QString problem = wrongFolder(); !problem.isEmpty()) {
+        return Output::fail(problem);
     }
     std::unique_ptr<SingleInstance> instance;
     if (Commands::concernsInstance(invocation)) {

@@ -9,9 +9,10 @@ namespace {
 
 bool isPath(const QVariant &value)
 {
-    return value.typeId() == QMetaType::QString
-        && (value.toString().startsWith(QLatin1Char('/'))
-            || value.toString().startsWith(QLatin1String("~/")));
+    const QString path = value.typeId() == QMetaType::QString ? value.toString() : QString();
+    // The binary form brings strings that could not be written again.
+    return (path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1String("~/")))
+        && PropertyList::canHold(path);
 }
 
 // Sorts the elements of an array into paths and the rest.

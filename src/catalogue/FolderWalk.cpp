@@ -2,13 +2,20 @@
 
 #include "catalogue/Log.h"
 #include "platform/Items.h"
+#include "support/PropertyList.h"
 
-#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <filesystem>
+#include <string>
+#include <system_error>
 
 namespace {
+
+// A folder full of such names must not fill the log.
+constexpr int MaxRefusalLines = 20;
 
 enum class ItemKind { Application, Folder, Other };
 
@@ -69,21 +76,42 @@ QStringList FolderWalk::pathsUnder(const QString &root)
 void FolderWalk::scanAppsUnderPath(const QString &path, QStringList &intoArray)
 {
     ++_depth;
-    // System shows links that lead nowhere, so that what becomes of them is decided in one place.
-    QDirIterator entries(
-        path, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    // Qt's own iterator passes over names that are not UTF-8.
+    std::error_code error;
+    std::filesystem::directory_iterator entries(QFile::encodeName(path).toStdString(), error);
     const QString prefix = path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/');
-    while (entries.hasNext()) {
-        entries.next();
-        const QString name = entries.fileName();
+    for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
+        const std::string nameOnDisk = entries->path().filename().string();
+        const QString name = QFile::decodeName(nameOnDisk.c_str());
         const QString itemPath = prefix + name;
+        if (QFile::encodeName(name) != nameOnDisk.c_str()) {
+            refuse(itemPath, QStringLiteral("its name is not valid UTF-8"));
+            continue;
+        }
         const ItemKind kind = classified(_items.flagsOf(itemPath), name);
-        if (kind == ItemKind::Application) {
-            intoArray.append(itemPath);
-        } else if (kind == ItemKind::Folder && _depth < _maxRecursionDepth
-            && !_roots.contains(itemPath)) {
+        const bool isEntered =
+            kind == ItemKind::Folder && _depth < _maxRecursionDepth && !_roots.contains(itemPath);
+        if (kind != ItemKind::Application && !isEntered) {
+            continue;
+        }
+        if (!PropertyList::canHold(itemPath)) {
+            refuse(itemPath, QStringLiteral("no property list can hold its name"));
+        } else if (isEntered) {
             scanAppsUnderPath(itemPath, intoArray);
+        } else {
+            intoArray.append(itemPath);
         }
     }
     --_depth;
+}
+
+void FolderWalk::refuse(const QString &path, const QString &reason)
+{
+    ++_refusedCount;
+    if (_refusedCount <= MaxRefusalLines) {
+        qCWarning(lcCatalogue, "cannot list %s: %s", qUtf8Printable(path), qUtf8Printable(reason));
+    } else if (_refusedCount == MaxRefusalLines + 1) {
+        qCWarning(lcCatalogue, "cannot list %s and perhaps more: %s", qUtf8Printable(path),
+            qUtf8Printable(reason));
+    }
 }

@@ -1,7 +1,9 @@
 // The walk over the folders to scan: which bundles lie in them.
 //
-// A bundle is never entered. A root that lies inside another root is walked on its own only. The
-// walk goes down to a limit: 1 is the root itself. Nothing is remembered between walks.
+// Refused, with a log line each for the first of them, are items whose path cannot be kept: a name
+// that is not valid UTF-8, or characters that a property list cannot hold. A bundle is never
+// entered. A root that lies inside another root is walked on its own only. The walk goes down to a
+// limit: 1 is the root itself. Nothing is remembered between walks.
 
 #pragma once
 
@@ -25,10 +27,12 @@ public:
 
 private:
     void scanAppsUnderPath(const QString &path, QStringList &intoArray);
+    void refuse(const QString &path, const QString &reason);
     static bool isListable(const QString &root);
 
     const Items &_items;
     QStringList _roots;
     int _maxRecursionDepth = 1;
     int _depth = 0;
+    int _refusedCount = 0;
 };

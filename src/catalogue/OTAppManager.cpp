@@ -1,11 +1,13 @@
 #include "catalogue/OTAppManager.h"
 
 #include "catalogue/ChangeScope.h"
+#include "catalogue/Log.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/RunningOrder.h"
 #include "icons/IconLoader.h"
 #include "platform/Desktop.h"
 #include "support/NotificationCenter.h"
+#include "support/PropertyList.h"
 #include "support/StandardPath.h"
 #include "support/UserDefaults.h"
 
@@ -163,9 +165,20 @@ qsizetype OTAppManager::includedAppsLongestArrayCount() const
     return longest(_includedApps);
 }
 
+// What runs need not be what a scan would take.
+bool OTAppManager::canKeep(const AppRef &app)
+{
+    const bool isHeld = PropertyList::canHold(app->path());
+    if (!isHeld) {
+        qCWarning(lcCatalogue, "cannot keep %s: no property list can hold its name",
+            qUtf8Printable(app->path()));
+    }
+    return isHeld;
+}
+
 void OTAppManager::excludeApp(const AppRef &app)
 {
-    if (indexOfApp(_excludedApps1D, app) < 0) {
+    if (indexOfApp(_excludedApps1D, app) < 0 && canKeep(app)) {
         const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
         _excludedApps1D.append(appForPath(app->path()));
         writeExcludedApps();
@@ -244,7 +257,7 @@ void OTAppManager::removeAppsFromAllArrays(const AppList &apps)
 
 void OTAppManager::moveApp(const AppRef &app, int toGroup, qsizetype bunch, qsizetype index)
 {
-    if (!app || (toGroup != UserGroup && toGroup != User1DGroup)) {
+    if (!app || (toGroup != UserGroup && toGroup != User1DGroup) || !canKeep(app)) {
         return;
     }
     Favourites moved = _favourites;
@@ -261,7 +274,7 @@ void OTAppManager::moveApp(const AppRef &app, int toGroup, qsizetype bunch, qsiz
 
 void OTAppManager::moveAppNewBunchAtIndex(const AppRef &app, int toGroup, qsizetype newBunchAtIndex)
 {
-    if (!app || toGroup != UserGroup) {
+    if (!app || toGroup != UserGroup || !canKeep(app)) {
         return;
     }
     const ChangeScope scope(*this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });

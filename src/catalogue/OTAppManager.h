@@ -172,6 +172,8 @@ private:
     AppList launchedOTApps() const;
     void reloadAllIcons();
 
+    // Whether the lists on disk can hold its path; one log line when they cannot.
+    static bool canKeep(const AppRef &app);
     void findMissingApps();
     void divideAllApps();
     void writeExcludedApps();

@@ -13,15 +13,6 @@
 
 namespace {
 
-bool canHold(const QString &text)
-{
-    // Exactly the characters that an XML document may contain.
-    const auto isAllowed = [](QChar c) {
-        return c >= u' ' ? c < QChar(0xFFFE) : (c == u'\t' || c == u'\n' || c == u'\r');
-    };
-    return std::all_of(text.cbegin(), text.cend(), isAllowed) && text.isValidUtf16();
-}
-
 QVariant plainValue(const QVariant &value, int depth);
 
 QVariant plainList(const QVariantList &items, int depth)
@@ -47,7 +38,7 @@ QVariant plainMap(const QVariantMap &items, int depth)
     QVariantMap result;
     for (auto item = items.cbegin(); item != items.cend(); ++item) {
         const QVariant plain = plainValue(item.value(), depth);
-        if (plain.isValid() && canHold(item.key())) {
+        if (plain.isValid() && PropertyList::canHold(item.key())) {
             result.insert(item.key(), plain);
         }
     }
@@ -85,7 +76,7 @@ QVariant plainValue(const QVariant &value, int depth)
     case QMetaType::Float:
         return value.toDouble();
     case QMetaType::QString:
-        return canHold(value.toString()) ? value : QVariant();
+        return PropertyList::canHold(value.toString()) ? value : QVariant();
     case QMetaType::QDateTime:
         return plainDate(value.toDateTime());
     case QMetaType::QStringList:
@@ -143,6 +134,15 @@ std::optional<QVariant> PropertyList::fromData(const QByteArray &data, QString *
         *error = QStringLiteral("too large");
     }
     return {};
+}
+
+bool PropertyList::canHold(const QString &text)
+{
+    // Exactly the characters that an XML document may contain.
+    const auto isAllowed = [](QChar c) {
+        return c >= u' ' ? c < QChar(0xFFFE) : (c == u'\t' || c == u'\n' || c == u'\r');
+    };
+    return std::all_of(text.cbegin(), text.cend(), isAllowed) && text.isValidUtf16();
 }
 
 QVariant PropertyList::plain(const QVariant &value)

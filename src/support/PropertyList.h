@@ -35,6 +35,9 @@ struct Document
 // receives the reason.
 std::optional<QVariant> fromData(const QByteArray &data, QString *error = nullptr);
 
+// Whether a string can stand in a property list: one with most control characters cannot.
+bool canHold(const QString &text);
+
 // The value as it reads after it was written: any integer as qlonglong, a float as double, a string
 // list as a list, a date in UTC with whole seconds. What a property list cannot hold (a control
 // character, another type, what is nested too deep) is left out of its container; invalid when

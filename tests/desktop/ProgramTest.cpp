@@ -216,6 +216,15 @@ void ProgramTest::wrongUseAndMissingDisplay_areOneLine()
     QCOMPARE(shown.exitCode, 1);
     QCOMPARE(shown.errorLines.size(), 1);
     QCOMPARE(_runner->run({ u"--version"_s }).exitCode, 0);
+
+    // A home that Qt would take for another one.
+    QProcess shell;
+    shell.start(
+        u"sh"_s, { u"-c"_s, u"HOME=$(printf '/tmp/\\351') exec \"$ORTU_PROGRAM\" --list"_s });
+    QVERIFY(shell.waitForFinished());
+    QCOMPARE(shell.exitCode(), 1);
+    QCOMPARE(shell.readAllStandardError().trimmed(),
+        "ortu: cannot use HOME=/tmp/\uFFFD: not valid UTF-8");
 }
 
 void ProgramTest::badApplications_leaveTheRestStanding()

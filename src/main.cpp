@@ -5,11 +5,11 @@
 #include "platform/freedesktop/FreedesktopDesktop.h"
 #include "platform/freedesktop/FreedesktopWording.h"
 #include "shell/OTNSAppSubclass.h"
+#include "support/Printable.h"
 #include "support/UserDefaults.h"
 
 #include <QFile>
 
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -72,10 +72,20 @@ std::unique_ptr<QCoreApplication> makeApplication(Commands::Drawing drawing, int
     return std::make_unique<QCoreApplication>(argc, argv);
 }
 
-void printAllButWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
+// Where Qt writes messages by itself.
+QtMessageHandler writeMessage = nullptr;
+
+// Names in a message may hold anything, and it is one line all the same: what follows a line break
+// would pass for a message of its own.
+void writeEscaped(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    writeMessage(type, context, Printable::escaped(message));
+}
+
+void writeAllButWarnings(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     if (type != QtWarningMsg) {
-        std::fprintf(stderr, "%s\n", qUtf8Printable(message));
+        writeEscaped(type, context, message);
     }
 }
 
@@ -86,7 +96,7 @@ std::unique_ptr<QCoreApplication> makeApplicationWithoutDisplay(
     Commands::Drawing drawing, int &argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QtMessageHandler handler = qInstallMessageHandler(printAllButWarnings);
+    const QtMessageHandler handler = qInstallMessageHandler(writeAllButWarnings);
     auto application = makeApplication(drawing, argc, argv);
     qInstallMessageHandler(handler);
     return application;
@@ -96,6 +106,7 @@ std::unique_ptr<QCoreApplication> makeApplicationWithoutDisplay(
 
 int main(int argc, char **argv)
 {
+    writeMessage = qInstallMessageHandler(writeEscaped);
     const Invocation invocation = parseCommandLine(argumentsOf(argc, argv));
     if (!invocation.error.isEmpty()) {
         return Output::fail(invocation.error, WrongUse);

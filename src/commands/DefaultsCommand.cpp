@@ -34,20 +34,21 @@ int printPreferences(const QStringList &keys, bool isJson)
 {
     const UserDefaults &defaults = UserDefaults::standard();
     QJsonObject object;
-    QString text;
+    QStringList lines;
     for (const QString &key : keys) {
         const QVariant value = defaults.objectForKey(key);
         const QVariant registered = defaults.defaultForKey(key);
         object.insert(key,
             QJsonObject { { QStringLiteral("value"), QJsonValue::fromVariant(value) },
                 { QStringLiteral("default"), QJsonValue::fromVariant(registered) } });
-        text += key + QStringLiteral(" = ") + preferenceText(value);
+        QString line = key + QStringLiteral(" = ") + preferenceText(value);
         if (value != registered) {
-            text += QStringLiteral("  (default %1)").arg(preferenceText(registered));
+            line += QStringLiteral("  (default %1)").arg(preferenceText(registered));
         }
-        text += QLatin1Char('\n');
+        lines.append(line);
     }
-    const bool isPrinted = isJson ? Output::printJson(QJsonDocument(object)) : Output::print(text);
+    const bool isPrinted =
+        isJson ? Output::printJson(QJsonDocument(object)) : Output::printLines(lines);
     return isPrinted ? 0 : 1;
 }
 

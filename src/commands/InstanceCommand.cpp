@@ -61,12 +61,12 @@ bool printStatus(const QString &json, bool isJson)
     if (isJson) {
         return Output::printJson(document);
     }
-    QString text;
+    QStringList lines;
     const QJsonObject status = document.object();
     for (auto it = status.begin(); it != status.end(); ++it) {
-        text += QStringLiteral("%1: %2\n").arg(it.key(), valueText(it.value()));
+        lines.append(QStringLiteral("%1: %2").arg(it.key(), valueText(it.value())));
     }
-    return Output::print(text);
+    return Output::printLines(lines);
 }
 
 } // namespace

@@ -89,12 +89,12 @@ QString field(const char *name, quint64 value)
                                      : QStringLiteral(" %1 %2").arg(QLatin1String(name)).arg(value);
 }
 
-QString toText(
+QStringList toText(
     const GridLayout &layout, const AppArray &array, int group, const QList<QPointF> &points)
 {
     const QSizeF size = layout.viewSize();
-    QString text =
-        QStringLiteral("%1 %2: %3 rows, %4 columns, %5 bunches, icons of %6 points, grid %7 x %8\n")
+    QStringList lines {
+        QStringLiteral("%1 %2: %3 rows, %4 columns, %5 bunches, icons of %6 points, grid %7 x %8")
             .arg(group)
             .arg(groupName(group))
             .arg(layout.rowCount())
@@ -102,14 +102,15 @@ QString toText(
             .arg(layout.bunchCount())
             .arg(layout.iconWidth())
             .arg(size.width())
-            .arg(size.height());
+            .arg(size.height()),
+    };
     const AppList apps = GridInput::appsOfCells(layout, array);
     for (qsizetype place = 0; place < apps.size(); ++place) {
         if (apps[place]) {
-            text += QStringLiteral("  row %1 column %2  %3\n")
-                        .arg(quint64(place) / layout.columnCount())
-                        .arg(quint64(place) % layout.columnCount())
-                        .arg(apps[place]->displayName());
+            lines.append(QStringLiteral("  row %1 column %2  %3")
+                             .arg(quint64(place) / layout.columnCount())
+                             .arg(quint64(place) % layout.columnCount())
+                             .arg(apps[place]->displayName()));
         }
     }
     for (const QPointF &point : points) {
@@ -117,12 +118,12 @@ QString toText(
         const QString fields = field("row", coords.row) + field("column", coords.col)
             + field("bunch", coords.bunch) + field("spacer", coords.spacer)
             + field("margin", coords.margin);
-        text += QStringLiteral("at %1,%2:%3\n")
-                    .arg(point.x())
-                    .arg(point.y())
-                    .arg(fields.isEmpty() ? QStringLiteral(" nothing") : fields);
+        lines.append(QStringLiteral("at %1,%2:%3")
+                         .arg(point.x())
+                         .arg(point.y())
+                         .arg(fields.isEmpty() ? QStringLiteral(" nothing") : fields));
     }
-    return text;
+    return lines;
 }
 
 } // namespace
@@ -146,7 +147,7 @@ int Commands::layout(const Invocation &invocation, Desktop &desktop)
         layout.forceRowColCountForRows(quint64(invocation.rows), quint64(invocation.columns));
     }
     if (!invocation.isJson) {
-        return Output::print(toText(layout, array, group, invocation.points)) ? 0 : 1;
+        return Output::printLines(toText(layout, array, group, invocation.points)) ? 0 : 1;
     }
     const QJsonDocument document(toJson(layout, array, group, invocation.points));
     return Output::printJson(document) ? 0 : 1;

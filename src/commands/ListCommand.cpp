@@ -32,27 +32,28 @@ QJsonObject toJson(int group, const AppArray &array)
     return { { QStringLiteral("group"), group }, { QStringLiteral("bunches"), bunches } };
 }
 
-QString toText(int group, const AppArray &array)
+QStringList toText(int group, const AppArray &array)
 {
     const BunchList bunches = array.bunches();
     const qsizetype count = flattened(bunches).size();
-    QString text =
-        QStringLiteral("%1 %2: %3 %4\n")
+    QStringList lines {
+        QStringLiteral("%1 %2: %3 %4")
             .arg(group)
             .arg(groupName(group))
             .arg(count)
-            .arg(count == 1 ? QStringLiteral("application") : QStringLiteral("applications"));
+            .arg(count == 1 ? QStringLiteral("application") : QStringLiteral("applications")),
+    };
     for (qsizetype bunch = 0; bunch < bunches.size(); ++bunch) {
         if (bunch > 0) {
-            text += QLatin1Char('\n');
+            lines.append(QString());
         }
         for (const AppRef &app : bunches[bunch]) {
-            text += QStringLiteral("  %1  %2%3\n")
-                        .arg(app->displayName().leftJustified(30), app->path(),
-                            app->isPathValid() ? QString() : QStringLiteral("  (missing)"));
+            lines.append(QStringLiteral("  %1  %2%3")
+                             .arg(app->displayName().leftJustified(30), app->path(),
+                                 app->isPathValid() ? QString() : QStringLiteral("  (missing)")));
         }
     }
-    return text;
+    return lines;
 }
 
 } // namespace
@@ -75,11 +76,11 @@ int Commands::list(const Invocation &invocation, Desktop &desktop)
         }
     }
     if (!invocation.isJson) {
-        QString text;
+        QStringList lines;
         for (const int group : std::as_const(groups)) {
-            text += toText(group, manager.appArrayForGroup(group));
+            lines += toText(group, manager.appArrayForGroup(group));
         }
-        return Output::print(text) ? 0 : 1;
+        return Output::printLines(lines) ? 0 : 1;
     }
     QJsonArray array;
     for (const int group : std::as_const(groups)) {

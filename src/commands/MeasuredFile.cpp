@@ -1,6 +1,6 @@
 #include "commands/MeasuredFile.h"
 
-#include "support/OneLine.h"
+#include "support/Printable.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -27,7 +27,7 @@ QString json(quint64 number)
 QString json(const QString &text)
 {
     const QByteArray array = QJsonDocument(QJsonArray { text }).toJson(QJsonDocument::Compact);
-    return QString::fromUtf8(array.mid(1, array.size() - 2));
+    return Printable::escaped(QString::fromUtf8(array.mid(1, array.size() - 2)));
 }
 
 template <typename Value> QString member(const char *name, const Value &value)
@@ -130,6 +130,6 @@ QString MeasuredFiles::textLine(const MeasuredFile &measured, Blocks blocks)
     return QStringLiteral("%1  %2%3%4\n")
         .arg(measured.key.colorSortValue, 8, 'f', 4)
         .arg(blocks == Blocks::Colored ? bar + QStringLiteral("  ") : QString(),
-            titleColumn(oneLine(measured.title)),
+            titleColumn(Printable::escaped(measured.title)),
             figures.isEmpty() ? QStringLiteral("  no colours") : figures);
 }

@@ -1,6 +1,6 @@
 #include "commands/Output.h"
 
-#include "support/OneLine.h"
+#include "support/Printable.h"
 
 #include <QFileInfo>
 #include <QImage>
@@ -30,9 +30,20 @@ bool Output::print(const QString &text)
     return false;
 }
 
+bool Output::printLines(const QStringList &lines)
+{
+    QString text;
+    for (const QString &line : lines) {
+        text += Printable::escaped(line) + QLatin1Char('\n');
+    }
+    return print(text);
+}
+
+// Qt escapes less within strings than a terminal may take for an instruction.
 bool Output::printJson(const QJsonDocument &document)
 {
-    return print(QString::fromUtf8(document.toJson(QJsonDocument::Indented)));
+    const QString text = QString::fromUtf8(document.toJson(QJsonDocument::Indented));
+    return printLines(text.trimmed().split(QLatin1Char('\n')));
 }
 
 int Output::writePicture(const QImage &picture, const QString &file)
@@ -54,7 +65,7 @@ int Output::writePicture(const QImage &picture, const QString &file)
 
 void Output::remark(const QString &text)
 {
-    std::fprintf(stderr, "ortu: %s\n", qUtf8Printable(oneLine(text)));
+    std::fprintf(stderr, "ortu: %s\n", qUtf8Printable(Printable::escaped(text)));
 }
 
 int Output::fail(const QString &reason, int exitCode)

@@ -4,6 +4,7 @@
 
 #include <QJsonDocument>
 #include <QString>
+#include <QStringList>
 
 class QImage;
 
@@ -11,6 +12,10 @@ namespace Output {
 
 // False, after one line of failure, when standard output does not take it (a full disk, no output
 // at all).
+//
+// Lines of text in which there may be anything: each stays one line.
+bool printLines(const QStringList &lines);
+// Text as it stands, which is printable already.
 bool print(const QString &text);
 bool printJson(const QJsonDocument &document);
 

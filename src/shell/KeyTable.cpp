@@ -2,7 +2,6 @@
 
 #include "shell/Log.h"
 #include "support/DelimitedText.h"
-#include "support/OneLine.h"
 
 #include <QFile>
 
@@ -36,8 +35,8 @@ KeyTable::KeyTable(const QString &path)
         }
     }
     if (!problem.isEmpty()) {
-        qCWarning(lcShell, "cannot use the key table %s: %s", qUtf8Printable(oneLine(path)),
-            qUtf8Printable(oneLine(problem)));
+        qCWarning(lcShell, "cannot use the key table %s: %s", qUtf8Printable(path),
+            qUtf8Printable(problem));
     }
 }
 

@@ -1,7 +1,6 @@
 #include "support/Alerts.h"
 
 #include "support/Log.h"
-#include "support/OneLine.h"
 
 #include <utility>
 
@@ -31,8 +30,8 @@ int Alerts::run(const Alert &alert, QWidget *parent)
     const Presenter presenter = presenterInForce();
     if (!presenter) {
         qCWarning(lcSupport, "nobody can answer \"%s\": taken as \"%s\"",
-            qUtf8Printable(oneLine(alert.messageText)),
-            qUtf8Printable(oneLine(alert.buttons.value(alert.safeAnswer()))));
+            qUtf8Printable(alert.messageText),
+            qUtf8Printable(alert.buttons.value(alert.safeAnswer())));
         return alert.safeAnswer();
     }
     const int answer = presenter(alert, parent);

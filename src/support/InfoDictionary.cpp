@@ -1,7 +1,6 @@
 #include "support/InfoDictionary.h"
 
 #include "support/Log.h"
-#include "support/OneLine.h"
 #include "support/PreferenceType.h"
 #include "support/PropertyList.h"
 
@@ -57,7 +56,7 @@ void InfoDictionary::overrideKey(const QString &key, const QVariant &value, cons
         return;
     }
     qCWarning(lcSupport, "%s: %s: %s cannot stand for %s and is not used", qUtf8Printable(path),
-        qUtf8Printable(oneLine(key)), qUtf8Printable(oneLine(PreferenceType::described(value))),
+        qUtf8Printable(key), qUtf8Printable(PreferenceType::described(value)),
         qUtf8Printable(PreferenceType::name(like)));
 }
 

@@ -1,11 +1,10 @@
-// Text for a log or a terminal that comes from outside: names of files, reasons of libraries.
+// Text from outside that the panel shows in one line: names of applications, of folders.
 
 #pragma once
 
 #include <QString>
 
-// The text as one line that no terminal takes for an instruction: whatever breaks a line or
-// controls the terminal becomes a question mark.
+// The text with a question mark for whatever breaks a line or has no picture of its own.
 inline QString oneLine(QString text)
 {
     for (QChar &c : text) {

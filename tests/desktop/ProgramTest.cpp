@@ -238,6 +238,11 @@ void ProgramTest::badApplications_leaveTheRestStanding()
     _runner->write(u"apps/idle.desktop"_s, head);
     _runner->write(
         u"apps/odd.desktop"_s, QByteArray(head).replace("Bad", "Caf\xe9") + "Exec=/bin/true\n");
+    // Names that forge a line, one of them in what a list shows and one in what the log says.
+    const QString forged = u"a\nortu.catalogue: forged\u202e"_s;
+    _runner->write(
+        u"apps/%1.desktop"_s.arg(forged), "[Desktop Entry]\nType=Application\nExec=/bin/true\n");
+    _runner->write(u"apps/%1\x1b[31m.desktop"_s.arg(forged), head + "Exec=/bin/true\n");
     _runner->scanOnlyOwnApplications();
 
     const auto result = _runner->run({ u"--list"_s, u"6"_s });
@@ -246,8 +251,12 @@ void ProgramTest::badApplications_leaveTheRestStanding()
     for (const char *name : { "empty", "binary", "long", "idle", "odd" }) {
         QCOMPARE(result.errorLines.filter(QLatin1String(name) + u".desktop"_s).size(), 1);
     }
-    QCOMPARE(result.errorLines.size(), 5);
-    QCOMPARE(result.output.count(".desktop"), 2);
+    const QString escaped = u"a\\nortu.catalogue: forged\\u202e"_s;
+    QCOMPARE(result.errorLines.filter(escaped + u"\\u001b[31m.desktop: no"_s).size(), 1);
+    QCOMPARE(result.errorLines.size(), 6);
+    QCOMPARE(result.output.count(".desktop"), 3);
+    QCOMPARE(result.output.count('\n'), 4);
+    QVERIFY(result.output.contains(escaped.toUtf8() + ".desktop"));
     QVERIFY(result.output.contains("good.desktop") && result.output.contains("odd.desktop"));
 }
 

@@ -29,7 +29,7 @@ private Q_SLOTS:
     void withoutPresenter_theSafeAnswerHolds()
     {
         const auto expect = [](const char *taken) {
-            const QString line = u"nobody can answer \"Erase?all?\": taken as \"%1\""_s;
+            const QString line = u"nobody can answer \"Erase\nall?\": taken as \"%1\""_s;
             QTest::ignoreMessage(QtWarningMsg, qUtf8Printable(line.arg(QLatin1String(taken))));
         };
         Alert alert = question();

@@ -91,7 +91,9 @@ ColorKey pickAndSortColors(const HclColors &colors, const IconParameters &parame
         return { ColorKey::Unknown, {}, ColorKey::Problem::ZeroPixelQuantity };
     }
     const auto [total, colorful, best, gray] = survey;
-    const auto result = [&](double value, qsizetype primary, qsizetype secondary) {
+    // Named in the capture for compilers that take no structured binding by itself.
+    const auto result = [&colors, gray = gray](
+                            double value, qsizetype primary, qsizetype secondary) {
         return ColorKey { value, colorArrayForPrimaryIndex(colors, primary, secondary, gray) };
     };
     if (best != None && double(colorful) / double(total) > double(parameters.grayThreshold)) {

@@ -55,9 +55,9 @@ AnimatedView AnimatedView::window(QWidget &window, OwnWindows &ownWindows)
     AnimatedView view;
     view.context = &window;
     view.frame = [&window] { return window.geometry(); };
-    view.setFrame = [&window](const QRect &frame) { window.setGeometry(frame); };
+    view.setFrame = [&window](const QRect &rect) { window.setGeometry(rect); };
     view.alpha = [&window] { return window.windowOpacity(); };
-    view.setAlpha = [&window](double alpha) { window.setWindowOpacity(alpha); };
+    view.setAlpha = [&window](double opacity) { window.setWindowOpacity(opacity); };
     view.hide = [&window] { window.setVisible(false); };
     view.flush = [&ownWindows] { ownWindows.flush(); };
     return view;

@@ -7,6 +7,9 @@
 #include <utility>
 
 // One of its structures has a field of that name.
+#ifdef __clang__
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
 #define explicit explicit_
 #include <xcb/xkb.h>
 #undef explicit

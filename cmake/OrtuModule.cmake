@@ -52,8 +52,7 @@ function(ortu_module FOLDER)
   endif()
 endfunction()
 
-# A test program of one module. It runs on the offscreen display unless DESKTOP says that it brings
-# up a real one.
+# A test program of one module. It runs on the offscreen display, with one font.
 function(ortu_test FOLDER NAME)
   cmake_parse_arguments(T "" "TIMEOUT" "SOURCES;USES;QT;LIBRARIES" ${ARGN})
   add_executable(${NAME} ${T_SOURCES})
@@ -69,7 +68,7 @@ function(ortu_test FOLDER NAME)
     set(T_TIMEOUT 120)
   endif()
   set_tests_properties(${FOLDER}.${NAME} PROPERTIES TIMEOUT ${T_TIMEOUT}
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LANG=C.UTF-8;LC_ALL=C.UTF-8")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;FONTCONFIG_FILE=${PROJECT_BINARY_DIR}/tests/fonts.conf;LANG=C.UTF-8;LC_ALL=C.UTF-8")
 endfunction()
 
 function(ortu_bench NAME)

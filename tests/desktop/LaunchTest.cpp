@@ -1,6 +1,7 @@
 // Real applications of the system, clicked in the real program on a real display.
 
 #include "desktop/ProgramRunner.h"
+#include "platform/FileTree.h"
 
 #include <QImage>
 #include <QJsonArray>
@@ -76,6 +77,7 @@ private:
     // Again, after a launch has hidden it.
     void showPanel() const;
 
+    FileTree _programs;
     std::unique_ptr<ProgramRunner> _runner;
     QProcess _ortu;
     QSize _size;
@@ -84,6 +86,11 @@ private:
 void LaunchTest::init()
 {
     _runner = std::make_unique<ProgramRunner>();
+    // What runs in a terminal runs in the first one that is found.
+    _runner->set("PATH",
+        _programs.addPrograms(QStringLiteral("bin"),
+            { QStringLiteral("xterm"), QStringLiteral("mousepad"), QStringLiteral("htop"),
+                QStringLiteral("baobab"), QStringLiteral("touch") }));
     _runner->scanOnlyOwnApplications();
 }
 

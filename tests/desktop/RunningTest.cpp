@@ -120,6 +120,26 @@ void RunningTest::initTestCase()
     };
     entry("calculator", "Exec=xcalc\nStartupWMClass=XCalc\n");
     entry("processes", "Exec=htop\nTerminal=true\n");
+    entry("viewer", "Exec=true\nMimeType=image/png;\n");
+    for (const char *id : { "debian-xterm", "org.gnome.baobab", "org.xfce.mousepad" }) {
+        const QString name = u"applications/%1.desktop"_s.arg(QLatin1String(id));
+        _home.addLink(u"data/"_s + name, u"/usr/share/"_s + name);
+    }
+    QCOMPARE(
+        QProcess::execute(u"update-desktop-database"_s, { _home.path(u"data/applications"_s) }), 0);
+    // All that they need of the system but its other applications and its other programs.
+    const QStringList needed =
+        QDir(u"/usr/share"_s).entryList(QDir::AllDirs | QDir::NoDotAndDotDot);
+    for (const QString &name : needed) {
+        if (name != u"applications") {
+            _home.addLink(u"share/"_s + name, u"/usr/share/"_s + name);
+        }
+    }
+    qputenv("XDG_DATA_DIRS", QFile::encodeName(_home.path(u"share"_s)));
+    qputenv("PATH",
+        QFile::encodeName(_home.addPrograms(u"bin"_s,
+            { u"xterm"_s, u"mousepad"_s, u"htop"_s, u"xcalc"_s, u"baobab"_s, u"true"_s, u"cat"_s,
+                u"gio"_s, u"openbox"_s, u"wmctrl"_s, u"xprop"_s })));
     qputenv("HOME", QFile::encodeName(_home.path()));
     for (const char *name : { "DATA", "CONFIG", "STATE", "CACHE" }) {
         const QString folder = QString::fromLatin1(name).toLower();
@@ -156,13 +176,7 @@ void RunningTest::cleanup()
 
 AppRef RunningTest::app(const QString &id) const
 {
-    for (const QString &folder : { _home.path(u"data"_s), u"/usr/share"_s }) {
-        const QString path = folder + u"/applications/"_s + id + u".desktop"_s;
-        if (QFile::exists(path)) {
-            return _manager->appForPath(path);
-        }
-    }
-    qFatal("no such entry");
+    return _manager->appForPath(_home.path(u"data/applications/%1.desktop"_s.arg(id)));
 }
 
 // In the order of their launch, by ID.
@@ -381,7 +395,7 @@ void RunningTest::documents_areOfferedToTheApplicationsOfTheSystem()
     const QStringList lines =
         told.section(u"Registered applications:"_s, 1).section(u"Recommended"_s, 0, 0).split(u'\n');
     for (const QString &line : lines) {
-        const QString entry = u"/usr/share/applications/"_s + line.trimmed();
+        const QString entry = _home.path(u"data/applications/"_s + line.trimmed());
         const bool isCatalogued = std::any_of(_manager->allApps1D().begin(),
             _manager->allApps1D().end(), [&](const AppRef &app) { return app->path() == entry; });
         if (isCatalogued) {

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <sys/stat.h>
@@ -42,6 +43,15 @@ public:
     {
         addFolder(QFileInfo(relative).path());
         QFile::link(target, path(relative));
+        return path(relative);
+    }
+
+    // A folder for $PATH that holds these programs of the system and no others.
+    QString addPrograms(const QString &relative, const QStringList &names)
+    {
+        for (const QString &name : names) {
+            addLink(relative + QLatin1Char('/') + name, QStandardPaths::findExecutable(name));
+        }
         return path(relative);
     }
 

@@ -52,6 +52,9 @@ function(ortu_module FOLDER)
   endif()
 endfunction()
 
+# Text has the same size on every machine.
+set(ORTU_TEST_FONTS FONTCONFIG_FILE=${PROJECT_BINARY_DIR}/tests/fonts.conf)
+
 # A test program of one module. It runs on the offscreen display, with one font.
 function(ortu_test FOLDER NAME)
   cmake_parse_arguments(T "" "TIMEOUT" "SOURCES;USES;QT;LIBRARIES" ${ARGN})
@@ -68,7 +71,7 @@ function(ortu_test FOLDER NAME)
     set(T_TIMEOUT 120)
   endif()
   set_tests_properties(${FOLDER}.${NAME} PROPERTIES TIMEOUT ${T_TIMEOUT}
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;FONTCONFIG_FILE=${PROJECT_BINARY_DIR}/tests/fonts.conf;LANG=C.UTF-8;LC_ALL=C.UTF-8")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${ORTU_TEST_FONTS};LANG=C.UTF-8;LC_ALL=C.UTF-8")
 endfunction()
 
 function(ortu_bench NAME)

@@ -55,14 +55,6 @@ private Q_SLOTS:
         QTEST(found(roots, depth), "found");
     }
 
-    void depthEndsAt99()
-    {
-        const QString deep = u"r"_s + u"/d"_s.repeated(98);
-        _tree->add(deep + u"/in.app"_s, {});
-        _tree->add(deep + u"/d/out.app"_s, {});
-        QCOMPARE(found({ u"r"_s }, 250), deep + u"/in.app"_s);
-    }
-
     void root_data()
     {
         QTest::addColumn<QString>("root");

@@ -8,6 +8,8 @@
 #include <QJsonObject>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Where the grid begins in the panel.
@@ -24,8 +26,7 @@ QString outputOf(const QString &program, const QStringList &arguments)
 // What the window manager lists, a line for each window with its class.
 QStringList windows()
 {
-    return outputOf(QStringLiteral("wmctrl"), { QStringLiteral("-lx") })
-        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return outputOf(u"wmctrl"_s, { u"-lx"_s }).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
 QStringList windowsOfClass(const QString &part)
@@ -35,15 +36,14 @@ QStringList windowsOfClass(const QString &part)
 
 bool isProcessRunning(const QString &name)
 {
-    return !outputOf(QStringLiteral("pgrep"), { QStringLiteral("-x"), name }).isEmpty();
+    return !outputOf(u"pgrep"_s, { u"-x"_s, name }).isEmpty();
 }
 
 void closeWindowsOfClass(const QString &part)
 {
     const QStringList lines = windowsOfClass(part);
     for (const QString &line : lines) {
-        outputOf(QStringLiteral("wmctrl"),
-            { QStringLiteral("-ic"), line.section(QLatin1Char(' '), 0, 0) });
+        outputOf(u"wmctrl"_s, { u"-ic"_s, line.section(QLatin1Char(' '), 0, 0) });
     }
 }
 
@@ -88,9 +88,8 @@ void LaunchTest::init()
     _runner = std::make_unique<ProgramRunner>();
     // What runs in a terminal runs in the first one that is found.
     _runner->set("PATH",
-        _programs.addPrograms(QStringLiteral("bin"),
-            { QStringLiteral("xterm"), QStringLiteral("mousepad"), QStringLiteral("htop"),
-                QStringLiteral("baobab"), QStringLiteral("touch") }));
+        _programs.addPrograms(
+            u"bin"_s, { u"xterm"_s, u"mousepad"_s, u"htop"_s, u"baobab"_s, u"touch"_s }));
     _runner->scanOnlyOwnApplications();
 }
 
@@ -98,21 +97,19 @@ void LaunchTest::cleanup()
 {
     _ortu.terminate();
     _ortu.waitForFinished();
-    QTRY_VERIFY(windowsOfClass(QStringLiteral("ortu")).isEmpty());
+    QTRY_VERIFY(windowsOfClass(u"ortu"_s).isEmpty());
 }
 
 void LaunchTest::link(const QString &id) const
 {
-    const QString entry = QStringLiteral("/usr/share/applications/%1.desktop").arg(id);
+    const QString entry = u"/usr/share/applications/%1.desktop"_s.arg(id);
     QVERIFY2(QFile::exists(entry), qPrintable(entry));
-    QVERIFY(QFile::link(entry, _runner->path(QStringLiteral("apps/%1.desktop").arg(id))));
+    QVERIFY(QFile::link(entry, _runner->path(u"apps/%1.desktop"_s.arg(id))));
 }
 
 QJsonObject LaunchTest::shownLayout() const
 {
-    return _runner
-        ->run({ QStringLiteral("--layout"), QStringLiteral("1"), QStringLiteral("--bounds"),
-            QStringLiteral("1212x704"), QStringLiteral("--json") })
+    return _runner->run({ u"--layout"_s, u"1"_s, u"--bounds"_s, u"1212x704"_s, u"--json"_s })
         .json()
         .object();
 }
@@ -120,32 +117,30 @@ QJsonObject LaunchTest::shownLayout() const
 void LaunchTest::showGrid(qsizetype cellCount)
 {
     _runner->start(_ortu, {});
-    QTRY_COMPARE_WITH_TIMEOUT(windowsOfClass(QStringLiteral("ortu")).size(), 1, 20'000);
+    QTRY_COMPARE_WITH_TIMEOUT(windowsOfClass(u"ortu"_s).size(), 1, 20'000);
     const QJsonObject layout = shownLayout();
-    QVERIFY(layout[QStringLiteral("cells")].toArray().size() >= cellCount);
-    const QJsonArray size = layout[QStringLiteral("viewSize")].toArray();
+    QVERIFY(layout[u"cells"_s].toArray().size() >= cellCount);
+    const QJsonArray size = layout[u"viewSize"_s].toArray();
     _size = QSize(size[0].toInt(), size[1].toInt());
 }
 
 void LaunchTest::showPanel() const
 {
     const auto isVisible = [this] {
-        return _runner->run({ QStringLiteral("--status"), QStringLiteral("--json") })
-            .json()[QStringLiteral("visible")]
-            .toBool();
+        return _runner->run({ u"--status"_s, u"--json"_s }).json()[u"visible"_s].toBool();
     };
     QTRY_VERIFY(!isVisible());
-    QCOMPARE(_runner->run({ QStringLiteral("--show") }).exitCode, 0);
-    QTRY_COMPARE(windowsOfClass(QStringLiteral("ortu")).size(), 1);
+    QCOMPARE(_runner->run({ u"--show"_s }).exitCode, 0);
+    QTRY_COMPARE(windowsOfClass(u"ortu"_s).size(), 1);
 }
 
 QPoint LaunchTest::middleOnScreen(const QString &name) const
 {
     const QJsonObject layout = shownLayout();
-    const QJsonArray cells = layout[QStringLiteral("cells")].toArray();
+    const QJsonArray cells = layout[u"cells"_s].toArray();
     for (const QJsonValue &cell : cells) {
-        if (cell[QStringLiteral("app")].toString().endsWith(name + QLatin1String(".desktop"))) {
-            const QJsonArray rect = cell[QStringLiteral("rect")].toArray();
+        if (cell[u"app"_s].toString().endsWith(name + QLatin1String(".desktop"))) {
+            const QJsonArray rect = cell[u"rect"_s].toArray();
             const double x = rect[0].toDouble() + rect[2].toDouble() / 2;
             const double y = rect[1].toDouble() + rect[3].toDouble() / 2;
             return QPointF(x, _size.height() - y).toPoint() + gridInPanel;
@@ -158,27 +153,23 @@ void LaunchTest::click(const QString &name, int button) const
 {
     const QPoint point = middleOnScreen(name);
     QVERIFY2(point.x() >= 0, qPrintable(name));
-    const QString window =
-        windowsOfClass(QStringLiteral("ortu")).value(0).section(QLatin1Char(' '), 0, 0);
-    outputOf(QStringLiteral("xdotool"),
-        { QStringLiteral("windowactivate"), QStringLiteral("--sync"), window,
-            QStringLiteral("mousemove"), QStringLiteral("--window"), window,
-            QString::number(point.x()), QString::number(point.y()), QStringLiteral("click"),
+    const QString window = windowsOfClass(u"ortu"_s).value(0).section(QLatin1Char(' '), 0, 0);
+    outputOf(u"xdotool"_s,
+        { u"windowactivate"_s, u"--sync"_s, window, u"mousemove"_s, u"--window"_s, window,
+            QString::number(point.x()), QString::number(point.y()), u"click"_s,
             QString::number(button) });
 }
 
 void LaunchTest::press(const QStringList &keys)
 {
-    outputOf(QStringLiteral("xdotool"), QStringList { QStringLiteral("key") } + keys);
+    outputOf(u"xdotool"_s, QStringList { u"key"_s } + keys);
 }
 
 QImage LaunchTest::picture() const
 {
-    const QString window =
-        windowsOfClass(QStringLiteral("ortu")).value(0).section(QLatin1Char(' '), 0, 0);
-    const QString file = _runner->path(QStringLiteral("picture.png"));
-    outputOf(QStringLiteral("import"),
-        { QStringLiteral("-silent"), QStringLiteral("-window"), window, file });
+    const QString window = windowsOfClass(u"ortu"_s).value(0).section(QLatin1Char(' '), 0, 0);
+    const QString file = _runner->path(u"picture.png"_s);
+    outputOf(u"import"_s, { u"-silent"_s, u"-window"_s, window, file });
     return QImage(file);
 }
 
@@ -223,34 +214,32 @@ void LaunchTest::aClickLaunchesTheApplicationUnderIt()
 
 void LaunchTest::whatIsLaunchedOutlivesTheProgram()
 {
-    link(QStringLiteral("debian-xterm"));
+    link(u"debian-xterm"_s);
     showGrid(1);
-    click(QStringLiteral("debian-xterm"));
-    QTRY_VERIFY_WITH_TIMEOUT(!windowsOfClass(QStringLiteral("xterm.XTerm")).isEmpty(), 30'000);
+    click(u"debian-xterm"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(!windowsOfClass(u"xterm.XTerm"_s).isEmpty(), 30'000);
 
     _ortu.kill();
     QVERIFY(_ortu.waitForFinished());
 
-    QTRY_VERIFY(windowsOfClass(QStringLiteral("ortu")).isEmpty());
-    QVERIFY(isProcessRunning(QStringLiteral("xterm")));
-    QVERIFY(!windowsOfClass(QStringLiteral("xterm.XTerm")).isEmpty());
-    closeWindowsOfClass(QStringLiteral("xterm.XTerm"));
+    QTRY_VERIFY(windowsOfClass(u"ortu"_s).isEmpty());
+    QVERIFY(isProcessRunning(u"xterm"_s));
+    QVERIFY(!windowsOfClass(u"xterm.XTerm"_s).isEmpty());
+    closeWindowsOfClass(u"xterm.XTerm"_s);
 }
 
 void LaunchTest::aBundleThatIsGone_leavesTheGrid()
 {
-    _runner->writeEntry(QStringLiteral("Gone"));
-    _runner->writeEntry(QStringLiteral("Here"));
+    _runner->writeEntry(u"Gone"_s);
+    _runner->writeEntry(u"Here"_s);
     showGrid(2);
-    const QPoint onGone = middleOnScreen(QStringLiteral("Gone"));
+    const QPoint onGone = middleOnScreen(u"Gone"_s);
     QVERIFY(onGone.x() >= 0);
-    QVERIFY(QFile::remove(_runner->path(QStringLiteral("apps/Gone.desktop"))));
+    QVERIFY(QFile::remove(_runner->path(u"apps/Gone.desktop"_s)));
 
-    click(QStringLiteral("Gone"));
+    click(u"Gone"_s);
 
-    const auto saved = [this] {
-        return _runner->read(QStringLiteral("data/Ortu/AllApplications.plist"));
-    };
+    const auto saved = [this] { return _runner->read(u"data/Ortu/AllApplications.plist"_s); };
     QTRY_VERIFY(!saved().contains("Gone.desktop"));
     QVERIFY(saved().contains("Here.desktop"));
     QByteArray log;
@@ -263,9 +252,9 @@ void LaunchTest::aBundleThatIsGone_leavesTheGrid()
 
 void LaunchTest::keysAndMenu_driveTheGrid()
 {
-    const QString started = _runner->path(QStringLiteral("started"));
+    const QString started = _runner->path(u"started"_s);
     for (const char *name : { "alpha", "beta", "bet" }) {
-        _runner->write(QStringLiteral("apps/%1.desktop").arg(QLatin1String(name)),
+        _runner->write(u"apps/%1.desktop"_s.arg(QLatin1String(name)),
             QByteArray("[Desktop Entry]\nType=Application\nIcon=xterm\nName=") + name
                 + "\nExec=touch " + QFile::encodeName(started) + '-' + name + '\n');
     }
@@ -273,41 +262,37 @@ void LaunchTest::keysAndMenu_driveTheGrid()
     const auto colorOf = [this](const QString &name) {
         return picture().pixelColor(middleOnScreen(name));
     };
-    const QString alpha = QStringLiteral("alpha");
-    const QString beta = QStringLiteral("beta");
+    const QString alpha = u"alpha"_s;
+    const QString beta = u"beta"_s;
     const auto excluded = [this] {
-        return _runner->read(QStringLiteral("data/Ortu/ExcludedApplications.plist"));
+        return _runner->read(u"data/Ortu/ExcludedApplications.plist"_s);
     };
     // Away from every icon, with the keyboard in the window.
-    outputOf(QStringLiteral("wmctrl"), { QStringLiteral("-xa"), QStringLiteral("ortu") });
-    outputOf(QStringLiteral("xdotool"),
-        { QStringLiteral("mousemove"), QStringLiteral("3"), QStringLiteral("3") });
+    outputOf(u"wmctrl"_s, { u"-xa"_s, u"ortu"_s });
+    outputOf(u"xdotool"_s, { u"mousemove"_s, u"3"_s, u"3"_s });
     const QColor shown = colorOf(beta);
     QTRY_COMPARE(colorOf(alpha), shown);
 
-    press({ QStringLiteral("b") });
+    press({ u"b"_s });
     QTRY_VERIFY(colorOf(alpha) != shown);
     QCOMPARE(colorOf(beta), shown);
-    press({ QStringLiteral("Escape") });
+    press({ u"Escape"_s });
     QTRY_COMPARE(colorOf(alpha), shown);
-    press({ QStringLiteral("b"), QStringLiteral("e"), QStringLiteral("t"), QStringLiteral("a"),
-        QStringLiteral("Return") });
-    QTRY_VERIFY(QFile::exists(started + QStringLiteral("-beta")));
+    press({ u"b"_s, u"e"_s, u"t"_s, u"a"_s, u"Return"_s });
+    QTRY_VERIFY(QFile::exists(started + u"-beta"_s));
     showPanel();
 
     click(alpha, 3);
-    press({ QStringLiteral("Down"), QStringLiteral("Return") });
+    press({ u"Down"_s, u"Return"_s });
     QTRY_VERIFY(excluded().contains("alpha.desktop"));
-    outputOf(QStringLiteral("xdotool"),
-        { QStringLiteral("keydown"), QStringLiteral("alt"), QStringLiteral("key"),
-            QStringLiteral("Home"), QStringLiteral("key"), QStringLiteral("Menu"),
-            QStringLiteral("keyup"), QStringLiteral("alt") });
-    press({ QStringLiteral("Down"), QStringLiteral("Return") });
+    outputOf(u"xdotool"_s,
+        { u"keydown"_s, u"alt"_s, u"key"_s, u"Home"_s, u"key"_s, u"Menu"_s, u"keyup"_s, u"alt"_s });
+    press({ u"Down"_s, u"Return"_s });
     QTRY_VERIFY(!excluded().contains("alpha.desktop"));
     // By the arrow keys, whatever the pointer is over.
-    press({ QStringLiteral("Home"), QStringLiteral("Return") });
-    QTRY_VERIFY(QFile::exists(started + QStringLiteral("-alpha")));
-    QVERIFY(!QFile::exists(started + QStringLiteral("-bet")));
+    press({ u"Home"_s, u"Return"_s });
+    QTRY_VERIFY(QFile::exists(started + u"-alpha"_s));
+    QVERIFY(!QFile::exists(started + u"-bet"_s));
 }
 
 QTEST_GUILESS_MAIN(LaunchTest)

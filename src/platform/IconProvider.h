@@ -16,6 +16,9 @@ struct IconSource
 {
     // The file that holds the picture; empty when there is none.
     QString file;
+    // What the file was found by, so that others can stand in for it; empty for a file of the
+    // bundle's own.
+    QString name = {};
 
     bool isNull() const { return file.isEmpty(); }
 };
@@ -32,7 +35,9 @@ public:
     virtual IconSource resolve(const QString &bundlePath, int size) const;
 
     // The picture, fitted and centred in a square of `size` pixels, 8 bits a sample, premultiplied.
-    // Null and one log line when the file cannot be turned into one.
+    // One log line when the file cannot be turned into one. In its place, and without a log line in
+    // that of a drawing that would come out wrong, stands another picture of that name; without one
+    // it is null.
     virtual QImage decode(const IconSource &source, int size) const;
 
     // The same for a look at the picture as it is stored: with `largestStored` above 0, one that

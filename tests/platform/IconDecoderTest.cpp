@@ -2,6 +2,7 @@
 
 #include "platform/FileTree.h"
 #include "platform/freedesktop/FreedesktopIcons.h"
+#include "platform/freedesktop/SvgFeatures.h"
 
 #include <QBuffer>
 #include <QImageWriter>
@@ -104,6 +105,33 @@ class IconDecoderTest : public QObject
 private Q_SLOTS:
     void initTestCase() { quietImageLibraries(); }
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
+
+    void whatTheRendererLeavesOut_isKnown()
+    {
+        const QByteArray circle = "<clipPath id='c'><circle r='9'/></clipPath>";
+        const auto clipped = [](const char *shapes) {
+            return "<clipPath id='c'>" + QByteArray(shapes) + "</clipPath><g clip-path='url(#c)'/>";
+        };
+        const QByteArrayList flawed { "<g clip-path='url(#c)'/>" + circle,
+            circle + "<g style='fill:red; clip-path: url( \"#c\" )'/>",
+            "<filter id='c'/><g filter='url(#c)'/>", "<mask id='c'/><g mask='url(#c)'/>",
+            "<pattern id='c'/><path stroke='url(#c)'/>", clipped("<rect width='60' height='64'/>"),
+            clipped("<rect width='64' height='64' rx='9'/>"),
+            clipped("<path d='M 0 0 L 64 64 L 0 64 Z M 0 0'/>"),
+            clipped("<rect width='64' height='64'/><rect width='9' height='9'/>") };
+        // Used where nothing is drawn or not at all, or clipped to what it is anyway.
+        const QByteArrayList right { circle + square, circle + "<g clip-path='url(#d)'/>",
+            circle + "<defs><g clip-path='url(#c)'/></defs>",
+            circle + "<g style='display:none'><g clip-path='url(#c)'/></g>",
+            "<linearGradient id='c'/><pattern/><path fill='url(#c)'/>",
+            clipped("<rect width='64' height='64'/>"),
+            clipped("<path d='M 0.3 0.3 L 63.7,0.3 L 63.7 63.7 L 0.3 63.7 Z M 0.3 0.3'/>") };
+        for (const QByteArray &content : flawed + right) {
+            for (const QByteArray &text : { svg(content), utf16(svg(content)) }) {
+                QVERIFY2(SvgFeatures::goBeyondRenderer(text) == flawed.contains(content), content);
+            }
+        }
+    }
 
     void everyKindOfFile_data()
     {
@@ -240,26 +268,20 @@ private Q_SLOTS:
             svg("<g id='a'><s:use xmlns:s='http://www.w3.org/2000/svg' x:href='#a' "
                 "xmlns:x='http://www.w3.org/1999/xlink'/></g>"));
         row("uses of uses", usesOfUses(10, 10));
-        row("uses of uses in UTF-16", utf16(usesOfUses(10, 10)));
         row("uses in a long chain", usesOfUses(50'000, 1));
         row("uses of a long path",
             svg("<path id='a' d='" + QByteArray("M0 0L9 9").repeated(10'000) + "'/>"
                 + useOfA.repeated(10'000)));
-        row("uses of a long text",
-            svg("<text id='a'>" + QByteArray(10'000, 'x') + "</text>" + useOfA.repeated(1'000)));
         row("100,000 groups",
             svg(QByteArray("<g>").repeated(100'000) + QByteArray("</g>").repeated(100'000)));
         row("gradient of itself",
             svg("<linearGradient id='a' xlink:href='#b'/><linearGradient id='b' xlink:href='#a'/>"
                 "<rect width='64' height='64' fill='url(#a)'/>"));
-        row("pattern of itself",
-            svg("<pattern id='a'><rect width='9' height='9' fill='url(#a)'/></pattern>"));
         row("mask of itself",
             svg("<mask id='a'><rect width='9' height='9' style='mask:url( \"#a\" )'/></mask>"));
         row("enormous width", svg(square, "width='1e9' height='1' viewBox='0 0 64 64'"));
         row("enormous without a size", svg("<rect width='1e9' height='1e9'/>", {}));
         row("width that is no number", svg(square, "width='NaN' height='nan'"));
-        row("view box of zero", svg(square, "viewBox='0 0 0 0'"));
         row("nothing in it", svg({}, {}));
         row("picture in another file", image(elsewhere));
         row("data that leads to a file", image("data/../../../../../.." + elsewhere, "href"));

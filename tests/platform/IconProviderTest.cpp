@@ -95,6 +95,26 @@ private Q_SLOTS:
         }
     }
 
+    void drawingThatComesOutWrong_isReplaced()
+    {
+        Session session;
+        const FreedesktopIcons icons(itself);
+        const auto colorOf = [&](const QByteArray &drawing) {
+            session.tree.add(Session::pictureIn(u"One"_s), drawing);
+            return icons.decode(icons.resolve(u"app"_s, 64), 64).pixelColor(9, 9);
+        };
+        const QByteArray clipped =
+            "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 9 9'>"
+            "<clipPath id='c'><circle r='4'/></clipPath>"
+            "<rect width='9' height='9' fill='blue' clip-path='url(#c)'/></svg>";
+        QCOMPARE(colorOf(clipped), QColor(Qt::red));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^cannot read icon .*app.svg: "_s));
+        QCOMPARE(colorOf("<svg"), QColor(Qt::red));
+        // A wrong picture is better than none.
+        QVERIFY(QFile::remove(session.tree.path(Session::pictureIn(u"hicolor"_s))));
+        QCOMPARE(colorOf(clipped), QColor(Qt::blue));
+    }
+
     void otherTheme_isNoticed_data()
     {
         QTest::addColumn<bool>("isReplaced");

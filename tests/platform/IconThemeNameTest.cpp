@@ -81,13 +81,6 @@ private Q_SLOTS:
         QCOMPARE(current({}), expected == u"breeze"_s ? expected : u"hicolor"_s);
     }
 
-    void pipeForASettingsFile_isNotOpened()
-    {
-        FileTree tree;
-        tree.addPipe(u"config/gtk-3.0/settings.ini"_s);
-        QCOMPARE(IconThemeName::current(placesIn(tree, {})), u"hicolor"_s);
-    }
-
     void desktopWithoutGSettings_namesNoSchema()
     {
         const FileTree tree;

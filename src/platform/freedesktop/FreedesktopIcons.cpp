@@ -33,18 +33,44 @@ IconSource FreedesktopIcons::resolve(const QString &bundlePath, int size) const
     if (name.startsWith(u'/') && QFileInfo::exists(name)) {
         return { name };
     }
-    return { lookup()->find(name, size) };
+    return { lookup()->find(name, size), name };
 }
 
 QImage FreedesktopIcons::decode(const IconSource &source, int size) const
 {
-    return decodeIcon(source.file, size);
+    QString problem;
+    QImage icon = decodeBest(source, size, 0, &problem);
+    if (!problem.isEmpty()) {
+        logUnreadableIcon(source.file, problem);
+    }
+    return icon;
+}
+
+// The file of the source, or what can stand in for it where it cannot be drawn right.
+QImage FreedesktopIcons::decodeBest(
+    const IconSource &source, int size, int largestStored, QString *problem) const
+{
+    bool isFlawed = false;
+    QImage icon = tryDecodeIcon(source.file, size, largestStored, problem, &isFlawed);
+    if (source.name.isEmpty() || (!icon.isNull() && !isFlawed)) {
+        return icon;
+    }
+    const QStringList others = lookup()->standIns(source.name, size, source.file);
+    for (const QString &file : others) {
+        QString ignored;
+        bool isAlsoFlawed = false;
+        QImage other = tryDecodeIcon(file, size, largestStored, &ignored, &isAlsoFlawed);
+        if (!other.isNull() && !isAlsoFlawed) {
+            return other;
+        }
+    }
+    return icon;
 }
 
 QImage FreedesktopIcons::tryDecode(
     const IconSource &source, int size, int largestStored, QString *problem) const
 {
-    return tryDecodeIcon(source.file, size, largestStored, problem);
+    return decodeBest(source, size, largestStored, problem);
 }
 
 QString FreedesktopIcons::refusal(const QString &path) const

@@ -37,6 +37,8 @@ public:
     void giveBack() const { lookup()->giveBack(); }
 
 private:
+    QImage decodeBest(
+        const IconSource &source, int size, int largestStored, QString *problem) const;
     std::shared_ptr<const IconLookup> lookup() const;
     void startWatching();
     void watch();

@@ -4,6 +4,7 @@
 #include "platform/freedesktop/GioPointer.h"
 #include "platform/freedesktop/Log.h"
 #include "platform/freedesktop/PictureWholeness.h"
+#include "platform/freedesktop/SvgFeatures.h"
 #include "platform/freedesktop/SvgGuard.h"
 #include "support/OneLine.h"
 #include "support/PremultipliedImage.h"
@@ -207,7 +208,7 @@ bool isMarkup(QByteArrayView bytes)
     return bytes.trimmed().startsWith('<');
 }
 
-QImage decodeBytes(QByteArray bytes, int size, int largestStored, QString *reason)
+QImage decodeBytes(QByteArray bytes, int size, int largestStored, QString *reason, bool *isFlawed)
 {
     if (bytes.startsWith("\x1f\x8b")) {
         bytes = unpacked(bytes, SvgGuard::mostBytes, reason);
@@ -219,8 +220,13 @@ QImage decodeBytes(QByteArray bytes, int size, int largestStored, QString *reaso
         *reason = QStringLiteral("empty");
         return {};
     }
-    return isMarkup(bytes) ? decodeSvg(bytes, size, reason)
-                           : decodePicture(bytes, size, largestStored, reason);
+    if (!isMarkup(bytes)) {
+        return decodePicture(bytes, size, largestStored, reason);
+    }
+    if (isFlawed) {
+        *isFlawed = SvgFeatures::goBeyondRenderer(bytes);
+    }
+    return decodeSvg(bytes, size, reason);
 }
 
 } // namespace
@@ -230,20 +236,26 @@ QImage decodeIcon(const QString &file, int size)
     QString problem;
     QImage icon = tryDecodeIcon(file, size, 0, &problem);
     if (!problem.isEmpty()) {
-        qCWarning(lcPlatform, "cannot read icon %ls: %ls", qUtf16Printable(oneLine(file)),
-            qUtf16Printable(oneLine(problem)));
+        logUnreadableIcon(file, problem);
     }
     return icon;
 }
 
-QImage tryDecodeIcon(const QString &file, int size, int largestStored, QString *problem)
+void logUnreadableIcon(const QString &file, const QString &problem)
+{
+    qCWarning(lcPlatform, "cannot read icon %ls: %ls", qUtf16Printable(oneLine(file)),
+        qUtf16Printable(oneLine(problem)));
+}
+
+QImage tryDecodeIcon(
+    const QString &file, int size, int largestStored, QString *problem, bool *isFlawed)
 {
     problem->clear();
     if (file.isEmpty() || size <= 0 || std::max(size, largestStored) > largestIcon) {
         return {};
     }
     const std::optional<QByteArray> bytes = readSmallFile(file, largestPictureFile, problem);
-    QImage icon = bytes ? decodeBytes(*bytes, size, largestStored, problem) : QImage();
+    QImage icon = bytes ? decodeBytes(*bytes, size, largestStored, problem, isFlawed) : QImage();
     *problem = problem->trimmed();
     return icon;
 }

@@ -19,4 +19,10 @@ QImage decodeIcon(const QString &file, int size);
 // `largestStored` above 0 a picture with pixels of its own is not scaled unless it is larger than
 // that, and the square is as large as its longer edge; of several in the file, the one that suits
 // `largestStored` is taken. A drawing without pixels is drawn at `size`.
-QImage tryDecodeIcon(const QString &file, int size, int largestStored, QString *problem);
+// When given, `isFlawed` receives whether the drawing comes out wrong, since it asks for more than
+// the renderer can do.
+QImage tryDecodeIcon(
+    const QString &file, int size, int largestStored, QString *problem, bool *isFlawed = nullptr);
+
+// The log line about a file that has no picture.
+void logUnreadableIcon(const QString &file, const QString &problem);

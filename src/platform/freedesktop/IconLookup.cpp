@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <compare>
+#include <tuple>
 #include <unistd.h>
 
 constexpr unsigned anySuffix = ~0U;
@@ -41,6 +42,22 @@ int scalingOf(const IconDirectory &directory, unsigned suffixes, int size)
     return isDrawing ? 0 : std::abs(directory.size * directory.scale - size);
 }
 
+// A file that may stand in for another one; the smallest one is the best.
+struct StandIn
+{
+    // Pictures as large as they are wanted, then drawings, then smaller pictures.
+    enum class Rank { Picture, Drawing, SmallPicture };
+
+    Rank rank;
+    int distance;
+    QByteArray file;
+
+    auto operator<=>(const StandIn &other) const
+    {
+        return std::tie(rank, distance) <=> std::tie(other.rank, other.distance);
+    }
+};
+
 // The readable file that begins with `stem`, by preferred extension; empty when there is none.
 QByteArray firstReadable(const QByteArray &stem, unsigned suffixes)
 {
@@ -53,6 +70,25 @@ QByteArray firstReadable(const QByteArray &stem, unsigned suffixes)
         }
     }
     return {};
+}
+
+// `excess` is by how many pixels the directory's pictures are larger than wanted.
+void addStandIns(
+    std::vector<StandIn> &found, const QByteArray &stem, unsigned suffixes, int excess, int size)
+{
+    for (const KnownSuffix &suffix : suffixOrder) {
+        const QByteArray file = stem + suffix.text;
+        if ((suffixes & suffix.bit) == 0 || ::access(file.constData(), R_OK) != 0) {
+            continue;
+        }
+        if ((suffix.bit & (PngSuffix | XpmSuffix)) == 0) {
+            found.push_back({ StandIn::Rank::Drawing, std::abs(excess), file });
+        } else if (excess >= 0) {
+            found.push_back({ StandIn::Rank::Picture, excess, file });
+        } else if (-2 * excess <= size) {
+            found.push_back({ StandIn::Rank::SmallPicture, -excess, file });
+        }
+    }
 }
 
 std::vector<QByteArray> encoded(const QStringList &folders)
@@ -147,6 +183,41 @@ QByteArray IconLookup::findUnthemed(const QByteArray &name, unsigned suffixes) c
         }
     }
     return {};
+}
+
+QStringList IconLookup::standIns(const QString &name, int size, const QString &file) const
+{
+    QByteArray stem = QFile::encodeName(name);
+    for (const KnownSuffix &suffix : suffixOrder) {
+        if (stem.endsWith(suffix.text)) {
+            stem.chop(qsizetype(qstrlen(suffix.text)));
+        }
+    }
+    if (stem.isEmpty() || stem.contains('/')) {
+        return {};
+    }
+    QStringList files;
+    for (const Part &part : _themes) {
+        std::vector<StandIn> found;
+        for (const IconFolder &folder : part.folders) {
+            for (const IconImage &image : folder.find(stem)) {
+                const IconDirectory &directory = part.directories[size_t(image.directory)];
+                addStandIns(found, folder.path() + '/' + directory.path + '/' + stem,
+                    image.suffixes, directory.size * directory.scale - size, size);
+            }
+        }
+        std::stable_sort(found.begin(), found.end());
+        for (const StandIn &other : found) {
+            files.append(QFile::decodeName(other.file));
+        }
+    }
+    // Of unknown size.
+    const QByteArray unthemed = findUnthemed(stem, anySuffix);
+    if (!unthemed.isEmpty()) {
+        files.append(QFile::decodeName(unthemed));
+    }
+    files.removeAll(file);
+    return files;
 }
 
 void IconLookup::giveBack() const

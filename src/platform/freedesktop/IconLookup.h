@@ -27,6 +27,11 @@ public:
     // pictures of no theme.
     QString find(const QString &name, int size) const;
 
+    // The other readable files of the name, those first that can stand in best for `file` at the
+    // size: from the same theme before others, pictures that need not be enlarged before drawings
+    // before smaller pictures. Pictures of less than half the size are left out.
+    QStringList standIns(const QString &name, int size, const QString &file) const;
+
     // As IconThemeCache says.
     void giveBack() const;
 

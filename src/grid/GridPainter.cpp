@@ -2,6 +2,7 @@
 
 #include "grid/GridLayout.h"
 #include "grid/Log.h"
+#include "support/Contrast.h"
 #include "support/Geometry.h"
 #include "support/Shapes.h"
 #include "support/UserDefaults.h"
@@ -28,9 +29,6 @@ const QString windowColor = QStringLiteral("windowColor");
 
 } // namespace Key
 
-// Below this a window counts as not to be seen.
-constexpr float LeastVisibleAlpha = 0.01F;
-
 constexpr float BackgroundShare = 0.3F;
 constexpr float SeparatorShare = 0.5F;
 constexpr qreal BackgroundRadius = 9;
@@ -46,6 +44,12 @@ constexpr qreal TextSpacing = 16;
 QRectF inset(const QRectF &rect, qreal by)
 {
     return rect.adjusted(by, by, -by, -by);
+}
+
+// A pixel less, so that what fills its cell does not run into what fills the next one.
+QRectF apart(const QRectF &cell)
+{
+    return cell.adjusted(0, 0, -1, -1);
 }
 
 QColor withAlpha(QColor color, float alpha)
@@ -117,10 +121,21 @@ GridColors GridColors::fromPreferences()
     colors.iconHighlightColor = colorForKey(Key::iconHighlightColor);
     colors.winAlpha = opacityForKey(Key::windowAlpha);
     colors.winColor = colorForKey(Key::windowColor);
-    colors.textColor = colors.winAlpha < LeastVisibleAlpha
-        ? QColor(Qt::black)
-        : contrastingBlackOrWhite(colors.winColor);
+    colors.textColor =
+        colors.isWindowSeen() ? contrastingBlackOrWhite(colors.winColor) : QColor(Qt::black);
     return colors;
+}
+
+QColor GridColors::textPlate() const
+{
+    const Backdrop background = Backdrop()
+                                    .with(withAlpha(winColor, winAlpha))
+                                    .with(withAlpha(winColor, winAlpha * BackgroundShare));
+    // A text on a window that is not to be seen may have the colour of that window.
+    const QColor color = contrastingBlackOrWhite(winColor) == textColor
+        ? winColor
+        : contrastingBlackOrWhite(textColor);
+    return background.strengthened(withAlpha(color, 0), textColor);
 }
 
 GridPainter::GridPainter(
@@ -227,7 +242,8 @@ void GridPainter::drawHighlight(const QRectF &cell, const QColor &color)
     const qreal ratio = _toDevice.m11();
     // Measured in whole pixels from the edges of the cell, so that it is as far from each of them.
     if (_colors.drawFilledIconHighlight && _colors.drawStrokedIconHighlight) {
-        _painter.fillPath(roundedRectanglePath(onPixels(cell), WholeCellRadius * ratio), color);
+        _painter.fillPath(
+            roundedRectanglePath(apart(onPixels(cell)), WholeCellRadius * ratio), color);
     } else if (_colors.drawFilledIconHighlight) {
         _painter.fillPath(roundedRectanglePath(inset(onPixels(cell), pixels(HighlightInset)),
                               HighlightRadius * ratio),
@@ -240,8 +256,8 @@ void GridPainter::drawHighlight(const QRectF &cell, const QColor &color)
 void GridPainter::drawOutline(const QRectF &cell, const QColor &color)
 {
     const qreal width = pixels(StrokeWidth);
-    _painter.strokePath(
-        roundedRectanglePath(inset(onPixels(cell), width / 2), HighlightRadius * _toDevice.m11()),
+    _painter.strokePath(roundedRectanglePath(inset(apart(onPixels(cell)), width / 2),
+                            HighlightRadius * _toDevice.m11()),
         QPen(color, width));
 }
 
@@ -294,8 +310,7 @@ void GridPainter::drawLine(const QRectF &spacer, qreal at)
     const QRectF line = isStacked()
         ? QRectF(spacer.x() + SeparatorInset, at, spacer.width() - 2 * SeparatorInset, LineWidth)
         : QRectF(at, spacer.y() + SeparatorInset, LineWidth, spacer.height() - 2 * SeparatorInset);
-    const float alpha =
-        _colors.winAlpha < LeastVisibleAlpha ? 0 : _colors.winAlpha * SeparatorShare;
+    const float alpha = _colors.isWindowSeen() ? _colors.winAlpha * SeparatorShare : 0;
     _painter.fillRect(onPixelsOfEqualExtent(line), withAlpha(_colors.textColor, alpha));
 }
 
@@ -335,6 +350,14 @@ void GridPainter::drawTextLine(const QString &text, const QRectF &bounds, qreal 
     _painter.setPen(_colors.textColor);
     const QFontMetricsF metrics(font, _painter.device());
     const QString shown = metrics.elidedText(text, Qt::ElideMiddle, line.width());
-    const qreal left = line.center().x() - metrics.horizontalAdvance(shown) / 2;
-    _painter.drawText(QPointF(std::round(left), std::round(line.y())), shown);
+    const QPointF start(
+        std::round(line.center().x() - metrics.horizontalAdvance(shown) / 2), std::round(line.y()));
+    const QRectF plate(start.x(), start.y() - metrics.ascent(), metrics.horizontalAdvance(shown),
+        metrics.height());
+    if (!shown.isEmpty()) {
+        _painter.fillPath(
+            capsulePath(plate.adjusted(-metrics.height() / 2, 0, metrics.height() / 2, 0)),
+            _colors.textPlate());
+    }
+    _painter.drawText(start, shown);
 }

@@ -36,11 +36,18 @@ struct GridColors
     bool drawStrokedIconHighlight = false;
     // Behind running applications; its own opacity counts.
     QColor iconHighlightColor = Qt::red;
+    // A window of less opacity counts as not to be seen.
+    static constexpr float leastVisibleAlpha = 0.01F;
     // Of the window that the grid stands in.
     float winAlpha = 0.85F;
     QColor winColor = Qt::black;
     // Black on a window that is not to be seen, otherwise what can be told best from its colour.
     QColor textColor = Qt::white;
+
+    bool isWindowSeen() const { return winAlpha >= leastVisibleAlpha; }
+    // What has to lie between the grid's background and a text in the text's colour;
+    // transparent where the background will do.
+    QColor textPlate() const;
 };
 
 // Layout and painter must outlive it. While it lives, the painter counts in device pixels and is

@@ -5,6 +5,7 @@
 #include "grid/DisappearingCursor.h"
 #include "grid/GridHost.h"
 #include "grid/Log.h"
+#include "grid/MenuColors.h"
 #include "grid/OTIconView.h"
 #include "grid/PoofEffect.h"
 #include "platform/Desktop.h"
@@ -168,6 +169,7 @@ QMenu *OTIconView::contextualMenu()
         return nullptr;
     }
     auto menu = std::make_unique<QMenu>(tr("Contextual Menu"));
+    setMenuColors(*menu, _colors);
     const auto add = [&](const QString &title, auto action) {
         menu->addAction(title, this, [this, app, action] {
             // The cells may have been filled anew since.

@@ -27,7 +27,6 @@ constexpr int PlateBottom = FolderBottom - (PlateTop - IconTop);
 
 constexpr int SideInset = 20;
 constexpr qreal CornerRadius = 24;
-constexpr float PlateAlpha = 0.8F;
 
 QFont fontOfSize(int size)
 {
@@ -54,10 +53,8 @@ BigIcon::BigIcon(const QString &name, const QString &folder, const QSize &viewSi
 }
 
 void BigIcon::draw(
-    QPainter &painter, const QImage &icon, const QColor &foreground, const QColor &background) const
+    QPainter &painter, const QImage &icon, const QColor &foreground, const QColor &plate) const
 {
-    QColor plate = background;
-    plate.setAlphaF(PlateAlpha);
     painter.fillPath(roundedRectanglePath(_rect, CornerRadius), plate);
     painter.drawImage(QRect(_middle.x() - Width / 2, _middle.y() - IconTop, Width, Width), icon);
 

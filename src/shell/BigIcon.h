@@ -26,8 +26,8 @@ public:
     const QRect &rect() const { return _rect; }
 
     // The icon may be of any size.
-    void draw(QPainter &painter, const QImage &icon, const QColor &foreground,
-        const QColor &background) const;
+    void draw(
+        QPainter &painter, const QImage &icon, const QColor &foreground, const QColor &plate) const;
 
 private:
     QString _name;

@@ -18,7 +18,6 @@ constexpr int Inset = 20;
 constexpr qreal CornerRadius = 24;
 constexpr qreal ShadowDrop = 2;
 
-constexpr float BackgroundAlpha = 0.25F;
 constexpr qreal ShadowAlpha = 0.6;
 // The shadow is drawn so much smaller and then stretched, which blurs it.
 constexpr int ShadowShrinking = 4;
@@ -68,10 +67,10 @@ void FilterBubble::setText(const QString &text, const QSize &viewSize)
     _rect = rect;
 }
 
-void FilterBubble::setColors(const QColor &foreground, const QColor &background)
+void FilterBubble::setColors(const QColor &foreground, const QColor &plate)
 {
     _foreground = foreground;
-    _background = background;
+    _plate = plate;
     _picture = {};
 }
 
@@ -98,9 +97,7 @@ void FilterBubble::makePicture(qreal ratio)
     QPainter painter(&_picture);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     const QRectF bounds(QPointF(), QSizeF(_rect.size()));
-    QColor plate = _background;
-    plate.setAlphaF(BackgroundAlpha);
-    painter.fillPath(roundedRectanglePath(bounds, CornerRadius), plate);
+    painter.fillPath(roundedRectanglePath(bounds, CornerRadius), _plate);
 
     // What sets the letters off from whatever lies behind them.
     const QImage shadow = shadowOf(_shownText, _rect.size(), contrastingBlackOrWhite(_foreground));

@@ -20,7 +20,8 @@ class FilterBubble final
 public:
     // Without a text there is no bubble.
     void setText(const QString &text, const QSize &viewSize);
-    void setColors(const QColor &foreground, const QColor &background);
+    // Of the letters and of the rectangle behind them.
+    void setColors(const QColor &foreground, const QColor &plate);
 
     bool isEmpty() const { return _shownText.isEmpty(); }
     // As it is shown.
@@ -37,7 +38,7 @@ private:
     QString _shownText;
     QRect _rect;
     QColor _foreground = Qt::white;
-    QColor _background = Qt::black;
+    QColor _plate = Qt::transparent;
     // Null until it is drawn.
     QPixmap _picture;
 };

@@ -2,6 +2,7 @@
 
 #include "grid/GridPainter.h"
 #include "shell/Log.h"
+#include "support/Contrast.h"
 #include "support/Shapes.h"
 #include "support/UserDefaults.h"
 
@@ -24,6 +25,9 @@ const QString drawWindowBorder = QStringLiteral("drawWindowBorder");
 
 } // namespace Key
 
+// Of the edge of a window without a border, which is barely to be told from its colour.
+constexpr float EdgeShare = 0.14F;
+
 // What shows through the colour of the window where the desktop cannot.
 constexpr QRgb Base = qRgb(222, 224, 228);
 
@@ -31,16 +35,6 @@ QColor withAlpha(QColor color, float alpha)
 {
     color.setAlphaF(alpha);
     return color;
-}
-
-QColor blended(const QColor &over, float alpha)
-{
-    const QColor base(Base);
-    const auto part = [alpha](float above, float below) {
-        return std::clamp(alpha * above + (1 - alpha) * below, 0.0F, 1.0F);
-    };
-    return QColor::fromRgbF(part(over.redF(), base.redF()), part(over.greenF(), base.greenF()),
-        part(over.blueF(), base.blueF()));
 }
 
 // A background in device pixels: four squares that hold the corners, and the rest, which has no
@@ -66,7 +60,8 @@ public:
     {
         _painter.setCompositionMode(QPainter::CompositionMode_Source);
         if (!_look.isBlended) {
-            fillRects({ _bounds }, region, blended(_look.winColor, _look.winAlpha));
+            fillRects({ _bounds }, region,
+                Contrast::blended(withAlpha(_look.winColor, _look.winAlpha), QColor(Base)));
             return;
         }
         const QColor color = withAlpha(_look.winColor, _look.winAlpha);
@@ -78,10 +73,9 @@ public:
     }
 
     // Along the inside of the edges, as if a line of twice the width were clipped there.
-    void drawBorder(const QRegion &region, int width) const
+    void drawBorder(const QRegion &region, int width, const QColor &color) const
     {
         _painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-        const QColor color = withAlpha(_look.borderColor, _look.winAlpha);
         const QRect sides = rows(_middle.y(), _middle.height());
         fillRects({ above(width), below(width), { sides.topLeft(), QSize(width, sides.height()) },
                       sides.adjusted(sides.width() - width, 0, 0, 0) },
@@ -251,8 +245,13 @@ void OTBkgndView::drawBackground(
     const Background background(painter, bounds, CornerRadius * ratio, look);
     background.fill(wanted);
     if (look.drawWindowBorder) {
-        background.drawBorder(
-            wanted, std::max(int(std::lround(qreal(look.borderWidth) * ratio)), 1));
+        background.drawBorder(wanted,
+            std::max(int(std::lround(qreal(look.borderWidth) * ratio)), 1),
+            withAlpha(look.borderColor, look.winAlpha));
+    } else if (look.winAlpha >= GridColors::leastVisibleAlpha) {
+        // Sets the window off from a desktop of its own colour.
+        background.drawBorder(wanted, 1,
+            withAlpha(contrastingBlackOrWhite(look.winColor), look.winAlpha * EdgeShare));
     }
     painter.restore();
 }

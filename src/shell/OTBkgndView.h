@@ -1,5 +1,6 @@
 // The background of the panel: a rounded rectangle in the colour of the window, as translucent as
-// the preferences say, with a border if they want one.
+// the preferences say, with a border if they want one, and otherwise an edge of one pixel that
+// keeps it from running into a desktop of the same colour.
 //
 // It is the lowest layer: what it draws takes the place of what was there, but for the corners,
 // which it leaves as they are. Where the display does not blend windows it is painted opaque, to

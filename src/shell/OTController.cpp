@@ -3,6 +3,7 @@
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "grid/DropStack.h"
+#include "grid/MenuColors.h"
 #include "grid/OTIconView.h"
 #include "icons/IconLoader.h"
 #include "platform/Desktop.h"
@@ -86,6 +87,9 @@ void OTController::awakeFromNib()
     connect(&_mainMenu.menu(), &QMenu::aboutToHide, overlay,
         [overlay] { overlay->setIsMenuOpen(false); });
     connect(&_mainMenu, &MainMenu::chosen, this, &OTController::performCommand);
+    for (QMenu *const menu : { &_mainMenu.menu(), &_statusItemMenu }) {
+        followColors(*menu, [this] { return _mainWindow.iconView().colors(); });
+    }
     connectTriggers();
     registerHotKey();
     updateStatusBar();

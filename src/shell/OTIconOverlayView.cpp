@@ -7,6 +7,7 @@
 #include "platform/Desktop.h"
 #include "shell/LabelPlace.h"
 #include "shell/OTBkgndView.h"
+#include "support/Contrast.h"
 #include "support/Geometry.h"
 #include "support/NotificationCenter.h"
 #include "support/OneLine.h"
@@ -30,6 +31,7 @@ constexpr int LabelTime = 2000;
 // Nobody waits longer for the bubble to go, in seconds.
 constexpr double LongestReset = 3600;
 constexpr float LabelAlpha = 0.8F;
+constexpr float BubbleAlpha = 0.25F;
 // How far the round corners of the panel reach in, from a side that is cut square, in points.
 const QMarginsF cornerMargins(9, 9, 9, 9);
 
@@ -37,6 +39,12 @@ namespace Key {
 const QString tabletMode = QStringLiteral("tabletMode");
 const QString tabletHandedness = QStringLiteral("tabletHandedness");
 } // namespace Key
+
+QColor withAlpha(QColor color, float alpha)
+{
+    color.setAlphaF(alpha);
+    return color;
+}
 
 QString folderOf(const QString &path)
 {
@@ -121,8 +129,12 @@ void OTIconOverlayView::updateColors()
     const QColor color = _iconView.colors().winColor;
     _bgColor = color;
     _fgColor = contrastingBlackOrWhite(color);
-    _filterBubble.setColors(_fgColor, _bgColor);
-    update(QRegion(_labelRect) + _filterBubble.rect() + _bigIcon.rect());
+    // Icons lie behind it, and those can have any colour.
+    _plate = Backdrop().strengthened(withAlpha(color, LabelAlpha), _fgColor);
+    // Its letters are large, and set off from icons by their shadow.
+    const Backdrop window = Backdrop().with(withAlpha(color, _iconView.colors().winAlpha));
+    _filterBubble.setColors(_fgColor, window.strengthened(withAlpha(color, BubbleAlpha), _fgColor));
+    update();
 }
 
 void OTIconOverlayView::selectedAppDidChange(QObject *view, const AppRef &app, const QRectF &rect)
@@ -221,9 +233,7 @@ void OTIconOverlayView::drawInfoForApp(const AppRef &app, const QRectF &inRect)
 
 void OTIconOverlayView::drawInfo(QPainter &painter) const
 {
-    QColor plate = _bgColor;
-    plate.setAlphaF(LabelAlpha);
-    painter.fillPath(capsulePath(_labelRect), plate);
+    painter.fillPath(capsulePath(_labelRect), _plate);
     painter.setFont(font());
     painter.setPen(_fgColor);
     painter.drawText(_labelRect, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, _label);
@@ -346,7 +356,7 @@ void OTIconOverlayView::paintEvent(QPaintEvent *event)
         painter.setClipPath(roundedRectanglePath(rect(), OTBkgndView::CornerRadius));
     }
     if (_filterBubble.isEmpty() && region.intersects(_bigIcon.rect())) {
-        _bigIcon.draw(painter, _bigPicture, _fgColor, _bgColor);
+        _bigIcon.draw(painter, _bigPicture, _fgColor, _plate);
     }
     if (region.intersects(_labelRect)) {
         drawInfo(painter);

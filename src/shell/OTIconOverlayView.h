@@ -87,6 +87,8 @@ private:
     qint64 _tabletHandedness = 1;
     QColor _fgColor;
     QColor _bgColor;
+    // The latter, as what is read is drawn on.
+    QColor _plate;
 
     AppRef _selectedApp;
     // Its cell, with y growing upwards from the lower edge of the overlay.

@@ -24,17 +24,8 @@ namespace {
 
 // Of the text, in points.
 constexpr int TextSize = 10;
-// Below this a window counts as not to be seen.
-constexpr float LeastVisibleAlpha = 0.01F;
-
 const QString windowAlphaKey = QStringLiteral("windowAlpha");
 const QString windowColorKey = QStringLiteral("windowColor");
-
-QColor withAlpha(QColor color, float alpha)
-{
-    color.setAlphaF(alpha);
-    return color;
-}
 
 } // namespace
 
@@ -99,7 +90,11 @@ void OTStatsControl::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() == _countTimer.timerId()) {
         _countTimer.stop();
+        const bool hadRoom = _wording != StatsButtons::Letter;
         updateCounts();
+        if (hadRoom && _wording == StatsButtons::Letter) {
+            Q_EMIT roomWanted();
+        }
     }
 }
 
@@ -125,19 +120,43 @@ void OTStatsControl::layOut(const QRect &place)
     fitLabels();
 }
 
+// The line is as high as a capsule, so that the text stands in the middle of it, and whole points
+// keep the capsules on pixels.
+QSizeF OTStatsControl::textSize(const QString &label, int height) const
+{
+    const QFontMetricsF metrics(font());
+    return { std::ceil(metrics.horizontalAdvance(label)),
+        std::max(metrics.height(), qreal(height - 2)) };
+}
+
+int OTStatsControl::leastWidth(int height) const
+{
+    const QFontMetricsF metrics(font());
+    const QString digits = QStringLiteral("0123456789");
+    const QChar widest =
+        *std::max_element(digits.cbegin(), digits.cend(), [&metrics](QChar one, QChar other) {
+            return metrics.horizontalAdvance(one) < metrics.horizontalAdvance(other);
+        });
+    StatsButtons buttons;
+    QList<QSizeF> sizes;
+    for (int i = 0; i < StatsButtons::Count; ++i) {
+        buttons.setCount(StatsButtons::countFromCatalogue(_appManager, i), i);
+        QString label = buttons.label(i, StatsButtons::Short);
+        std::replace_if(
+            label.begin(), label.end(), [](QChar c) { return c.isDigit(); }, widest);
+        sizes.append(textSize(label, height));
+    }
+    return StatsLayout(sizes, height).totalWidth();
+}
+
 void OTStatsControl::fitLabels()
 {
     const int height = std::max(_place.height(), 0);
-    const QFontMetricsF metrics(font());
-    // The line is as high as a capsule, so that the text stands in the middle of it, and whole
-    // points keep the capsules on pixels.
-    const qreal lineHeight = std::max(metrics.height(), qreal(height - 2));
     QList<QList<QSizeF>> wordings(StatsButtons::WordingCount);
     for (int wording = 0; wording < StatsButtons::WordingCount; ++wording) {
         for (int i = 0; i < StatsButtons::Count; ++i) {
-            const QString &label = _buttons.label(i, StatsButtons::Wording(wording));
             wordings[wording].append(
-                QSizeF(std::ceil(metrics.horizontalAdvance(label)), lineHeight));
+                textSize(_buttons.label(i, StatsButtons::Wording(wording)), height));
         }
     }
     const qsizetype fitting = StatsLayout::fittingWording(wordings, height, _place.width());
@@ -224,51 +243,43 @@ bool OTStatsControl::handleKeyDown(const QKeyEvent &event)
 void OTStatsControl::updateColors()
 {
     // The grid hears of preferences first, and complains of those that cannot be read.
-    const GridColors &colors = _iconView.colors();
-    const bool isSeen = colors.winAlpha >= LeastVisibleAlpha;
-    const QColor foreground = isSeen ? contrastingBlackOrWhite(colors.winColor) : QColor(Qt::white);
-    const QColor background = isSeen ? colors.winColor : contrastingBlackOrWhite(foreground);
-    if (colors.winAlpha != _winAlpha || foreground != _fgColor || background != _bgColor) {
-        _winAlpha = colors.winAlpha;
-        _fgColor = foreground;
-        _bgColor = background;
+    const GridColors &window = _iconView.colors();
+    const StatsColors colors(window.winAlpha, window.winColor);
+    if (colors != _colors) {
+        _colors = colors;
         update();
     }
 }
 
-// In a window that is to be seen, what is selected looks as if the pointer were on it; without the
-// window it is fainter.
-QColor OTStatsControl::fillColor(int index) const
+const StatsColors::Capsule &OTStatsControl::colorsOf(int index) const
 {
-    const bool isSeen = _winAlpha >= LeastVisibleAlpha;
-    constexpr float strong = 0.5F;
-    constexpr float faint = 0.3F;
-    float alpha = 0;
-    if (const MouseState state = mouseState(index); state != MouseState::None) {
-        alpha = state == MouseState::Hovered ? strong : faint;
-    } else if (_buttons.isSelected(index)) {
-        alpha = isSeen ? strong : faint;
+    switch (mouseState(index)) {
+    case MouseState::Hovered:
+        return _colors.hovered;
+    case MouseState::PressedInside:
+        return _colors.pressed;
+    case MouseState::None:
+        break;
     }
-    return withAlpha(_fgColor, isSeen ? alpha * _winAlpha : alpha);
+    return _buttons.isSelected(index) ? _colors.selected : _colors.plain;
 }
 
 void OTStatsControl::paintEvent(QPaintEvent *)
 {
-    constexpr float share = 0.5F;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QPainterPath outline = capsulePath(rect());
-    painter.fillPath(
-        outline, withAlpha(_bgColor, _winAlpha < LeastVisibleAlpha ? 1 : _winAlpha * share));
+    painter.fillPath(outline, _colors.row);
     // Clipped only where it has to be: what is clipped is smoothed along the edge once more.
     if (_layout.totalWidth() > width()) {
         painter.setClipPath(outline);
     }
-    painter.setPen(_fgColor);
     for (int i = 0; i < StatsButtons::Count; ++i) {
         const QRectF text = _layout.buttons()[i].text;
         if (text.width() >= 1) {
-            painter.fillPath(capsulePath(buttonRect(i)), fillColor(i));
+            const StatsColors::Capsule &colors = colorsOf(i);
+            painter.fillPath(capsulePath(buttonRect(i)), colors.fill);
+            painter.setPen(colors.text);
             painter.drawText(Geometry::flipped(text, height()),
                 Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, displayedLabel(i));
         }

@@ -11,9 +11,9 @@
 
 #include "shell/SpringLoading.h"
 #include "shell/StatsButtons.h"
+#include "shell/StatsColors.h"
 #include "shell/StatsLayout.h"
 
-#include <QColor>
 #include <QPointF>
 #include <QWidget>
 
@@ -39,6 +39,9 @@ public:
 
     // Stands at the left of a place in its parent, as high as that and no wider.
     void layOut(const QRect &place);
+    // Of a place of the given height in which the counts are shown, as the catalogue has them now.
+    // It is the same for all counts with as many digits.
+    int leastWidth(int height) const;
 
     // The index of a button is brought into the range of those that there are.
     void setCount(qint64 count, int forButtonAtIndex);
@@ -69,6 +72,10 @@ public:
 
     void updateColors();
 
+Q_SIGNALS:
+    // The counts have grown too long for the place, which showed them until now.
+    void roomWanted();
+
 protected:
     void paintEvent(QPaintEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -87,11 +94,12 @@ protected:
 private:
     void listDidChange(const QString &key);
     void updateCounts();
+    QSizeF textSize(const QString &label, int height) const;
     void fitLabels();
     void markSelection(bool isAnother);
     void setMouseState(MouseState state, int onlyButton);
     void pointerMoved(const std::optional<QPointF> &point);
-    QColor fillColor(int index) const;
+    const StatsColors::Capsule &colorsOf(int index) const;
 
     OTAppManager &_appManager;
     OTIconView &_iconView;
@@ -100,9 +108,7 @@ private:
     StatsLayout _layout;
     StatsButtons::Wording _wording = StatsButtons::Long;
 
-    float _winAlpha = 0;
-    QColor _fgColor;
-    QColor _bgColor;
+    StatsColors _colors;
 
     // The pointer over the control, and the button it is on.
     std::optional<QPointF> _pointer;

@@ -102,6 +102,8 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &OTWindow::screenParametersDidChange);
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this,
         &OTWindow::screenParametersDidChange);
+    connect(
+        _statsControl, &OTStatsControl::roomWanted, this, [this] { subviewDidResize(_iconView); });
     chooseScreen();
     updateColors();
     compositingDidChange();
@@ -196,6 +198,11 @@ QRect OTWindow::selectorRect() const
         std::max(0, width() - 2 * selectorInset), selectorHeight };
 }
 
+int OTWindow::leastWidth() const
+{
+    return _statsControl->leastWidth(selectorHeight) + 2 * selectorInset;
+}
+
 bool OTWindow::iconViewHasUserFocus() const
 {
     const QWidget *const modal = QApplication::activeModalWidget();
@@ -246,9 +253,9 @@ QPoint OTWindow::sheetPosition() const
 void OTWindow::updateColors()
 {
     const GridColors &colors = _iconView->colors();
-    const bool isBlack = needsBlackButtons(colors.winAlpha, colors.winColor);
-    _closeButton->setIsBlack(isBlack);
-    _prefsButton->setIsBlack(isBlack);
+    const PanelButtonLook look(colors.winAlpha, colors.winColor);
+    _closeButton->setLook(look);
+    _prefsButton->setLook(look);
     QPalette text = _emptyLabel->palette();
     text.setColor(QPalette::WindowText, colors.textColor);
     _emptyLabel->setPalette(text);

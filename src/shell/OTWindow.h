@@ -57,6 +57,8 @@ public:
     OTIconOverlayView &overlay() const { return *_overlay; }
     // Where the group selector has its place, in the panel's own coordinates.
     QRect selectorRect() const;
+    // Of the panel, so that the group selector can show its counts.
+    int leastWidth() const;
 
     // Whether it is there to be used; a panel that is fading out is not.
     bool isShown() const;

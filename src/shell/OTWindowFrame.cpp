@@ -11,7 +11,6 @@
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QScreen>
 
 namespace {
@@ -20,8 +19,6 @@ namespace {
 constexpr double slideTime = 0.25;
 // What an empty group is shown in, in points.
 constexpr QSizeF emptySize(360, 160);
-// Below that the letters of the selector would not find room.
-constexpr QSizeF leastGrid(130, 0);
 
 // The upper edge of the primary screen is 0 in both directions.
 QRectF upwards(const QRectF &rect)
@@ -40,7 +37,7 @@ void OTWindow::subviewDidResize(QObject *view)
     _animation->finishSlide();
     _resize->finish();
     const QSizeF grid = _iconView->isEmpty() ? emptySize : _iconView->viewSize();
-    const QSizeF size = PanelFrame::sizeForGrid(grid.expandedTo(leastGrid), _margins);
+    const QSizeF size = PanelFrame::sizeForGrid(grid, _margins).expandedTo(QSizeF(leastWidth(), 0));
     if (!isVisible()) {
         changeFrame(QRectF(QPointF(), size), Change::AtOnce);
         layOutGrid();

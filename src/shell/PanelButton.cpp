@@ -1,23 +1,48 @@
 #include "shell/PanelButton.h"
 
+#include "grid/GridPainter.h"
 #include "icons/ProgramImages.h"
+#include "support/Contrast.h"
+#include "support/Shapes.h"
 
 #include <QEvent>
 #include <QPainter>
+#include <QPainterPath>
 
 namespace {
 
 constexpr int Extent = 18; // points
 
-// Below this a window counts as not to be seen.
-constexpr float LeastVisibleAlpha = 0.01F;
 // Of the brightest component.
 constexpr float BrightWindow = 0.73F;
 
-constexpr qreal RestingOpacity = 0.75;
 constexpr qreal PressedOpacity = 0.5;
 
+QColor withAlpha(QColor color, double alpha)
+{
+    color.setAlphaF(float(alpha));
+    return color;
+}
+
 } // namespace
+
+PanelButtonLook::PanelButtonLook(float winAlpha, const QColor &winColor)
+{
+    const bool isSeen = winAlpha >= GridColors::leastVisibleAlpha;
+    isBlack = !isSeen || winColor.valueF() > BrightWindow;
+    const QColor color = isBlack ? Qt::black : Qt::white;
+    if (isSeen && Contrast::ratio(color, winColor) < Contrast::Enough) {
+        isBlack = !isBlack;
+    }
+    const QColor ink = isBlack ? Qt::black : Qt::white;
+    const QColor below = isSeen ? winColor : contrastingBlackOrWhite(ink);
+    if (!Backdrop().with(withAlpha(below, 1)).carries(withAlpha(ink, restingOpacity))) {
+        restingOpacity = 1;
+    }
+    plate = Backdrop()
+                .with(withAlpha(winColor, winAlpha))
+                .strengthened(withAlpha(below, 0), withAlpha(ink, restingOpacity));
+}
 
 PanelButton::PanelButton(Kind kind, QWidget *parent)
     : QAbstractButton(parent)
@@ -36,10 +61,10 @@ QSize PanelButton::sizeHint() const
     return { Extent, Extent };
 }
 
-void PanelButton::setIsBlack(bool isBlack)
+void PanelButton::setLook(const PanelButtonLook &look)
 {
-    if (isBlack != _isBlack) {
-        _isBlack = isBlack;
+    if (look != _look) {
+        _look = look;
         _picture = {};
         update();
     }
@@ -49,7 +74,7 @@ QString PanelButton::imageName() const
 {
     return QStringLiteral("%1_button_%2")
         .arg(_kind == Kind::Close ? QLatin1String("close") : QLatin1String("gear"),
-            _isBlack ? QLatin1String("black") : QLatin1String("white"));
+            _look.isBlack ? QLatin1String("black") : QLatin1String("white"));
 }
 
 void PanelButton::updateTexts()
@@ -84,11 +109,8 @@ const QPixmap &PanelButton::picture()
 void PanelButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setOpacity(isDown() ? PressedOpacity : underMouse() ? 1 : RestingOpacity);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(capsulePath(rect()), _look.plate);
+    painter.setOpacity(isDown() ? PressedOpacity : underMouse() ? 1 : _look.restingOpacity);
     painter.drawPixmap(0, 0, picture());
-}
-
-bool needsBlackButtons(float winAlpha, const QColor &winColor)
-{
-    return winAlpha < LeastVisibleAlpha || winColor.valueF() > BrightWindow;
 }

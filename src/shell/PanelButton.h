@@ -6,7 +6,25 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QColor>
 #include <QPixmap>
+
+// How the buttons look on a window.
+struct PanelButtonLook
+{
+    PanelButtonLook() = default;
+    // Black on a window that is not to be seen and on a bright one, otherwise white; the other one
+    // of the two where that could not be told from the window.
+    PanelButtonLook(float winAlpha, const QColor &winColor);
+
+    bool operator==(const PanelButtonLook &) const = default;
+
+    bool isBlack = false;
+    // While the pointer is elsewhere.
+    qreal restingOpacity = 0.75;
+    // What has to lie behind them, transparent where the window will do.
+    QColor plate = Qt::transparent;
+};
 
 class PanelButton : public QAbstractButton
 {
@@ -17,7 +35,7 @@ public:
 
     explicit PanelButton(Kind kind, QWidget *parent = nullptr);
 
-    void setIsBlack(bool isBlack);
+    void setLook(const PanelButtonLook &look);
     // The picture's name among the images.
     QString imageName() const;
     QSize sizeHint() const override;
@@ -31,10 +49,7 @@ private:
     const QPixmap &picture();
 
     const Kind _kind;
-    bool _isBlack = false;
+    PanelButtonLook _look;
     // For the ratio and the colour that it was last drawn with.
     QPixmap _picture;
 };
-
-// Whether white buttons would be lost on a window: one that is not to be seen, or a bright one.
-bool needsBlackButtons(float winAlpha, const QColor &winColor);

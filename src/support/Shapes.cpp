@@ -1,25 +1,8 @@
 #include "support/Shapes.h"
 
+#include "support/Contrast.h"
+
 #include <algorithm>
-#include <cmath>
-
-namespace {
-
-// What a component adds to the brightness that a screen gives off, from the definition of sRGB.
-double linear(float component)
-{
-    return component <= 0.04045F ? double(component) / 12.92
-                                 : std::pow((double(component) + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor &color)
-{
-    const QColor rgb = color.toRgb();
-    return 0.2126 * linear(rgb.redF()) + 0.7152 * linear(rgb.greenF())
-        + 0.0722 * linear(rgb.blueF());
-}
-
-} // namespace
 
 QPainterPath trianglePath(const QRectF &rect, Pointing pointing)
 {
@@ -66,11 +49,8 @@ QPainterPath capsulePath(const QRectF &rect)
 
 QColor contrastingBlackOrWhite(const QColor &color)
 {
-    // The contrast of two colours is the ratio of their luminances, each with the glare of a screen
-    // added, which the guidelines for accessible pages put at this much.
-    constexpr double glare = 0.05;
-    const double own = luminance(color) + glare;
-    return own / glare > (1 + glare) / own ? Qt::black : Qt::white;
+    return Contrast::ratio(color, Qt::black) > Contrast::ratio(color, Qt::white) ? Qt::black
+                                                                                 : Qt::white;
 }
 
 QColor colorFromText(const QString &text)

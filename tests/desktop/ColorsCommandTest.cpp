@@ -251,7 +251,7 @@ private Q_SLOTS:
         int mixed = 0;
         for (int x = 0; x < picture.width(); ++x) {
             const QColor color = picture.pixelColor(x, picture.height() / 2);
-            mixed += color.red() > 60 && color.blue() > 60 ? 1 : 0;
+            mixed += color.red() > 90 && color.blue() > 90 ? 1 : 0;
         }
         QCOMPARE(mixed, 0);
     }

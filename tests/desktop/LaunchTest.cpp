@@ -13,7 +13,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 // Where the grid begins in the panel.
-constexpr QPoint gridInPanel(18, 30);
+constexpr int topMargin = 30;
 
 QString outputOf(const QString &program, const QStringList &arguments)
 {
@@ -143,7 +143,9 @@ QPoint LaunchTest::middleOnScreen(const QString &name) const
             const QJsonArray rect = cell[u"rect"_s].toArray();
             const double x = rect[0].toDouble() + rect[2].toDouble() / 2;
             const double y = rect[1].toDouble() + rect[3].toDouble() / 2;
-            return QPointF(x, _size.height() - y).toPoint() + gridInPanel;
+            // A panel may be wider than its grid.
+            const QPoint grid((picture().width() - _size.width()) / 2, topMargin);
+            return QPointF(x, _size.height() - y).toPoint() + grid;
         }
     }
     return { -1, -1 };

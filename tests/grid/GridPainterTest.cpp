@@ -1,9 +1,12 @@
 #include "grid/GridPainter.h"
 
 #include "grid/LayoutSamples.h"
+#include "grid/MenuColors.h"
+#include "support/Contrast.h"
 #include "support/UserDefaults.h"
 
 #include <QBitmap>
+#include <QMenu>
 #include <QPainter>
 #include <QRegularExpression>
 #include <QTest>
@@ -135,6 +138,7 @@ private Q_SLOTS:
     void scanTextStandsInTheMiddle();
     void preferencesGiveTheColors();
     void aWindowThatIsNotSeen_hasBlackTextAndNoLines();
+    void menusFollowTheWindow();
 };
 
 void GridPainterTest::init()
@@ -157,8 +161,9 @@ void GridPainterTest::highlightsHaveCrispEdges()
 
     QCOMPARE(edges(false, false), QStringLiteral(", , "));
     QCOMPARE(edges(true, false), QStringLiteral("13+66, 20+98, 26+132"));
-    QCOMPARE(edges(false, true), QStringLiteral("12+2 78+2, 18+3 117+3, 24+4 156+4"));
-    QCOMPARE(edges(true, true), QStringLiteral("12+68, 18+102, 24+136"));
+    QCOMPARE(edges(false, true), QStringLiteral("12+2 77+2, 18+3 116+3, 24+4 155+4"));
+    // A pixel is left free before the next cell, which begins at 80 points.
+    QCOMPARE(edges(true, true), QStringLiteral("12+67, 18+101, 24+135"));
     const QImage image = drawn(oneCell(), 1, cell, colors);
     QCOMPARE(image.pixel(46, 13), qRgb(255, 0, 0));
     QVERIFY(qAlpha(image.pixel(12, 12)) < 64);
@@ -363,6 +368,27 @@ void GridPainterTest::aWindowThatIsNotSeen_hasBlackTextAndNoLines()
     QCOMPARE(seen.pixel(46, 46), qRgba(0, 0, 0, 77));
     QCOMPARE(seen.pixel(0, 0), 0U);
     QVERIFY(seen.pixelColor(97, 46).red() > 150);
+}
+
+void GridPainterTest::menusFollowTheWindow()
+{
+    QMenu menu;
+    GridColors colors;
+    for (const auto &[window, isDark] : { std::pair(Qt::black, true), std::pair(Qt::darkBlue, true),
+             std::pair(Qt::gray, false), std::pair(Qt::yellow, false) }) {
+        colors.winColor = window;
+        setMenuColors(menu, colors);
+        const QPalette shown = menu.palette();
+        QCOMPARE(shown.color(QPalette::Window).lightness() < 110, isDark);
+        QVERIFY(Contrast::ratio(shown.color(QPalette::Window), shown.color(QPalette::Text))
+            >= Contrast::Enough);
+        QVERIFY(Contrast::ratio(
+                    shown.color(QPalette::Highlight), shown.color(QPalette::HighlightedText))
+            >= Contrast::Enough);
+    }
+    colors.winAlpha = 0;
+    setMenuColors(menu, colors);
+    QCOMPARE(menu.palette().color(QPalette::Window), QPalette().color(QPalette::Window));
 }
 
 QTEST_MAIN(GridPainterTest)

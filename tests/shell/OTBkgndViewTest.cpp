@@ -53,7 +53,6 @@ private Q_SLOTS:
     void theBorderLiesInside();
     void withoutBlendingItIsOpaque_andCutOut();
     void preferencesAreFollowed();
-    void badPreferencesAreNotUsed();
 
 private:
     QRgb seenAt(const QPoint &point) const { return _view->grab().toImage().pixel(point); }
@@ -93,7 +92,8 @@ void OTBkgndViewTest::itIsAFilledRoundedRectangle()
             painter.fillPath(
                 roundedRectanglePath(QRectF(plain.rect()), 29 * ratio), QColor::fromRgba(Panel));
             painter.end();
-            QVERIFY(difference(image, plain) <= 4);
+            // The edge adds a little to its opacity.
+            QVERIFY(difference(image, plain) <= 14);
         }
     }
 }
@@ -172,8 +172,16 @@ void OTBkgndViewTest::preferencesAreFollowed()
 {
     set("windowColor", QStringLiteral("#ff0000"));
     set("windowAlpha", 1.0);
-    QCOMPARE(seenAt({ 100, 50 }), qRgb(255, 0, 0));
     QCOMPARE(seenAt({ 100, 1 }), qRgb(255, 0, 0));
+    // Barely to be told from the window, on every side.
+    for (const auto &[color, edge] : { std::pair("#000000", 36), std::pair("#ffffff", 219) }) {
+        set("windowColor", QLatin1String(color));
+        for (const QPoint &point :
+            { QPoint(100, 0), QPoint(100, 99), QPoint(0, 50), QPoint(199, 50) }) {
+            QCOMPARE(qRed(seenAt(point)), edge);
+        }
+    }
+    set("windowColor", QStringLiteral("#ff0000"));
     set("drawWindowBorder", true);
     QCOMPARE(seenAt({ 100, 1 }), qRgb(255, 255, 255));
     set("windowBorderColor", QStringLiteral("#00ff0080"));
@@ -182,14 +190,6 @@ void OTBkgndViewTest::preferencesAreFollowed()
     set("windowAlpha", 0.0);
     QCOMPARE(seenAt({ 100, 1 }), 0U);
     QCOMPARE(seenAt({ 100, 50 }), 0U);
-}
-
-void OTBkgndViewTest::badPreferencesAreNotUsed()
-{
-    set("drawWindowBorder", true);
-    QTest::ignoreMessage(QtWarningMsg, "windowBorderColor: \"light\" is no colour and is not used");
-    set("windowBorderColor", QStringLiteral("light"));
-    QVERIFY(qRed(seenAt({ 100, 1 })) > 200);
 }
 
 QTEST_MAIN(OTBkgndViewTest)

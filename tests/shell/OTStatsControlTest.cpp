@@ -2,12 +2,15 @@
 
 #include "shell/PanelFixture.h"
 #include "shell/StatsAccessible.h"
+#include "support/Contrast.h"
+#include "support/Shapes.h"
 
 #include <QDragEnterEvent>
 #include <QMimeData>
 #include <QPainter>
 
-#include <array>
+#include <algorithm>
+#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
 using MouseState = StatsButtons::MouseState;
@@ -38,10 +41,10 @@ private Q_SLOTS:
     void swipesOverTheGrid_areFollowed();
     void theMouse_isShownAndSelects();
     void pressesOffTheCapsules_areThePanels();
-    void fillsAreAsStrongAsTheyShouldBe_data();
-    void fillsAreAsStrongAsTheyShouldBe();
+    void fillsAreSharesOfTheWindow();
+    void labelsCanBeRead();
+    void countsAreShownBesideAnyIcons();
     void aDragThatRests_opens();
-    void theDelay_isAPreference_data();
     void theDelay_isAPreference();
     void assistiveTechnologies_findTabs();
 
@@ -156,12 +159,8 @@ void OTStatsControlTest::labelsGrowShorter_andAreCutOff()
     for (const int y : { 0, 1, 2, 15, 16, 17 }) {
         QVERIFY(qAlpha(picture().pixel(cut - 1, y)) < 20);
     }
-    for (const int extent : { 3, 1, 0, -5 }) {
-        control().layOut({ 30, 10, extent, 18 });
-        control().layOut({ 30, 10, extent, extent });
-        QCOMPARE(control().width(), qMax(extent, 0));
-        QVERIFY(extent <= 0 || !picture().isNull());
-    }
+    control().layOut({ 30, 10, -5, -5 });
+    QCOMPARE(control().width(), 0);
 
     makeWide();
     control().setCount(100'000, Included);
@@ -377,60 +376,96 @@ void OTStatsControlTest::pressesOffTheCapsules_areThePanels()
     QCOMPARE(selected(), int(Included));
 }
 
-void OTStatsControlTest::fillsAreAsStrongAsTheyShouldBe_data()
+void OTStatsControlTest::fillsAreSharesOfTheWindow()
 {
-    QTest::addColumn<double>("alpha");
-    QTest::addColumn<QString>("color");
-    // Of the row, and of a capsule on it: selected, hovered and pressed.
-    QTest::addColumn<QColor>("row");
-    QTest::addColumn<QColor>("selected");
-    QTest::addColumn<QColor>("hovered");
-    QTest::addColumn<QColor>("pressed");
-
-    const auto over = [](QColor below, QColor fill, double alpha) {
-        QImage pixel(1, 1, QImage::Format_ARGB32);
-        pixel.fill(below);
-        fill.setAlphaF(float(alpha));
-        QPainter(&pixel).fillRect(0, 0, 1, 1, fill);
-        return pixel.pixelColor(0, 0);
+    const auto areNear = [](const StatsColors &colors, const QList<double> &alphas) {
+        const QList<float> found { colors.row.alphaF(), colors.selected.fill.alphaF(),
+            colors.hovered.fill.alphaF(), colors.pressed.fill.alphaF() };
+        return std::equal(found.begin(), found.end(), alphas.begin(), alphas.end(),
+            [](float one, double other) { return std::abs(double(one) - other) < 0.004; });
     };
-    const auto row = [&over](const char *name, double alpha, const QString &color, QColor below,
-                         const QColor &fill, const std::array<double, 3> &alphas) {
-        QTest::newRow(name) << alpha << color << below << over(below, fill, alphas[0])
-                            << over(below, fill, alphas[1]) << over(below, fill, alphas[2]);
-    };
-    row("dark", 0.85, u"#000000ff"_s, QColor(0, 0, 0, 108), Qt::white, { 0.425, 0.425, 0.255 });
-    row("light", 0.85, u"#ffffffff"_s, QColor(255, 255, 255, 108), Qt::black,
-        { 0.425, 0.425, 0.255 });
-    row("faint", 0.02, u"#000000ff"_s, QColor(0, 0, 0, 3), Qt::white, { 0.01, 0.01, 0.006 });
-    // Whatever its colour.
-    row("not to be seen", 0, u"#ffffffff"_s, Qt::black, Qt::white, { 0.3, 0.5, 0.3 });
-}
+    QVERIFY(areNear({ 0.85F, Qt::white }, { 0.425, 0.425, 0.425, 0.255 }));
+    QVERIFY(areNear({ 1, QColor(128, 128, 128) }, { 0.5, 0.5, 0.5, 0.3 }));
+    // A little less, or the label could not be read.
+    QVERIFY(areNear({ 0.85F, Qt::black }, { 0.425, 0.41, 0.41, 0.255 }));
+    QVERIFY(areNear({ 0.005F, Qt::white }, { 1, 0.3, 0.461, 0.3 }));
+    QCOMPARE(StatsColors(0.005F, Qt::white).row.rgb(), QColor(Qt::black).rgb());
+    QCOMPARE(StatsColors(1, QColor(128, 128, 128)).plain.text, QColor(Qt::black));
+    QCOMPARE(StatsColors(1, QColor(128, 128, 128)).selected.text, QColor(Qt::white));
 
-void OTStatsControlTest::fillsAreAsStrongAsTheyShouldBe()
-{
-    QFETCH(double, alpha);
-    QFETCH(QString, color);
     fill(2);
-    set("windowAlpha", alpha);
-    set("windowColor", color);
     grid().setGroupToShow(IncludedGroup);
     makeWide();
-    const auto isPainted = [this](int index, const char *column) {
-        const QColor seen = picture().pixelColor(endOf(index));
-        const QColor expected = *static_cast<QColor *>(QTest::qData(column, qMetaTypeId<QColor>()));
-        const auto isNear = [](int one, int other) { return qAbs(one - other) <= 2; };
-        // What is nearly transparent has no colour to speak of.
-        return isNear(seen.alpha(), expected.alpha())
-            && (seen.alpha() < 10 || isNear(seen.red(), expected.red()));
-    };
-    QVERIFY(isPainted(Running, "row"));
-    QVERIFY(isPainted(Included, "selected"));
+    const auto alphaOf = [this](int index) { return picture().pixelColor(endOf(index)).alpha(); };
+    QCOMPARE(alphaOf(Running), 108);
+    QVERIFY(std::abs(alphaOf(Included) - 169) <= 1);
     send(QEvent::MouseMove, endOf(Running), {});
-    QVERIFY(isPainted(Running, "hovered"));
+    QCOMPARE(alphaOf(Running), alphaOf(Included));
     send(QEvent::MouseButtonPress, endOf(Included), Qt::LeftButton);
-    QVERIFY(isPainted(Included, "pressed"));
-    QVERIFY(isPainted(Running, "row"));
+    QVERIFY(std::abs(alphaOf(Included) - 145) <= 1);
+    QCOMPARE(alphaOf(Running), 108);
+}
+
+void OTStatsControlTest::labelsCanBeRead()
+{
+    fill(2);
+    grid().setGroupToShow(IncludedGroup);
+    makeWide();
+    const QRect place(control().pos(), control().size());
+    for (const QString &name : { u"#000000"_s, u"#ffffff"_s, u"#808080"_s, u"#c00000"_s,
+             u"#800000"_s, u"#008000"_s, u"#00c000"_s, u"#0000ff"_s, u"#000080"_s, u"#ffff00"_s }) {
+        for (const double alpha : { 0.0, 0.3, 0.85, 1.0 }) {
+            set("windowColor", name);
+            set("windowAlpha", alpha);
+            QColor window = colorFromText(name);
+            window.setAlphaF(float(alpha));
+            send(QEvent::MouseMove, endOf(Running), {});
+            for (const auto desktop : { Qt::black, Qt::darkGray, Qt::white }) {
+                QImage seen(place.size(), QImage::Format_RGB32);
+                seen.fill(desktop);
+                QPainter(&seen).fillRect(seen.rect(), window);
+                control().render(&seen, {}, {}, QWidget::DrawChildren);
+                for (const int index : { Included, Excluded, Running }) {
+                    const QColor below = seen.pixelColor(endOf(index));
+                    // Of the letters, the pixel that is smoothed least; no pixel is all ink.
+                    double contrast = 0;
+                    for (int i = 0; i < 10 * int(control().buttonRect(index).width() - 8); ++i) {
+                        const QPoint point(endOf(index).x() + i / 10, 4 + i % 10);
+                        contrast = qMax(contrast, Contrast::ratio(below, seen.pixelColor(point)));
+                    }
+                    QVERIFY2(contrast >= 0.93 * Contrast::Enough,
+                        qPrintable(u"%1 %2 %3: %4"_s.arg(name, QString::number(alpha),
+                            control().longLabel(index), QString::number(contrast))));
+                }
+            }
+        }
+    }
+}
+
+// In a panel that is no wider than it has to be.
+void OTStatsControlTest::countsAreShownBesideAnyIcons()
+{
+    fill(1);
+    grid().setGroupToShow(IncludedGroup);
+    _window->show();
+    QCOMPARE(labels().at(Included), u"1 I"_s);
+    const QSize narrow = _window->size();
+    for (int i = 0; i < 120; ++i) {
+        QFile(pathOf(u"later%1"_s.arg(i))).open(QIODevice::WriteOnly);
+    }
+    _manager->fullScan();
+    for (const AppRef &app : _manager->allApps1D().mid(1)) {
+        _manager->excludeApp(app);
+    }
+    QTRY_COMPARE(labels().at(Excluded), u"120 E"_s);
+    QVERIFY(_window->width() > narrow.width());
+    QCOMPARE(_window->height(), narrow.height());
+
+    // As long as the numbers are.
+    const int wide = _window->width();
+    _manager->moveApp(_manager->allApps1D().first(), UserGroup, 0, 0);
+    QTRY_COMPARE(labels().at(Favorite), u"1 F"_s);
+    QCOMPARE(_window->width(), wide);
 }
 
 void OTStatsControlTest::aDragThatRests_opens()
@@ -461,25 +496,14 @@ void OTStatsControlTest::aDragThatRests_opens()
     QTRY_COMPARE(selected(), int(Running));
 }
 
-void OTStatsControlTest::theDelay_isAPreference_data()
-{
-    QTest::addColumn<QVariant>("stored");
-    QTest::addColumn<double>("delay");
-
-    QTest::newRow("none") << QVariant() << 0.5;
-    QTest::newRow("short") << QVariant(0.05) << 0.05;
-    QTest::newRow("whole") << QVariant(2) << 2.0;
-    QTest::newRow("negative") << QVariant(-1) << 0.5;
-    QTest::newRow("huge") << QVariant(1e300) << 86400.0;
-}
-
 void OTStatsControlTest::theDelay_isAPreference()
 {
-    QFETCH(QVariant, stored);
-    if (stored.isValid()) {
+    QCOMPARE(SpringLoading::delay(), 0.5);
+    for (const auto &[stored, delay] :
+        { std::pair(0.05, 0.05), std::pair(-1.0, 0.5), std::pair(1e300, 86400.0) }) {
         _defaults->setObjectForThisRun(u"com.apple.springing.delay"_s, stored);
+        QCOMPARE(SpringLoading::delay(), delay);
     }
-    QTEST(SpringLoading::delay(), "delay");
 }
 
 void OTStatsControlTest::assistiveTechnologies_findTabs()

@@ -1,6 +1,10 @@
 #include "support/Shapes.h"
 
+#include "support/Contrast.h"
+
 #include <QTest>
+
+#include <cmath>
 
 class ShapesTest : public QObject
 {
@@ -10,6 +14,7 @@ private Q_SLOTS:
     void aTrianglePointsAndFillsItsRectangle();
     void cornersAreRound_atMostToACapsule();
     void blackOrWhite_isWhatContrastsMore();
+    void aLayerIsStrengthenedAsFarAsNeeded();
     void colorsAreTexts();
 };
 
@@ -52,6 +57,21 @@ void ShapesTest::blackOrWhite_isWhatContrastsMore()
         { QColor(Qt::green), QColor(255, 255, 255, 0), paleInAnotherModel }) {
         QCOMPARE(contrastingBlackOrWhite(light), QColor(Qt::black));
     }
+}
+
+void ShapesTest::aLayerIsStrengthenedAsFarAsNeeded()
+{
+    QCOMPARE(Contrast::ratio(Qt::black, Qt::white), 21.0);
+    QVERIFY(std::abs(Contrast::ratio(QColor(0x76, 0x76, 0x76), Qt::white) - 4.54) < 0.01);
+    const Backdrop desktop;
+    const QColor strong(0, 0, 0, 204);
+    QCOMPARE(desktop.strengthened(strong, Qt::white), strong);
+    const QColor grey(128, 128, 128, 100);
+    const QColor stronger = desktop.strengthened(grey, Qt::black);
+    QCOMPARE(stronger.rgb(), grey.rgb());
+    QVERIFY(std::abs(desktop.with(stronger).contrast(Qt::black) - 4.55) < 0.01);
+    // What lies below helps.
+    QVERIFY(desktop.with(grey).strengthened(grey, Qt::black).alpha() < stronger.alpha());
 }
 
 void ShapesTest::colorsAreTexts()

@@ -21,6 +21,7 @@
 
 #include <csignal>
 #include <cstring>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace {
@@ -77,6 +78,8 @@ private:
 
 QString firstLine(QProcess &process, const QString &program, const QStringList &arguments)
 {
+    // It goes with the test, whichever way that ends.
+    process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     process.start(program, arguments);
     process.waitForReadyRead();
     return QString::fromUtf8(process.readLine()).trimmed();
@@ -196,7 +199,7 @@ void LaunchScopeTest::init()
     QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.systemd1")));
     QVERIFY(bus.registerService(QStringLiteral("org.example.My-App")));
     _announcements = std::make_unique<Announcements>();
-    qApp->installNativeEventFilter(_announcements.get());
+    QCoreApplication::instance()->installNativeEventFilter(_announcements.get());
 }
 
 void LaunchScopeTest::cleanup()

@@ -23,7 +23,7 @@ std::optional<bool> isOnTheBus;
 bool isThereADisplay()
 {
     const QString platform = QGuiApplication::platformName();
-    return qobject_cast<QApplication *>(qApp)
+    return qobject_cast<QApplication *>(QCoreApplication::instance())
         && (platform == QLatin1String("xcb") || platform.startsWith(QLatin1String("wayland")));
 }
 

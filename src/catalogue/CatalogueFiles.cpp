@@ -122,24 +122,24 @@ void CatalogueFiles::reportDamage(
     }
 }
 
-void CatalogueFiles::writePaths(const QStringList &paths, const QString &fileName)
+bool CatalogueFiles::writePaths(const QStringList &paths, const QString &fileName)
 {
-    write(toArray(paths), fileName);
+    return write(toArray(paths), fileName);
 }
 
-void CatalogueFiles::writePathArrays(const QList<QStringList> &bunches, const QString &fileName)
+bool CatalogueFiles::writePathArrays(const QList<QStringList> &bunches, const QString &fileName)
 {
-    write(toArray(bunches), fileName);
+    return write(toArray(bunches), fileName);
 }
 
-void CatalogueFiles::write(const QVariantList &array, const QString &fileName)
+bool CatalogueFiles::write(const QVariantList &array, const QString &fileName)
 {
     if (_writing == Writing::Never || _untouchable.contains(fileName)) {
-        return;
+        return _writing == Writing::Never;
     }
     const QString folder = userApplicationSupportFolder();
     // Missing folders above it are made too: a new account has no data folder yet, and the
     // favourites of its first day must last. A failure shows in the write.
     QDir().mkpath(folder);
-    PropertyList::writeFile(folder + QLatin1Char('/') + fileName, array);
+    return PropertyList::writeFile(folder + QLatin1Char('/') + fileName, array);
 }

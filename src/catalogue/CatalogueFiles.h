@@ -42,12 +42,14 @@ public:
     // Whether a file was found damaged since this object was made.
     bool wasDamaged(const QString &fileName) const { return _damaged.contains(fileName); }
 
-    void writePaths(const QStringList &paths, const QString &fileName);
-    void writePathArrays(const QList<QStringList> &bunches, const QString &fileName);
+    // False and one log line when the file could not be written. A file that was damaged and could
+    // not be moved away is not written either, which the log knows already.
+    bool writePaths(const QStringList &paths, const QString &fileName);
+    bool writePathArrays(const QList<QStringList> &bunches, const QString &fileName);
 
 private:
     QString folder(Domain domain) const;
-    void write(const QVariantList &array, const QString &fileName);
+    bool write(const QVariantList &array, const QString &fileName);
     void reportDamage(const QString &fileName, Domain domain, const QString &reason,
         const QVariantList &remaining);
 

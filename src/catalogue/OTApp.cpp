@@ -8,7 +8,6 @@
 #include "support/PropertyList.h"
 #include "support/StandardPath.h"
 
-#include <QCoreApplication>
 #include <QDataStream>
 #include <QFile>
 #include <QMap>
@@ -17,6 +16,20 @@
 #include <algorithm>
 
 namespace {
+
+// For people.
+QString launchFailure(const QString &name, LaunchStatus status)
+{
+    switch (status) {
+    case LaunchStatus::FileNotFound:
+        return OTApp::tr("%1 cannot be started: it is no longer there.").arg(name);
+    case LaunchStatus::CannotExecute:
+        return OTApp::tr("%1 cannot be started: its program is missing or may not be run.")
+            .arg(name);
+    default:
+        return OTApp::tr("%1 cannot be started.").arg(name);
+    }
+}
 
 QStringList readExcludedNameSubstrings()
 {
@@ -166,16 +179,27 @@ bool OTApp::launchWithDocuments(const std::optional<QList<QUrl>> &documents) con
     }
     qCWarning(lcCatalogue, "LSOpenCFURLRef() returned err: %ld for URL: %s", long(status),
         qUtf8Printable(url().toString()));
-    if (status == LaunchStatus::FileNotFound) {
-        const AppRef app = std::const_pointer_cast<OTApp>(shared_from_this());
-        // The centre is looked up on the main thread too: it belongs to the thread that first asks.
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [app] {
-            NotificationCenter &center = NotificationCenter::defaultCenter();
-            Q_EMIT center.applicationOpenUntitledFile();
-            Q_EMIT center.N_AppIsMissing(app);
-        });
-    }
+    announceFailureOnMainThread(status);
     return false;
+}
+
+// The centre is looked up there too: it belongs to the thread that first asks.
+void OTApp::announceFailureOnMainThread(LaunchStatus status) const
+{
+    const AppRef app = std::const_pointer_cast<OTApp>(shared_from_this());
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [app, status] { app->announceFailure(status); });
+}
+
+// The panel has gone by now, and what went wrong is said there.
+void OTApp::announceFailure(LaunchStatus status)
+{
+    NotificationCenter &center = NotificationCenter::defaultCenter();
+    Q_EMIT center.applicationOpenUntitledFile();
+    if (status == LaunchStatus::FileNotFound) {
+        Q_EMIT center.N_AppIsMissing(shared_from_this());
+    }
+    Q_EMIT center.N_UserMessage(launchFailure(displayName(), status));
 }
 
 QList<ApplicationActions::Action> OTApp::actions() const
@@ -185,7 +209,11 @@ QList<ApplicationActions::Action> OTApp::actions() const
 
 bool OTApp::performAction(const QString &id) const
 {
-    return _desktop.applicationActions().perform(_path, id);
+    if (_desktop.applicationActions().perform(_path, id)) {
+        return true;
+    }
+    announceFailureOnMainThread(LaunchStatus::Failed);
+    return false;
 }
 
 std::optional<qint64> OTApp::pid() const

@@ -13,8 +13,10 @@
 #include "icons/IconParameters.h"
 #include "platform/ApplicationActions.h"
 #include "platform/ApplicationControl.h"
+#include "platform/Launcher.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QImage>
 #include <QString>
 #include <QStringList>
@@ -29,6 +31,8 @@ struct LoadedIcon;
 
 class OTApp : public std::enable_shared_from_this<OTApp>
 {
+    Q_DECLARE_TR_FUNCTIONS(OTApp)
+
 public:
     // The desktop must outlive the entry.
     OTApp(const QString &path, Desktop &desktop);
@@ -104,14 +108,14 @@ public:
 
     // Launches the application with the documents on the pasteboard: its local files, else its
     // first URL, else an empty list; with no pasteboard, without documents. May be called from any
-    // thread; a bundle that is gone is announced on the main thread. True on success, one log line
-    // otherwise.
+    // thread. True on success; otherwise one log line, and the main thread asks for the panel and
+    // tells the user there, and announces a bundle that is gone.
     bool launchWithPasteboard(const QMimeData *pasteboard) const;
     bool launchWithDocuments(const std::optional<QList<QUrl>> &documents) const;
     static std::optional<QList<QUrl>> documentsOnPasteboard(const QMimeData *pasteboard);
 
     // What the application offers beside being started, and doing it, which may be on any thread.
-    // False and one log line when it could not be done.
+    // False and one log line when it could not be done; the user is told as above.
     QList<ApplicationActions::Action> actions() const;
     bool performAction(const QString &id) const;
 
@@ -142,6 +146,8 @@ private:
     struct Request
     { };
 
+    void announceFailureOnMainThread(LaunchStatus status) const;
+    void announceFailure(LaunchStatus status);
     void refreshName();
     void loadIconOfFile(quint64 fileNumber, const IconParameters &parameters);
     void requestIcon();

@@ -4,6 +4,7 @@
 #include "catalogue/ChangeScope.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "support/NotificationCenter.h"
 #include "support/StandardPath.h"
 #include "support/UserDefaults.h"
 
@@ -210,13 +211,21 @@ void OTAppManager::readUserAppsFromDisk()
 
 void OTAppManager::writeExcludedApps()
 {
-    _files.writePaths(pathsFromApps(_excludedApps1D), excludedFile());
+    if (!_files.writePaths(pathsFromApps(_excludedApps1D), excludedFile())) {
+        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+            tr("What is excluded could not be saved, and lasts only until Ortu ends."));
+    }
 }
 
 void OTAppManager::writeUserApps()
 {
-    _files.writePathArrays(pathArraysFromAppArrays(userApps()), userFile());
-    _files.writePaths(pathsFromApps(userApps1D()), user1DFile());
+    const bool areBunchesKept =
+        _files.writePathArrays(pathArraysFromAppArrays(userApps()), userFile());
+    const bool isOrderKept = _files.writePaths(pathsFromApps(userApps1D()), user1DFile());
+    if (!areBunchesKept || !isOrderKept) {
+        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+            tr("The favourites could not be saved, and last only until Ortu ends."));
+    }
 }
 
 void OTAppManager::writeAllApps()

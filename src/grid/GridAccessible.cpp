@@ -200,8 +200,10 @@ void GridAccessible::contentChanged(OTIconView *view)
     if (QAccessible::isActive()) {
         QAccessibleEvent order(view, QAccessible::ObjectReorder);
         QAccessible::updateAccessibility(&order);
-        QAccessibleEvent name(view, QAccessible::NameChanged);
-        QAccessible::updateAccessibility(&name);
+        for (const auto changed : { QAccessible::NameChanged, QAccessible::DescriptionChanged }) {
+            QAccessibleEvent text(view, changed);
+            QAccessible::updateAccessibility(&text);
+        }
     }
 }
 
@@ -243,8 +245,13 @@ OTIconView *GridAccessible::view() const
 
 QString GridAccessible::text(QAccessible::Text kind) const
 {
-    return kind == QAccessible::Name && view() ? view()->groupTitle()
-                                               : QAccessibleWidget::text(kind);
+    if (view() && kind == QAccessible::Name) {
+        return view()->groupTitle();
+    }
+    if (view() && kind == QAccessible::Description && view()->isEmpty()) {
+        return view()->emptyHint();
+    }
+    return QAccessibleWidget::text(kind);
 }
 
 int GridAccessible::childCount() const

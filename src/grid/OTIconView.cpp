@@ -156,6 +156,34 @@ QString OTIconView::groupTitle() const
     }
 }
 
+QString OTIconView::emptyHint() const
+{
+    if (!isEmpty() || _appManager.isBusyScanning()) {
+        return {};
+    }
+    switch (_groupShown) {
+    case RunningGroup:
+        return tr("Nothing is running. An application appears here while it runs.");
+    case ExcludedGroup:
+    case Excluded1DGroup:
+        return tr("Nothing is excluded. Choose Exclude in an application's menu.");
+    case MissingGroup:
+        return tr("Nothing is missing. What was excluded and is gone appears here.");
+    case UserGroup:
+    case User1DGroup:
+        return tr("No favourites yet. Choose Add Favorite in an application's menu.");
+    case IncludedGroup:
+    case Included1DGroup:
+        if (!_appManager.allApps1D().isEmpty()) {
+            return tr("Everything is excluded. Choose Include in an application's menu.");
+        }
+        break;
+    default:
+        break;
+    }
+    return tr("No applications were found in the folders that are searched.");
+}
+
 void OTIconView::updateLayout()
 {
     _layout.setSettings(GridInput::settings());

@@ -85,6 +85,9 @@ public:
     bool isAppExcluded(const AppRef &app) const { return _excludedPaths.contains(app); }
     // What the shown group is called.
     QString groupTitle() const;
+    // Why the shown group has nothing to show and what can be done about it, for people; empty
+    // while it has something, and while applications are looked for.
+    QString emptyHint() const;
 
     // Keys as they come; the view never has the keyboard itself, its window hands them on. True
     // when the key was used. Keys for commands come first, then those that move the selection, then

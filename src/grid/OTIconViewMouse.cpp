@@ -10,6 +10,7 @@
 #include "grid/PoofEffect.h"
 #include "platform/Desktop.h"
 #include "support/Geometry.h"
+#include "support/NotificationCenter.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -153,6 +154,8 @@ void OTIconView::launchApp(const AppRef &app, const QMimeData *withPasteboard)
             _appManager.locateUserApps();
         } else {
             qCWarning(lcGrid, "Invalid application path: %s", qUtf8Printable(app->path()));
+            Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+                tr("%1 cannot be started: it is no longer there.").arg(app->displayName()));
         }
         return;
     }

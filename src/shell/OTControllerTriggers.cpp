@@ -107,8 +107,13 @@ void OTController::hotKeyPressed(const ActivationStamp &stamp)
 
 void OTController::takeHotKeyProblem(const QString &whyNot)
 {
+    const bool isNews = whyNot != _hotKeyProblem;
     _hotKeyProblem = whyNot;
     if (!whyNot.isEmpty()) {
+        if (isNews) {
+            Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+                tr("%1 does not summon Ortu: %2.").arg(hotKeyString(), whyNot));
+        }
         qCWarning(lcShell,
             "no hot key: %s; 'ortu --toggle' can be bound to a key in the desktop's settings",
             qUtf8Printable(whyNot));

@@ -14,6 +14,7 @@
 #include "support/Shapes.h"
 #include "support/UserDefaults.h"
 
+#include <QAccessible>
 #include <QFontMetricsF>
 #include <QMarginsF>
 #include <QPaintEvent>
@@ -31,6 +32,7 @@ constexpr int LabelTime = 2000;
 // Nobody waits longer for the bubble to go, in seconds.
 constexpr double LongestReset = 3600;
 constexpr float LabelAlpha = 0.8F;
+constexpr float MessageAlpha = 0.97F;
 constexpr float BubbleAlpha = 0.25F;
 // How far the round corners of the panel reach in, from a side that is cut square, in points.
 const QMarginsF cornerMargins(9, 9, 9, 9);
@@ -276,6 +278,38 @@ void OTIconOverlayView::setFilterString(const QString &filterString)
     if (!changed.isEmpty()) {
         update(changed + _bigIcon.rect());
     }
+    updateFilterNote();
+}
+
+// While the bubble is there it says the same, and larger.
+void OTIconOverlayView::updateFilterNote()
+{
+    const bool isWanted = _filterBubble.isEmpty() && isVisible();
+    QRegion changed(_filterNote.rect());
+    _filterNote.setFilter(
+        isWanted ? oneLine(_iconView.filterSubstring()) : QString(), font(), _notePlace);
+    changed += _filterNote.rect();
+    update(changed);
+}
+
+void OTIconOverlayView::setNotePlace(const QRect &place)
+{
+    _notePlace = place;
+    updateFilterNote();
+}
+
+void OTIconOverlayView::setMessage(const QString &message)
+{
+    const QRect before = _message.rect();
+    _message.setText(message, size());
+    update(QRegion(before) + _message.rect());
+    if (message != accessibleName()) {
+        setAccessibleName(message);
+        if (!message.isEmpty() && QAccessible::isActive()) {
+            QAccessibleEvent alert(this, QAccessible::Alert);
+            QAccessible::updateAccessibility(&alert);
+        }
+    }
 }
 
 void OTIconOverlayView::filterStringTimerFire()
@@ -351,7 +385,8 @@ void OTIconOverlayView::paintEvent(QPaintEvent *event)
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     const QRegion &region = event->region();
     // In a small panel what is drawn in its middle reaches the round corners.
-    const QRectF middle = QRectF(_filterBubble.rect()) | QRectF(_bigIcon.rect());
+    const QRectF middle =
+        QRectF(_filterBubble.rect()) | QRectF(_bigIcon.rect()) | QRectF(_message.rect());
     if (!QRectF(rect()).marginsRemoved(cornerMargins).contains(middle)) {
         painter.setClipPath(roundedRectanglePath(rect(), OTBkgndView::CornerRadius));
     }
@@ -364,18 +399,29 @@ void OTIconOverlayView::paintEvent(QPaintEvent *event)
     if (region.intersects(_filterBubble.rect())) {
         _filterBubble.draw(painter, _filterStringAlpha);
     }
+    if (region.intersects(_filterNote.rect())) {
+        painter.setFont(font());
+        _filterNote.draw(painter, _fgColor, _plate);
+    }
+    if (region.intersects(_message.rect())) {
+        // Nothing of what it covers is to be read through it.
+        _message.draw(
+            painter, _fgColor, withAlpha(_bgColor, std::max(_plate.alphaF(), MessageAlpha)));
+    }
 }
 
 void OTIconOverlayView::resizeEvent(QResizeEvent *)
 {
     followGrid();
     setFilterString(_filterString);
+    setMessage(_message.text());
 }
 
 void OTIconOverlayView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
     followGrid();
+    updateFilterNote();
 }
 
 void OTIconOverlayView::hideEvent(QHideEvent *event)

@@ -1,6 +1,6 @@
 // What floats above the icons of the panel: the name of the selected application beside its icon,
-// the bubble with what has been typed, and an application in large. It lies over the whole panel
-// and lets the mouse through.
+// the bubble with what has been typed, a small note of the filter once that has faded, an
+// application in large, and a message. It lies over the whole panel and lets the mouse through.
 //
 // The name grows longer when the selection rests, and it goes where its icon goes: nothing floats
 // over a cell that has become empty, or over the text that stands in for the grid. Only the places
@@ -12,7 +12,9 @@
 #include "catalogue/AppList.h"
 #include "shell/BigIcon.h"
 #include "shell/FilterBubble.h"
+#include "shell/FilterNote.h"
 #include "shell/KRViewAnimation.h"
+#include "shell/MessageBubble.h"
 
 #include <QColor>
 #include <QImage>
@@ -42,12 +44,18 @@ public:
     const QRect &labelRect() const { return _labelRect; }
     const FilterBubble &filterBubble() const { return _filterBubble; }
     double filterStringAlpha() const { return _filterStringAlpha; }
+    const FilterNote &filterNote() const { return _filterNote; }
+    const MessageBubble &message() const { return _message; }
     // Empty while no application is shown in large; the bubble hides it.
     const QRect &bigIconRect() const { return _bigIcon.rect(); }
 
     // Shows an application in large until another one is given. Null leaves what the tablet mode
     // shows by itself, which is the selected one.
     void drawBigIconForApp(const AppRef &app);
+    // Where the note of the filter has its place.
+    void setNotePlace(const QRect &place);
+    // Above everything else, until it is replaced by another one or by none.
+    void setMessage(const QString &message);
     // The grid has forgotten what was typed.
     void clearFilterString();
     void startFilterStringAnimation();
@@ -74,6 +82,7 @@ private:
     void startLabelTimer();
     void cancelFilterStringTimer();
     void setFilterString(const QString &filterString);
+    void updateFilterNote();
 
     QString fullLabel() const;
     void drawInfoForApp(const AppRef &app, const QRectF &inRect);
@@ -106,10 +115,14 @@ private:
     KRViewAnimation _filterStringAnimation { this };
     double _filterStringAlpha = 1;
     FilterBubble _filterBubble;
+    QRect _notePlace;
+    FilterNote _filterNote;
 
     // What was asked for, and what is shown.
     AppRef _bigIconWanted;
     AppRef _bigIconApp;
     BigIcon _bigIcon;
     QImage _bigPicture;
+
+    MessageBubble _message;
 };

@@ -3,17 +3,18 @@
 #include "catalogue/OTAppManager.h"
 #include "grid/OTIconView.h"
 #include "platform/Desktop.h"
+#include "shell/EmptyHint.h"
 #include "shell/OTBkgndView.h"
 #include "shell/OTIconOverlayView.h"
 #include "shell/OTStatsControl.h"
 #include "shell/PanelButton.h"
+#include "shell/PanelMessages.h"
 #include "shell/PanelResize.h"
 #include "shell/WindowAnimation.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QScreen>
 #include <QWindow>
 
@@ -54,7 +55,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     , _statsControl(new OTStatsControl(appManager, *_iconView, this))
     , _closeButton(new PanelButton(PanelButton::Kind::Close, this))
     , _prefsButton(new PanelButton(PanelButton::Kind::Gear, this))
-    , _emptyLabel(new QLabel(tr("No applications"), this))
+    , _emptyHint(new EmptyHint(appManager, *_iconView, this))
     , _overlay(new OTIconOverlayView(appManager, *_iconView, this))
     , _margins(panelMargins)
     , _isNonActivating(UserDefaults::standard().boolForKey(Key::nonActivatingPanel))
@@ -74,8 +75,6 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     setMouseTracking(true);
     _background->lower();
     _iconView->installEventFilter(this);
-    _emptyLabel->setAlignment(Qt::AlignCenter);
-    _emptyLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     _overlay->setObjectName(QStringLiteral("Ortu Overlay"));
     _overlay->raise();
 
@@ -104,6 +103,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
         &OTWindow::screenParametersDidChange);
     connect(
         _statsControl, &OTStatsControl::roomWanted, this, [this] { subviewDidResize(_iconView); });
+    new PanelMessages(*this);
     chooseScreen();
     updateColors();
     compositingDidChange();
@@ -256,9 +256,7 @@ void OTWindow::updateColors()
     const PanelButtonLook look(colors.winAlpha, colors.winColor);
     _closeButton->setLook(look);
     _prefsButton->setLook(look);
-    QPalette text = _emptyLabel->palette();
-    text.setColor(QPalette::WindowText, colors.textColor);
-    _emptyLabel->setPalette(text);
+    _emptyHint->updateColors();
 }
 
 void OTWindow::compositingDidChange()
@@ -286,6 +284,8 @@ void OTWindow::layOutSubviews()
     };
     place(_closeButton, buttonInset);
     place(_prefsButton, QPoint(width() - buttonInset.x(), buttonInset.y()));
+    _overlay->setNotePlace(QRect(QPoint(2 * buttonInset.x(), 0),
+        QPoint(width() - 1 - 2 * buttonInset.x(), 2 * buttonInset.y() - 1)));
 }
 
 void OTWindow::layOutGrid()
@@ -299,6 +299,6 @@ void OTWindow::layOutGrid()
         : std::max(0, grid.width() - int(std::ceil(_iconView->viewSize().width())));
     _iconView->setGeometry(grid.adjusted(spare / 2, 0, spare / 2 - spare, 0));
     _overlay->setGeometry(rect());
-    _emptyLabel->setGeometry(grid);
-    _emptyLabel->setVisible(_iconView->isEmpty() && !_resize->isUnderWay());
+    _emptyHint->setGeometry(grid);
+    _emptyHint->setVisible(_iconView->isEmpty() && !_resize->isUnderWay());
 }

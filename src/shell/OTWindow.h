@@ -20,6 +20,7 @@
 #include <optional>
 
 class Desktop;
+class EmptyHint;
 class OTAppManager;
 class OTBkgndView;
 class OTIconOverlayView;
@@ -27,7 +28,6 @@ class OTIconView;
 class OTStatsControl;
 class PanelButton;
 class PanelResize;
-class QLabel;
 class QScreen;
 class WindowAnimation;
 
@@ -161,7 +161,7 @@ private:
     OTStatsControl *_statsControl;
     PanelButton *_closeButton;
     PanelButton *_prefsButton;
-    QLabel *_emptyLabel;
+    EmptyHint *_emptyHint;
     OTIconOverlayView *_overlay;
 
     PanelMargins _margins;

@@ -61,6 +61,10 @@ Q_SIGNALS:
     // A window is about to take another frame because of that, and has done so.
     void N_WindowWillResize(QObject *window);
     void N_WindowDidResize(QObject *window);
+    // Something that the user asked for has come to nothing, or will not last: one sentence that
+    // says what and why. It appears on the panel, at once or when that is shown next. Where nothing
+    // else does, the sender also writes a line into the log.
+    void N_UserMessage(const QString &message);
     void applicationDidFinishLaunching();
     // Somebody asks that the panel be shown, as if the program had been started again.
     void applicationOpenUntitledFile();

@@ -2,6 +2,7 @@
 
 #include "support/DefaultsFile.h"
 #include "support/Log.h"
+#include "support/NotificationCenter.h"
 #include "support/PreferenceType.h"
 #include "support/PropertyList.h"
 
@@ -72,12 +73,18 @@ bool UserDefaults::Private::store(const QString &key, const QVariant &value)
     if (isSame && !_unwritten.contains(key)) {
         return true;
     }
+    const bool isFirstFailure = _unwritten.isEmpty();
     _unwritten.insert(key, value);
-    if (!file.apply(_unwritten)) {
-        return false;
+    if (file.apply(_unwritten)) {
+        _unwritten.clear();
+        return true;
     }
-    _unwritten.clear();
-    return true;
+    // Once; the panel alone notes something down each time it is hidden.
+    if (isFirstFailure) {
+        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+            UserDefaults::tr("The preferences could not be saved, and last only until Ortu ends."));
+    }
+    return false;
 }
 
 // Brings the values in force up to date and tells which of them changed.

@@ -58,7 +58,8 @@ public:
 
     // Stores a value, writes the file and announces the change. Nothing happens when the same value
     // is stored already. False and one log line when it could not be written: the value then holds
-    // until the program ends, and the next write that succeeds takes it along. False and one log
+    // until the program ends, the next write that succeeds takes it along, and the user is told of
+    // the first such failure. False and one log
     // line, and nothing changed, for a value of the wrong type or one that a property list cannot
     // hold. An invalid value removes the key.
     bool setObject(const QString &key, const QVariant &value);

@@ -108,35 +108,20 @@ private Q_SLOTS:
         QCOMPARE(content(file() + u".damaged"_s), stored);
     }
 
-    void damagedFileThatMayNotBeTouched_staysAndIsNamed_data()
-    {
-        QTest::addColumn<Domain>("domain");
-        QTest::addColumn<CatalogueFiles::Writing>("writing");
-        QTest::newRow("everybody's") << Domain::Local << CatalogueFiles::Writing::Allowed;
-        QTest::newRow("nothing is written") << Domain::User << CatalogueFiles::Writing::Never;
-    }
-
     void damagedFileThatMayNotBeTouched_staysAndIsNamed()
     {
-        QFETCH(Domain, domain);
-        QFETCH(CatalogueFiles::Writing, writing);
-        CatalogueFiles files(_desktop->searchPaths(), writing);
-        const QString folder = domain == Domain::User ? u"user"_s : u"local"_s;
         const QByteArray stored = plist(array(a + number));
-        const QString path = _desktop->tree.add(folder + u"/Ortu/F.plist"_s, stored);
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^cannot use .*F\\.plist: 1 of"_s));
-        QCOMPARE(text(files, Shape::Flat, domain), u"/a"_s);
-        QCOMPARE(content(path), stored);
-        QCOMPARE(QDir(_desktop->tree.path(folder + u"/Ortu"_s)).entryList(QDir::Files).size(), 1);
-    }
-
-    void folderThatCannotBeMade_isOneLineAWrite()
-    {
-        _desktop->tree.add(u"user"_s, "a file, where a folder belongs");
-        CatalogueFiles files(_desktop->searchPaths());
-        QCOMPARE(text(files, Shape::Flat), u"none"_s);
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^cannot write .*F\\.plist: ."_s));
-        files.writePaths({ u"/a"_s }, u"F.plist"_s);
+        for (const auto &[domain, folder, writing] :
+            { std::tuple(Domain::Local, u"local/Ortu"_s, CatalogueFiles::Writing::Allowed),
+                std::tuple(Domain::User, u"user/Ortu"_s, CatalogueFiles::Writing::Never) }) {
+            CatalogueFiles files(_desktop->searchPaths(), writing);
+            const QString path = _desktop->tree.add(folder + u"/F.plist"_s, stored);
+            QTest::ignoreMessage(
+                QtWarningMsg, QRegularExpression(u"^cannot use .*F\\.plist: 1 of"_s));
+            QCOMPARE(text(files, Shape::Flat, domain), u"/a"_s);
+            QCOMPARE(content(path), stored);
+            QCOMPARE(QDir(_desktop->tree.path(folder)).entryList(QDir::Files).size(), 1);
+        }
     }
 
     void withoutASupportFolder_theTemporaryFolderStandsIn()

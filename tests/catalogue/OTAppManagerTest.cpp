@@ -219,6 +219,18 @@ private Q_SLOTS:
         QVERIFY(files().contains(u"UserApplications.plist UserApplications1D.plist"));
         start();
         QCOMPARE(lists({ 8, 9 }), u" "_s);
+
+        // Where they cannot be kept, that is said.
+        QVERIFY(QDir(_desktop->tree.path(u"user/Ortu"_s)).removeRecursively());
+        _desktop->tree.add(u"user/Ortu"_s, "a file, where a folder belongs");
+        for (int i = 0; i < 3; ++i) {
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^cannot write .*plist: "_s));
+        }
+        const QSignalSpy told(_center.get(), &NotificationCenter::N_UserMessage);
+        addFavourites(u"x/a"_s);
+        QVERIFY(told.size() > 0 && told[0][0].toString().startsWith(u"The favourites could not"));
+        _manager->excludeApp(app(u"x/b"_s));
+        QVERIFY(told.last()[0].toString().startsWith(u"What is excluded could not"));
     }
 
     void damagedBunches_leaveTheFlatOrder()

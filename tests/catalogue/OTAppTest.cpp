@@ -105,12 +105,12 @@ private Q_SLOTS:
         QTest::addColumn<LaunchStatus>("status");
         QTest::addColumn<bool>("isElsewhere");
         QTest::addColumn<QString>("announced");
-        const QString missing = u"panel missing"_s;
+        const QString missing = u"panel missing told"_s;
+        const QString failed = u"panel told"_s;
         QTest::newRow("well") << LaunchStatus::Launched << false << QString();
-        QTest::newRow("its file is gone") << LaunchStatus::FileNotFound << false << missing;
-        QTest::newRow("another failure") << LaunchStatus::CannotExecute << false << QString();
+        QTest::newRow("another failure") << LaunchStatus::CannotExecute << false << failed;
         QTest::newRow("gone, on another thread") << LaunchStatus::FileNotFound << true << missing;
-        QTest::newRow("failed, on another thread") << LaunchStatus::Failed << true << QString();
+        QTest::newRow("failed, on another thread") << LaunchStatus::Failed << true << failed;
     }
 
     void launch()
@@ -126,6 +126,10 @@ private Q_SLOTS:
         connect(_center.get(), &NotificationCenter::N_AppIsMissing, this,
             [&announced, app](
                 const AppRef &gone) { announced += gone == app ? u"missing"_s : u"?"_s; });
+        connect(_center.get(), &NotificationCenter::N_UserMessage, this,
+            [&announced](const QString &message) {
+                announced += message.startsWith(u"a b cannot be started"_s) ? u"told"_s : message;
+            });
         if (status != LaunchStatus::Launched) {
             const QString line = u"LSOpenCFURLRef() returned err: %1 for URL: file:///a b.app"_s;
             QTest::ignoreMessage(QtWarningMsg, qPrintable(line.arg(int(status))));

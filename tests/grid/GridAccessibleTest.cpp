@@ -60,9 +60,21 @@ void GridAccessibleTest::theListHoldsTheIconsInOrder()
     QVERIFY(!list()->child(-1) && !list()->child(3));
     QCOMPARE(list()->indexOfChild(list()), -1);
 
-    showGroup(Excluded1DGroup);
-    QCOMPARE(list()->childCount(), 0);
-    QVERIFY(!list()->child(0) && !list()->focusChild());
+    QVERIFY(list()->text(QAccessible::Description).isEmpty());
+    QStringList hints;
+    for (const int group : { RunningGroup, Excluded1DGroup, MissingGroup, User1DGroup }) {
+        showGroup(group);
+        QCOMPARE(list()->childCount(), 0);
+        QVERIFY(!list()->child(0) && !list()->focusChild());
+        hints.append(list()->text(QAccessible::Description));
+    }
+    _manager->removeAppsFromAllArrays(_manager->allApps1D());
+    for (const int group : { All1DGroup, Included1DGroup }) {
+        showGroup(group);
+        hints.append(list()->text(QAccessible::Description));
+    }
+    QCOMPARE(hints.removeDuplicates(), 1);
+    QVERIFY(hints.contains(u"No favourites yet. Choose Add Favorite in an application's menu."_s));
 }
 
 void GridAccessibleTest::descriptionsTellPlaceAndState()

@@ -17,41 +17,30 @@ class DesktopChecksTest : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    void programIsShownInAllSpaces_data()
-    {
-        QTest::addColumn<QVariant>("spaces");
-        QTest::addColumn<QVariant>("bindings");
-        QTest::addColumn<bool>("isHappy");
-        const QVariant two = QVariantList { 1, 2 };
-        const auto binding = [](const QString &identifier, const QVariant &value) {
-            return QVariant(QVariantMap { { identifier, value } });
-        };
-        const auto row = [](const char *name, const QVariant &spaces, const QVariant &bindings,
-                             bool isHappy) {
-            QTest::newRow(name) << spaces << bindings << isHappy;
-        };
-        row("nothing", {}, {}, true);
-        row("no spaces", {}, binding(u"org.ortu.Ortu"_s, u"x"_s), true);
-        row("empty spaces", QVariantMap(), {}, true);
-        row("empty text", QString(), {}, true);
-        row("empty data", QByteArray(), {}, true);
-        row("some data", QByteArray(1, '\0'), {}, false);
-        row("no bindings", two, {}, false);
-        row("bindings of another type", two, u"AllSpaces"_s, false);
-        row("bound", two, binding(u"org.ortu.Ortu"_s, u"AllSpaces"_s), true);
-        row("bound in lower case", two, binding(u"org.ortu.ortu"_s, u"AllSpaces"_s), true);
-        row("bound to one", two, binding(u"org.ortu.Ortu"_s, u"x"_s), false);
-        row("its own case goes before lower case", two,
-            QVariantMap { { u"org.ortu.Ortu"_s, u"x"_s }, { u"org.ortu.ortu"_s, u"AllSpaces"_s } },
-            false);
-    }
     void programIsShownInAllSpaces()
     {
-        QFETCH(QVariant, spaces);
-        QFETCH(QVariant, bindings);
-        QVERIFY(PropertyList::writeFile(
-            _path, QVariantMap { { u"spaces"_s, spaces }, { u"app-bindings"_s, bindings } }));
-        QTEST(isHappy(), "isHappy");
+        const QVariant two = QVariantList { 1, 2 };
+        const auto isHappyWith = [this](const QVariant &spaces, const QVariant &bindings) {
+            return PropertyList::writeFile(_path,
+                       QVariantMap { { u"spaces"_s, spaces }, { u"app-bindings"_s, bindings } })
+                && isHappy();
+        };
+        const QVariantMap elsewhere { { u"org.ortu.Ortu"_s, u"x"_s } };
+        QVariantMap both = elsewhere;
+        both.insert(u"org.ortu.ortu"_s, u"AllSpaces"_s);
+        QVERIFY(isHappyWith({}, {}));
+        QVERIFY(isHappyWith({}, elsewhere));
+        for (const QVariant &empty : QVariantList { QVariantMap(), QString(), QByteArray() }) {
+            QVERIFY(isHappyWith(empty, {}));
+        }
+        QVERIFY(!isHappyWith(QByteArray(1, '\0'), {}));
+        for (const QString &name : { u"org.ortu.Ortu"_s, u"org.ortu.ortu"_s }) {
+            QVERIFY(isHappyWith(two, QVariantMap { { name, u"AllSpaces"_s } }));
+        }
+        // Its own case goes before lower case.
+        for (const QVariant &bindings : QVariantList { {}, u"AllSpaces"_s, elsewhere, both }) {
+            QVERIFY(!isHappyWith(two, bindings));
+        }
     }
 
     void unreadableFile_isFineAndUntouched()

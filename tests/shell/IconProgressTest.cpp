@@ -66,34 +66,12 @@ private Q_SLOTS:
         QCOMPARE(icon.pixelColor(108, 30), blue);
     }
 
-    void sharpIcon_hasAFrameOfOnePoint()
-    {
-        QImage image(48, 48, QImage::Format_ARGB32);
-        image.fill(Qt::transparent);
-        image.setDevicePixelRatio(2);
-        const QImage icon = IconProgress::progressIcon(image, 1, 2);
-        QCOMPARE(icon.devicePixelRatio(), 2.0);
-        QCOMPARE(whiteIn(icon, 5), u"4-43"_s);
-        QCOMPARE(whiteIn(icon, 6), u"4-23 42-43"_s);
-        QCOMPARE(icon.pixelColor(30, 24).alpha(), 0);
-    }
-
     void nothingToDraw_isNull()
     {
         QVERIFY(IconProgress::progressIcon(blank({ 24, 24 }), 0, 0).isNull());
         QVERIFY(IconProgress::progressIcon(QImage(), 1, 2).isNull());
         // Too small for a frame: no more than a point is drawn.
         QCOMPARE(IconProgress::progressIcon(blank({ 1, 1 }), 1, 1).size(), QSize(1, 1));
-    }
-
-    void images_comeWithTheProgram()
-    {
-        QCOMPARE(QImage(u":/images/ortu_icon.svg"_s).size(), QSize(128, 128));
-        const QImage image(u":/images/ortu_icon_blank.svg"_s);
-        QCOMPARE(image.pixelColor(0, 0).alpha(), 0);
-        // White shows on it.
-        QVERIFY(image.pixelColor(64, 64).alpha() == 255);
-        QVERIFY(image.pixelColor(64, 64).lightness() < 80);
     }
 };
 

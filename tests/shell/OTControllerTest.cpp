@@ -41,6 +41,7 @@ private Q_SLOTS:
     void lostFocusHides_aMovedPanelLater();
     void preferencesForFocusAreFollowed();
     void aPanelThatDoesNotActivate();
+    void aHotKeyThatIsTaken_isToldOnThePanel();
     void accessIsCheckedAtLaunch_data();
     void accessIsCheckedAtLaunch();
     void aStatusItemWithoutAHost_isNoAccess();
@@ -279,6 +280,22 @@ void OTControllerTest::aStatusItemWithoutAHost_isNoAccess()
     QVERIFY(_alerts.isEmpty());
     QTRY_COMPARE(_alerts.size(), 1);
     QVERIFY(_alerts[0].startsWith(u"You have no access"_s));
+}
+
+void OTControllerTest::aHotKeyThatIsTaken_isToldOnThePanel()
+{
+    _desktop->key.whyNot = u"another program holds this key"_s;
+    for (int i = 0; i < 2; ++i) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^no hot key: another program"_s));
+    }
+    launch();
+    const MessageBubble &message = _window->overlay().message();
+    QCOMPARE(message.text(),
+        _controller->hotKeyString() + u" does not summon Ortu: another program holds this key."_s);
+    // Told again only when it is news.
+    _window->overlay().setMessage({});
+    Q_EMIT _desktop->key.registrationChanged(_desktop->key.whyNot);
+    QCOMPARE(message.text(), QString());
 }
 
 void OTControllerTest::accessIsCheckedAtLaunch_data()

@@ -1,5 +1,6 @@
 #include "shell/OTIconOverlayView.h"
 
+#include "shell/PanelButton.h"
 #include "shell/PanelFixture.h"
 #include "support/Shapes.h"
 
@@ -58,6 +59,7 @@ private Q_SLOTS:
     void whatIsTypedStandsInTheMiddle();
     void theBubbleIsAPictureOfItsText();
     void theBubbleFades();
+    void aMessageStandsUntilTheNextKeyOrClick();
     void aGridThatForgets_endsTheBubble();
     void aTabletShowsTheSelectionInLarge();
     void onlyWhatChangesIsRepainted();
@@ -372,9 +374,19 @@ void OTIconOverlayViewTest::theBubbleFades()
     QCOMPARE(timers(), QList<int> { 1000 });
 
     overlay().filterStringTimerFire();
+    QVERIFY(overlay().filterNote().rect().isEmpty());
     fade().setCurrentTime(500);
     QVERIFY(overlay().filterBubble().isEmpty());
     QCOMPARE(overlay().filterStringAlpha(), 1.0);
+    // The filter goes on, and its note stands between the buttons.
+    QCOMPARE(overlay().filterNote().text(), u"Filter: ap"_s);
+    const QRect note = overlay().filterNote().rect();
+    QVERIFY(note.left() > _window->closeButton().geometry().right());
+    QVERIFY(note.right() < _window->prefsButton().x() && note.bottom() < grid().y());
+    const QImage with = _window->grab().toImage();
+    QTest::keyClick(_window->windowHandle(), Qt::Key_Escape);
+    QVERIFY(overlay().filterNote().rect().isEmpty());
+    QVERIFY(_window->grab().toImage().copy(note) != with.copy(note));
 
     // For those who want no movement it is gone at once.
     _desktop->movement.isStill = true;
@@ -383,6 +395,48 @@ void OTIconOverlayViewTest::theBubbleFades()
     overlay().filterStringTimerFire();
     QVERIFY(!fade().isAnimating());
     QVERIFY(overlay().filterBubble().isEmpty());
+}
+
+void OTIconOverlayViewTest::aMessageStandsUntilTheNextKeyOrClick()
+{
+    NotificationCenter &center = NotificationCenter::defaultCenter();
+    const auto shown = [this] { return overlay().message().text(); };
+    fill(2);
+    Q_EMIT center.N_UserMessage(u"first"_s);
+    Q_EMIT center.N_UserMessage(
+        u"It could not be done at all, for reasons that are long to tell."_s);
+    QCOMPARE(shown(), QString());
+    show();
+    QVERIFY(shown().startsWith(u"It could not"));
+    QVERIFY(_window->rect().contains(overlay().message().rect()));
+    QCOMPARE(overlay().accessibleName(), shown());
+    QCoreApplication::processEvents();
+    // Modifiers alone say nothing, and a letter does what it always does.
+    QTest::keyPress(_window->windowHandle(), Qt::Key_Shift);
+    QVERIFY(!shown().isEmpty());
+    QTest::keyRelease(_window->windowHandle(), Qt::Key_Shift);
+    type(u"a"_s);
+    QCOMPARE(shown(), QString());
+    QCOMPARE(grid().filterSubstring(), u"a"_s);
+
+    // The key that it answers leaves it.
+    const QMetaObject::Connection answer =
+        connect(&center, &NotificationCenter::N_FilterStringChanged, this,
+            [&center] { Q_EMIT center.N_UserMessage(u"second"_s); });
+    type(u"p"_s);
+    disconnect(answer);
+    QCOMPARE(shown(), u"second"_s);
+    QCoreApplication::processEvents();
+    QTest::mouseClick(_window->windowHandle(), Qt::LeftButton, {}, { 40, 5 });
+    QCOMPARE(shown(), QString());
+
+    // Seen and left alone, it does not come back.
+    Q_EMIT center.N_UserMessage(u"third"_s);
+    QCOMPARE(shown(), u"third"_s);
+    _window->hide();
+    QTRY_VERIFY(!_window->isVisible());
+    show();
+    QCOMPARE(shown(), QString());
 }
 
 void OTIconOverlayViewTest::aGridThatForgets_endsTheBubble()

@@ -45,17 +45,6 @@ private Q_SLOTS:
         QVERIFY(announced < 2);
         QTRY_COMPARE(announced, 3);
     }
-
-    void anotherDefaultCenter_standsInForItsOwnLength()
-    {
-        NotificationCenter &own = NotificationCenter::defaultCenter();
-        {
-            NotificationCenter replacement;
-            NotificationCenter::setDefaultCenter(&replacement);
-            QCOMPARE(&NotificationCenter::defaultCenter(), &replacement);
-        }
-        QCOMPARE(&NotificationCenter::defaultCenter(), &own);
-    }
 };
 
 QTEST_GUILESS_MAIN(NotificationCenterTest)

@@ -167,27 +167,18 @@ private Q_SLOTS:
         QTest::newRow("text after the end") << inPlist("<true/>") + "more";
         QTest::newRow("entities of its own") << QByteArray(
             "<!DOCTYPE plist [<!ENTITY a \"aaaa\">]><plist><string>&a;</string></plist>");
-        const auto xml = [](const char *name, const QByteArray &content) {
-            QTest::newRow(name) << inPlist(content);
-        };
-        xml("no value", "");
-        xml("two values", "<true/><true/>");
-        xml("unknown element", "<array><null/></array>");
-        xml("value without key", "<dict><true/></dict>");
-        xml("key without value", "<dict><key>a</key></dict>");
-        xml("text between", "<array>a<true/></array>");
-        xml("undeclared entity between", "<array>&b;</array>");
-        xml("undeclared entity", "<string>a&b;</string>");
-        xml("boolean with text", "<true>no</true>");
-        xml("integer with a unit", "<integer>5 px</integer>");
-        xml("real with a comma", "<real>0,5</real>");
-        xml("day that is none", "<date>2023-02-29T00:00:00Z</date>");
-        xml("date without zone", "<date>2023-02-28T00:00:00</date>");
-        xml("no base64", "<data>A*==</data>");
-        xml("one level too deep",
-            QByteArray("<array>").repeated(65) + QByteArray("</array>").repeated(65));
-        xml("a million dictionaries", QByteArray("<dict><key>a</key>").repeated(1'000'000));
-
+        const QByteArray tooDeep =
+            QByteArray("<array>").repeated(65) + QByteArray("</array>").repeated(65);
+        for (const QByteArray &content :
+            QByteArrayList { "", "<true/><true/>", "<array><null/></array>", "<dict><true/></dict>",
+                "<dict><key>a</key></dict>", "<array>a<true/></array>", "<array>&b;</array>",
+                "<string>a&b;</string>", "<true>no</true>", "<integer>5 px</integer>",
+                "<real>0,5</real>", "<date>2023-02-29T00:00:00Z</date>",
+                "<date>2023-02-28T00:00:00</date>", "<data>A*==</data>", tooDeep,
+                QByteArray("<dict><key>a</key>").repeated(1'000'000) }) {
+            QTest::addRow("%s", content.first(qMin<qsizetype>(40, content.size())).constData())
+                << inPlist(content);
+        }
         QTest::newRow("binary header alone") << QByteArray("bplist00");
         QTest::newRow("binary cut short") << binaryChain(3, 1).chopped(1);
         QTest::newRow("binary one level too deep") << binaryChain(65, 1);

@@ -1,5 +1,6 @@
 #include "support/UserDefaults.h"
 
+#include "support/NotificationCenter.h"
 #include "support/PreferenceType.h"
 #include "support/PropertyList.h"
 
@@ -323,8 +324,11 @@ private Q_SLOTS:
         Program program(place);
         QLockFile lock(place.path + u".lock"_s);
         QVERIFY(lock.lock());
+        const QSignalSpy told(
+            &NotificationCenter::defaultCenter(), &NotificationCenter::N_UserMessage);
         expectWarning(u"^cannot lock .*: another program holds it"_s);
         QVERIFY(!program.defaults.removeObject(sizeKey));
+        QCOMPARE(told.size(), 1);
         lock.unlock();
         // A change outside does not bring back what was removed here.
         program.taken();
@@ -332,17 +336,6 @@ private Q_SLOTS:
         QCOMPARE(program.awaited(), QStringList(u"wrapHue 0.5>0.75"_s));
         QVERIFY(program.defaults.setObject(hueKey, 2));
         QCOMPARE(place.stored(), QVariantMap({ { hueKey, 2.0 } }));
-    }
-
-    void standardDefaults_areReplacedForALength()
-    {
-        UserDefaults &own = UserDefaults::standard();
-        {
-            UserDefaults replacement;
-            UserDefaults::setStandard(&replacement);
-            QCOMPARE(&UserDefaults::standard(), &replacement);
-        }
-        QCOMPARE(&UserDefaults::standard(), &own);
     }
 };
 

@@ -52,4 +52,11 @@ bool OwnWindows::isPointerPressed() const
     return QGuiApplication::mouseButtons() != Qt::NoButton;
 }
 
+bool OwnWindows::setNextContent(QWindow &, const QImage &)
+{
+    return false;
+}
+
+void OwnWindows::clearNextContent(QWindow &) { }
+
 void OwnWindows::flush() { }

@@ -9,6 +9,7 @@
 
 #include <QObject>
 
+class QImage;
 class QWindow;
 
 class OwnWindows : public QObject
@@ -43,6 +44,11 @@ public:
 
     // Whether a button of the pointer is down, in whatever window it was pressed.
     virtual bool isPointerPressed() const;
+    // Has a window show a picture from the moment on that it is shown or gets the picture's size,
+    // in device pixels, until it paints. False where a desktop cannot.
+    virtual bool setNextContent(QWindow &window, const QImage &picture);
+    // Ends that. To be called once the window has its size.
+    virtual void clearNextContent(QWindow &window);
 
     // Sends on at once what was asked of the display: the toolkit keeps it back until it has drawn
     // something.

@@ -81,6 +81,11 @@ QEasingCurve KRViewAnimation::easeIn()
     return cubic({ 0.42, 0 }, { 1, 1 });
 }
 
+QEasingCurve KRViewAnimation::easeOut()
+{
+    return cubic({ 0, 0 }, { 0.58, 1 });
+}
+
 void KRViewAnimation::setViewAnimations(const QList<ViewAnimation> &animations)
 {
     _courses.clear();

@@ -58,9 +58,10 @@ public:
     explicit KRViewAnimation(QObject *parent = nullptr);
 
     // The curves that the names stand for everywhere: cubic, with control points at 0.42 of the
-    // time and, for the slow end, at 0.58. A sine is close, but not the same.
+    // time for the slow start and at 0.58 for the slow end. A sine is close, but not the same.
     static QEasingCurve easeInOut();
     static QEasingCurve easeIn();
+    static QEasingCurve easeOut();
 
     // All three are for an animation that is not running.
     void setViewAnimations(const QList<ViewAnimation> &animations);

@@ -210,13 +210,15 @@ BackgroundLook OTBkgndView::look() const
 QRegion OTBkgndView::roundedMask(const QSize &size)
 {
     const qreal radius = std::min(CornerRadius, std::min(size.width(), size.height()) / 2.0);
-    QRegion mask;
-    for (int y = 0; y < size.height(); ++y) {
+    const int curved = std::min(int(std::ceil(radius)), size.height() / 2);
+    QRegion mask(0, curved, size.width(), size.height() - 2 * curved);
+    for (int y = 0; y < curved; ++y) {
         // From the middle of the row to where the curve ends, on either side.
-        const qreal fromEnd = std::min(y + 0.5, size.height() - y - 0.5);
-        const qreal rise = std::max(radius - fromEnd, 0.0);
+        const qreal rise = radius - (y + 0.5);
         const auto cut = int(std::lround(radius - std::sqrt(radius * radius - rise * rise)));
-        mask += QRect(cut, y, size.width() - 2 * cut, 1);
+        const QRect row(cut, y, size.width() - 2 * cut, 1);
+        mask += row;
+        mask += row.translated(0, size.height() - 1 - 2 * y);
     }
     return mask;
 }

@@ -122,6 +122,7 @@ private:
     void awakeFromNib();
     void applicationWillFinishLaunching();
     void applicationDidFinishLaunching(const std::optional<InstanceRequest> &request);
+    void showLaunchedPanel();
     void checkAccess();
     void warnOfMissingAccess();
     bool isStatusItemShown() const;
@@ -170,6 +171,9 @@ private:
     bool _isSettingHotKey = false;
 
     bool _finishedLaunching = false;
+    // What the panel is to be shown with at the start, until it is, and the time since the start.
+    std::optional<ActivationStamp> _launchStamp;
+    QElapsedTimer _launchTime;
     bool _runningDockless = false;
     bool _haveAlertedUserAboutRequiredRestart = false;
     bool _isActive = false;

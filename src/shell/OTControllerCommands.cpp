@@ -23,6 +23,8 @@ namespace {
 constexpr int progressInterval = 100;
 // For the keyboard, which a window manager may refuse, in milliseconds.
 constexpr int longestKeyboardWait = 1000;
+// Until a start shows the panel without waiting for the applications.
+constexpr int longestSilentScan = 150;
 constexpr QSize iconSize(128, 128);
 
 QJsonValue pathOf(const AppRef &app)
@@ -32,7 +34,8 @@ QJsonValue pathOf(const AppRef &app)
 
 } // namespace
 
-// A script that asks for the panel types into it next, so it is answered when that has the keyboard.
+// A script that asks for the panel types into it next, so it is answered when that has the
+// keyboard.
 void OTController::keepWaitingForKeyboard(const std::shared_ptr<void> &caller)
 {
     if (!caller || !_mainWindow.isShown() || _mainWindow.isNonActivating() || isActive()) {
@@ -170,6 +173,10 @@ void OTController::showProgressStep(int step, int count)
             _mainWindow.setWindowIcon(QApplication::windowIcon());
         }
         return;
+    }
+    // A search that takes long is seen going on.
+    if (_launchStamp && _launchTime.hasExpired(longestSilentScan)) {
+        showLaunchedPanel();
     }
     if (_runningDockless
         || (_lastProgress.isValid() && !_lastProgress.hasExpired(progressInterval))) {

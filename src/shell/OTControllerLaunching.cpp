@@ -93,18 +93,22 @@ void OTController::applicationWillFinishLaunching()
 void OTController::applicationDidFinishLaunching(const std::optional<InstanceRequest> &request)
 {
     _finishedLaunching = true;
-    if (request) {
-        // Somebody who asks for the panel gets it.
-        const bool isAsked = request->verb != InstanceRequest::Verb::Activate;
-        if (isAsked || _userDefaults.boolForKey(Key::showWindowAtLaunch)) {
-            applicationOpenUntitledFile(request->stamp);
-        }
-        openFiles(request->files);
+    // Somebody who asks for the panel gets it.
+    if (request
+        && (request->verb != InstanceRequest::Verb::Activate
+            || _userDefaults.boolForKey(Key::showWindowAtLaunch))) {
+        _launchStamp = request->stamp;
+        _launchTime.start();
     }
+    // First, so that the panel comes with its applications and at their size.
     rescanAllApps(Sender::Program);
     const qint64 launchCount = _userDefaults.integerForKey(Key::applicationLaunchCount);
     if (launchCount == 0) {
         _appManager.autoExcludeNamedApps();
+    }
+    showLaunchedPanel();
+    if (request) {
+        openFiles(request->files);
     }
     // Once the panel has been drawn: that must not wait for the disk.
     QTimer::singleShot(0, this, [this, launchCount] {
@@ -118,6 +122,13 @@ void OTController::applicationDidFinishLaunching(const std::optional<InstanceReq
         }
         Q_EMIT NotificationCenter::defaultCenter().applicationDidFinishLaunching();
     });
+}
+
+void OTController::showLaunchedPanel()
+{
+    if (const auto stamp = std::exchange(_launchStamp, std::nullopt)) {
+        applicationOpenUntitledFile(*stamp);
+    }
 }
 
 // A status item that is still on its way is no reason to warn.

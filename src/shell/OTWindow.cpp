@@ -4,6 +4,7 @@
 #include "grid/OTIconView.h"
 #include "platform/Desktop.h"
 #include "shell/EmptyHint.h"
+#include "shell/FrameChange.h"
 #include "shell/OTBkgndView.h"
 #include "shell/OTIconOverlayView.h"
 #include "shell/OTStatsControl.h"
@@ -51,15 +52,14 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     , _desktop(desktop)
     , _largestGrid(largestGrid)
     , _background(new OTBkgndView(this))
-    , _iconView(new OTIconView(appManager, *this, this))
-    , _statsControl(new OTStatsControl(appManager, *_iconView, this))
-    , _closeButton(new PanelButton(PanelButton::Kind::Close, this))
-    , _prefsButton(new PanelButton(PanelButton::Kind::Gear, this))
-    , _emptyHint(new EmptyHint(appManager, *_iconView, this))
-    , _overlay(new OTIconOverlayView(appManager, *_iconView, this))
+    , _iconView(new OTIconView(appManager, *this, _background))
+    , _statsControl(new OTStatsControl(appManager, *_iconView, _background))
+    , _closeButton(new PanelButton(PanelButton::Kind::Close, _background))
+    , _prefsButton(new PanelButton(PanelButton::Kind::Gear, _background))
+    , _emptyHint(new EmptyHint(appManager, *_iconView, _background))
+    , _overlay(new OTIconOverlayView(appManager, *_iconView, _background))
     , _margins(panelMargins)
     , _isNonActivating(UserDefaults::standard().boolForKey(Key::nonActivatingPanel))
-    , _useCoreAnimation(UserDefaults::standard().boolForKey(Key::animateWindowResizing))
     , _level(_isNonActivating ? OwnWindows::Level::Raised : OwnWindows::Level::Normal)
 {
     // Task bars show the title; the role tells this window from the program's others.
@@ -73,7 +73,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     setAttribute(Qt::WA_InputMethodEnabled);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
-    _background->lower();
+    _background->installEventFilter(this);
     _iconView->installEventFilter(this);
     _overlay->setObjectName(QStringLiteral("Ortu Overlay"));
     _overlay->raise();
@@ -81,7 +81,13 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     const auto mayMove = [this] { return !_desktop.motion().isReduced(); };
     const auto mayFade = [this, mayMove] { return mayMove() && _desktop.compositing().isActive(); };
     _animation = std::make_unique<WindowAnimation>(*this, _desktop.ownWindows(), mayFade, mayMove);
-    _resize = std::make_unique<PanelResize>(*this, *_iconView, _desktop.ownWindows());
+    _frameChange = std::make_unique<FrameChange>(*this, *_background, _desktop.ownWindows(),
+        // Without a compositor what is not painted would be black.
+        [this](const QSize &size) {
+            return _desktop.compositing().isActive() ? QRegion() : OTBkgndView::roundedMask(size);
+        });
+    _resize =
+        std::make_unique<PanelResize>(*this, *_iconView, *_frameChange, _desktop.ownWindows());
     connect(_resize.get(), &PanelResize::panelResized, this, [this] {
         _overlay->show();
         layOutGrid();
@@ -95,6 +101,8 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     connect(&UserDefaults::standard(), &UserDefaults::changed, this, [this](const QString &key) {
         if (GridColors::keys().contains(key)) {
             updateColors();
+        } else if (key == Key::animateWindowResizing) {
+            readAnimation();
         }
     });
     connect(&_desktop.compositing(), &Compositing::changed, this, &OTWindow::compositingDidChange);
@@ -105,6 +113,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
         _statsControl, &OTStatsControl::roomWanted, this, [this] { subviewDidResize(_iconView); });
     new PanelMessages(*this);
     chooseScreen();
+    readAnimation();
     updateColors();
     compositingDidChange();
     subviewDidResize(_iconView);
@@ -162,13 +171,14 @@ void OTWindow::show(const ActivationStamp &stamp)
     _desktop.ownWindows().setStanding(*windowHandle(),
         _taskBar == TaskBar::Listed ? OwnWindows::TaskBar::Listed : OwnWindows::TaskBar::Skipped,
         _level);
-    _animation->fadeInOver(fadeTime, [this] { QWidget::show(); });
+    _animation->fadeInOver(fadeTime, [this] { _frameChange->showVeiled(); });
     // A panel that comes back before the toolkit has noticed that it went has kept the focus there,
     // but is nobody's active window.
     if (QGuiApplication::focusWindow() == windowHandle() && !isActiveWindow()) {
         QApplication::setActiveWindow(this);
     }
     _desktop.ownWindows().activate(*windowHandle(), stamp);
+    _frameChange->unveil();
     Q_EMIT shown();
 }
 
@@ -177,7 +187,7 @@ void OTWindow::makeWindow()
 {
     if (!windowHandle()) {
         winId();
-        connect(windowHandle(), &QWindow::screenChanged, this, &OTWindow::takeScreen);
+        connect(windowHandle(), &QWindow::screenChanged, this, &OTWindow::takeScreenOfFrame);
     }
 }
 
@@ -194,8 +204,9 @@ void OTWindow::hide()
 QRect OTWindow::selectorRect() const
 {
     const int bottom = int(_margins.bottom);
-    return { selectorInset, height() - bottom + (bottom - selectorHeight) / 2,
-        std::max(0, width() - 2 * selectorInset), selectorHeight };
+    const QSize panel = _background->size();
+    return { selectorInset, panel.height() - bottom + (bottom - selectorHeight) / 2,
+        std::max(0, panel.width() - 2 * selectorInset), selectorHeight };
 }
 
 int OTWindow::leastWidth() const
@@ -259,20 +270,15 @@ void OTWindow::updateColors()
     _emptyHint->updateColors();
 }
 
+void OTWindow::readAnimation()
+{
+    _useCoreAnimation = UserDefaults::standard().boolForKey(Key::animateWindowResizing);
+}
+
 void OTWindow::compositingDidChange()
 {
     _background->setIsBlended(_desktop.compositing().isActive());
-    updateMask();
-}
-
-// Without a compositor what is not painted would be black.
-void OTWindow::updateMask()
-{
-    if (_desktop.compositing().isActive()) {
-        clearMask();
-    } else {
-        setMask(OTBkgndView::roundedMask(size()));
-    }
+    _frameChange->updateShape();
 }
 
 void OTWindow::layOutSubviews()
@@ -283,22 +289,22 @@ void OTWindow::layOutSubviews()
         button->move(middle - QPoint(button->width() / 2, button->height() / 2));
     };
     place(_closeButton, buttonInset);
-    place(_prefsButton, QPoint(width() - buttonInset.x(), buttonInset.y()));
+    place(_prefsButton, QPoint(_background->width() - buttonInset.x(), buttonInset.y()));
     _overlay->setNotePlace(QRect(QPoint(2 * buttonInset.x(), 0),
-        QPoint(width() - 1 - 2 * buttonInset.x(), 2 * buttonInset.y() - 1)));
+        QPoint(_background->width() - 1 - 2 * buttonInset.x(), 2 * buttonInset.y() - 1)));
 }
 
 void OTWindow::layOutGrid()
 {
-    _background->setGeometry(rect());
-    const QRect grid = rect().adjusted(
+    const QRect panel = _background->rect();
+    const QRect grid = panel.adjusted(
         int(_margins.left), int(_margins.top), -int(_margins.right), -int(_margins.bottom));
     // A panel may be wider than the grid needs.
     const int spare = _iconView->isEmpty()
         ? 0
         : std::max(0, grid.width() - int(std::ceil(_iconView->viewSize().width())));
     _iconView->setGeometry(grid.adjusted(spare / 2, 0, spare / 2 - spare, 0));
-    _overlay->setGeometry(rect());
+    _overlay->setGeometry(panel);
     _emptyHint->setGeometry(grid);
     _emptyHint->setVisible(_iconView->isEmpty() && !_resize->isUnderWay());
 }

@@ -21,6 +21,7 @@
 
 class Desktop;
 class EmptyHint;
+class FrameChange;
 class OTAppManager;
 class OTBkgndView;
 class OTIconOverlayView;
@@ -138,9 +139,10 @@ private:
     void makeWindow();
     void chooseScreen();
     void takeScreen(QScreen *screen);
+    void takeScreenOfFrame();
     void compositingDidChange();
+    void readAnimation();
     void updateColors();
-    void updateMask();
     void layOutSubviews();
     void layOutGrid();
 
@@ -156,6 +158,7 @@ private:
 
     Desktop &_desktop;
     std::optional<QSizeF> _largestGrid;
+    // Holds all the others.
     OTBkgndView *_background;
     OTIconView *_iconView;
     OTStatsControl *_statsControl;
@@ -168,7 +171,7 @@ private:
     // Where the panel was before it slid away; empty when it has not.
     QRectF _movedFrame;
     const bool _isNonActivating;
-    const bool _useCoreAnimation;
+    bool _useCoreAnimation = false;
     TaskBar _taskBar = TaskBar::Listed;
     OwnWindows::Level _level;
     bool _isMovedByUser = false;
@@ -177,6 +180,7 @@ private:
     QPoint _place;
     int _placingsLeft = 0;
     std::unique_ptr<WindowAnimation> _animation;
+    std::unique_ptr<FrameChange> _frameChange;
     std::unique_ptr<PanelResize> _resize;
     QPointer<QScreen> _screen;
 

@@ -2,6 +2,8 @@
 
 #include "grid/OTIconView.h"
 #include "platform/Desktop.h"
+#include "shell/FrameChange.h"
+#include "shell/OTBkgndView.h"
 #include "shell/OTIconOverlayView.h"
 #include "shell/OTStatsControl.h"
 #include "shell/OTWindow.h"
@@ -82,8 +84,8 @@ void OTWindow::moveEvent(QMoveEvent *event)
 
 void OTWindow::resizeEvent(QResizeEvent *)
 {
-    layOutSubviews();
-    updateMask();
+    _background->resize(size());
+    _frameChange->updateShape();
 }
 
 void OTWindow::hideEvent(QHideEvent *event)
@@ -155,9 +157,12 @@ void OTWindow::mouseReleaseEvent(QMouseEvent *event)
     mouseReleased(event);
 }
 
-// A press on the grid keeps the mouse there.
 bool OTWindow::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == _background && event->type() == QEvent::Resize) {
+        layOutSubviews();
+    }
+    // A press on the grid keeps the mouse there.
     if (watched == _iconView && event->type() == QEvent::MouseMove && _drag) {
         mouseMoveEvent(static_cast<QMouseEvent *>(event));
     }

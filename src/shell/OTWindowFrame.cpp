@@ -2,6 +2,7 @@
 
 #include "grid/OTIconView.h"
 #include "platform/Desktop.h"
+#include "shell/FrameChange.h"
 #include "shell/OTIconOverlayView.h"
 #include "shell/OTWindow.h"
 #include "shell/PanelResize.h"
@@ -87,6 +88,16 @@ void OTWindow::chooseScreen()
     takeScreen(pointed ? pointed : QGuiApplication::primaryScreen());
 }
 
+// Carried over by the user, the panel belongs to the other screen. The display tells of that late,
+// when the panel may have been summoned elsewhere; and of a hidden panel it tells nothing new.
+void OTWindow::takeScreenOfFrame()
+{
+    QScreen *const screen = QGuiApplication::screenAt(geometry().center());
+    if (isVisible() && screen) {
+        takeScreen(screen);
+    }
+}
+
 void OTWindow::takeScreen(QScreen *screen)
 {
     if (screen == _screen) {
@@ -113,7 +124,7 @@ void OTWindow::setFrame(const QRectF &frame)
 {
     const QRect wanted = upwards(frame).toRect();
     _place = wanted.topLeft();
-    setGeometry(wanted);
+    _frameChange->setFrame(wanted);
 }
 
 // The shape is sent again as well: i3 keeps one that was meant for the other place.
@@ -121,9 +132,8 @@ void OTWindow::insistOnPlace()
 {
     const bool isElsewhere = geometry().topLeft() != _place;
     if (isShown() && !_isMovedByUser && isElsewhere) {
-        setGeometry(QRect(_place, size()));
         clearMask();
-        updateMask();
+        _frameChange->setFrame(QRect(_place, size()));
     }
 }
 

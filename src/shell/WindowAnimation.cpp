@@ -70,6 +70,7 @@ void WindowAnimation::fadeOver(Fade fade, double alpha, double seconds)
     _isFadingOut = fade == Fade::Out;
     if (!_mayFade()) {
         if (_isFadingOut) {
+            setOpacity(0);
             _window.setVisible(false);
             fadeDidEnd();
         } else {
@@ -85,14 +86,9 @@ void WindowAnimation::fadeOver(Fade fade, double alpha, double seconds)
 
 void WindowAnimation::fadeDidEnd()
 {
-    if (!_isFadingOut) {
-        return;
+    if (std::exchange(_isFadingOut, false)) {
+        Q_EMIT fadedOut();
     }
-    _isFadingOut = false;
-    if (!_window.isVisible()) {
-        setOpacity(1);
-    }
-    Q_EMIT fadedOut();
 }
 
 void WindowAnimation::setOpacity(double opacity)

@@ -2,8 +2,8 @@
 //
 // They begin slowly and do not block. A fade that takes the place of another goes on from the
 // opacity that was reached, a slide from the place; a fade and a slide may run at the same time.
-// Where the display or the user is against it everything happens at once, and the window stays
-// opaque. Frames are Qt's, y growing downwards.
+// Where the display or the user is against it everything happens at once. Frames are Qt's, y
+// growing downwards.
 
 #pragma once
 
@@ -25,8 +25,8 @@ public:
 
     // A hidden window is shown first, by the caller's way to do so. A fade-out is reversed.
     void fadeInOver(double seconds, const std::function<void()> &show);
-    // Hides the window at the end; hidden, it is opaque again. Nothing when it is hidden, or fading
-    // out already.
+    // Hides the window at the end, and leaves it transparent: its frame, which window managers take
+    // away later, would be seen once more. Nothing when it is hidden, or fading out already.
     void fadeOutOver(double seconds);
     // Leaves the window there, whatever the alpha, and ends a fade-out.
     void fadeToAlphaOver(double alpha, double seconds);

@@ -27,7 +27,7 @@ class WindowAnimationTest : public QObject
 private Q_SLOTS:
     void init();
     void aHiddenWindowAppearsFromNothing();
-    void aFadeOutHides_andLeavesItOpaque();
+    void aFadeOutHides_andLeavesItTransparent();
     void aFadeOutIsReplaced_fromWhereItIs();
     void itSlidesAndFadesAtATime();
     void whereItMayNot_everythingHappensAtOnce();
@@ -93,7 +93,7 @@ void WindowAnimationTest::aHiddenWindowAppearsFromNothing()
     QCOMPARE(_opacityWhenShown, -1.0);
 }
 
-void WindowAnimationTest::aFadeOutHides_andLeavesItOpaque()
+void WindowAnimationTest::aFadeOutHides_andLeavesItTransparent()
 {
     _animation->fadeOutOver(1);
     QVERIFY(!_animation->isFadingOut());
@@ -106,7 +106,7 @@ void WindowAnimationTest::aFadeOutHides_andLeavesItOpaque()
     QVERIFY(_window->windowOpacity() > 0.5 && _window->isVisible() && _fadedOut->isEmpty());
     setTime(1000);
     QVERIFY(!_animation->isFadingOut() && !_window->isVisible());
-    QCOMPARE(_window->windowOpacity(), 1.0);
+    QCOMPARE(_window->windowOpacity(), 0.0);
     QCOMPARE(_fadedOut->size(), 1);
 }
 
@@ -165,7 +165,7 @@ void WindowAnimationTest::whereItMayNot_everythingHappensAtOnce()
     _animation->slideFrameToOver({ 110, 10, 200, 100 }, 1, WindowAnimation::Fade::Out);
     QCOMPARE(_window->geometry().x(), 110);
     QVERIFY(!_window->isVisible() && !_animation->isFadingOut() && _fadedOut->size() == 1);
-    QCOMPARE(_window->windowOpacity(), 1.0);
+    QCOMPARE(_window->windowOpacity(), 0.0);
 
     // The display has ceased to blend meanwhile.
     _mayFade = true;

@@ -3,6 +3,7 @@
 #include "platform/freedesktop/RunningWindows.h"
 #include "platform/freedesktop/StartupDisplay.h"
 #include "platform/freedesktop/WindowPlace.h"
+#include "platform/freedesktop/XBackground.h"
 
 #include <QGuiApplication>
 #include <QThreadPool>
@@ -353,6 +354,18 @@ void XOwnWindows::setActive(QWindow *window)
         }
         _coming = nullptr;
         Q_EMIT activeWindowChanged();
+    }
+}
+
+bool XOwnWindows::setNextContent(QWindow &window, const QImage &picture)
+{
+    return window.handle() != nullptr && XBackground::set(_connection, idOf(&window), picture);
+}
+
+void XOwnWindows::clearNextContent(QWindow &window)
+{
+    if (window.handle() != nullptr) {
+        XBackground::clear(_connection, idOf(&window));
     }
 }
 

@@ -33,6 +33,8 @@ public:
     Former giveFrontBack() override;
     QWindow *activeWindow() const override;
     bool isPointerPressed() const override;
+    bool setNextContent(QWindow &window, const QImage &picture) override;
+    void clearNextContent(QWindow &window) override;
     void flush() override;
 
 private:

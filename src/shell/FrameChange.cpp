@@ -1,0 +1,133 @@
+#include "shell/FrameChange.h"
+
+#include "platform/OwnWindows.h"
+
+#include <QEvent>
+#include <QImage>
+#include <QWidget>
+#include <QWindow>
+
+#include <utility>
+
+namespace {
+
+// Milliseconds. A window manager that grants a size does so in much less.
+constexpr int longestWait = 200;
+
+QImage pictureOf(QWidget &content)
+{
+    const qreal ratio = content.devicePixelRatio();
+    QImage picture(content.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    content.render(&picture, {}, {}, QWidget::DrawChildren);
+    return picture;
+}
+
+} // namespace
+
+FrameChange::FrameChange(QWidget &window, QWidget &content, OwnWindows &ownWindows, Shape shape)
+    : _window(window)
+    , _content(content)
+    , _ownWindows(ownWindows)
+    , _shape(std::move(shape))
+{
+    _waiting.setSingleShot(true);
+    _waiting.setInterval(longestWait);
+    connect(&_waiting, &QTimer::timeout, this, &FrameChange::settle);
+}
+
+void FrameChange::setFrame(const QRect &frame)
+{
+    const QSize before = _window.size();
+    _content.resize(frame.size());
+    if (!_window.isVisible() || frame.size() == before || !giveAhead()) {
+        _window.setGeometry(frame);
+        updateShape();
+        return;
+    }
+    _window.setUpdatesEnabled(false);
+    _window.setGeometry(frame);
+    // Window managers give their frames the shape that the window has when they get to its size.
+    // One that is smaller than before would at once show what lies behind the window in its frame.
+    if (const QRegion shape = _shape(frame.size()); !shape.isEmpty()) {
+        _window.setMask(shape + _shape(before));
+        _ownWindows.flush();
+    }
+}
+
+void FrameChange::showVeiled()
+{
+    _content.resize(_window.size());
+    _isVeiled = _areTaken && !_shape(_window.size()).isEmpty();
+    if (_isVeiled) {
+        _window.setMask(QRect(-1, -1, 1, 1));
+    } else {
+        cutOut();
+    }
+    _window.show();
+}
+
+void FrameChange::unveil()
+{
+    if (_isVeiled) {
+        giveAhead();
+        _isVeiled = false;
+        cutOut();
+        _ownWindows.flush();
+    }
+}
+
+void FrameChange::updateShape()
+{
+    // What is under way ends with it.
+    if (!_waiting.isActive() && !_isVeiled) {
+        cutOut();
+    }
+}
+
+void FrameChange::cutOut()
+{
+    const QRegion shape = _shape(_window.size());
+    if (shape.isEmpty()) {
+        _window.clearMask();
+    } else {
+        _window.setMask(shape);
+    }
+}
+
+bool FrameChange::giveAhead()
+{
+    QWindow *const window = _window.windowHandle();
+    if (window == nullptr || !_areTaken) {
+        return false;
+    }
+    _areTaken = _ownWindows.setNextContent(*window, pictureOf(_content));
+    if (_areTaken) {
+        window->installEventFilter(this);
+        _waiting.start();
+    }
+    return _areTaken;
+}
+
+bool FrameChange::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool mayBeThere = event->type() == QEvent::Resize || event->type() == QEvent::Expose;
+    const auto *const window = qobject_cast<QWindow *>(watched);
+    if (_waiting.isActive() && mayBeThere && window->isExposed()
+        && window->size() == _window.size()) {
+        settle();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void FrameChange::settle()
+{
+    _waiting.stop();
+    if (QWindow *const window = _window.windowHandle()) {
+        _ownWindows.clearNextContent(*window);
+    }
+    cutOut();
+    _window.setUpdatesEnabled(true);
+    _ownWindows.flush();
+}

@@ -200,8 +200,17 @@ private Q_SLOTS:
         _manager->moveAppNewBunchAtIndex(nullptr, UserGroup, 0);
         _manager->removeAppsFromUserApps({ app(u"x/c"_s) });
         _manager->removeAppsFromAllArrays({ BunchText::app(u'z', *_desktop) });
+        // Files cannot hold every name.
+        const auto bell = std::make_shared<OTApp>(_desktop->tree.path(u"x/\a.app"_s), *_desktop);
+        for (int i = 0; i < 3; ++i) {
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot keep .*/x/\a.app: "_s));
+        }
+        _manager->moveApp(bell, UserGroup, 0, 0);
+        _manager->moveAppNewBunchAtIndex(bell, UserGroup, 0);
         QCOMPARE(announced(), QString());
         _manager->excludeApp(app(u"x/b"_s));
+        _manager->excludeApp(bell);
+        QCOMPARE(lists({ 4, 9 }), u"b a"_s);
         QCOMPARE(files(), QString());
     }
 

@@ -195,7 +195,7 @@ private:
     void start()
     {
         _runner->start(_ortu, {});
-        QTRY_VERIFY_WITH_TIMEOUT(isActive(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(_ortu.waitForStarted() && isActive(), patience);
     }
     void show() const
     {

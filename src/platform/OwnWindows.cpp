@@ -47,6 +47,11 @@ QWindow *OwnWindows::activeWindow() const
     return application() ? QGuiApplication::focusWindow() : nullptr;
 }
 
+bool OwnWindows::hasKeyboard(const QWindow &window) const
+{
+    return application() && QGuiApplication::focusWindow() == &window;
+}
+
 bool OwnWindows::isPointerPressed() const
 {
     return QGuiApplication::mouseButtons() != Qt::NoButton;

@@ -42,6 +42,8 @@ public:
     // believes itself out of front while somebody else has grabbed a key.
     virtual QWindow *activeWindow() const;
 
+    // Whether keys go to this window. May be later than that it is named as the active one.
+    virtual bool hasKeyboard(const QWindow &window) const;
     // Whether a button of the pointer is down, in whatever window it was pressed.
     virtual bool isPointerPressed() const;
     // Has a window show a picture from the moment on that it is shown or gets the picture's size,

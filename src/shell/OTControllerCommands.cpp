@@ -14,6 +14,7 @@
 #include "support/UserDefaults.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDesktopServices>
 #include <QUrl>
 
@@ -23,6 +24,9 @@ namespace {
 constexpr int progressInterval = 100;
 // For the keyboard, which a window manager may refuse, in milliseconds.
 constexpr int longestKeyboardWait = 1000;
+// Between two looks whether it has come: window managers name the active window before they give it
+// the keyboard.
+constexpr int keyboardLook = 3;
 // Until a start shows the panel without waiting for the applications.
 constexpr int longestSilentScan = 150;
 constexpr QSize iconSize(128, 128);
@@ -38,18 +42,21 @@ QJsonValue pathOf(const AppRef &app)
 // keyboard.
 void OTController::keepWaitingForKeyboard(const std::shared_ptr<void> &caller)
 {
-    if (!caller || !_mainWindow.isShown() || _mainWindow.isNonActivating() || isActive()) {
+    const auto isDue = [this] {
+        return !_mainWindow.isShown() || _mainWindow.isNonActivating()
+            || _desktop.ownWindows().hasKeyboard(*_mainWindow.windowHandle());
+    };
+    if (!caller || isDue()) {
         return;
     }
     auto *const wait = new QTimer(this);
-    connect(wait, &QTimer::timeout, wait, &QObject::deleteLater);
-    connect(&_mainWindow, &OTWindow::hidden, wait, &QObject::deleteLater);
-    connect(&_desktop.ownWindows(), &OwnWindows::activeWindowChanged, wait, [this, wait, caller] {
-        if (isActive()) {
+    const QDeadlineTimer deadline(longestKeyboardWait);
+    connect(wait, &QTimer::timeout, wait, [wait, caller, isDue, deadline] {
+        if (isDue() || deadline.hasExpired()) {
             wait->deleteLater();
         }
     });
-    wait->start(longestKeyboardWait);
+    wait->start(keyboardLook);
 }
 
 void OTController::perform(const InstanceRequest &request)

@@ -352,6 +352,7 @@ void PanelTest::keysTypedWhileItComesArrive()
         QTRY_VERIFY(panel().isEmpty());
         QTRY_VERIFY(terminal.isActive());
         tell(round % 2 == 0 ? u"--show"_s : u"--toggle"_s);
+        QTRY_VERIFY(!panel().isEmpty() && activeWindow() == panel());
         xdotool(u"type --delay 0 alp"_s);
         QTRY_COMPARE(filter(), u"alp"_s);
     }

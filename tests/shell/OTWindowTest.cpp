@@ -113,13 +113,14 @@ void OTWindowTest::anotherGridKeepsTheCentre_onTheScreen_data()
     QTest::addColumn<bool>("isTall");
     QTest::addColumn<QRect>("expected");
 
-    // Six icons in a row take 468 × 156 points, in a column 208 × 496.
-    QTest::newRow("in the middle") << QPoint(400, 300) << true << QRect(296, 52, 208, 496);
+    // Six icons in a row take 468 × 156 points, in a column 203 × 496: as wide as the selector's
+    // short labels.
+    QTest::newRow("in the middle") << QPoint(400, 300) << true << QRect(299, 52, 203, 496);
     QTest::newRow("halves up") << QPoint(401, 301) << false << QRect(167, 223, 468, 156);
     QTest::newRow("too far left") << QPoint(80, 300) << false << QRect(0, 222, 468, 156);
     QTest::newRow("too far right") << QPoint(720, 300) << false << QRect(332, 222, 468, 156);
-    QTest::newRow("too far up") << QPoint(400, 200) << true << QRect(296, 0, 208, 496);
-    QTest::newRow("too far down") << QPoint(400, 420) << true << QRect(296, 104, 208, 496);
+    QTest::newRow("too far up") << QPoint(400, 200) << true << QRect(299, 0, 203, 496);
+    QTest::newRow("too far down") << QPoint(400, 420) << true << QRect(299, 104, 203, 496);
 }
 
 void OTWindowTest::anotherGridKeepsTheCentre_onTheScreen()

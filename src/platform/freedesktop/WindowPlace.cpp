@@ -55,6 +55,17 @@ bool WindowPlace::isOnPresentDesktop(XConnection &connection, xcb_window_t windo
     return shown && shown->map_state == XCB_MAP_STATE_VIEWABLE && !isHidden && isHere;
 }
 
+bool WindowPlace::hasKeyboard(XConnection &connection, xcb_window_t window)
+{
+    if (!connection.isOpen()) {
+        return false;
+    }
+    const XReply<xcb_get_input_focus_reply_t> focus(xcb_get_input_focus_reply(
+        connection.get(), xcb_get_input_focus(connection.get()), nullptr));
+    connection.takeEventsLater();
+    return focus && focus->focus == window;
+}
+
 bool WindowPlace::isPointerPressed(XConnection &connection)
 {
     if (!connection.isOpen()) {

@@ -14,6 +14,9 @@ namespace WindowPlace {
 // and on the present desktop or on all of them. False when it is gone.
 bool isOnPresentDesktop(XConnection &connection, xcb_window_t window);
 
+// Whether keys go to the window.
+bool hasKeyboard(XConnection &connection, xcb_window_t window);
+
 // Whether one of the three ordinary buttons of the pointer is down.
 bool isPointerPressed(XConnection &connection);
 

@@ -312,6 +312,11 @@ OwnWindows::Former XOwnWindows::giveFrontBack()
     return Former::InFront;
 }
 
+bool XOwnWindows::hasKeyboard(const QWindow &window) const
+{
+    return WindowPlace::hasKeyboard(_windows.connection(), idOf(&window));
+}
+
 bool XOwnWindows::isPointerPressed() const
 {
     return WindowPlace::isPointerPressed(_windows.connection());

@@ -32,6 +32,7 @@ public:
     void activate(QWindow &window, const ActivationStamp &stamp) override;
     Former giveFrontBack() override;
     QWindow *activeWindow() const override;
+    bool hasKeyboard(const QWindow &window) const override;
     bool isPointerPressed() const override;
     bool setNextContent(QWindow &window, const QImage &picture) override;
     void clearNextContent(QWindow &window) override;

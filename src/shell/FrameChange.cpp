@@ -12,7 +12,7 @@
 namespace {
 
 // Milliseconds. A window manager that grants a size does so in much less.
-constexpr int longestWait = 200;
+constexpr int longestWait = 100;
 
 QImage pictureOf(QWidget &content)
 {
@@ -58,6 +58,9 @@ void FrameChange::setFrame(const QRect &frame)
 
 void FrameChange::showVeiled()
 {
+    if (_waiting.isActive()) {
+        settle();
+    }
     _content.resize(_window.size());
     _isVeiled = _areTaken && !_shape(_window.size()).isEmpty();
     if (_isVeiled) {

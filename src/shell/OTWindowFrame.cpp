@@ -88,12 +88,12 @@ void OTWindow::chooseScreen()
     takeScreen(pointed ? pointed : QGuiApplication::primaryScreen());
 }
 
-// Carried over by the user, the panel belongs to the other screen. The display tells of that late,
-// when the panel may have been summoned elsewhere; and of a hidden panel it tells nothing new.
+// Carried over by the user, the panel belongs to the other screen. A window manager that takes the
+// panel into its frame lets it seem at the corner of the first screen for a moment.
 void OTWindow::takeScreenOfFrame()
 {
     QScreen *const screen = QGuiApplication::screenAt(geometry().center());
-    if (isVisible() && screen) {
+    if (_isMovedByUser && isVisible() && screen) {
         takeScreen(screen);
     }
 }

@@ -57,7 +57,7 @@ bool OwnWindows::isPointerPressed() const
     return QGuiApplication::mouseButtons() != Qt::NoButton;
 }
 
-bool OwnWindows::setNextContent(QWindow &, const QImage &)
+bool OwnWindows::setNextContent(QWindow &, const QImage &, const QRect &)
 {
     return false;
 }

@@ -46,10 +46,11 @@ public:
     virtual bool hasKeyboard(const QWindow &window) const;
     // Whether a button of the pointer is down, in whatever window it was pressed.
     virtual bool isPointerPressed() const;
-    // Has a window show a picture from the moment on that it is shown or gets the picture's size,
-    // in device pixels, until it paints. False where a desktop cannot.
-    virtual bool setNextContent(QWindow &window, const QImage &picture);
-    // Ends that. To be called once the window has its size.
+    // Has a window show a picture from the moment on that it is shown or gets a frame of the
+    // picture's size, until it paints. Where a display draws each step of a change on the screen,
+    // the screen stays as it is meanwhile. False where a desktop cannot.
+    virtual bool setNextContent(QWindow &window, const QImage &picture, const QRect &frame);
+    // Ends that. To be called once the window has its frame.
     virtual void clearNextContent(QWindow &window);
 
     // Sends on at once what was asked of the display: the toolkit keeps it back until it has drawn

@@ -13,6 +13,8 @@ namespace {
 
 // Milliseconds. A window manager that grants a size does so in much less.
 constexpr int longestWait = 100;
+// For a window manager that has given the window its size to finish with the frame and its shape.
+constexpr int finishingTime = 10;
 
 QImage pictureOf(QWidget &content)
 {
@@ -33,7 +35,6 @@ FrameChange::FrameChange(QWidget &window, QWidget &content, OwnWindows &ownWindo
     , _shape(std::move(shape))
 {
     _waiting.setSingleShot(true);
-    _waiting.setInterval(longestWait);
     connect(&_waiting, &QTimer::timeout, this, &FrameChange::settle);
 }
 
@@ -41,7 +42,7 @@ void FrameChange::setFrame(const QRect &frame)
 {
     const QSize before = _window.size();
     _content.resize(frame.size());
-    if (!_window.isVisible() || frame.size() == before || !giveAhead()) {
+    if (!_window.isVisible() || frame.size() == before || !giveAhead(frame)) {
         _window.setGeometry(frame);
         updateShape();
         return;
@@ -49,9 +50,8 @@ void FrameChange::setFrame(const QRect &frame)
     _window.setUpdatesEnabled(false);
     _window.setGeometry(frame);
     // Window managers give their frames the shape that the window has when they get to its size.
-    // One that is smaller than before would at once show what lies behind the window in its frame.
     if (const QRegion shape = _shape(frame.size()); !shape.isEmpty()) {
-        _window.setMask(shape + _shape(before));
+        _window.setMask(shape);
         _ownWindows.flush();
     }
 }
@@ -74,7 +74,7 @@ void FrameChange::showVeiled()
 void FrameChange::unveil()
 {
     if (_isVeiled) {
-        giveAhead();
+        giveAhead(_window.geometry());
         _isVeiled = false;
         cutOut();
         _ownWindows.flush();
@@ -99,16 +99,16 @@ void FrameChange::cutOut()
     }
 }
 
-bool FrameChange::giveAhead()
+bool FrameChange::giveAhead(const QRect &frame)
 {
     QWindow *const window = _window.windowHandle();
     if (window == nullptr || !_areTaken) {
         return false;
     }
-    _areTaken = _ownWindows.setNextContent(*window, pictureOf(_content));
+    _areTaken = _ownWindows.setNextContent(*window, pictureOf(_content), frame);
     if (_areTaken) {
         window->installEventFilter(this);
-        _waiting.start();
+        _waiting.start(longestWait);
     }
     return _areTaken;
 }
@@ -119,7 +119,12 @@ bool FrameChange::eventFilter(QObject *watched, QEvent *event)
     const auto *const window = qobject_cast<QWindow *>(watched);
     if (_waiting.isActive() && mayBeThere && window->isExposed()
         && window->size() == _window.size()) {
-        settle();
+        // What is cut out is drawn by a window manager and on the screen step by step.
+        if (_shape(_window.size()).isEmpty()) {
+            settle();
+        } else {
+            _waiting.start(finishingTime);
+        }
     }
     return QObject::eventFilter(watched, event);
 }
@@ -127,10 +132,10 @@ bool FrameChange::eventFilter(QObject *watched, QEvent *event)
 void FrameChange::settle()
 {
     _waiting.stop();
+    cutOut();
     if (QWindow *const window = _window.windowHandle()) {
         _ownWindows.clearNextContent(*window);
     }
-    cutOut();
     _window.setUpdatesEnabled(true);
     _ownWindows.flush();
 }

@@ -46,7 +46,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    bool giveAhead();
+    bool giveAhead(const QRect &frame);
     void cutOut();
     void settle();
 

@@ -61,6 +61,7 @@ void endStartup(const QString &startupId)
 XOwnWindows::XOwnWindows(RunningWindows &windows, xcb_connection_t *connection)
     : _windows(windows)
     , _connection(connection)
+    , _change(connection, windows.connection().root())
 {
     disconnect(qGuiApp, nullptr, this, nullptr);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &XOwnWindows::takeToolkit);
@@ -81,6 +82,7 @@ XOwnWindows::Own &XOwnWindows::ownOf(QWindow &window)
             QMetaObject::invokeMethod(
                 &window, [this, &window] { handleShown(window); }, Qt::QueuedConnection);
             if (!isVisible) {
+                SingleStep::takeFrameAway(_connection, idOf(&window));
                 _owns[&window].stamp.reset();
             }
         });
@@ -362,13 +364,45 @@ void XOwnWindows::setActive(QWindow *window)
     }
 }
 
-bool XOwnWindows::setNextContent(QWindow &window, const QImage &picture)
+// Asked anew, since the answer decides what is asked next.
+bool XOwnWindows::isComposited() const
 {
-    return window.handle() != nullptr && XBackground::set(_connection, idOf(&window), picture);
+    const xcb_atom_t manager = _windows.connection().atom(XConnection::CompositingManager);
+    const XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+        _connection, xcb_get_selection_owner(_connection, manager), nullptr));
+    return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
+// Of the root window, in pixels: what the window covers before and after it gets the frame.
+QRect XOwnWindows::areaOfChange(const QWindow &window, const QRect &frame) const
+{
+    const xcb_window_t root = _windows.connection().root();
+    const XReply<xcb_translate_coordinates_reply_t> corner(xcb_translate_coordinates_reply(
+        _connection, xcb_translate_coordinates(_connection, idOf(&window), root, 0, 0), nullptr));
+    if (!corner) {
+        return {};
+    }
+    const qreal ratio = window.devicePixelRatio();
+    const QPoint topLeft(corner->dst_x, corner->dst_y);
+    const QRect before(topLeft, (QSizeF(window.size()) * ratio).toSize());
+    const QPoint way = (QPointF(frame.topLeft() - window.position()) * ratio).toPoint();
+    return before | QRect(topLeft + way, (QSizeF(frame.size()) * ratio).toSize());
+}
+
+bool XOwnWindows::setNextContent(QWindow &window, const QImage &picture, const QRect &frame)
+{
+    if (window.handle() == nullptr) {
+        return false;
+    }
+    if (window.isVisible() && window.size() != frame.size()) {
+        _change.begin(idOf(&window), areaOfChange(window, frame), isComposited());
+    }
+    return XBackground::set(_connection, idOf(&window), picture);
 }
 
 void XOwnWindows::clearNextContent(QWindow &window)
 {
+    _change.end();
     if (window.handle() != nullptr) {
         XBackground::clear(_connection, idOf(&window));
     }

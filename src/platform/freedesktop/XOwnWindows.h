@@ -8,6 +8,7 @@
 #pragma once
 
 #include "platform/OwnWindows.h"
+#include "platform/freedesktop/SingleStep.h"
 
 #include <QElapsedTimer>
 #include <QHash>
@@ -34,7 +35,7 @@ public:
     QWindow *activeWindow() const override;
     bool hasKeyboard(const QWindow &window) const override;
     bool isPointerPressed() const override;
-    bool setNextContent(QWindow &window, const QImage &picture) override;
+    bool setNextContent(QWindow &window, const QImage &picture, const QRect &frame) override;
     void clearNextContent(QWindow &window) override;
     void flush() override;
 
@@ -51,6 +52,8 @@ private:
 
     Own &ownOf(QWindow &window);
     void handleShown(QWindow &window);
+    bool isComposited() const;
+    QRect areaOfChange(const QWindow &window, const QRect &frame) const;
     bool isManagedByAwesome();
     void askForNoFrame(QWindow &window);
     void writeStates(QWindow &window, const Own &own);
@@ -67,6 +70,7 @@ private:
 
     RunningWindows &_windows;
     xcb_connection_t *const _connection;
+    SingleStep _change;
     QHash<QWindow *, Own> _owns;
     // Waits for the time to be told.
     QPointer<QWindow> _waiting;

@@ -14,57 +14,39 @@ class AppSortingTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void sort_data()
-    {
-        QTest::addColumn<int>("preference");
-        QTest::addColumn<QString>("paths");
-        QTest::addColumn<QString>("sorted");
-        const QString shown = u"/d/z.app /d/y.app /d/x.app"_s;
-        const QString shownSorted = u"/d/x.app /d/z.app /d/y.app"_s;
-        const QString folders = u"/Users/adobe.app /Applications/Zoom.app"_s;
-        QTest::newRow("by name, without case") << 1 << folders << folders;
-        QTest::newRow("by path") << 0 << folders << u"/Applications/Zoom.app /Users/adobe.app"_s;
-        QTest::newRow("by path, without case") << 0 << u"/b/A /B/b /a/C"_s << u"/a/C /b/A /B/b"_s;
-        QTest::newRow("the shown name counts, equals stay") << 1 << shown << shownSorted;
-        QTest::newRow("an unknown order") << 77 << shown << shownSorted;
-        QTest::newRow("a negative order") << -1 << shown << shownSorted;
-    }
-
     void sort()
     {
         _desktop.fakeItems.displayNames = { { u"/d/z.app"_s, u"Éclair"_s },
             { u"/d/y.app"_s, u"éclair"_s }, { u"/d/x.app"_s, u"Alpha"_s } };
-        QFETCH(int, preference);
-        QFETCH(QString, paths);
-        AppList list = apps(paths);
-        sortApps(list, sortOrderFromPreference(preference));
-        QTEST(pathsFromApps(list).join(u' '), "sorted");
-    }
-
-    void bestMatch_data()
-    {
-        QTest::addColumn<QString>("candidates");
-        QTest::addColumn<int>("best");
-        QTest::newRow("most shared components") << u"/A/Editor.app /me/Tools/Editor.app"_s << 1;
-        QTest::newRow("the first of equals") << u"/a/Editor.app /b/Editor.app"_s << 0;
-        QTest::newRow("no candidate") << QString() << -1;
-        QTest::newRow("another name, another case") << u"/Tools/Editors.app /editor.app"_s << -1;
-        QTest::newRow("the only namesake") << u"/x/Y.app /Editor.AppImage"_s << 1;
-        QTest::newRow("several that share nothing") << u"/Tools/Editor.a /Tools/Editor.b"_s << -1;
-        QTest::newRow("a shorter path") << u"/Editor.app /Editor.a"_s << 0;
+        const QString shown = u"/d/z.app /d/y.app /d/x.app"_s;
+        const QString shownSorted = u"/d/x.app /d/z.app /d/y.app"_s;
+        const QString folders = u"/Users/adobe.app /Applications/Zoom.app"_s;
+        const std::tuple<int, QString, QString> rows[] { { 1, folders, folders },
+            { 0, folders, u"/Applications/Zoom.app /Users/adobe.app"_s },
+            { 0, u"/b/A /B/b /a/C"_s, u"/a/C /b/A /B/b"_s }, { 1, shown, shownSorted },
+            { 77, shown, shownSorted }, { -1, shown, shownSorted } };
+        for (const auto &[preference, paths, sorted] : rows) {
+            AppList list = apps(paths);
+            sortApps(list, sortOrderFromPreference(preference));
+            QCOMPARE(pathsFromApps(list).join(u' '), sorted);
+        }
     }
 
     void bestMatch()
     {
-        QFETCH(QString, candidates);
-        QFETCH(int, best);
-        const AppList list = apps(candidates);
+        const std::pair<QString, int> rows[] { { u"/A/Editor.app /me/Tools/Editor.app"_s, 1 },
+            { u"/a/Editor.app /b/Editor.app"_s, 0 }, { {}, -1 },
+            { u"/Tools/Editors.app /editor.app"_s, -1 }, { u"/x/Y.app /Editor.AppImage"_s, 1 },
+            { u"/Tools/Editor.a /Tools/Editor.b"_s, -1 }, { u"/Editor.app /Editor.a"_s, 0 } };
         const AppRef lost = apps(u"/Applications/Tools/Editor.app"_s).first();
-        const AppRef expected = best < 0 ? nullptr : list[best];
-        QCOMPARE(bestMatchForApp(lost, AppArray(list)), expected);
-        const BunchList bunches { list.mid(0, 1), list.mid(1) };
-        QCOMPARE(bestMatchForApp(lost, AppArray(bunches)), expected);
-        QCOMPARE(bestMatchForApp(nullptr, AppArray(list)), AppRef());
+        for (const auto &[candidates, best] : rows) {
+            const AppList list = apps(candidates);
+            const AppRef expected = best < 0 ? nullptr : list[best];
+            QCOMPARE(bestMatchForApp(lost, AppArray(list)), expected);
+            const BunchList bunches { list.mid(0, 1), list.mid(1) };
+            QCOMPARE(bestMatchForApp(lost, AppArray(bunches)), expected);
+            QCOMPARE(bestMatchForApp(nullptr, AppArray(list)), AppRef());
+        }
     }
 
 private:

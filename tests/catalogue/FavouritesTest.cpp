@@ -11,98 +11,54 @@ class FavouritesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // A move is written "a>1.0" (bunch and index), "a>1" (flat order) or "a>|1" (new bunch). Where
-    // the last column is missing nothing changes.
-    void move_data()
-    {
-        QTest::addColumn<QString>("bunches");
-        QTest::addColumn<QString>("flat");
-        QTest::addColumn<QString>("move");
-        QTest::addColumn<QString>("movedBunches");
-        QTest::addColumn<QString>("movedFlat");
-        QTest::addColumn<bool>("isChange");
-        const auto bunched = [](const char *about, const QString &bunches, const QString &move,
-                                 const QString &moved) {
-            const QString flat = QString(bunches).remove(u'|');
-            QTest::newRow(about) << bunches << flat << move << moved
-                                 << (flat.contains(move[0]) ? flat : flat + move[0]) << true;
-        };
-        bunched("own bunch, forward", u"abcd|"_s, u"b>0.3"_s, u"acbd|"_s);
-        bunched("own bunch, to the end", u"abcd|"_s, u"a>0.4"_s, u"bcda|"_s);
-        bunched("own bunch, back", u"abc|"_s, u"c>0.0"_s, u"cab|"_s);
-        bunched("own bunch, the gap behind it", u"abc|"_s, u"a>0.1"_s, u"abc|"_s);
-        bunched("another bunch", u"ab|c|"_s, u"b>1.0"_s, u"a|bc|"_s);
-        bunched("another bunch, at its end", u"ab|c|"_s, u"b>1.1"_s, u"a|cb|"_s);
-        bunched("index too large", u"ab|c|"_s, u"a>1.9"_s, u"b|ca|"_s);
-        bunched("negative index", u"ab|c|"_s, u"a>1.-4"_s, u"b|ac|"_s);
-        bunched("alone, into the following bunch", u"a|bcd|"_s, u"a>1.0"_s, u"abcd|"_s);
-        bunched("alone, further on there: one less", u"a|bcd|"_s, u"a>1.2"_s, u"bacd|"_s);
-        bunched("alone, into a later bunch", u"a|b|cd|"_s, u"a>2.2"_s, u"b|cda|"_s);
-        bunched("alone, into an earlier bunch", u"ab|c|"_s, u"c>0.1"_s, u"acb|"_s);
-        bunched("alone, further on in its own", u"a|b|"_s, u"a>0.5"_s, u"a|b|"_s);
-        bunched("past the end", u"ab|c|"_s, u"a>2.0"_s, u"b|c|a|"_s);
-        bunched("alone, past the end", u"a|b|"_s, u"a>2.0"_s, u"b|a|"_s);
-        bunched("alone and last, past the end", u"a|b|"_s, u"b>2.0"_s, u"a|b|"_s);
-        bunched("the only one, past the end", u"a|"_s, u"a>1.0"_s, u"a|"_s);
-        bunched("negative bunch", u"ab|c|"_s, u"a>-1.0"_s, u"b|c|a|"_s);
-        bunched("alone, negative bunch", u"a|b|"_s, u"a>-1.0"_s, u"b|a|"_s);
-        bunched("empty bunches stay", u"|ab|"_s, u"a>0.0"_s, u"a|b|"_s);
-        bunched("alone, into an empty bunch", u"a||"_s, u"a>1.0"_s, u"a|"_s);
-        bunched("new", u"ab|c|"_s, u"n>0.0"_s, u"nab|c|"_s);
-        bunched("new, past the end", u"ab|"_s, u"n>7.3"_s, u"ab|n|"_s);
-        bunched("new and first of all", {}, u"n>0.0"_s, u"n|"_s);
-
-        bunched("new bunch in front", u"ab|c|"_s, u"b>|0"_s, u"b|a|c|"_s);
-        bunched("new bunch between", u"ab|c|"_s, u"a>|1"_s, u"b|a|c|"_s);
-        bunched("new bunch past the end", u"ab|c|"_s, u"a>|99"_s, u"b|c|a|"_s);
-        bunched("new bunch, negative", u"ab|c|"_s, u"a>|-1"_s, u"b|c|a|"_s);
-        bunched("new bunch, alone, forward", u"a|b|c|"_s, u"a>|2"_s, u"b|a|c|"_s);
-        bunched("new bunch, alone, back", u"a|b|c|"_s, u"c>|0"_s, u"c|a|b|"_s);
-        bunched("new bunch, alone, own place", u"a|b|"_s, u"a>|0"_s, u"a|b|"_s);
-        bunched("new bunch, new", u"ab|"_s, u"n>|0"_s, u"n|ab|"_s);
-
-        const auto row = [](const char *about, const char *all) {
-            const QStringList part = QString::fromLatin1(all).split(u' ');
-            const bool isChange = part.size() > 3;
-            QTest::newRow(about) << part[0] << part[1] << part[2] << part[isChange ? 3 : 0]
-                                 << part[isChange ? 4 : 1] << isChange;
-        };
-        row("own place", "ab|c| cab b>0.1");
-        row("own place alone", "ab|c| cab c>1.0");
-        row("flat: own place", "ab|c| cab c>0");
-        row("flat: forward", "ab|cd| abcd b>3 ab|cd| acbd");
-        row("flat: back", "ab|cd| abcd d>0 ab|cd| dabc");
-        row("flat: too far", "ab|cd| abcd a>99 ab|cd| bcda");
-        row("flat: negative", "ab|cd| abcd d>-1 ab|cd| dabc");
-        row("flat: new", "ab|cd| abcd n>1 ab|cd|n| anbcd");
-        row("flat order is left alone", "ab|c| cab b>1.0 a|bc| cab");
-        row("known to the flat order only", "a| ab b>0.0 ba| ab");
-        row("known to the flat order only, new bunch", "a| ba b>|0 b|a| ba");
-        row("flat: known to the bunches only", "ab| a b>0 ab| ba");
-    }
-
+    // A move is written "a>1.0" (bunch and index), "a>1" (flat order) or "a>|1" (new bunch). Before
+    // it stand the bunches and the flat order, after it what comes of both, or "=" where nothing
+    // changes; a flat order like the bunches is left out.
     void move()
     {
-        QFETCH(QString, bunches);
-        QFETCH(QString, flat);
-        QFETCH(QString, move);
-        Favourites favourites;
-        favourites.setBunches(BunchText::bunches(bunches, _desktop));
-        favourites.setFlat(BunchText::apps(flat, _desktop));
-
-        const AppRef app = BunchText::app(move[0], _desktop);
-        const QStringList to = move.mid(2).split(u'.');
-        bool isChange = true;
-        if (to[0].startsWith(u'|')) {
-            favourites.moveAppNewBunchAtIndex(app, to[0].mid(1).toInt());
-        } else if (to.size() == 2) {
-            isChange = favourites.moveApp(app, to[0].toInt(), to[1].toInt());
-        } else {
-            isChange = favourites.moveAppInFlatOrder(app, to[0].toInt());
+        const char *const rows[] {
+            // Within a bunch, the gap behind itself among them, and to another one.
+            "abcd| b>0.3 acbd|", "abcd| a>0.4 bcda|", "abc| a>0.1 abc|", "ab|c| b>1.1 a|cb|",
+            "ab|c| a>1.9 b|ca|", "ab|c| a>1.-4 b|ac|", "ab|c| a>2.0 b|c|a|", "ab|c| a>-1.0 b|c|a|",
+            // Alone, where its bunch goes; empty bunches stay.
+            "a|bcd| a>1.0 abcd|", "a|bcd| a>1.2 bacd|", "a|b|cd| a>2.2 b|cda|", "a|b| a>0.5 a|b|",
+            "a|b| a>2.0 b|a|", "a|b| b>2.0 a|b|", "|ab| a>0.0 a|b|", "a|| a>1.0 a|",
+            // New among the favourites, and into a new bunch.
+            "ab|c| n>0.0 nab|c|", "ab| n>7.3 ab|n|", " n>0.0 n|", "ab|c| a>|1 b|a|c|",
+            "ab|c| a>|99 b|c|a|", "ab|c| a>|-1 b|c|a|", "a|b|c| a>|2 b|a|c|", "a|b|c| c>|0 c|a|b|",
+            "ab| n>|0 n|ab|",
+            // Its own place, the flat order, and what one order alone knows.
+            "ab|c| cab b>0.1 =", "ab|c| cab c>1.0 =", "ab|c| cab c>0 =",
+            "ab|cd| abcd b>3 ab|cd| acbd", "ab|cd| abcd d>0 ab|cd| dabc",
+            "ab|cd| abcd a>99 ab|cd| bcda", "ab|cd| abcd d>-1 ab|cd| dabc",
+            "ab|cd| abcd n>1 ab|cd|n| anbcd", "ab|c| cab b>1.0 a|bc| cab", "a| ab b>0.0 ba| ab",
+            "a| ba b>|0 b|a| ba", "ab| a b>0 ab| ba"
+        };
+        for (const char *row : rows) {
+            QStringList part = QString::fromLatin1(row).split(u' ');
+            if (part.size() == 3) {
+                const QString flat = QString(part[0]).remove(u'|');
+                part.insert(1, flat);
+                part.append(flat.contains(part[2][0]) ? flat : flat + part[2][0]);
+            }
+            Favourites favourites;
+            favourites.setBunches(BunchText::bunches(part[0], _desktop));
+            favourites.setFlat(BunchText::apps(part[1], _desktop));
+            const AppRef app = BunchText::app(part[2][0], _desktop);
+            const QStringList to = part[2].mid(2).split(u'.');
+            bool isChange = true;
+            if (to[0].startsWith(u'|')) {
+                favourites.moveAppNewBunchAtIndex(app, to[0].mid(1).toInt());
+            } else if (to.size() == 2) {
+                isChange = favourites.moveApp(app, to[0].toInt(), to[1].toInt());
+            } else {
+                isChange = favourites.moveAppInFlatOrder(app, to[0].toInt());
+            }
+            const bool isExpected = part.size() == 5;
+            QVERIFY2(isChange == isExpected, row);
+            QCOMPARE(BunchText::text(favourites.bunches()), part[isExpected ? 3 : 0]);
+            QCOMPARE(BunchText::text(favourites.flat()), part[isExpected ? 4 : 1]);
         }
-        QTEST(BunchText::text(favourites.bunches()), "movedBunches");
-        QTEST(BunchText::text(favourites.flat()), "movedFlat");
-        QTEST(isChange, "isChange");
     }
 
     void remove()

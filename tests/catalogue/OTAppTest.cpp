@@ -27,36 +27,20 @@ private Q_SLOTS:
         _desktop = std::make_unique<FakeDesktop>();
     }
 
-    void path_data()
+    void path_isStandardized()
     {
-        QTest::addColumn<QString>("given");
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("plain") << u"/A/Mail.app"_s << u"/A/Mail.app"_s << u"Mail"_s;
-        QTest::newRow("crooked") << u"/A/../A/.//Mail.app/"_s << u"/A/Mail.app"_s << u"Mail"_s;
-        QTest::newRow("tilde") << u"~/b.app"_s << QDir::homePath() + u"/b.app"_s << u"b"_s;
-        QTest::newRow("many dots")
-            << u"/org.a.b.desktop"_s << u"/org.a.b.desktop"_s << u"org.a.b"_s;
-        QTest::newRow("signs of an address")
-            << u"/a b#c?d%20.app"_s << u"/a b#c?d%20.app"_s << u"a b#c?d%20"_s;
-        QTest::newRow("above the root") << u"/../a/../../b.app"_s << u"/b.app"_s << u"b"_s;
-        QTest::newRow("the root") << u"/.."_s << u"/"_s << u"/"_s;
-        QTest::newRow("empty") << QString() << QString() << QString();
-    }
-
-    void path()
-    {
-        QFETCH(QString, given);
-        QFETCH(QString, path);
-        const AppRef app = made(given);
-        QCOMPARE(app->path(), path);
-        QCOMPARE(app->description(), path);
-        QTEST(app->name(), "name");
-        QCOMPARE(app->url().toLocalFile(), path);
-        QVERIFY(*app == *made(path));
-        QVERIFY(!(*app == *made(path.toUpper() + u'X')));
-        QVERIFY(!app->isPathValid());
-        QVERIFY(!app->icon().isNull());
+        const QStringList rows[] { { u"/A/../A/.//Mail.app/"_s, u"/A/Mail.app"_s, u"Mail"_s },
+            { u"~/b.app"_s, QDir::homePath() + u"/b.app"_s, u"b"_s },
+            { u"/org.a.b.desktop"_s, u"/org.a.b.desktop"_s, u"org.a.b"_s },
+            { u"/a b#c?d%20.app"_s, u"/a b#c?d%20.app"_s, u"a b#c?d%20"_s }, {} };
+        for (const QStringList &row : rows) {
+            const AppRef app = made(row.value(0));
+            QCOMPARE(app->path(), row.value(1));
+            QCOMPARE(app->name(), row.value(2));
+            QCOMPARE(app->url().toLocalFile(), app->path());
+            QVERIFY(*app == *made(app->path()) && !(*app == *made(app->path() + u'X')));
+            QVERIFY(!app->isPathValid() && !app->icon().isNull());
+        }
     }
 
     void encoding()
@@ -100,79 +84,59 @@ private Q_SLOTS:
         QVERIFY(!app->containsLetter('u') && !app->containsLetter(0));
     }
 
-    void launch_data()
-    {
-        QTest::addColumn<LaunchStatus>("status");
-        QTest::addColumn<bool>("isElsewhere");
-        QTest::addColumn<QString>("announced");
-        const QString missing = u"panel missing told"_s;
-        const QString failed = u"panel told"_s;
-        QTest::newRow("well") << LaunchStatus::Launched << false << QString();
-        QTest::newRow("another failure") << LaunchStatus::CannotExecute << false << failed;
-        QTest::newRow("gone, on another thread") << LaunchStatus::FileNotFound << true << missing;
-        QTest::newRow("failed, on another thread") << LaunchStatus::Failed << true << failed;
-    }
-
     void launch()
     {
-        QFETCH(LaunchStatus, status);
-        QFETCH(bool, isElsewhere);
         const AppRef app = made(u"/a b.app"_s);
         QStringList announced;
-        connect(_center.get(), &NotificationCenter::applicationOpenUntitledFile, this,
-            [&announced, this] {
-                announced += QThread::currentThread() == thread() ? u"panel"_s : u"wrong thread"_s;
-            });
+        connect(_center.get(), &NotificationCenter::applicationOpenUntitledFile, this, [&] {
+            announced += QThread::currentThread() == thread() ? u"panel"_s : u"wrong thread"_s;
+        });
         connect(_center.get(), &NotificationCenter::N_AppIsMissing, this,
-            [&announced, app](
-                const AppRef &gone) { announced += gone == app ? u"missing"_s : u"?"_s; });
-        connect(_center.get(), &NotificationCenter::N_UserMessage, this,
-            [&announced](const QString &message) {
-                announced += message.startsWith(u"a b cannot be started"_s) ? u"told"_s : message;
-            });
-        if (status != LaunchStatus::Launched) {
-            const QString line = u"LSOpenCFURLRef() returned err: %1 for URL: file:///a b.app"_s;
-            QTest::ignoreMessage(QtWarningMsg, qPrintable(line.arg(int(status))));
+            [&](const AppRef &gone) { announced += gone == app ? u"missing"_s : u"?"_s; });
+        connect(_center.get(), &NotificationCenter::N_UserMessage, this, [&](const QString &text) {
+            announced += text.startsWith(u"a b cannot be started"_s) ? u"told"_s : text;
+        });
+        const std::pair<LaunchStatus, QString> rows[] { { LaunchStatus::Launched, {} },
+            { LaunchStatus::CannotExecute, u"panel told"_s },
+            { LaunchStatus::FileNotFound, u"panel missing told"_s } };
+        for (const auto &[status, expected] : rows) {
+            for (const bool isElsewhere : { false, true }) {
+                const QString line =
+                    u"LSOpenCFURLRef() returned err: %1 for URL: file:///a b.app"_s;
+                if (status != LaunchStatus::Launched) {
+                    QTest::ignoreMessage(QtWarningMsg, qPrintable(line.arg(int(status))));
+                }
+                _desktop->fakeLauncher.answer = status;
+                bool isLaunched = false;
+                const auto launch = [&] { isLaunched = app->launchWithPasteboard(nullptr); };
+                if (isElsewhere) {
+                    const std::unique_ptr<QThread> thread(QThread::create(launch));
+                    thread->start();
+                    QVERIFY(thread->wait() && announced.isEmpty());
+                    QCoreApplication::processEvents();
+                } else {
+                    launch();
+                }
+                QCOMPARE(isLaunched, status == LaunchStatus::Launched);
+                QCOMPARE(std::exchange(announced, {}).join(u' '), expected);
+            }
         }
-        _desktop->fakeLauncher.answer = status;
-        bool isLaunched = false;
-        if (isElsewhere) {
-            const std::unique_ptr<QThread> thread(
-                QThread::create([&] { isLaunched = app->launchWithPasteboard(nullptr); }));
-            thread->start();
-            QVERIFY(thread->wait());
-            QVERIFY(announced.isEmpty());
-            QCoreApplication::processEvents();
-        } else {
-            isLaunched = app->launchWithPasteboard(nullptr);
-        }
-        QCOMPARE(isLaunched, status == LaunchStatus::Launched);
-        QTEST(announced.join(u' '), "announced");
     }
 
-    void documents_data()
+    void documents_areFilesElseOneAddress()
     {
-        QTest::addColumn<QString>("urls");
-        QTest::addColumn<QString>("launch");
-        QTest::newRow("no address") << QString() << u"/x.app <- "_s;
-        QTest::newRow("files") << u"file:///b file:///a/../c"_s
-                               << u"/x.app <- file:///b file:///c"_s;
-        QTest::newRow("name that is not UTF-8")
-            << u"file:///x//d%E4"_s << u"/x.app <- file:///x/d%E4"_s;
-        QTest::newRow("one address of two")
-            << u"https://b.org https://a.org"_s << u"/x.app <- https://b.org"_s;
-        QTest::newRow("files before addresses")
-            << u"https://b.org file:///a"_s << u"/x.app <- file:///a"_s;
-    }
-
-    void documents()
-    {
-        QFETCH(QString, urls);
-        QMimeData pasteboard;
-        pasteboard.setText(u"/not/a/document"_s);
-        pasteboard.setUrls(QUrl::fromStringList(urls.split(u' ', Qt::SkipEmptyParts)));
-        QVERIFY(made(u"/x.app"_s)->launchWithPasteboard(&pasteboard));
-        QTEST(_desktop->fakeLauncher.launches.value(0), "launch");
+        const std::pair<QString, QString> rows[] { { {}, {} },
+            { u"file:///b file:///a/../c"_s, u"file:///b file:///c"_s },
+            { u"file:///x//d%E4"_s, u"file:///x/d%E4"_s }, // not UTF-8
+            { u"https://b.org https://a.org"_s, u"https://b.org"_s },
+            { u"https://b.org file:///a"_s, u"file:///a"_s } };
+        for (const auto &[urls, launched] : rows) {
+            QMimeData pasteboard;
+            pasteboard.setText(u"/not/a/document"_s);
+            pasteboard.setUrls(QUrl::fromStringList(urls.split(u' ', Qt::SkipEmptyParts)));
+            QVERIFY(made(u"/x.app"_s)->launchWithPasteboard(&pasteboard));
+            QCOMPARE(_desktop->fakeLauncher.launches.takeFirst(), u"/x.app <- "_s + launched);
+        }
     }
 
     void icon_isLoadedAgainOnlyWhenTheBundleOrTheSizeIsAnother()
@@ -296,39 +260,33 @@ private Q_SLOTS:
         QCOMPARE(app->spectrumIcon(), icon);
     }
 
-    void colors_honourWhatChangedMeanwhile_data()
-    {
-        QTest::addColumn<bool>("isLoaded");
-        QTest::newRow("while the icon is loaded") << false;
-        QTest::newRow("while the colours are measured") << true;
-    }
-
+    // While the icon is loaded, and while the colours are measured.
     void colors_honourWhatChangedMeanwhile()
     {
-        QFETCH(bool, isLoaded);
-        const AppRef app = made(_desktop->tree.add(u"a.app"_s, {}));
-        if (isLoaded) {
-            app->setIconParameters(colored(0.14F));
-            QVERIFY(wait());
-            QVERIFY(app->colorSortValue() < 1);
-        }
         const float nan = std::numeric_limits<float>::quiet_NaN();
-        for (const float minSaturation : { 0.2F, nan, 3.0F }) {
-            app->setIconParameters(colored(minSaturation));
-        }
-        // At most one measurement is on its way, and the entry has not changed yet.
-        QCOMPARE(IconLoader::sharedIconLoader().pendingCount(), 1);
-        QCOMPARE(app->colorSortValue() < 1, isLoaded);
-        QVERIFY(wait());
-        QVERIFY(app->colorSortValue() > 1 && app->colorSortValue() < 1.5);
-        QCOMPARE(_desktop->fakeIcons.asked().size(), 1);
+        for (const bool isLoaded : { false, true }) {
+            init();
+            const AppRef app = made(_desktop->tree.add(u"a.app"_s, {}));
+            if (isLoaded) {
+                app->setIconParameters(colored(0.14F));
+                QVERIFY(wait() && app->colorSortValue() < 1);
+            }
+            for (const float minSaturation : { 0.2F, nan, 3.0F }) {
+                app->setIconParameters(colored(minSaturation));
+            }
+            // At most one measurement is on its way, and the entry has not changed yet.
+            QCOMPARE(IconLoader::sharedIconLoader().pendingCount(), 1);
+            QCOMPARE(app->colorSortValue() < 1, isLoaded);
+            QVERIFY(wait() && app->colorSortValue() > 1 && app->colorSortValue() < 1.5);
+            QCOMPARE(_desktop->fakeIcons.asked().size(), 1);
 
-        app->setIconParameters(colored(nan));
-        QVERIFY(wait());
-        app->setIconParameters(colored(0.14F));
-        app->setIcon(redAndBlue());
-        QVERIFY(wait());
-        QCOMPARE(app->sortedColors().size(), 3);
+            app->setIconParameters(colored(nan));
+            QVERIFY(wait());
+            app->setIconParameters(colored(0.14F));
+            app->setIcon(redAndBlue());
+            QVERIFY(wait());
+            QCOMPARE(app->sortedColors().size(), 3);
+        }
     }
 
     void colors_stayUntilTheNewIconIsMeasured()

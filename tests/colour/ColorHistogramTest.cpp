@@ -10,8 +10,6 @@
 using namespace BitmapText;
 using namespace Qt::Literals::StringLiterals;
 
-Q_DECLARE_METATYPE(Layout)
-
 class ColorHistogramTest : public QObject
 {
     Q_OBJECT
@@ -19,50 +17,32 @@ class ColorHistogramTest : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    void layouts_areReadAlike_data()
+    void layouts_areReadAlike()
     {
         constexpr BitmapFormat AlphaFirst { true, false, false };
         constexpr BitmapFormat Nonpremultiplied { false, true, false };
         constexpr BitmapFormat Words { false, false, true };
-        QTest::addColumn<Layout>("layout");
-        const std::pair<const char *, Layout> rows[] {
-            { "alpha last", { "RGBA", {} } },
+        const std::pair<const char *, Layout> rows[] { { "alpha last", { "RGBA", {} } },
             { "not premultiplied", { "RGBA", Nonpremultiplied } },
             { "alpha first", { "ARGB", AlphaFirst } },
             { "alpha first, words", { "BGRA", { true, false, true } } },
-            { "alpha last, words", { "ABGR", Words } },
-            { "padded rows", { "RGBA", {}, false, 5 } },
-            { "padded pixels", { "RGBAxx", {} } },
-            { "planes", { "RGBA", {}, true } },
+            { "alpha last, words", { "ABGR", Words } }, { "padded rows", { "RGBA", {}, false, 5 } },
+            { "padded pixels", { "RGBAxx", {} } }, { "planes", { "RGBA", {}, true } },
             { "planes, alpha first, padded rows", { "ARGB", AlphaFirst, true, 3 } },
-            { "no alpha", { "RGB", {} } },
-            { "no alpha, padded", { "RGBx", {}, false, 1 } },
+            { "no alpha", { "RGB", {} } }, { "no alpha, padded", { "RGBx", {}, false, 1 } },
             { "no alpha, though first", { "RGBx", AlphaFirst } },
-            { "no alpha, words", { "xBGR", Words } },
-            { "grey", { "W", {} } },
-            { "grey, padded", { "Wx", {}, false, 3 } },
-            { "grey, alpha last", { "WA", {} } },
+            { "no alpha, words", { "xBGR", Words } }, { "grey", { "W", {} } },
+            { "grey, padded", { "Wx", {}, false, 3 } }, { "grey, alpha last", { "WA", {} } },
             { "grey, alpha first, planes", { "AW", AlphaFirst, true } },
-            { "grey, words", { "xxAW", Words } },
-        };
+            { "grey, words", { "xxAW", Words } } };
         for (const auto &[name, layout] : rows) {
-            QTest::newRow(name) << layout;
-        }
-    }
-
-    void layouts_areReadAlike()
-    {
-        QFETCH(Layout, layout);
-        const bool hasAlpha = layout.samples.contains('A');
-        if (layout.samples.contains('W')) {
+            const bool hasAlpha = layout.samples.contains('A');
             // Each grey has a chain of its own, in their order.
-            const Bitmap bitmap(u"ggw/kkG"_s, layout);
-            QCOMPARE(text(createColorHistogram(bitmap.view)),
-                hasAlpha ? u"k510 g638 w255"_s : u"k2 g3 w1"_s);
-        } else {
-            const Bitmap bitmap(u"rrn/b.R"_s, layout);
-            QCOMPARE(text(createColorHistogram(bitmap.view)),
-                hasAlpha ? u"b255 r638 n255"_s : u"b1 r3 .1 n1"_s);
+            const bool isGray = layout.samples.contains('W');
+            const Bitmap bitmap(isGray ? u"ggw/kkG"_s : u"rrn/b.R"_s, layout);
+            const QString expected = isGray ? (hasAlpha ? u"k510 g638 w255"_s : u"k2 g3 w1"_s)
+                                            : (hasAlpha ? u"b255 r638 n255"_s : u"b1 r3 .1 n1"_s);
+            QVERIFY2(text(createColorHistogram(bitmap.view)) == expected, name);
         }
     }
 
@@ -100,32 +80,20 @@ private Q_SLOTS:
         }
     }
 
-    void entries_standByChain_newestFirst_data()
-    {
-        QTest::addColumn<QString>("picture");
-        QTest::addColumn<QString>("expected");
-        const struct
-        {
-            const char *name, *picture, *expected;
-        } rows[] {
-            { "all chains", "ewgrnbk", "k255 b255 w255 r255 n255 g255 e255" },
-            { "one chain", "rcdcr", "d255 c510 r510" },
-            { "one chain, the other way", "dcrdc", "c510 d510 r255" },
-            { "broken by another", "rrwr/rrwr", "w510 r1530" },
-            { "broken by nothing", "rr.R/.r.r", "r1148" },
-            { "nothing first", "..kk/k.K.", "k893" },
-            { "half black first", "Kr/rr", "k128 r765" },
-        };
-        for (const auto &[name, picture, expected] : rows) {
-            QTest::newRow(name) << picture << expected;
-        }
-    }
-
     void entries_standByChain_newestFirst()
     {
-        QFETCH(QString, picture);
-        const Bitmap bitmap(picture);
-        QTEST(text(createColorHistogram(bitmap.view)), "expected");
+        const std::pair<QString, QString> rows[] {
+            { u"ewgrnbk"_s, u"k255 b255 w255 r255 n255 g255 e255"_s }, // all chains
+            { u"rcdcr"_s, u"d255 c510 r510"_s }, // one chain
+            { u"dcrdc"_s, u"c510 d510 r255"_s },
+            { u"rrwr/rrwr"_s, u"w510 r1530"_s }, // broken by another, and by nothing
+            { u"rr.R/.r.r"_s, u"r1148"_s },
+            { u"..kk/k.K."_s, u"k893"_s },
+            { u"Kr/rr"_s, u"k128 r765"_s },
+        };
+        for (const auto &[picture, expected] : rows) {
+            QCOMPARE(text(createColorHistogram(Bitmap(picture).view)), expected);
+        }
     }
 
     void manyColors_areCountedEach()

@@ -55,10 +55,8 @@ class DominantColorsTest : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    void pictures_haveTheirClosedForms_data()
+    void pictures_haveTheirClosedForms()
     {
-        QTest::addColumn<QString>("picture");
-        QTest::addColumn<QString>("expected");
         const struct
         {
             const char *name, *picture, *expected;
@@ -80,15 +78,8 @@ private Q_SLOTS:
             { "rare black", "400*r k", "r102000" },
         };
         for (const auto &[name, picture, expected] : rows) {
-            QTest::newRow(name) << picture << expected;
+            QVERIFY2(areColors(dominant(QLatin1String(picture)), QLatin1String(expected)), name);
         }
-    }
-
-    void pictures_haveTheirClosedForms()
-    {
-        QFETCH(QString, picture);
-        QFETCH(QString, expected);
-        QVERIFY(areColors(dominant(picture), expected));
     }
 
     void hues_areRoundedToTheirBin()
@@ -116,42 +107,35 @@ private Q_SLOTS:
         QVERIFY(bins[GrayBin].hue == 0 && bins[GrayBin].saturation == 0);
     }
 
-    void alikeColors_areMerged_data()
-    {
-        QTest::addColumn<Bins>("bins");
-        QTest::addColumn<Bins>("expected");
-        const Bins apart { { 50, 130, 40, 100 }, { 90, 100, 0, 100 } };
-        const Bins unlike { { 50, 14, 0, 100 }, { 50, 13.9, 0, 100 } };
-        QTest::newRow("just too far apart") << apart << apart;
-        QTest::newRow("a little nearer") << Bins { { 50, 130, 39.9, 300 }, { 90, 100, 0, 100 } }
-                                         << Bins { { 60, 122.5, 29.925, 400 } };
-        // The third is too far from the first, not from the mean of both.
-        QTest::newRow("near the mean") << Bins { { 50, 100, 0, 300 }, { 50, 149, 0, 100 },
-            { 50, 155, 0, 10 } } << Bins { { 50, 46450.0 / 410, 0, 410 } };
-        QTest::newRow("the least colourful and a grey") << unlike << unlike;
-        QTest::newRow("greys, however far apart")
-            << Bins { { 90, 13, 0, 100 }, { 10, -13, 0, 300 } } << Bins { { 30, 0, 0, 400 } };
-        // Coloured when its turn begins, it gathers coloured ones, and is grey in the end.
-        QTest::newRow("complementary colours") << Bins { { 80, 20, 0, 100 }, { 70, -20, 0, 100 },
-            { 10, 0, 1, 900 }, { 60, 0, 20, 50 } }
-                                               << Bins { { 72, 0, 4, 250 }, { 10, 0, 1, 900 } };
-    }
-
     void alikeColors_areMerged()
     {
-        QFETCH(Bins, bins);
-        QFETCH(Bins, expected);
-        const HclColors colors =
-            createDominantColorsFromSpectrum(spectrum(bins), 6, MinSaturation, Alike);
-        QCOMPARE(qsizetype(colors.size()), expected.size());
-        for (qsizetype i = 0; i < expected.size(); ++i) {
-            const auto &[color, reserved, count, hue, saturation, luminosity] =
-                colors[std::size_t(i)];
-            QCOMPARE(count, expected[i].count);
-            QVERIFY(isNear(color.L, expected[i].L));
-            QVERIFY(std::hypot(color.u - expected[i].u, color.v - expected[i].v) < 1e-12);
-            QVERIFY(isNear(luminosity, color.L / 100));
-            QVERIFY(isNear(saturation, std::hypot(color.u, color.v) / 100));
+        const Bins apart { { 50, 130, 40, 100 }, { 90, 100, 0, 100 } };
+        const Bins unlike { { 50, 14, 0, 100 }, { 50, 13.9, 0, 100 } };
+        const std::pair<Bins, Bins> rows[] {
+            { apart, apart },
+            { { { 50, 130, 39.9, 300 }, { 90, 100, 0, 100 } }, { { 60, 122.5, 29.925, 400 } } },
+            // The third is too far from the first, not from the mean of both.
+            { { { 50, 100, 0, 300 }, { 50, 149, 0, 100 }, { 50, 155, 0, 10 } },
+                { { 50, 46450.0 / 410, 0, 410 } } },
+            // The least colourful and a grey, then greys, however far apart.
+            { unlike, unlike },
+            { { { 90, 13, 0, 100 }, { 10, -13, 0, 300 } }, { { 30, 0, 0, 400 } } },
+            // Coloured when its turn begins, it gathers coloured ones, and is grey in the end.
+            { { { 80, 20, 0, 100 }, { 70, -20, 0, 100 }, { 10, 0, 1, 900 }, { 60, 0, 20, 50 } },
+                { { 72, 0, 4, 250 }, { 10, 0, 1, 900 } } },
+        };
+        for (const auto &[bins, expected] : rows) {
+            const HclColors colors =
+                createDominantColorsFromSpectrum(spectrum(bins), 6, MinSaturation, Alike);
+            QCOMPARE(qsizetype(colors.size()), expected.size());
+            for (qsizetype i = 0; i < expected.size(); ++i) {
+                const auto &[color, reserved, count, hue, saturation, luminosity] =
+                    colors[std::size_t(i)];
+                QCOMPARE(count, expected[i].count);
+                QVERIFY(isNear(color.L, expected[i].L) && isNear(luminosity, color.L / 100));
+                QVERIFY(std::hypot(color.u - expected[i].u, color.v - expected[i].v) < 1e-12);
+                QVERIFY(isNear(saturation, std::hypot(color.u, color.v) / 100));
+            }
         }
     }
 

@@ -48,36 +48,31 @@ class FailingMemoryTest : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    void eachFailure_givesNothing_andOneLine_data()
-    {
-        QTest::addColumn<int>("request");
-        QTest::addColumn<int>("colors");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("chains") << 1 << 2 << "\nout of memory allocating hash table\n";
-        QTest::newRow("colours") << 2 << 2 << "\nout of memory computing hash table\n";
-        QTest::newRow("more") << 3 << 2000 << "\nout of memory computing hash table\n";
-        QTest::newRow("the last") << 3 << 257 << "\nout of memory computing hash table\n";
-        QTest::newRow("histogram") << 3 << 256 << "\nout of memory generating histogram\n";
-        QTest::newRow("its order") << 4 << 256 << "\nout of memory generating histogram\n";
-        QTest::newRow("spectrum") << 5 << 2 << "\nout of memory making color spectrum\n";
-        QTest::newRow("dominant colours") << 6 << 2 << "";
-    }
-
     void eachFailure_givesNothing_andOneLine()
     {
-        QFETCH(int, request);
-        QFETCH(int, colors);
-        Picture picture { colors, {} };
-        for (int i = 0; i < colors; ++i) {
-            picture.pixels.push_back({ std::uint8_t(i >> 8), std::uint8_t(i), 255, 255 });
-        }
-        const Bitmap bitmap(picture);
-        QTEST(measured(bitmap.view, request), "expected");
-        QVERIFY(_colors.isEmpty());
-        QCOMPARE(requests, request);
+        const std::tuple<int, int, QString> rows[] {
+            { 1, 2, u"\nout of memory allocating hash table\n"_s },
+            { 2, 2, u"\nout of memory computing hash table\n"_s },
+            { 3, 2000, u"\nout of memory computing hash table\n"_s },
+            { 3, 257, u"\nout of memory computing hash table\n"_s },
+            { 3, 256, u"\nout of memory generating histogram\n"_s },
+            { 4, 256, u"\nout of memory generating histogram\n"_s },
+            { 5, 2, u"\nout of memory making color spectrum\n"_s },
+            { 6, 2, {} },
+        };
+        for (const auto &[request, colors, expected] : rows) {
+            Picture picture { colors, {} };
+            for (int i = 0; i < colors; ++i) {
+                picture.pixels.push_back({ std::uint8_t(i >> 8), std::uint8_t(i), 255, 255 });
+            }
+            const Bitmap bitmap(picture);
+            QCOMPARE(measured(bitmap.view, request), expected);
+            QVERIFY(_colors.isEmpty());
+            QCOMPARE(requests, request);
 
-        QCOMPARE(measured(bitmap.view), QString());
-        QVERIFY(!_colors.isEmpty());
+            QCOMPARE(measured(bitmap.view), QString());
+            QVERIFY(!_colors.isEmpty());
+        }
     }
 
     void nothingToMeasure_isTold()

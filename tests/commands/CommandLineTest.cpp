@@ -9,119 +9,88 @@ class CommandLineTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void wrongUse_isNamedInOneLine_data();
-    void wrongUse_isNamedInOneLine();
-    void everyOptionReachesItsVerb();
-    void preferenceValues_areTakenAsTheyStand();
-};
-
-void CommandLineTest::wrongUse_isNamedInOneLine_data()
-{
-    struct Row
+    void wrongUse_isNamedInOneLine()
     {
-        const char *line;
-        const char *named;
-    };
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("named");
-    for (const Row &row : {
-             Row { "--frobnicate", "--frobnicate" },
-             Row { "--hide picture.png", "picture.png" },
-             Row { "--list --layout 1 --bounds 3x3", "--layout" },
-             Row { "--list --list", "--list" },
-             Row { "--list allapps", "allapps" },
-             Row { "--layout --bounds 10x10", "a group" },
-             Row { "--layout 1", "--bounds" },
-             Row { "--layout 1 --bounds 0x10", "0x10" },
-             Row { "--layout 1 --bounds 1x2x3", "1x2x3" },
-             Row { "--layout 1 --bounds nanxinf", "nanxinf" },
-             Row { "--layout 1 --bounds 9x9 --at", "--at" },
-             Row { "--layout 1 --bounds 9x9 --at 3", "X,Y: 3" },
-             Row { "--layout 1 --bounds 9x9 --rows 0", "--rows" },
-             Row { "--layout 1 --bounds 9x9 --rows 1 --columns 1", "--columns" },
-             Row { "--json", "--json" },
-             Row { "--set iconPadding", "KEY=VALUE" },
-             Row { "--set", "KEY=VALUE" },
-             Row { "--set =3", "KEY=VALUE" },
-             Row { "--screenshot --group 5", "file name" },
-             Row { "--screenshot a.png --scale 0", "--scale" },
-             Row { "--defaults iconPadding 3 --reset iconPadding", "--reset" },
-             Row { "--colors --json", "a file" },
-             Row { "--colors a.png --count 1.5", "1.5" },
-             Row { "--colors a.png --size 129", "from 1 to 128" },
-             Row { "--colors a.png --sheet --json", "file name" },
-         }) {
-        QTest::newRow(row.line) << QString::fromLatin1(row.line) << QString::fromLatin1(row.named);
+        const std::pair<const char *, const char *> rows[] { { "--frobnicate", "--frobnicate" },
+            { "--hide picture.png", "picture.png" },
+            { "--list --layout 1 --bounds 3x3", "--layout" }, { "--list --list", "--list" },
+            { "--list allapps", "allapps" }, { "--layout --bounds 10x10", "a group" },
+            { "--layout 1", "--bounds" }, { "--layout 1 --bounds 0x10", "0x10" },
+            { "--layout 1 --bounds 1x2x3", "1x2x3" }, { "--layout 1 --bounds nanxinf", "nanxinf" },
+            { "--layout 1 --bounds 9x9 --at", "--at" },
+            { "--layout 1 --bounds 9x9 --at 3", "X,Y: 3" },
+            { "--layout 1 --bounds 9x9 --rows 0", "--rows" },
+            { "--layout 1 --bounds 9x9 --rows 1 --columns 1", "--columns" }, { "--json", "--json" },
+            { "--set iconPadding", "KEY=VALUE" }, { "--set", "KEY=VALUE" },
+            { "--set =3", "KEY=VALUE" }, { "--screenshot --group 5", "file name" },
+            { "--screenshot a.png --scale 0", "--scale" },
+            { "--defaults iconPadding 3 --reset iconPadding", "--reset" },
+            { "--colors --json", "a file" }, { "--colors a.png --count 1.5", "1.5" },
+            { "--colors a.png --size 129", "from 1 to 128" },
+            { "--colors a.png --sheet --json", "file name" } };
+        for (const auto &[line, named] : rows) {
+            const Invocation call = parseCommandLine(QString::fromLatin1(line).split(u' '));
+            QVERIFY2(call.error.contains(QLatin1String(named)), qPrintable(call.error));
+            QVERIFY(!call.error.contains(u'\n'));
+        }
     }
-}
 
-void CommandLineTest::wrongUse_isNamedInOneLine()
-{
-    QFETCH(const QString, line);
-    QFETCH(const QString, named);
+    void everyOptionReachesItsVerb()
+    {
+        const auto parsed = [](const char *line) {
+            return parseCommandLine(QString::fromLatin1(line).split(QLatin1Char(' ')));
+        };
+        QCOMPARE(parseCommandLine({}).verb, Invocation::Verb::Start);
 
-    const Invocation call = parseCommandLine(line.split(QLatin1Char(' ')));
+        const Invocation list = parsed("--json --list userApps --fresh --set a=b=c --set d=");
+        QCOMPARE(list.error, QString());
+        QCOMPARE(list.verb, Invocation::Verb::List);
+        QVERIFY(list.isJson && list.isFresh);
+        QCOMPARE(*list.group, u"userApps"_s);
+        QCOMPARE(list.settings[0], qMakePair(u"a"_s, u"b=c"_s));
+        QCOMPARE(list.settings[1], qMakePair(u"d"_s, QString()));
 
-    QVERIFY2(call.error.contains(named), qPrintable(call.error));
-    QVERIFY(!call.error.contains(QLatin1Char('\n')));
-}
+        const Invocation all = parsed("--list --json");
+        QVERIFY(all.error.isEmpty() && !all.group);
 
-void CommandLineTest::everyOptionReachesItsVerb()
-{
-    const auto parsed = [](const char *line) {
-        return parseCommandLine(QString::fromLatin1(line).split(QLatin1Char(' ')));
-    };
-    QCOMPARE(parseCommandLine({}).verb, Invocation::Verb::Start);
+        const Invocation picture =
+            parsed("--screenshot a.png --group 5 --bounds 300x200.5 --scale 1.5");
+        QCOMPARE(picture.error, QString());
+        QCOMPARE(picture.file, u"a.png"_s);
+        QCOMPARE(*picture.bounds, QSizeF(300, 200.5));
+        QCOMPARE(picture.scale, 1.5);
 
-    const Invocation list = parsed("--json --list userApps --fresh --set a=b=c --set d=");
-    QCOMPARE(list.error, QString());
-    QCOMPARE(list.verb, Invocation::Verb::List);
-    QVERIFY(list.isJson && list.isFresh);
-    QCOMPARE(*list.group, u"userApps"_s);
-    QCOMPARE(list.settings[0], qMakePair(u"a"_s, u"b=c"_s));
-    QCOMPARE(list.settings[1], qMakePair(u"d"_s, QString()));
+        const Invocation colors =
+            parsed("a.png --colors b.png --wrap-hue -30 --delta-e 1e-3 --count 0 "
+                   "--size 128 --sheet s.png --json -- --list -x");
+        QCOMPARE(colors.error, QString());
+        QCOMPARE(colors.files.join(QLatin1Char(' ')), u"a.png b.png --list -x"_s);
+        QCOMPARE(colors.sheet, u"s.png"_s);
+        QCOMPARE(colors.colors.wrapHue, -30.0);
+        QCOMPARE(colors.colors.deltaE, 0.001);
+        QCOMPARE(colors.colors.count, 0);
+        QCOMPARE(colors.colors.size, 128);
+        QVERIFY(!colors.colors.minSaturation && !colors.colors.graysBySecondaryColor);
 
-    const Invocation all = parsed("--list --json");
-    QCOMPARE(all.error, QString());
-    QVERIFY(!all.group);
+        QCOMPARE(*parsed("--defaults --reset iconPadding").resetKey, u"iconPadding"_s);
+        QCOMPARE(parsed("--layout 1 --bounds 9x9 --columns 4").columns, 4);
+        // Negative numbers are no options.
+        const Invocation at = parsed("--layout 1 --bounds 9x9 --at -1,2.5 3,-.5 --json");
+        QCOMPARE(at.error, QString());
+        QCOMPARE(at.points, QList<QPointF>({ { -1, 2.5 }, { 3, -0.5 } }));
+        QVERIFY(at.isJson);
+    }
 
-    const Invocation picture =
-        parsed("--screenshot a.png --group 5 --bounds 300x200.5 --scale 1.5");
-    QCOMPARE(picture.error, QString());
-    QCOMPARE(picture.file, u"a.png"_s);
-    QCOMPARE(*picture.bounds, QSizeF(300, 200.5));
-    QCOMPARE(picture.scale, 1.5);
-
-    const Invocation colors = parsed("a.png --colors b.png --wrap-hue -30 --delta-e 1e-3 --count 0 "
-                                     "--size 128 --sheet s.png --json -- --list -x");
-    QCOMPARE(colors.error, QString());
-    QCOMPARE(colors.files.join(QLatin1Char(' ')), u"a.png b.png --list -x"_s);
-    QCOMPARE(colors.sheet, u"s.png"_s);
-    QCOMPARE(colors.colors.wrapHue, -30.0);
-    QCOMPARE(colors.colors.deltaE, 0.001);
-    QCOMPARE(colors.colors.count, 0);
-    QCOMPARE(colors.colors.size, 128);
-    QVERIFY(!colors.colors.minSaturation && !colors.colors.graysBySecondaryColor);
-
-    QCOMPARE(*parsed("--defaults --reset iconPadding").resetKey, u"iconPadding"_s);
-    QCOMPARE(parsed("--layout 1 --bounds 9x9 --columns 4").columns, 4);
-    // Negative numbers are no options.
-    const Invocation at = parsed("--layout 1 --bounds 9x9 --at -1,2.5 3,-.5 --json");
-    QCOMPARE(at.error, QString());
-    QCOMPARE(at.points, QList<QPointF>({ { -1, 2.5 }, { 3, -0.5 } }));
-    QVERIFY(at.isJson);
-}
-
-void CommandLineTest::preferenceValues_areTakenAsTheyStand()
-{
-    const auto value = [](const QString &text) {
-        return parseCommandLine({ u"--defaults"_s, u"key"_s, text }).value;
-    };
-    QCOMPARE(value(u"-3"_s), u"-3"_s);
-    QCOMPARE(value(u"-x"_s), u"-x"_s);
-    QCOMPARE(value(QString()), QString());
-    QVERIFY(!value(u"--json"_s));
-}
+    void preferenceValues_areTakenAsTheyStand()
+    {
+        const auto value = [](const QString &text) {
+            return parseCommandLine({ u"--defaults"_s, u"key"_s, text }).value;
+        };
+        QVERIFY(value(u"-3"_s) == u"-3"_s && value(u"-x"_s) == u"-x"_s);
+        QCOMPARE(value(QString()), QString());
+        QVERIFY(!value(u"--json"_s));
+    }
+};
 
 QTEST_APPLESS_MAIN(CommandLineTest)
 

@@ -59,12 +59,8 @@ class ColorKeyTest : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    void icons_standByTheirColors_data()
+    void icons_standByTheirColors()
     {
-        QTest::addColumn<QString>("icon");
-        QTest::addColumn<QString>("parameters");
-        QTest::addColumn<double>("key");
-        QTest::addColumn<QString>("order");
         const struct
         {
             const char *name, *icon, *parameters;
@@ -110,19 +106,12 @@ private Q_SLOTS:
             { "saturation not a number", "90 1 0.5 9", "saturation nan", 1.25, "9 9" },
         };
         for (const auto &[name, icon, parameters, key, order] : rows) {
-            QTest::newRow(name) << icon << parameters << key << order;
+            const ColorKey found =
+                pickAndSortColors(colors(QLatin1String(icon)), asked(QLatin1String(parameters)));
+            QVERIFY2(ClosedForms::isNear(found.colorSortValue, key), name);
+            QVERIFY2(counts(found.sortedColors) == QLatin1String(order), name);
+            QCOMPARE(found.problem, Problem::None);
         }
-    }
-
-    void icons_standByTheirColors()
-    {
-        QFETCH(QString, icon);
-        QFETCH(QString, parameters);
-        QFETCH(double, key);
-        const ColorKey found = pickAndSortColors(colors(icon), asked(parameters));
-        QVERIFY(ClosedForms::isNear(found.colorSortValue, key));
-        QTEST(counts(found.sortedColors), "order");
-        QCOMPARE(found.problem, Problem::None);
     }
 
     void whatCannotBeJudged_isTold()
@@ -156,19 +145,10 @@ private Q_SLOTS:
         {
             int primary, secondary, gray;
             const char *expected;
-        } rows[] {
-            { 0, 0, 2, "0 0 3 1 2" },
-            { 3, 3, 0, "3 3 2 1 0" },
-            { 1, 1, 3, "1 1 2 0 3" },
-            { 1, 1, -1, "1 1 3 2 0" },
-            { 2, 2, 2, "2 2 3 1 0" },
-            { 1, 3, 1, "1 3 2 0 1" },
-            { 2, 0, 3, "2 0 2 1 3" },
-            { -1, 0, 0, "" },
-            { 4, 0, 0, "" },
-            { 0, -1, 0, "" },
-            { 0, 4, 0, "" },
-        };
+        } rows[] { { 0, 0, 2, "0 0 3 1 2" }, { 3, 3, 0, "3 3 2 1 0" }, { 1, 1, 3, "1 1 2 0 3" },
+            { 1, 1, -1, "1 1 3 2 0" }, { 2, 2, 2, "2 2 3 1 0" }, { 1, 3, 1, "1 3 2 0 1" },
+            { 2, 0, 3, "2 0 2 1 3" }, { -1, 0, 0, "" }, { 4, 0, 0, "" }, { 0, -1, 0, "" },
+            { 0, 4, 0, "" } };
         for (const auto &[primary, secondary, gray, expected] : rows) {
             QCOMPARE(counts(colorArrayForPrimaryIndex(icon, primary, secondary, gray)),
                 QString::fromLatin1(expected));

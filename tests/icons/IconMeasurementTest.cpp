@@ -59,33 +59,27 @@ class IconMeasurementTest : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    void formats_areMeasuredAlike_data()
-    {
-        QTest::addColumn<QString>("picture");
-        QTest::addColumn<QImage::Format>("format");
-        QTest::addColumn<QString>("expected");
-        const char *picture = "rrr.b/nbrrr/nr..b", *found = "r1785 b765 n510";
-        QTest::newRow("words") << picture << QImage::Format_ARGB32 << found;
-        QTest::newRow("ready") << picture << QImage::Format_ARGB32_Premultiplied << found;
-        QTest::newRow("bytes") << picture << QImage::Format_RGBA8888 << found;
-        QTest::newRow("16 bits a sample") << picture << QImage::Format_RGBA64 << found;
-        QTest::newRow("indexed") << picture << QImage::Format_Indexed8 << found;
-        QTest::newRow("opaque words") << "rrn" << QImage::Format_RGB32 << "r510 n255";
-        QTest::newRow("three bytes") << "rrn/rrn" << QImage::Format_RGB888 << "r1020 n510";
-        QTest::newRow("grey") << "ggg/ggg" << QImage::Format_Grayscale8 << "g1530";
-        QTest::newRow("black and white") << "kw/wk/kw" << QImage::Format_Mono << "h1530";
-        QTest::newRow("one pixel") << "r" << QImage::Format_ARGB32 << "r255";
-        QTest::newRow("one row") << "kK." << QImage::Format_RGBA8888 << "k383";
-    }
-
     void formats_areMeasuredAlike()
     {
-        QFETCH(QString, picture);
-        QFETCH(QImage::Format, format);
-        QFETCH(QString, expected);
-        const IconMeasurement measured = measureIcon(image(picture, format), asked());
-        QVERIFY(measured.isMeasured);
-        QVERIFY(areColors(measured.colors, expected));
+        const QString picture = u"rrr.b/nbrrr/nr..b"_s, found = u"r1785 b765 n510"_s;
+        const std::tuple<QImage::Format, QString, QString> rows[] {
+            { QImage::Format_ARGB32, picture, found },
+            { QImage::Format_ARGB32_Premultiplied, picture, found },
+            { QImage::Format_RGBA8888, picture, found },
+            { QImage::Format_RGBA64, picture, found },
+            { QImage::Format_Indexed8, picture, found },
+            { QImage::Format_RGB32, u"rrn"_s, u"r510 n255"_s },
+            { QImage::Format_RGB888, u"rrn/rrn"_s, u"r1020 n510"_s },
+            { QImage::Format_Grayscale8, u"ggg/ggg"_s, u"g1530"_s },
+            { QImage::Format_Mono, u"kw/wk/kw"_s, u"h1530"_s },
+            { QImage::Format_ARGB32, u"r"_s, u"r255"_s },
+            { QImage::Format_RGBA8888, u"kK."_s, u"k383"_s },
+        };
+        for (const auto &[format, pixels, expected] : rows) {
+            const IconMeasurement measured = measureIcon(image(pixels, format), asked());
+            QVERIFY(measured.isMeasured);
+            QVERIFY2(areColors(measured.colors, expected), qPrintable(expected));
+        }
     }
 
     void samples_countPremultiplied()

@@ -62,64 +62,44 @@ private Q_SLOTS:
     }
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    void actions_areListed_data()
+    void actions_areListed()
     {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QByteArray>("after");
-        QTest::addColumn<QString>("listed");
         const QByteArray window = "[Desktop Action window]\nName=New Window\nExec=true\n";
         const QByteArray quiet = "[Desktop Action quiet]\nName=Quiet\nName[de]=Still\n"
                                  "Name[fr]=Privé\nExec=true\n";
-        QTest::newRow("unlisted") << start << "Exec=true\n" + window << QString();
-        QTest::newRow("in the entry's order, without those that are not there")
-            << start << "Exec=true\nActions=quiet;absent;window;\n" + window + quiet
-            << u"quiet=Still, window=New Window"_s;
-        QTest::newRow("a title in several lines, byte order mark")
-            << "\xef\xbb\xbf" + start
-            << QByteArray(
-                   "Exec=true\nActions=a\n[Desktop Action a]\nName=\\tTwo\\n  & lines\nExec=true\n")
-            << u"a=Two & lines"_s;
-        QTest::newRow("started by the bus alone")
-            << start << "DBusActivatable=true\nActions=window\n" + window << u"window=New Window"_s;
         const QByteArray bare = "[Desktop Action bare]\nName=Bare\n";
-        QTest::newRow("nothing to run")
-            << start << "Exec=true\nActions=bare;window\n" + bare + window
-            << u"window=New Window"_s;
-        QTest::newRow("nothing to run, but a name on the bus")
-            << start << "DBusActivatable=true\nActions=bare\n" + bare << u"bare=Bare"_s;
-        QTest::newRow("program missing")
-            << start << "Exec=/nowhere/program\nActions=window\n" + window << QString();
-    }
-    void actions_areListed()
-    {
-        QFETCH(QByteArray, before);
-        QFETCH(QByteArray, after);
-        QTEST(listed(_tree.add(u"a.desktop"_s, before + after)), "listed");
-        QCOMPARE(listed(_tree.add(u"a.AppImage"_s, before + after, 0755)), QString());
+        const QByteArray inLines = "[Desktop Action a]\nName=\\tTwo\\n  & lines\nExec=true\n";
+        const std::pair<QByteArray, QString> rows[] { { "Exec=true\n" + window, {} },
+            { "Exec=true\nActions=quiet;absent;window;\n" + window + quiet,
+                u"quiet=Still, window=New Window"_s },
+            { "Exec=true\nActions=a\n" + inLines, u"a=Two & lines"_s },
+            { "DBusActivatable=true\nActions=window\n" + window, u"window=New Window"_s },
+            { "Exec=true\nActions=bare;window\n" + bare + window, u"window=New Window"_s },
+            { "DBusActivatable=true\nActions=bare\n" + bare, u"bare=Bare"_s },
+            { "Exec=/nowhere/program\nActions=window\n" + window, {} } };
+        for (const auto &[keys, expected] : rows) {
+            QCOMPARE(listed(_tree.add(u"a.desktop"_s, start + keys)), expected);
+            QCOMPARE(listed(_tree.add(u"b.desktop"_s, "\xef\xbb\xbf" + start + keys)), expected);
+            QCOMPARE(listed(_tree.add(u"a.AppImage"_s, start + keys, 0755)), QString());
+        }
         QCOMPARE(listed(_tree.path(u"absent.desktop"_s)), QString());
     }
 
-    // With the bus asked first in vain, and without.
-    void perform_startsTheProgramOfTheAction_data()
-    {
-        QTest::addColumn<QByteArray>("key");
-        QTest::newRow("plain") << QByteArray();
-        QTest::newRow("no service on the bus") << QByteArray("DBusActivatable=true\n");
-    }
+    // Also with the bus asked first, which knows no such service.
     void perform_startsTheProgramOfTheAction()
     {
-        QFETCH(QByteArray, key);
         const QString folder = _tree.addFolder(u"my folder"_s);
-        const QString entry = _tree.add(u"org.example.Absent.desktop"_s,
-            start + key + "Exec=false %U\nActions=window;\nPath=" + QFile::encodeName(folder)
-                + "\n[Desktop Action window]\nName=New\nExec=" + _program
-                + " --new \"a \\\\$b\" %u\n");
-        QVERIFY(perform(entry, u"window"_s));
-        const QStringList lines = recorded();
-        QCOMPARE(lines.value(0), folder);
-        QVERIFY(lines.value(1).toInt() > 0);
-        QVERIFY(lines.value(1).toInt() != ::getsid(0));
-        QCOMPARE(lines.mid(2), QStringList({ entry, u"--new"_s, u"a $b"_s }));
+        for (const char *key : { "", "DBusActivatable=true\n" }) {
+            const QString entry = _tree.add(u"org.example.Absent.desktop"_s,
+                start + key + "Exec=false %U\nActions=window;\nPath=" + QFile::encodeName(folder)
+                    + "\n[Desktop Action window]\nName=New\nExec=" + _program
+                    + " --new \"a \\\\$b\" %u\n");
+            QVERIFY(perform(entry, u"window"_s));
+            const QStringList lines = recorded();
+            QCOMPARE(lines.value(0), folder);
+            QVERIFY(lines.value(1).toInt() > 0 && lines.value(1).toInt() != ::getsid(0));
+            QCOMPARE(lines.mid(2), QStringList({ entry, u"--new"_s, u"a $b"_s }));
+        }
     }
 
     void perform_asksTheBus()

@@ -51,38 +51,31 @@ private Q_SLOTS:
     void cleanupTestCase() { QCOMPARE(std::remove(_latin1Name.constData()), 0); }
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    void canAccept_data()
-    {
-        QTest::addColumn<QString>("bundle");
-        QTest::addColumn<QString>("document");
-        QTest::addColumn<bool>("isAccepted");
-        const auto row = [](const char *name, const QString &bundle, const QString &document,
-                             bool isAccepted) {
-            QTest::newRow(name) << bundle << document << isAccepted;
-        };
-        const QString python = u"it's 100% #ü.py"_s;
-        const QString folder = u"data/applications/"_s;
-        const QString latin1Name =
-            QUrl::fromLocalFile(_tree->path(u"d"_s)).toString(QUrl::FullyEncoded) + u"%E4.txt"_s;
-        row("by a parent type", folder + u"text.desktop"_s, python, true);
-        row("by content", folder + u"python.desktop"_s, u"script"_s, true);
-        row("picture as text", folder + u"text.desktop"_s, u"picture"_s, false);
-        row("associated, found by a link", u"exports/link.desktop"_s, python, true);
-        row("name that is not UTF-8", folder + u"text.desktop"_s, latin1Name, true);
-        row("in no table", u"exports/unlisted.desktop"_s, python, true);
-        row("scheme", folder + u"picture.desktop"_s, u"gallery:1"_s, true);
-        row("another scheme", folder + u"picture.desktop"_s, u"mailto:ann@example.org"_s, false);
-        row("no document", folder + u"text.desktop"_s, u"absent.txt"_s, false);
-        row("no application", folder + u"absent.desktop"_s, python, false);
-        row("a bundle folder", u"X.AppDir"_s, python, false);
-    }
     void canAccept()
     {
-        QFETCH(QString, bundle);
-        QFETCH(QString, document);
-        QFETCH(bool, isAccepted);
+        const QString python = u"it's 100% #ü.py"_s;
+        const QString text = u"data/applications/text.desktop"_s;
+        const QString picture = u"data/applications/picture.desktop"_s;
+        const QString latin1Name =
+            QUrl::fromLocalFile(_tree->path(u"d"_s)).toString(QUrl::FullyEncoded) + u"%E4.txt"_s;
+        const std::tuple<QString, QString, bool> rows[] {
+            { text, python, true }, // by a parent type
+            { u"data/applications/python.desktop"_s, u"script"_s, true }, // by content
+            { text, u"picture"_s, false },
+            { u"exports/link.desktop"_s, python, true }, // associated, found by a link
+            { text, latin1Name, true },
+            { u"exports/unlisted.desktop"_s, python, true }, // in no table
+            { picture, u"gallery:1"_s, true },
+            { picture, u"mailto:ann@example.org"_s, false },
+            { text, u"absent.txt"_s, false },
+            { u"data/applications/absent.desktop"_s, python, false },
+            { u"X.AppDir"_s, python, false },
+        };
         const FreedesktopDocuments documents;
-        QCOMPARE(documents.canAccept(_tree->path(bundle), url(document)), isAccepted);
+        for (const auto &[bundle, document, isAccepted] : rows) {
+            QVERIFY2(documents.canAccept(_tree->path(bundle), url(document)) == isAccepted,
+                qPrintable(bundle + u' ' + document));
+        }
     }
 
     void applicationsFor_orderByPreferenceAndNearness()

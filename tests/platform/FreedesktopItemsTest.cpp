@@ -72,64 +72,46 @@ private Q_SLOTS:
     }
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    void entry_data()
+    void entries()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char *name, const QByteArray &content, const QString &expected) {
-            QTest::newRow(name) << content << expected;
-        };
-        row("a link to a page", "[Desktop Entry]\nType=Link\nURL=x\n", {});
-        row("not displayed", runnable + "NoDisplay=true\n", u"invisible application"_s);
-        row("deleted and nothing else", "[Desktop Entry]\nHidden=true\n", u"invisible"_s);
-        row("for another desktop", runnable + "OnlyShowIn=GNOME;\n", u"invisible application"_s);
-        row("for this desktop", runnable + "OnlyShowIn=KDE;\n", u"application"_s);
-        row("program not executable", start + "Exec=not-executable\n", u"application classic"_s);
-        row("condition not met", runnable + "TryExec=absent\n", u"application classic"_s);
-        row("condition met", runnable + "TryExec=present\n", u"application"_s);
-        row("on the bus only", start + "DBusActivatable=true\n", u"application"_s);
-    }
-    void entry()
-    {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, expected);
-        Desk desk;
-        QCOMPARE(desk.flagsOfNew(u"a.desktop"_s, content), expected);
+        const std::pair<QByteArray, QString> rows[] { { "[Desktop Entry]\nType=Link\nURL=x\n", {} },
+            { runnable + "NoDisplay=true\n", u"invisible application"_s },
+            { "[Desktop Entry]\nHidden=true\n", u"invisible"_s },
+            { runnable + "OnlyShowIn=GNOME;\n", u"invisible application"_s },
+            { runnable + "OnlyShowIn=KDE;\n", u"application"_s },
+            { start + "Exec=not-executable\n", u"application classic"_s },
+            { runnable + "TryExec=absent\n", u"application classic"_s },
+            { runnable + "TryExec=present\n", u"application"_s },
+            { start + "DBusActivatable=true\n", u"application"_s } };
+        for (const auto &[content, expected] : rows) {
+            QCOMPARE(Desk().flagsOfNew(u"a.desktop"_s, content), expected);
+        }
     }
 
-    void damagedEntry_givesOneLineAContent_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("reason");
-        QTest::addColumn<QString>("flags");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("huge") << QByteArray(1024 * 1024 + 1, '\n') << u"larger than 1048576 bytes"_s
-                              << QString() << u"a"_s;
-        QTest::newRow("bad encoding, put up with")
-            << runnable + "Name=Caf\xe9\n"
-            << u"the name is not in UTF-8"_s << u"application"_s << u"Caf\uFFFD"_s;
-    }
     void damagedEntry_givesOneLineAContent()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, reason);
-        QFETCH(QString, flags);
-        QFETCH(QString, name);
-        Desk desk;
-        const QString path = desk.tree.path(u"a.desktop"_s);
-        const QByteArray line = u"%1: %2"_s.arg(path, reason).toUtf8();
-        QTest::ignoreMessage(QtWarningMsg, line.constData());
-        QCOMPARE(desk.flagsOfNew(u"a.desktop"_s, content), flags);
-        QCOMPARE(desk.items.displayName(path), name);
-        desk.items.willScan();
-        QCOMPARE(desk.flags(path), flags);
+        const std::tuple<QByteArray, QString, QString, QString> rows[] {
+            { QByteArray(1024 * 1024 + 1, '\n'), u"larger than 1048576 bytes"_s, {}, u"a"_s },
+            { runnable + "Name=Caf\xe9\n", u"the name is not in UTF-8"_s, u"application"_s,
+                u"Caf\uFFFD"_s }
+        };
+        for (const auto &[content, reason, flags, name] : rows) {
+            Desk desk;
+            const QString path = desk.tree.path(u"a.desktop"_s);
+            const QByteArray line = u"%1: %2"_s.arg(path, reason).toUtf8();
+            QTest::ignoreMessage(QtWarningMsg, line.constData());
+            QCOMPARE(desk.flagsOfNew(u"a.desktop"_s, content), flags);
+            QCOMPARE(desk.items.displayName(path), name);
+            desk.items.willScan();
+            QCOMPARE(desk.flags(path), flags);
 
-        // The same reason for another content is said again.
-        desk.items.willScan();
-        QCOMPARE(desk.flagsOfNew(u"a.desktop"_s), u"application"_s);
-        desk.items.willScan();
-        QTest::ignoreMessage(QtWarningMsg, line.constData());
-        QCOMPARE(desk.flagsOfNew(u"a.desktop"_s, content), flags);
+            // The same reason for another content is said again.
+            desk.items.willScan();
+            QCOMPARE(desk.flagsOfNew(u"a.desktop"_s), u"application"_s);
+            desk.items.willScan();
+            QTest::ignoreMessage(QtWarningMsg, line.constData());
+            QCOMPARE(desk.flagsOfNew(u"a.desktop"_s, content), flags);
+        }
     }
 
     void linksAndWhatOnlyLooksLikeEntries()
@@ -154,45 +136,30 @@ private Q_SLOTS:
         QCOMPARE(desk.flags(desk.tree.path(u"absent.desktop"_s)), QString());
     }
 
-    void bundles_data()
+    void bundles()
     {
-        QTest::addColumn<QString>("file"); // In a bundle unless it is one.
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("isExecutable");
-        const auto row = [](const char *name, const QString &file, const QString &expected,
-                             const QByteArray &content = script, bool isExecutable = true) {
-            QTest::newRow(name) << file << expected << content << isExecutable;
-        };
         const QString runs = u"application container package"_s;
         const QString cannotRun = u"application classic container package"_s;
         const QString noApplication = u"container package"_s;
-        row("AppDir in capitals", u"X.APPDIR/AppRun"_s, runs);
-        row("AppDir that cannot run", u"X.AppDir/AppRun"_s, cannotRun, script, false);
-        row("AppDir without a start", u"X.AppDir/other"_s, noApplication);
-        row("script in Contents", u"C.app/Contents/MacOS/run me"_s, runs);
-        row("ELF in Contents", u"C.app/Contents/MacOS/run me"_s, runs, "\177ELF\2");
-        row("foreign program in Contents", u"C.app/Contents/MacOS/run me"_s, cannotRun,
-            "\xcf\xfa\xed\xfe");
-        row("program in Resources", u"G.app/G"_s, runs);
-        row("program in Resources missing", u"G.app/g"_s, cannotRun);
-        row("no list of its own", u"N.app/N"_s, noApplication);
-        row("plug-in", u"X.Plugin/x"_s, noApplication);
-        row("framework", u"X.framework/x"_s, u"container"_s);
-        row("AppImage", u"x.appimage"_s, u"application"_s);
-        row("AppImage that is not executable", u"x.AppImage"_s, {}, script, false);
-    }
-    void bundles()
-    {
-        QFETCH(QString, file);
-        QFETCH(QByteArray, content);
-        QFETCH(bool, isExecutable);
-        QFETCH(QString, expected);
-        Desk desk;
-        desk.tree.add(u"C.app/Contents/Info.plist"_s, listWith("CFBundleExecutable", "run me"));
-        desk.tree.add(u"G.app/Resources/Info-gnustep.plist"_s, "{ NSIcon = g; }");
-        desk.tree.add(file, content, isExecutable ? 0755 : 0644);
-        QCOMPARE(desk.flags(desk.tree.path(file.section(u'/', 0, 0))), expected);
+        const QString inContents = u"C.app/Contents/MacOS/run me"_s;
+        // A file, in a bundle unless it is one, what is seen, and what the file holds; a file
+        // without content cannot be executed.
+        const std::tuple<QString, QString, QByteArray> rows[] {
+            { u"X.APPDIR/AppRun"_s, runs, script }, { u"X.AppDir/AppRun"_s, cannotRun, {} },
+            { u"X.AppDir/other"_s, noApplication, script }, { inContents, runs, script },
+            { inContents, runs, "\177ELF\2" }, { inContents, cannotRun, "\xcf\xfa\xed\xfe" },
+            { u"G.app/G"_s, runs, script }, { u"G.app/g"_s, cannotRun, script },
+            { u"N.app/N"_s, noApplication, script }, { u"X.Plugin/x"_s, noApplication, script },
+            { u"X.framework/x"_s, u"container"_s, script },
+            { u"x.appimage"_s, u"application"_s, script }, { u"x.AppImage"_s, {}, {} }
+        };
+        for (const auto &[file, expected, content] : rows) {
+            Desk desk;
+            desk.tree.add(u"C.app/Contents/Info.plist"_s, listWith("CFBundleExecutable", "run me"));
+            desk.tree.add(u"G.app/Resources/Info-gnustep.plist"_s, "{ NSIcon = g; }");
+            desk.tree.add(file, content, content.isEmpty() ? 0644 : 0755);
+            QCOMPARE(desk.flags(desk.tree.path(file.section(u'/', 0, 0))), expected);
+        }
     }
 
     void invisibleNames()

@@ -91,59 +91,47 @@ private Q_SLOTS:
         QCOMPARE(open(_tree->path(u"absent.desktop"_s)), LaunchStatus::FileNotFound);
     }
 
-    void entry_getsItsDocuments_data()
-    {
-        QTest::addColumn<QByteArray>("arguments");
-        QTest::addColumn<QList<QUrl>>("documents");
-        QTest::addColumn<QStringList>("expected");
-        const QString plain = _tree->add(u"plain.txt"_s, "x");
-        const QUrl page(u"https://example.org/a%20b?c=d&e#f"_s);
-        const QList<QUrl> both { QUrl::fromLocalFile(_document), QUrl::fromLocalFile(plain) };
-        QTest::newRow("several at once")
-            << QByteArray("one \"two words\" %U") << both
-            << QStringList { u"one"_s, u"two words"_s, _document, plain };
-        QTest::newRow("a page") << QByteArray("%u") << QList<QUrl> { page }
-                                << QStringList { page.toString(QUrl::FullyEncoded) };
-        QTest::newRow("none") << QByteArray("one %F") << QList<QUrl>() << QStringList { u"one"_s };
-    }
     void entry_getsItsDocuments()
     {
-        QFETCH(QByteArray, arguments);
-        QFETCH(QList<QUrl>, documents);
-        QFETCH(QStringList, expected);
-        const QString entry =
-            _tree->add(u"good.desktop"_s, start + "Exec=" + _program + ' ' + arguments + '\n');
-        QCOMPARE(open(_tree->addLink(u"link.desktop"_s, entry), documents), LaunchStatus::Launched);
-        QCOMPARE(recorded().mid(1), expected);
+        const QString plain = _tree->add(u"plain.txt"_s, "x");
+        const QUrl page(u"https://example.org/a%20b?c=d&e#f"_s);
+        const std::tuple<QByteArray, QList<QUrl>, QStringList> rows[] {
+            { "one \"two words\" %U",
+                { QUrl::fromLocalFile(_document), QUrl::fromLocalFile(plain) },
+                { u"one"_s, u"two words"_s, _document, plain } },
+            { "%u", { page }, { page.toString(QUrl::FullyEncoded) } },
+            { "one %F", {}, { u"one"_s } }
+        };
+        for (const auto &[arguments, documents, expected] : rows) {
+            const QString entry =
+                _tree->add(u"good.desktop"_s, start + "Exec=" + _program + ' ' + arguments + '\n');
+            const QString link = _tree->addLink(u"link.desktop"_s, entry);
+            QCOMPARE(open(link, documents), LaunchStatus::Launched);
+            QCOMPARE(recorded().mid(1), expected);
+            QVERIFY(QFile::remove(link));
+        }
     }
 
-    void entry_startsInItsFolderAndSurvivesUs_data()
-    {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QByteArray>("after");
-        QTest::newRow("plain") << QByteArray() << QByteArray();
-        QTest::newRow("byte order mark") << QByteArray("\xef\xbb\xbf") << QByteArray();
-        QTest::newRow("no service on the bus")
-            << QByteArray() << QByteArray("DBusActivatable=true\n");
-    }
+    // Also behind a byte order mark, and without its service on the bus.
     void entry_startsInItsFolderAndSurvivesUs()
     {
-        QFETCH(QByteArray, before);
-        QFETCH(QByteArray, after);
         const QString folder = _tree->addFolder(u"my folder"_s);
-        const QString entry = _tree->add(u"org.example.Both.desktop"_s,
-            before + start + "Exec=" + _program + " session %U\nPath=" + QFile::encodeName(folder)
-                + '\n' + after);
-        QCOMPARE(open(entry), LaunchStatus::Launched);
-        const QStringList lines = recorded();
-        QCOMPARE(lines.value(0), folder);
-        QVERIFY(lines.value(2).toInt() > 0);
-        QVERIFY(lines.value(2).toInt() != ::getsid(0));
-        QCOMPARE(lines.value(3), entry);
-        // Nothing of ours is left to be waited for but the bus.
-        siginfo_t ended = {};
-        QCOMPARE(::waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT), 0);
-        QCOMPARE(ended.si_pid, 0);
+        const std::pair<QByteArray, QByteArray> rows[] { {}, { "\xef\xbb\xbf", {} },
+            { {}, "DBusActivatable=true\n" } };
+        for (const auto &[before, after] : rows) {
+            const QString entry = _tree->add(u"org.example.Both.desktop"_s,
+                before + start + "Exec=" + _program
+                    + " session %U\nPath=" + QFile::encodeName(folder) + '\n' + after);
+            QCOMPARE(open(entry), LaunchStatus::Launched);
+            const QStringList lines = recorded();
+            QCOMPARE(lines.value(0), folder);
+            QVERIFY(lines.value(2).toInt() > 0 && lines.value(2).toInt() != ::getsid(0));
+            QCOMPARE(lines.value(3), entry);
+            // Nothing of ours is left to be waited for but the bus.
+            siginfo_t ended = {};
+            QCOMPARE(::waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT), 0);
+            QCOMPARE(ended.si_pid, 0);
+        }
     }
 
     void bundles_getDocumentsAsFiles()

@@ -88,36 +88,30 @@ private Q_SLOTS:
         QCOMPARE(IconLookup(themes.places(), u"T"_s).find(name, 64), path);
     }
 
-    void themes_areAskedInOrder_data()
-    {
-        QTest::addColumn<QStringList>("inherits"); // By A to D.
-        QTest::addColumn<QString>("files"); // The first one is the expected one.
-        const auto row = [](const char *title, const QStringList &inherits, const char *files) {
-            QTest::newRow(title) << inherits << QString::fromLatin1(files);
-        };
-        row("own before parent's, at any size", { u"B"_s }, "A/16/a.png B/64/a.png");
-        row("first parent", { u"C,B"_s }, "C/64/a.png B/64/a.png");
-        row("grandparent before second parent", { u"B,C"_s, u"D"_s }, "D/64/a.png C/64/a.png");
-        row("in a circle", { u"B"_s, u"C"_s, u"A"_s }, "C/64/a.png");
-        row("a parent that is not there", { u"X, B"_s }, "B/64/a.png");
-        row("hicolor comes last, wherever it is named", { u"hicolor,B"_s },
-            "B/64/a.png hicolor/64/a.png");
-        row("no parents", {}, "hicolor/64/a.png B/64/a.png");
-    }
     void themes_areAskedInOrder()
     {
-        QFETCH(QStringList, inherits);
-        QFETCH(QString, files);
-        IconThemeFiles themes;
-        const QStringList names { u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"hicolor"_s };
-        for (qsizetype i = 0; i < names.size(); ++i) {
-            themes.addTheme(names[i], inherits.value(i), u"64:Fixed:64 16:Fixed:16"_s);
+        // What A to D inherit, and the files, of which the first one is expected.
+        const std::pair<QStringList, QString> rows[] {
+            { { u"B"_s }, u"A/16/a.png B/64/a.png"_s }, // its own, at any size
+            { { u"C,B"_s }, u"C/64/a.png B/64/a.png"_s },
+            { { u"B,C"_s, u"D"_s }, u"D/64/a.png C/64/a.png"_s },
+            { { u"B"_s, u"C"_s, u"A"_s }, u"C/64/a.png"_s }, // in a circle
+            { { u"X, B"_s }, u"B/64/a.png"_s },
+            { { u"hicolor,B"_s }, u"B/64/a.png hicolor/64/a.png"_s },
+            { {}, u"hicolor/64/a.png B/64/a.png"_s },
+        };
+        for (const auto &[inherits, files] : rows) {
+            IconThemeFiles themes;
+            const QStringList names { u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"hicolor"_s };
+            for (qsizetype i = 0; i < names.size(); ++i) {
+                themes.addTheme(names[i], inherits.value(i), u"64:Fixed:64 16:Fixed:16"_s);
+            }
+            for (const QString &file : files.split(u' ')) {
+                themes.addPicture(u"base/"_s + file);
+            }
+            const QString expected = themes.path(u"base/"_s + files.section(u' ', 0, 0));
+            QCOMPARE(IconLookup(themes.places(), u"A"_s).find(u"a"_s, 64), expected);
         }
-        for (const QString &file : files.split(u' ')) {
-            themes.addPicture(u"base/"_s + file);
-        }
-        const QString expected = themes.path(u"base/"_s + files.section(u' ', 0, 0));
-        QCOMPARE(IconLookup(themes.places(), u"A"_s).find(u"a"_s, 64), expected);
     }
 
     void fileGoneSinceTheIndex_givesTheNextBest()

@@ -14,16 +14,9 @@ class IconThemeNameTest : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    void settings_nameTheTheme_data()
+    // Desktops, files as "path=text", and the theme that is in force.
+    void settings_nameTheTheme()
     {
-        QTest::addColumn<QString>("desktops");
-        QTest::addColumn<QStringList>("files");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char *title, const QString &desktops, const QStringList &files,
-                             const QString &expected) {
-            QTest::newRow(title) << desktops << files << expected;
-        };
-        // Files as "path=text".
         const QString gtkFile = u"gtk-3.0/settings.ini=[Settings]\n"_s;
         const QString kde = u"config/kdeglobals=[General]\nTheme=B\n[Icons]\nTheme=A\n"_s;
         const QString gtk =
@@ -34,51 +27,39 @@ private Q_SLOTS:
                                 "<property name='ThemeName' value='B'/>"
                                 "<property name='IconThemeName' type='string' value='A'/>"
                                 "</property></channel>"_s;
-        row("nothing set", {}, {}, u"Adwaita"_s);
-        row("KDE's file elsewhere", u"xfce"_s, { kde }, u"Adwaita"_s);
-        row("KDE, set for everybody", u"kde"_s, { kdeForAll }, u"B"_s);
-        row("KDE, user before everybody", u"kde"_s, { kde, kdeForAll, gtk }, u"A"_s);
-        row("KDE without a setting", u"kde"_s, { gtk, u"icons/breeze/index.theme=x"_s },
-            u"breeze"_s);
-        row("KDE without Breeze", u"kde"_s, { gtk }, u"B"_s);
-        row("theme not installed", u"kde"_s, { u"config/kdeglobals=[Icons]\nTheme=Gone\n"_s, gtk },
-            u"B"_s);
-        row("theme that leads elsewhere", u"kde"_s,
-            { u"config/kdeglobals=[Icons]\nTheme=../icons/A\n"_s, gtk }, u"B"_s);
-        row("Xfce", u"xfce"_s, { u"config/"_s + channel, gtk }, u"A"_s);
-        row("Xfce, set for everybody", u"xfce"_s, { u"xdg/"_s + channel }, u"A"_s);
-        row("Xfce, damaged file", u"xfce"_s,
-            { u"config/"_s + QString(channel).replace(u"Icon"_s, u"<"_s), gtk }, u"B"_s);
-        row("LXQt", u"lxqt"_s,
-            { u"config/lxqt/lxqt.conf=[General]\nicon_theme=A\n[Qt]\nicon_theme=B\n"_s }, u"A"_s);
-        row("LXQt with a name of its own", u"x:lxqt"_s,
-            { u"xdg/lxqt/lxqt.conf=[General]\nicon_theme=\"A\"\n"_s }, u"A"_s);
-        row("toolkit, for everybody", {}, { u"xdg/"_s + gtkFile + u"gtk-icon-theme-name=A"_s },
-            u"A"_s);
-        row("newer toolkit", {},
-            { u"config/gtk-4.0/settings.ini=[Settings]\ngtk-icon-theme-name=A"_s }, u"A"_s);
-        row("commented out", {}, { u"config/"_s + gtkFile + u"#gtk-icon-theme-name=A"_s },
-            u"Adwaita"_s);
-        row("binary file", {}, { u"config/gtk-3.0/settings.ini="_s + QString(5000, QChar(0)) },
-            u"Adwaita"_s);
-    }
-    void settings_nameTheTheme()
-    {
-        QFETCH(QString, desktops);
-        QFETCH(QStringList, files);
-        QFETCH(QString, expected);
-        const auto current = [&](const QStringList &themes) {
-            FileTree tree;
-            for (const QString &theme : themes) {
-                tree.add(u"icons/%1/index.theme"_s.arg(theme), "[Icon Theme]\n");
+        const std::tuple<QString, QStringList, QString> rows[] { { {}, {}, u"Adwaita"_s },
+            { u"xfce"_s, { kde }, u"Adwaita"_s }, { u"kde"_s, { kdeForAll }, u"B"_s },
+            { u"kde"_s, { kde, kdeForAll, gtk }, u"A"_s },
+            { u"kde"_s, { gtk, u"icons/breeze/index.theme=x"_s }, u"breeze"_s },
+            { u"kde"_s, { gtk }, u"B"_s },
+            { u"kde"_s, { u"config/kdeglobals=[Icons]\nTheme=Gone\n"_s, gtk }, u"B"_s },
+            { u"kde"_s, { u"config/kdeglobals=[Icons]\nTheme=../icons/A\n"_s, gtk }, u"B"_s },
+            { u"xfce"_s, { u"config/"_s + channel, gtk }, u"A"_s },
+            { u"xfce"_s, { u"xdg/"_s + channel }, u"A"_s },
+            { u"xfce"_s, { u"config/"_s + QString(channel).replace(u"Icon"_s, u"<"_s), gtk },
+                u"B"_s },
+            { u"lxqt"_s,
+                { u"config/lxqt/lxqt.conf=[General]\nicon_theme=A\n[Qt]\nicon_theme=B\n"_s },
+                u"A"_s },
+            { u"x:lxqt"_s, { u"xdg/lxqt/lxqt.conf=[General]\nicon_theme=\"A\"\n"_s }, u"A"_s },
+            { {}, { u"xdg/"_s + gtkFile + u"gtk-icon-theme-name=A"_s }, u"A"_s },
+            { {}, { u"config/gtk-4.0/settings.ini=[Settings]\ngtk-icon-theme-name=A"_s }, u"A"_s },
+            { {}, { u"config/"_s + gtkFile + u"#gtk-icon-theme-name=A"_s }, u"Adwaita"_s },
+            { {}, { u"config/gtk-3.0/settings.ini="_s + QString(5000, QChar(0)) }, u"Adwaita"_s } };
+        for (const auto &[desktops, files, expected] : rows) {
+            for (const QStringList &themes : { QStringList { u"A"_s, u"B"_s, u"Adwaita"_s }, {} }) {
+                FileTree tree;
+                for (const QString &theme : themes) {
+                    tree.add(u"icons/%1/index.theme"_s.arg(theme), "[Icon Theme]\n");
+                }
+                for (const QString &file : files) {
+                    tree.add(file.section(u'=', 0, 0), file.section(u'=', 1).toUtf8());
+                }
+                const bool isThere = !themes.isEmpty() || expected == u"breeze"_s;
+                QCOMPARE(IconThemeName::current(placesIn(tree, desktops)),
+                    isThere ? expected : u"hicolor"_s);
             }
-            for (const QString &file : files) {
-                tree.add(file.section(u'=', 0, 0), file.section(u'=', 1).toUtf8());
-            }
-            return IconThemeName::current(placesIn(tree, desktops));
-        };
-        QCOMPARE(current({ u"A"_s, u"B"_s, u"Adwaita"_s }), expected);
-        QCOMPARE(current({}), expected == u"breeze"_s ? expected : u"hicolor"_s);
+        }
     }
 
     void desktopWithoutGSettings_namesNoSchema()

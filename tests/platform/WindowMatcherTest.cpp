@@ -143,79 +143,66 @@ private Q_SLOTS:
         QVERIFY(!_matcher->isOutdated());
     }
 
-    void unitNames_holdIds_data()
-    {
-        QTest::addColumn<QString>("unit");
-        QTest::addColumn<QString>("id");
-        QTest::newRow("scope") << u"app-org.example.Edit-1234.scope"_s << u"org.example.Edit"_s;
-        QTest::newRow("launcher") << u"app-gnome-org.example.Edit-1234.scope"_s
-                                  << u"org.example.Edit"_s;
-        QTest::newRow("escaped") << u"app-ortu-debian\\x2dxterm-9.scope"_s << u"debian-xterm"_s;
-        QTest::newRow("service") << u"app-edit@autostart.service"_s << u"edit"_s;
-        QTest::newRow("service of a launcher") << u"app-kde-edit.service"_s << u"edit"_s;
-        QTest::newRow("session") << u"session-2.scope"_s << QString();
-        QTest::newRow("escape cut off") << u"app-x\\x2-1.scope"_s << u"x\\x2"_s;
-    }
-
     void unitNames_holdIds()
     {
-        QFETCH(QString, unit);
-        QTEST(SystemdUnit::entryIdIn(unit), "id");
-    }
-
-    void process_tellsWhatItIs_data()
-    {
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<QString>("claimedProcess");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("started for an entry") << u"own"_s << u"$$"_s << u"e.desktop sleep"_s;
-        QTest::newRow("child of one that was") << u"own"_s << u"1"_s << u" sleep"_s;
-        QTest::newRow("script") << u"script"_s << u"1"_s << u" script waits"_s;
-        QTest::newRow("child of a script") << u"wrapped"_s << u"$$"_s << u"e.desktop sleep"_s;
-        QTest::newRow("in a bundle") << u"bundle"_s << u"1"_s << u" tool in Tool.AppDir"_s;
+        const std::pair<QString, QString> rows[] {
+            { u"app-org.example.Edit-1234.scope"_s, u"org.example.Edit"_s },
+            { u"app-gnome-org.example.Edit-1234.scope"_s, u"org.example.Edit"_s },
+            { u"app-ortu-debian\\x2dxterm-9.scope"_s, u"debian-xterm"_s },
+            { u"app-edit@autostart.service"_s, u"edit"_s },
+            { u"app-kde-edit.service"_s, u"edit"_s }, { u"session-2.scope"_s, {} },
+            { u"app-x\\x2-1.scope"_s, u"x\\x2"_s }, // cut off
+        };
+        for (const auto &[unit, id] : rows) {
+            QCOMPARE(SystemdUnit::entryIdIn(unit), id);
+        }
     }
 
     void process_tellsWhatItIs()
     {
-        QFETCH(QString, program);
-        QFETCH(QString, claimedProcess);
-        const QString sleep = QFileInfo(u"/bin/sleep"_s).canonicalFilePath();
-        QString command = sleep + " 60"_L1;
-        if (program == "script"_L1) {
-            command = _tree.add(u"bin/waits"_s, "#!/bin/sh\necho; sleep 60; :\n", 0755);
-        } else if (program == "wrapped"_L1) {
-            command = _tree.add(u"bin/wraps"_s, "#!/bin/sh\nsleep 60 & echo $!; wait\n", 0755);
-        } else if (program == "bundle"_L1) {
-            command = _tree.path(u"Tool.AppDir/tool 60"_s);
-            QFile::copy(sleep, command.chopped(3));
+        // What runs, for which process it was started, and what is told.
+        const QString rows[][3] { { u"own"_s, u"$$"_s, u"e.desktop sleep"_s },
+            { u"own"_s, u"1"_s, u" sleep"_s }, { u"script"_s, u"1"_s, u" script waits"_s },
+            { u"wrapped"_s, u"$$"_s, u"e.desktop sleep"_s },
+            { u"bundle"_s, u"1"_s, u" tool in Tool.AppDir"_s } };
+        for (const auto &[program, claimedProcess, expected] : rows) {
+            const QString sleep = QFileInfo(u"/bin/sleep"_s).canonicalFilePath();
+            QString command = sleep + " 60"_L1;
+            if (program == "script"_L1) {
+                command = _tree.add(u"bin/waits"_s, "#!/bin/sh\necho; sleep 60; :\n", 0755);
+            } else if (program == "wrapped"_L1) {
+                command = _tree.add(u"bin/wraps"_s, "#!/bin/sh\nsleep 60 & echo $!; wait\n", 0755);
+            } else if (program == "bundle"_L1) {
+                command = _tree.path(u"Tool.AppDir/tool 60"_s);
+                QFile::copy(sleep, command.chopped(3));
+            }
+            QProcess process;
+            process.start(u"/bin/sh"_s,
+                { u"-c"_s,
+                    u"GIO_LAUNCHED_DESKTOP_FILE=/e.desktop GIO_LAUNCHED_DESKTOP_FILE_PID=%1 exec %2"_s
+                        .arg(claimedProcess, command) });
+            QVERIFY(process.waitForStarted());
+            qint64 processId = process.processId();
+            if (program == "wrapped"_L1) {
+                QVERIFY(process.waitForReadyRead());
+                processId = process.readLine().trimmed().toLongLong();
+            }
+            const auto told = [&] {
+                const ProcessTraits traits = ProcessTraits::of(processId);
+                QString text = traits.launchedEntry.section(u'/', -1) + u' ';
+                text += traits.executable.section(u'/', -1);
+                text += traits.script.isEmpty() ? QString()
+                                                : "script "_L1 + traits.script.section(u'/', -1);
+                text += traits.bundle.isEmpty() ? QString()
+                                                : " in "_L1 + traits.bundle.section(u'/', -1);
+                return text;
+            };
+            QTRY_COMPARE(told(), expected);
+            ::kill(pid_t(processId), SIGKILL);
+            process.kill();
+            process.waitForFinished();
+            QCOMPARE(ProcessTraits::of(process.processId()).executable, QString());
         }
-        QProcess process;
-        process.start(u"/bin/sh"_s,
-            { u"-c"_s,
-                u"GIO_LAUNCHED_DESKTOP_FILE=/e.desktop GIO_LAUNCHED_DESKTOP_FILE_PID=%1 exec %2"_s
-                    .arg(claimedProcess, command) });
-        QVERIFY(process.waitForStarted());
-        qint64 processId = process.processId();
-        if (program == "wrapped"_L1) {
-            QVERIFY(process.waitForReadyRead());
-            processId = process.readLine().trimmed().toLongLong();
-        }
-        const auto told = [&] {
-            const ProcessTraits traits = ProcessTraits::of(processId);
-            QString text = traits.launchedEntry.section(u'/', -1) + u' ';
-            text += traits.executable.section(u'/', -1);
-            text += traits.script.isEmpty() ? QString()
-                                            : "script "_L1 + traits.script.section(u'/', -1);
-            text +=
-                traits.bundle.isEmpty() ? QString() : " in "_L1 + traits.bundle.section(u'/', -1);
-            return text;
-        };
-        QFETCH(QString, expected);
-        QTRY_COMPARE(told(), expected);
-        ::kill(pid_t(processId), SIGKILL);
-        process.kill();
-        process.waitForFinished();
-        QCOMPARE(ProcessTraits::of(process.processId()).executable, QString());
     }
 
 private:

@@ -1,25 +1,15 @@
 #include "support/DefaultsFile.h"
 
+#include "support/FileLock.h"
+#include "support/FileWatch.h"
 #include "support/Log.h"
 #include "support/PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QFileSystemWatcher>
-#include <QLockFile>
-
-#include <chrono>
-
-using namespace std::chrono_literals;
 
 namespace {
-
-// Replacing a file is several events; this much later it is read once for all of them.
-constexpr auto settlingTime = 50ms;
-constexpr auto longestWaitForLock = 1s;
-// A lock is held for some milliseconds. One this old belongs to a program that hangs.
-constexpr auto staleLockTime = 10s;
 
 // A file that is not a dictionary is as damaged as one that cannot be parsed.
 PropertyList::Document readDictionary(const QString &path)
@@ -57,27 +47,6 @@ bool makePrivateFolder(const QString &path)
         || QFileInfo(path).isDir();
 }
 
-QString nearestFolder(const QString &path)
-{
-    QFileInfo folder(path);
-    while (!folder.isDir() && !folder.isRoot()) {
-        folder.setFile(folder.absolutePath());
-    }
-    return folder.absoluteFilePath();
-}
-
-QString lockFailure(const QLockFile &lock)
-{
-    switch (lock.error()) {
-    case QLockFile::LockFailedError:
-        return QStringLiteral("another program holds it");
-    case QLockFile::PermissionError:
-        return QStringLiteral("permission denied");
-    default:
-        return QStringLiteral("the lock cannot be written");
-    }
-}
-
 } // namespace
 
 DefaultsFile::DefaultsFile(const QString &path, UserDefaults::Writing writing)
@@ -87,19 +56,12 @@ DefaultsFile::DefaultsFile(const QString &path, UserDefaults::Writing writing)
     if (_path.isEmpty()) {
         return;
     }
-    if (_writing == UserDefaults::Writing::Allowed && QCoreApplication::instance()) {
-        _watcher = std::make_unique<QFileSystemWatcher>();
-        _settling.setSingleShot(true);
-        _settling.setInterval(settlingTime);
-        connect(&_settling, &QTimer::timeout, this, &DefaultsFile::readAgain);
-        const auto settle = [this] {
-            if (!_settling.isActive()) {
-                _settling.start();
-            }
-        };
-        connect(_watcher.get(), &QFileSystemWatcher::fileChanged, this, settle);
-        connect(_watcher.get(), &QFileSystemWatcher::directoryChanged, this, settle);
-        watch();
+    if (_writing == UserDefaults::Writing::Allowed) {
+        FileReplacement::removeStrays({ _path });
+        if (QCoreApplication::instance()) {
+            _watch = std::make_unique<FileWatch>(QStringList { _path });
+            connect(_watch.get(), &FileWatch::changed, this, &DefaultsFile::readAgain);
+        }
     }
     const PropertyList::Document document = readDictionary(_path);
     _values = document.value.toMap();
@@ -116,30 +78,8 @@ DefaultsFile::DefaultsFile(const QString &path, UserDefaults::Writing writing)
 
 DefaultsFile::~DefaultsFile() = default;
 
-// Watches the file for changes in place and its folder, or the nearest one there is, for everything
-// else. Always anew: a watch stays with a file that was replaced or a folder that was removed.
-void DefaultsFile::watch()
-{
-    const QStringList watched = _watcher->files() + _watcher->directories();
-    if (!watched.isEmpty()) {
-        _watcher->removePaths(watched);
-    }
-    const QString folder = QFileInfo(_path).absolutePath();
-    QString nearest;
-    // A folder made just before its parent was watched would go unnoticed.
-    while (nearest != nearestFolder(folder)) {
-        nearest = nearestFolder(folder);
-        _watcher->addPath(nearest);
-    }
-    if (QFileInfo::exists(_path)) {
-        _watcher->addPath(_path);
-    }
-}
-
 void DefaultsFile::readAgain()
 {
-    // Watched first, so that a change after the reading is not missed.
-    watch();
     const PropertyList::Document document = readDictionary(_path);
     const QVariantMap values = document.value.toMap();
     if (document.state == PropertyList::State::Damaged || values == _values) {
@@ -149,47 +89,40 @@ void DefaultsFile::readAgain()
     Q_EMIT changedOutside();
 }
 
-bool DefaultsFile::apply(const Changes &changes)
+bool DefaultsFile::apply(const Changes &changes, QString *error)
 {
     if (_writing == UserDefaults::Writing::Never) {
         applyTo(_values, changes);
         return true;
     }
-    if (!makeFolder()) {
+    const QString folder = QFileInfo(_path).absolutePath();
+    if (!makePrivateFolder(folder)) {
+        *error = QStringLiteral("the folder cannot be made");
+        qCWarning(lcSupport, "cannot write %s: %s", qUtf8Printable(_path), qUtf8Printable(*error));
         return false;
     }
-    QLockFile lock(_path + QStringLiteral(".lock"));
-    lock.setStaleLockTime(std::chrono::milliseconds(staleLockTime).count());
-    if (lock.tryLock(std::chrono::milliseconds(longestWaitForLock).count())) {
-        return applyLocked(changes);
+    FileLock lock(folder);
+    if (lock.lock()) {
+        return applyLocked(changes, error);
     }
-    qCWarning(
-        lcSupport, "cannot lock %s: %s", qUtf8Printable(_path), qUtf8Printable(lockFailure(lock)));
+    *error = lock.error();
+    qCWarning(lcSupport, "cannot lock %s: %s", qUtf8Printable(folder), qUtf8Printable(*error));
     return false;
 }
 
-bool DefaultsFile::makeFolder() const
-{
-    const QString folder = QFileInfo(_path).absolutePath();
-    if (makePrivateFolder(folder)) {
-        return true;
-    }
-    qCWarning(lcSupport, "cannot write %s: the folder cannot be made", qUtf8Printable(_path));
-    return false;
-}
-
-bool DefaultsFile::applyLocked(const Changes &changes)
+bool DefaultsFile::applyLocked(const Changes &changes, QString *error)
 {
     const PropertyList::Document document = readDictionary(_path);
     QVariantMap values = document.value.toMap();
     if (document.state == PropertyList::State::Damaged) {
         if (!PropertyList::setAside(_path, document.error)) {
+            *error = QStringLiteral("the damaged file cannot be moved away");
             return false;
         }
         values = _values;
     }
     applyTo(values, changes);
-    if (!PropertyList::writeFile(_path, values)) {
+    if (!PropertyList::writeFile(_path, values, PropertyList::Former::Dropped, error)) {
         return false;
     }
     _values = values;

@@ -12,12 +12,11 @@
 #include <QHash>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 #include <QVariantMap>
 
 #include <memory>
 
-class QFileSystemWatcher;
+class FileWatch;
 
 class DefaultsFile final : public QObject
 {
@@ -36,21 +35,18 @@ public:
 
     // Reads the file again, changes the keys and writes it; values() then also has what others
     // changed, for which no signal comes. False and one log line when the file cannot be written:
-    // values() stays.
-    bool apply(const Changes &changes);
+    // values() stays, and `error` receives the reason.
+    bool apply(const Changes &changes, QString *error);
 
 Q_SIGNALS:
     void changedOutside();
 
 private:
-    void watch();
     void readAgain();
-    bool makeFolder() const;
-    bool applyLocked(const Changes &changes);
+    bool applyLocked(const Changes &changes, QString *error);
 
     QString _path;
     UserDefaults::Writing _writing = UserDefaults::Writing::Allowed;
     QVariantMap _values;
-    std::unique_ptr<QFileSystemWatcher> _watcher;
-    QTimer _settling;
+    std::unique_ptr<FileWatch> _watch;
 };

@@ -7,7 +7,6 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <algorithm>
 
@@ -90,8 +89,7 @@ QVariant plainValue(const QVariant &value, int depth)
     }
 }
 
-// The reason when the data could not be written, else empty.
-QString replaceFile(const QString &path, const QByteArray &data)
+QString failureToWrite(const QString &path, const QByteArray &data, FileReplacement::Former former)
 {
     if (data.isEmpty()) {
         return QStringLiteral("the value is no property list");
@@ -99,15 +97,7 @@ QString replaceFile(const QString &path, const QByteArray &data)
     if (data.size() > PropertyList::maximumSize) {
         return QStringLiteral("too large");
     }
-    // A device or a pipe would be replaced by a file.
-    if (const QFileInfo old(path); old.exists() && !old.isFile()) {
-        return QStringLiteral("not a regular file");
-    }
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(data) == data.size() && file.commit()) {
-        return {};
-    }
-    return file.errorString();
+    return FileReplacement::replace(path, data, former);
 }
 
 bool haveSameBytes(const QString &path, const QString &otherPath)
@@ -186,13 +176,18 @@ PropertyList::Document PropertyList::readFile(const QString &path)
     return { State::Read, *value, {} };
 }
 
-bool PropertyList::writeFile(const QString &path, const QVariant &value)
+bool PropertyList::writeFile(
+    const QString &path, const QVariant &value, Former former, QString *error)
 {
-    const QString reason = replaceFile(path, toXml(value));
-    if (!reason.isEmpty()) {
-        qCWarning(lcSupport, "cannot write %s: %s", qUtf8Printable(path), qUtf8Printable(reason));
+    const QString reason = failureToWrite(path, toXml(value), former);
+    if (reason.isEmpty()) {
+        return true;
     }
-    return reason.isEmpty();
+    qCWarning(lcSupport, "cannot write %s: %s", qUtf8Printable(path), qUtf8Printable(reason));
+    if (error) {
+        *error = reason;
+    }
+    return false;
 }
 
 bool PropertyList::setAside(const QString &path, const QString &reason)

@@ -7,6 +7,8 @@
 
 #pragma once
 
+#include "support/FileReplacement.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QVariant>
@@ -14,6 +16,8 @@
 #include <optional>
 
 namespace PropertyList {
+
+using FileReplacement::Former;
 
 // How many arrays and dictionaries may lie in one another.
 inline constexpr int maximumDepth = 64;
@@ -51,8 +55,10 @@ QByteArray toXml(const QVariant &value);
 Document readFile(const QString &path);
 
 // Replaces the file in one step, so that a reader sees the old or the new one; its folder must
-// exist. False and one log line when it cannot be written; the old file is then as it was.
-bool writeFile(const QString &path, const QVariant &value);
+// exist. False and one log line when it cannot be written; the old file is then as it was, and
+// `error`, when given, receives the reason.
+bool writeFile(const QString &path, const QVariant &value, Former former = Former::Dropped,
+    QString *error = nullptr);
 
 // Moves a damaged file out of the way as PATH.damaged (PATH.damaged.2 and so on when that is taken,
 // unless that one holds the same bytes), so that nothing later overwrites it, and logs one line

@@ -9,6 +9,8 @@
 #include <QHash>
 #include <QMultiHash>
 
+#include <utility>
+
 namespace {
 
 UserDefaults *standardDefaults = nullptr;
@@ -55,6 +57,8 @@ private:
 
     // What could not be written, removals as invalid values. It stands above the file.
     DefaultsFile::Changes _unwritten;
+    // That they are not written; once, until something is.
+    bool _isFailureTold = false;
     // Values that the log has already named.
     QMultiHash<QString, QVariant> _refused;
 };
@@ -73,18 +77,19 @@ bool UserDefaults::Private::store(const QString &key, const QVariant &value)
     if (isSame && !_unwritten.contains(key)) {
         return true;
     }
-    const bool isFirstFailure = _unwritten.isEmpty();
     _unwritten.insert(key, value);
-    if (file.apply(_unwritten)) {
-        _unwritten.clear();
-        return true;
+    QString error;
+    if (!file.apply(_unwritten, &error)) {
+        // Once; the panel alone notes something down each time it is hidden.
+        if (!std::exchange(_isFailureTold, true)) {
+            Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+                UserDefaults::tr("Changes of the preferences are not kept: %1.").arg(error));
+        }
+        return false;
     }
-    // Once; the panel alone notes something down each time it is hidden.
-    if (isFirstFailure) {
-        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
-            UserDefaults::tr("The preferences could not be saved, and last only until Ortu ends."));
-    }
-    return false;
+    _unwritten.clear();
+    _isFailureTold = false;
+    return true;
 }
 
 // Brings the values in force up to date and tells which of them changed.

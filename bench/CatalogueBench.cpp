@@ -1,5 +1,6 @@
 // What happens at each exclusion and each change of the order: dividing the scan result anew and
-// sorting every list, with 1,000 and with 10,000 applications.
+// sorting every list, with 1,000 and with 10,000 applications. And what a change of the favourites
+// costs, with 20 and with 200 of them, down to the disk.
 
 #include "catalogue/CatalogueFiles.h"
 #include "catalogue/OTAppManager.h"
@@ -37,7 +38,7 @@ public:
     explicit Catalogue(int count)
     {
         OTAppManager::registerDefaults();
-        QList<QStringList> bunches(8);
+        PathBunches bunches(8);
         QStringList excluded;
         for (int i = 0; i < count; ++i) {
             bunches[i % bunches.size()].append(path(i));
@@ -46,8 +47,8 @@ public:
             }
         }
         CatalogueFiles files(desktop);
-        files.writePathArrays(bunches, QStringLiteral("AllApplications.plist"));
-        files.writePaths(excluded, QStringLiteral("ExcludedApplications.plist"));
+        files.writeAllApps(bunches);
+        files.store({ { CatalogueFiles::List::ExcludedApps, { excluded }, {} } });
         manager.rescanAllAppsPrioritizingGroup(-1);
     }
 
@@ -78,6 +79,36 @@ void sortAllArrays(benchmark::State &state)
     }
 }
 BENCHMARK(sortAllArrays)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+
+void moveFavourite(benchmark::State &state)
+{
+    BareDesktop desktop;
+    OTAppManager manager(desktop);
+    for (int i = 0; i < int(state.range(0)); ++i) {
+        manager.moveApp(manager.appForPath(path(i)), UserGroup, i / 10, 0);
+    }
+    for (auto _ : state) {
+        manager.moveApp(manager.userApps1D().last(), User1DGroup, 0, 0);
+    }
+}
+BENCHMARK(moveFavourite)->Arg(20)->Arg(200)->Unit(benchmark::kMillisecond);
+
+// Reading all lists of 1,000 applications, as at a start.
+void readCatalogue(benchmark::State &state)
+{
+    Catalogue catalogue(1000);
+    {
+        OTAppManager manager(catalogue.desktop);
+        for (int i = 0; i < 40; ++i) {
+            manager.moveApp(manager.appForPath(path(i)), UserGroup, i / 10, 0);
+        }
+    }
+    for (auto _ : state) {
+        OTAppManager manager(catalogue.desktop, OTAppManager::Use::Inspection);
+        manager.rescanAllAppsPrioritizingGroup(-1);
+    }
+}
+BENCHMARK(readCatalogue)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -1,66 +1,49 @@
 #include "catalogue/CatalogueFiles.h"
 
 #include "catalogue/Log.h"
-#include "support/PropertyList.h"
+#include "support/FileLock.h"
+#include "support/FileWatch.h"
+#include "support/NotificationCenter.h"
 
+#include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+
+#include <algorithm>
+#include <functional>
+
+using PathFile::Shape;
+using PropertyList::State;
 
 namespace {
 
-bool isPath(const QVariant &value)
+QString folderIn(const SearchPaths &searchPaths, SearchPaths::Domain domain)
 {
-    const QString path = value.typeId() == QMetaType::QString ? value.toString() : QString();
-    // The binary form brings strings that could not be written again.
-    return (path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1String("~/")))
-        && PropertyList::canHold(path);
+    const QString base = searchPaths.applicationSupportFolder(domain);
+    return (base.isEmpty() ? QDir::tempPath() : base) + QStringLiteral("/Ortu");
 }
 
-// Sorts the elements of an array into paths and the rest.
-QStringList paths(const QVariantList &array, int &rejected)
+QString userFile(const SearchPaths &searchPaths, const char *name)
 {
-    QStringList accepted;
-    accepted.reserve(array.size());
-    for (const QVariant &value : array) {
-        if (isPath(value)) {
-            accepted.append(value.toString());
-        } else {
-            ++rejected;
-        }
-    }
-    return accepted;
+    return folderIn(searchPaths, SearchPaths::Domain::User) + QLatin1Char('/')
+        + QLatin1String(name);
 }
 
-QList<QStringList> pathArrays(const QVariantList &array, int &rejected)
+QString allAppsFile(const SearchPaths &searchPaths)
 {
-    QList<QStringList> accepted;
-    for (const QVariant &value : array) {
-        if (value.typeId() != QMetaType::QVariantList) {
-            ++rejected;
-            continue;
-        }
-        const int rejectedBefore = rejected;
-        const QStringList bunch = paths(value.toList(), rejected);
-        // A bunch that was stored empty stays, one of nothing but damage goes.
-        if (!bunch.isEmpty() || rejected == rejectedBefore) {
-            accepted.append(bunch);
-        }
-    }
-    return accepted;
+    return userFile(searchPaths, "AllApplications.plist");
 }
 
-QVariantList toArray(const QStringList &list)
+void sayUnusable(const QString &path, const QString &reason)
 {
-    return QVariantList(list.begin(), list.end());
+    qCWarning(lcCatalogue, "cannot use %s: %s", qUtf8Printable(path), qUtf8Printable(reason));
 }
 
-QVariantList toArray(const QList<QStringList> &bunches)
+void sayNotLocked(const QString &folder, const QString &reason)
 {
-    QVariantList array;
-    array.reserve(bunches.size());
-    for (const QStringList &bunch : bunches) {
-        array.append(QVariant(toArray(bunch)));
-    }
-    return array;
+    qCWarning(lcCatalogue, "cannot lock %s: %s", qUtf8Printable(folder), qUtf8Printable(reason));
 }
 
 } // namespace
@@ -68,78 +51,192 @@ QVariantList toArray(const QList<QStringList> &bunches)
 CatalogueFiles::CatalogueFiles(const SearchPaths &searchPaths, Writing writing)
     : _searchPaths(searchPaths)
     , _writing(writing)
-{ }
-
-QString CatalogueFiles::folder(Domain domain) const
+    , _lists {
+        StoredPaths(userFile(searchPaths, "ExcludedApplications.plist"), Shape::Flat, writing),
+        StoredPaths(userFile(searchPaths, "UserApplications.plist"), Shape::Bunched, writing),
+        StoredPaths(userFile(searchPaths, "UserApplications1D.plist"), Shape::Flat, writing),
+    }
 {
-    const QString base = _searchPaths.applicationSupportFolder(domain);
-    return (base.isEmpty() ? QDir::tempPath() : base) + QStringLiteral("/Ortu");
-}
-
-std::optional<CatalogueFiles::PathArrays> CatalogueFiles::readPathArrays(
-    const QString &fileName, Domain inDomain, Shape shape)
-{
-    const PropertyList::Document document =
-        PropertyList::readFile(folder(inDomain) + QLatin1Char('/') + fileName);
-    if (document.state == PropertyList::State::Absent) {
-        return std::nullopt;
+    if (_writing == Writing::Never) {
+        return;
     }
-    if (document.state == PropertyList::State::Damaged) {
-        reportDamage(fileName, inDomain, document.error, {});
-        return std::nullopt;
+    QStringList paths;
+    for (const StoredPaths &list : _lists) {
+        paths.append(list.path());
     }
-    if (document.value.typeId() != QMetaType::QVariantList) {
-        reportDamage(fileName, inDomain, QStringLiteral("not an array"), {});
-        return std::nullopt;
-    }
-    const QVariantList array = document.value.toList();
-    PathArrays arrays;
-    int rejected = 0;
-    if (shape == Shape::Flat) {
-        arrays.flat = paths(array, rejected);
-    } else {
-        arrays.bunched = pathArrays(array, rejected);
-    }
-    if (rejected > 0) {
-        reportDamage(fileName, inDomain,
-            QStringLiteral("%1 of its entries are no paths").arg(rejected),
-            shape == Shape::Flat ? toArray(arrays.flat) : toArray(arrays.bunched));
-    }
-    return arrays;
-}
-
-void CatalogueFiles::reportDamage(
-    const QString &fileName, Domain domain, const QString &reason, const QVariantList &remaining)
-{
-    _damaged.insert(fileName);
-    const QString path = folder(domain) + QLatin1Char('/') + fileName;
-    if (_writing == Writing::Never || domain != Domain::User) {
-        qCWarning(lcCatalogue, "cannot use %s: %s", qUtf8Printable(path), qUtf8Printable(reason));
-    } else if (!PropertyList::setAside(path, reason)) {
-        _untouchable.insert(fileName);
-    } else if (!remaining.isEmpty()) {
-        write(remaining, fileName);
+    FileReplacement::removeStrays(paths + QStringList(allAppsFile(_searchPaths)));
+    if (QCoreApplication::instance()) {
+        _watch = std::make_unique<FileWatch>(paths);
+        connect(_watch.get(), &FileWatch::changed, this, &CatalogueFiles::readAgain);
     }
 }
 
-bool CatalogueFiles::writePaths(const QStringList &paths, const QString &fileName)
+CatalogueFiles::~CatalogueFiles() = default;
+
+QString CatalogueFiles::userApplicationSupportFolder() const
 {
-    return write(toArray(paths), fileName);
+    return folderIn(_searchPaths, SearchPaths::Domain::User);
 }
 
-bool CatalogueFiles::writePathArrays(const QList<QStringList> &bunches, const QString &fileName)
+QString CatalogueFiles::localApplicationSupportFolder() const
 {
-    return write(toArray(bunches), fileName);
+    return folderIn(_searchPaths, SearchPaths::Domain::Local);
 }
 
-bool CatalogueFiles::write(const QVariantList &array, const QString &fileName)
+PathBunches CatalogueFiles::readAllApps()
 {
-    if (_writing == Writing::Never || _untouchable.contains(fileName)) {
-        return _writing == Writing::Never;
+    const QString path = allAppsFile(_searchPaths);
+    const PathFile::Document document = PathFile::read(path, Shape::Bunched);
+    if (document.state == State::Read) {
+        return document.paths;
+    }
+    if (document.state == State::Damaged && _writing == Writing::Allowed) {
+        PropertyList::setAside(path, document.error);
+    } else if (document.state == State::Damaged) {
+        sayUnusable(path, document.error);
+    }
+    return {};
+}
+
+void CatalogueFiles::writeAllApps(const PathBunches &bunches)
+{
+    if (_writing == Writing::Never) {
+        return;
     }
     const QString folder = userApplicationSupportFolder();
-    // Missing folders above it are made too: a new account has no data folder yet, and the
-    // favourites of its first day must last. A failure shows in the write.
     QDir().mkpath(folder);
-    return PropertyList::writeFile(folder + QLatin1Char('/') + fileName, array);
+    FileLock lock(folder);
+    if (lock.lock()) {
+        PropertyList::writeFile(
+            allAppsFile(_searchPaths), PathFile::propertyList(bunches, Shape::Bunched));
+    } else {
+        sayNotLocked(folder, lock.error());
+    }
+}
+
+void CatalogueFiles::readExclusions()
+{
+    StoredPaths &user = at(List::ExcludedApps);
+    user.read();
+    if (!user.isKnown() && restoreFormer(List::ExcludedApps)) {
+        sayRestored(List::ExcludedApps, tr("The list of what is excluded was lost."));
+    }
+    const QString path =
+        localApplicationSupportFolder() + QStringLiteral("/ExcludedApplications.plist");
+    const PathFile::Document local = PathFile::read(path, Shape::Flat);
+    if (local.state == State::Damaged) {
+        sayUnusable(path, local.error);
+    }
+    user.add(flattened(standardized(local.paths)));
+    writeRestored();
+}
+
+void CatalogueFiles::readFavourites()
+{
+    const StoredPaths &bunches = at(List::UserApps);
+    const StoredPaths &flat = at(List::UserApps1D);
+    at(List::UserApps).read();
+    at(List::UserApps1D).read();
+    if (!bunches.isKnown() && !flat.isKnown()) {
+        const bool isFlatRestored = restoreFormer(List::UserApps1D);
+        const bool areBunchesRestored = restoreFormer(List::UserApps);
+        if (areBunchesRestored || isFlatRestored) {
+            sayRestored(areBunchesRestored ? List::UserApps : List::UserApps1D,
+                tr("The list of favourites was lost."));
+        }
+    }
+    if (!bunches.paths().isEmpty() && flat.paths().isEmpty()) {
+        restoreOrder(List::UserApps1D, List::UserApps);
+    } else if (!flat.paths().isEmpty() && !bunches.isKnown()) {
+        restoreOrder(List::UserApps, List::UserApps1D);
+    }
+    writeRestored();
+}
+
+bool CatalogueFiles::restoreFormer(List list)
+{
+    const PathBunches former = at(list).former();
+    if (former.isEmpty()) {
+        return false;
+    }
+    at(list).restore(former);
+    return true;
+}
+
+void CatalogueFiles::sayRestored(List list, const QString &whatIsLost) const
+{
+    const QString former = FileReplacement::formerPath(at(list).path());
+    qCWarning(lcCatalogue, "%s stands in for the file that is lost", qUtf8Printable(former));
+    const QString day = QLocale().toString(QFileInfo(former).lastModified().date());
+    Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+        whatIsLost + QLatin1Char(' ') + tr("It is again as it was on %1.").arg(day));
+}
+
+// Which applications there are is told by the other order, where each of them was by what the lost
+// one was before.
+void CatalogueFiles::restoreOrder(List lost, List other)
+{
+    const PathBunches now { flattened(at(other).paths()) };
+    const PathBunches former = at(lost).former();
+    const QSet<QString> before = pathsOf(former);
+    const QSet<QString> wanted = pathsOf(now);
+    at(lost).restore(merged(former, now, (before - wanted) + (wanted - before)));
+}
+
+void CatalogueFiles::writeRestored()
+{
+    if (std::any_of(_lists.begin(), _lists.end(), std::mem_fn(&StoredPaths::isUnwritten))) {
+        write();
+    }
+}
+
+void CatalogueFiles::readAgain()
+{
+    for (StoredPaths &list : _lists) {
+        list.readAgain();
+    }
+    if (std::any_of(_lists.begin(), _lists.end(), std::mem_fn(&StoredPaths::isChangedOutside))) {
+        Q_EMIT changedOutside();
+    }
+}
+
+void CatalogueFiles::store(const QList<Change> &changes)
+{
+    for (const Change &change : changes) {
+        at(change.list).change(change.paths, change.changed);
+    }
+    write();
+}
+
+void CatalogueFiles::write()
+{
+    if (_writing == Writing::Never) {
+        return;
+    }
+    QString error;
+    writeLists(&error);
+    if (!error.isEmpty() && !_isFailureTold) {
+        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+            tr("Changes of favourites and exclusions are not kept: %1.").arg(error));
+    }
+    _isFailureTold = !error.isEmpty();
+}
+
+void CatalogueFiles::writeLists(QString *error)
+{
+    // Missing folders above it are made too: a new account has no data folder yet, and the
+    // favourites of its first day must last. A failure shows in the lock.
+    const QString folder = userApplicationSupportFolder();
+    QDir().mkpath(folder);
+    FileLock lock(folder);
+    if (!lock.lock()) {
+        *error = lock.error();
+        sayNotLocked(folder, *error);
+        return;
+    }
+    for (StoredPaths &list : _lists) {
+        if (list.isUnwritten()) {
+            list.write(error);
+        }
+    }
 }

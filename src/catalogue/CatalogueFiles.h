@@ -1,61 +1,85 @@
 // The files in which the catalogue's lists outlive the program: property lists that hold paths.
 //
-// A file that cannot be read, or has another shape, is set aside and never overwritten; from a file
-// in which only some entries are no paths, those are left out and what remains is written again.
-// Each such case is one log line.
+// Exclusions and favourites are the user's: StoredPaths keeps them, they are written under the lock
+// of their folder, and whatever cannot be written is written with the next change. The scan result
+// is replaced as a whole, since a scan can make it again. A file that cannot be read, or has
+// another shape, is set aside and never overwritten. Each such case is one log line. Main thread
+// only.
 
 #pragma once
 
+#include "catalogue/StoredPaths.h"
 #include "platform/SearchPaths.h"
 
-#include <QList>
-#include <QSet>
-#include <QStringList>
-#include <QVariant>
+#include <QObject>
 
-#include <optional>
+#include <array>
+#include <memory>
 
-class CatalogueFiles
+class FileWatch;
+
+class CatalogueFiles final : public QObject
 {
-public:
-    using Domain = SearchPaths::Domain;
-    enum class Writing { Allowed, Never };
-    enum class Shape { Flat, Bunched };
+    Q_OBJECT
 
-    // The paths in a file, in stored order. Only the member of the shape that was asked for is
-    // filled; an empty file array is both.
-    struct PathArrays
+public:
+    using Writing = StoredPaths::Writing;
+    enum class List { ExcludedApps, UserApps, UserApps1D };
+
+    struct Change
     {
-        QStringList flat;
-        QList<QStringList> bunched;
+        List list;
+        // As in memory; see StoredPaths::change().
+        PathBunches paths;
+        QSet<QString> changed;
     };
 
+    // The files are watched where they may be written and while there is an application.
     explicit CatalogueFiles(const SearchPaths &searchPaths, Writing writing = Writing::Allowed);
+    ~CatalogueFiles() override;
 
     // The program's own folder in each domain; the temporary folder stands in for a missing one.
-    QString userApplicationSupportFolder() const { return folder(Domain::User); }
-    QString localApplicationSupportFolder() const { return folder(Domain::Local); }
+    QString userApplicationSupportFolder() const;
+    QString localApplicationSupportFolder() const;
 
-    // Empty when there is no such file, or nothing in it can be used.
-    std::optional<PathArrays> readPathArrays(const QString &fileName, Domain inDomain, Shape shape);
+    // Empty when there is no file that can be used.
+    PathBunches readAllApps();
+    void writeAllApps(const PathBunches &bunches);
 
-    // Whether a file was found damaged since this object was made.
-    bool wasDamaged(const QString &fileName) const { return _damaged.contains(fileName); }
+    // Reads the user's exclusions and those for everybody.
+    void readExclusions();
+    // Reads both orders of the favourites. One that is lost is made again from the other, and both
+    // from what they were before, which the user is told.
+    void readFavourites();
 
-    // False and one log line when the file could not be written. A file that was damaged and could
-    // not be moved away is not written either, which the log knows already.
-    bool writePaths(const QStringList &paths, const QString &fileName);
-    bool writePathArrays(const QList<QStringList> &bunches, const QString &fileName);
+    const PathBunches &stored(List list) const { return at(list).paths(); }
+    // Whether another program has changed the list since the last call of the second.
+    bool isChangedOutside(List list) const { return at(list).isChangedOutside(); }
+    bool takeOutsideChange(List list) { return at(list).takeOutsideChange(); }
+
+    // Takes over what changed in lists that belong together, and writes them. When they cannot be
+    // written the user is told, once until they can.
+    void store(const QList<Change> &changes);
+
+Q_SIGNALS:
+    // Another program has changed a list.
+    void changedOutside();
 
 private:
-    QString folder(Domain domain) const;
-    bool write(const QVariantList &array, const QString &fileName);
-    void reportDamage(const QString &fileName, Domain domain, const QString &reason,
-        const QVariantList &remaining);
+    StoredPaths &at(List list) { return _lists[size_t(list)]; }
+    const StoredPaths &at(List list) const { return _lists[size_t(list)]; }
+    bool restoreFormer(List list);
+    void sayRestored(List list, const QString &whatIsLost) const;
+    void restoreOrder(List lost, List other);
+    void writeRestored();
+    void readAgain();
+    void write();
+    void writeLists(QString *error);
 
     const SearchPaths &_searchPaths;
     Writing _writing;
-    QSet<QString> _damaged;
-    // Damaged files that could not be moved away.
-    QSet<QString> _untouchable;
+    // In the order in which they are written.
+    std::array<StoredPaths, 3> _lists;
+    std::unique_ptr<FileWatch> _watch;
+    bool _isFailureTold = false;
 };

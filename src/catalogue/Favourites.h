@@ -42,6 +42,8 @@ public:
         _bunches[bunch][index] = app;
     }
 
+    friend bool operator==(const Favourites &, const Favourites &) = default;
+
 private:
     struct Place
     {

@@ -49,6 +49,7 @@ OTAppManager::OTAppManager(Desktop &desktop, Use use, QObject *parent)
         &center, &NotificationCenter::N_AppIsMissing, this, &OTAppManager::scanPathListDidChange);
     connect(&center, &NotificationCenter::N_AppIconChanged, this, &OTAppManager::appIconChanged);
 
+    connect(&_files, &CatalogueFiles::changedOutside, this, &OTAppManager::takeOverFiles);
     const RunningApplications &running = desktop.runningApplications();
     connect(
         &running, &RunningApplications::launched, this, &OTAppManager::runningAppsListDidChange);
@@ -178,20 +179,29 @@ bool OTAppManager::canKeep(const AppRef &app)
 
 void OTAppManager::excludeApp(const AppRef &app)
 {
-    if (indexOfApp(_excludedApps1D, app) < 0 && canKeep(app)) {
-        const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
-        _excludedApps1D.append(appForPath(app->path()));
-        writeExcludedApps();
+    if (indexOfApp(_excludedApps1D, app) < 0 && indexOfApp(_missingApps, app) < 0 && canKeep(app)) {
+        const AppRef own = appForPath(app->path());
+        {
+            const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
+            _excludedApps1D.append(own);
+        }
+        writeExcludedApps({ own });
     }
     rebuildDependentApps();
 }
 
 void OTAppManager::includeApp(const AppRef &app)
 {
+    const AppList included { app };
+    bool wasMissing = false;
     {
         const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
-        removeFromList(_excludedApps1D, PathSet(AppList { app }));
-        writeExcludedApps();
+        removeFromList(_excludedApps1D, PathSet(included));
+        wasMissing = removeFromList(_missingApps, PathSet(included));
+    }
+    writeExcludedApps(included);
+    if (wasMissing) {
+        takeStoredUserApps();
     }
     rebuildDependentApps();
 }
@@ -212,8 +222,8 @@ void OTAppManager::autoExcludeNamedApps()
     {
         const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
         _excludedApps1D += named;
-        writeExcludedApps();
     }
+    writeExcludedApps(named);
     rebuildDependentApps();
 }
 
@@ -224,9 +234,14 @@ void OTAppManager::removeAppsFromUserApps(const AppList &apps)
     if (std::none_of(apps.begin(), apps.end(), isFavourite)) {
         return;
     }
-    const ChangeScope scope(*this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
-    _favourites.removeApps(PathSet(apps));
-    writeUserApps();
+    // It may be one of the lists that change.
+    const AppList removed(apps.begin(), apps.end());
+    {
+        const ChangeScope scope(
+            *this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
+        _favourites.removeApps(PathSet(removed));
+    }
+    writeUserApps(removed);
 }
 
 void OTAppManager::removeAppsFromAllArrays(const AppList &apps)
@@ -264,12 +279,15 @@ void OTAppManager::moveApp(const AppRef &app, int toGroup, qsizetype bunch, qsiz
     const AppRef own = appForPath(app->path());
     const bool isMoved = toGroup == UserGroup ? moved.moveApp(own, bunch, index)
                                               : moved.moveAppInFlatOrder(own, index);
-    if (isMoved) {
+    if (!isMoved) {
+        return;
+    }
+    {
         const ChangeScope scope(
             *this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
         _favourites = moved;
-        writeUserApps();
     }
+    writeUserApps({ own });
 }
 
 void OTAppManager::moveAppNewBunchAtIndex(const AppRef &app, int toGroup, qsizetype newBunchAtIndex)
@@ -277,9 +295,13 @@ void OTAppManager::moveAppNewBunchAtIndex(const AppRef &app, int toGroup, qsizet
     if (!app || toGroup != UserGroup || !canKeep(app)) {
         return;
     }
-    const ChangeScope scope(*this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
-    _favourites.moveAppNewBunchAtIndex(appForPath(app->path()), newBunchAtIndex);
-    writeUserApps();
+    const AppRef own = appForPath(app->path());
+    {
+        const ChangeScope scope(
+            *this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
+        _favourites.moveAppNewBunchAtIndex(own, newBunchAtIndex);
+    }
+    writeUserApps({ own });
 }
 
 void OTAppManager::preferenceDidChange(

@@ -3,8 +3,9 @@
 //
 // It owns the entries, interned by path, and rebuilds the derived lists whenever the scan result or
 // the exclusions change. Every change of a list is announced before and after, by the list's name;
-// the four lists that outlive the program are written when they change, not at the end. Main thread
-// only.
+// the four lists that outlive the program are written when they change, not at the end, and what
+// another program changes in their files is taken over. Exclusions that no scan finds are left out
+// of the lists, but not of the files, and come back with what they stand for. Main thread only.
 
 #pragma once
 
@@ -176,8 +177,12 @@ private:
     static bool canKeep(const AppRef &app);
     void findMissingApps();
     void divideAllApps();
-    void writeExcludedApps();
-    void writeUserApps();
+    void takeOverFiles();
+    void takeStoredExclusions();
+    void takeStoredUserApps();
+    // These tell the files what was moved, removed or added.
+    void writeExcludedApps(const AppList &changed);
+    void writeUserApps(const AppList &changed, const AppList &changedInFlatOrder = {});
     void writeAllApps();
     SortOrder sortOrder() const;
     static bool sortsRunningByLaunchOrder();

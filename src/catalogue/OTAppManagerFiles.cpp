@@ -8,26 +8,7 @@
 #include "support/StandardPath.h"
 #include "support/UserDefaults.h"
 
-namespace {
-
-QString allFile()
-{
-    return QStringLiteral("AllApplications.plist");
-}
-QString excludedFile()
-{
-    return QStringLiteral("ExcludedApplications.plist");
-}
-QString userFile()
-{
-    return QStringLiteral("UserApplications.plist");
-}
-QString user1DFile()
-{
-    return QStringLiteral("UserApplications1D.plist");
-}
-
-} // namespace
+using List = CatalogueFiles::List;
 
 void OTAppManager::rebuildAllApps1D()
 {
@@ -59,25 +40,19 @@ void OTAppManager::rebuildDependentApps()
 void OTAppManager::findMissingApps()
 {
     const PathSet found(_allApps1D);
-    _missingApps.clear();
-    for (const AppRef &app : std::as_const(_excludedApps1D)) {
-        if (!found.contains(app)) {
-            _missingApps.append(app);
-        }
+    AppList excluded;
+    AppList missing;
+    for (const AppRef &app : _excludedApps1D + _missingApps) {
+        (found.contains(app) ? excluded : missing).append(app);
     }
-    if (_missingApps.isEmpty()) {
+    if (excluded == _excludedApps1D) {
         return;
     }
-    const PathSet missing(_missingApps);
-    Favourites remaining = _favourites;
-    if (remaining.removeAppsKeepingBunches(missing)) {
-        const ChangeScope scope(
-            *this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
-        _favourites = remaining;
-    }
-    // The file keeps them: a disk that is not mounted today may be there tomorrow.
+    _missingApps = missing;
+    // Favourites among them go, or are back in their places.
+    takeStoredUserApps();
     const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
-    removeFromList(_excludedApps1D, missing);
+    _excludedApps1D = excluded;
     sortArray(_excludedApps1D);
 }
 
@@ -157,98 +132,115 @@ void OTAppManager::sortAllArrays()
 
 void OTAppManager::readAllAppsFromDisk()
 {
-    const auto stored = _files.readPathArrays(
-        allFile(), CatalogueFiles::Domain::User, CatalogueFiles::Shape::Bunched);
-    if (stored && !stored->bunched.isEmpty()) {
-        _allApps = appArraysFromPathArrays(stored->bunched);
+    const PathBunches stored = _files.readAllApps();
+    if (!stored.isEmpty()) {
+        _allApps = appArraysFromPathArrays(stored);
         rebuildAllApps1D();
     }
 }
 
 void OTAppManager::readExcludedApps1DFromDisk()
 {
-    QStringList paths;
-    for (const auto domain : { CatalogueFiles::Domain::User, CatalogueFiles::Domain::Local }) {
-        const auto stored =
-            _files.readPathArrays(excludedFile(), domain, CatalogueFiles::Shape::Flat);
-        const QStringList found = stored ? stored->flat : QStringList();
-        for (const QString &path : found) {
-            paths.append(standardizedPath(path));
-        }
-    }
-    paths.removeDuplicates();
-    if (!paths.isEmpty()) {
-        const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
-        _excludedApps1D = appsFromPaths(paths);
-        sortArray(_excludedApps1D);
-    }
+    _files.readExclusions();
+    takeStoredExclusions();
 }
 
 void OTAppManager::readUserAppsFromDisk()
 {
-    const auto bunches = _files.readPathArrays(
-        userFile(), CatalogueFiles::Domain::User, CatalogueFiles::Shape::Bunched);
-    // Lost bunches must not take the flat order with them: the next move would overwrite it.
-    const bool areBunchesLost = !bunches && _files.wasDamaged(userFile());
-    if (!bunches && !areBunchesLost) {
+    _files.readFavourites();
+    takeStoredUserApps();
+}
+
+// The exclusions as their file has them. What is missing among them is found out afterwards.
+void OTAppManager::takeStoredExclusions()
+{
+    _files.takeOutsideChange(List::ExcludedApps);
+    const AppList stored = appsFromPaths(flattened(_files.stored(List::ExcludedApps)));
+    if (stored.isEmpty() && _excludedApps1D.isEmpty()) {
         return;
     }
-    const ChangeScope scope(*this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
-    if (bunches && !bunches->bunched.isEmpty()) {
-        _favourites.setBunches(appArraysFromPathArrays(bunches->bunched));
-    }
-    const auto flat = _files.readPathArrays(
-        user1DFile(), CatalogueFiles::Domain::User, CatalogueFiles::Shape::Flat);
-    if (!flat || flat->flat.isEmpty()) {
-        rebuildUserApps1D();
-        return;
-    }
-    _favourites.setFlat(appsFromPaths(flat->flat));
-    if (areBunchesLost) {
-        _favourites.setBunches({ userApps1D() });
+    const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
+    _missingApps.clear();
+    _excludedApps1D = stored;
+    sortArray(_excludedApps1D);
+}
+
+// The favourites as their files have them, less what is excluded and missing.
+void OTAppManager::takeStoredUserApps()
+{
+    _files.takeOutsideChange(List::UserApps);
+    _files.takeOutsideChange(List::UserApps1D);
+    Favourites stored;
+    stored.setBunches(appArraysFromPathArrays(_files.stored(List::UserApps)));
+    stored.setFlat(appsFromPaths(flattened(_files.stored(List::UserApps1D))));
+    stored.removeAppsKeepingBunches(PathSet(_missingApps));
+    if (stored != _favourites) {
+        const ChangeScope scope(
+            *this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
+        _favourites = stored;
     }
 }
 
-void OTAppManager::writeExcludedApps()
+void OTAppManager::takeOverFiles()
 {
-    if (!_files.writePaths(pathsFromApps(_excludedApps1D), excludedFile())) {
-        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
-            tr("What is excluded could not be saved, and lasts only until Ortu ends."));
+    const bool areFavouritesChanged =
+        _files.isChangedOutside(List::UserApps) || _files.isChangedOutside(List::UserApps1D);
+    if (_files.isChangedOutside(List::ExcludedApps)) {
+        takeStoredExclusions();
+        rebuildDependentApps();
+    }
+    if (areFavouritesChanged) {
+        takeStoredUserApps();
+        loadIconsForApps(AppArray(flattened(userApps())));
     }
 }
 
-void OTAppManager::writeUserApps()
+void OTAppManager::writeExcludedApps(const AppList &changed)
 {
-    const bool areBunchesKept =
-        _files.writePathArrays(pathArraysFromAppArrays(userApps()), userFile());
-    const bool isOrderKept = _files.writePaths(pathsFromApps(userApps1D()), user1DFile());
-    if (!areBunchesKept || !isOrderKept) {
-        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
-            tr("The favourites could not be saved, and last only until Ortu ends."));
+    _files.store({ { List::ExcludedApps, { pathsFromApps(_excludedApps1D) },
+        pathsOf({ pathsFromApps(changed) }) } });
+    if (_files.isChangedOutside(List::ExcludedApps)) {
+        takeStoredExclusions();
+    }
+}
+
+void OTAppManager::writeUserApps(const AppList &changed, const AppList &changedInFlatOrder)
+{
+    const QSet<QString> paths = pathsOf({ pathsFromApps(changed) });
+    const QSet<QString> flatPaths = paths + pathsOf({ pathsFromApps(changedInFlatOrder) });
+    _files.store({ { List::UserApps, pathArraysFromAppArrays(userApps()), paths },
+        { List::UserApps1D, { pathsFromApps(userApps1D()) }, flatPaths } });
+    if (_files.isChangedOutside(List::UserApps) || _files.isChangedOutside(List::UserApps1D)) {
+        takeStoredUserApps();
     }
 }
 
 void OTAppManager::writeAllApps()
 {
-    _files.writePathArrays(pathArraysFromAppArrays(_allApps), allFile());
+    _files.writeAllApps(pathArraysFromAppArrays(_allApps));
 }
 
 void OTAppManager::locateUserApps()
 {
-    const ChangeScope scope(*this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
-    AppList candidates = _allApps1D;
-    removeFromList(candidates, PathSet(userApps1D()));
-    for (qsizetype bunch = 0; bunch < userApps().size(); ++bunch) {
-        for (qsizetype index = 0; index < userApps()[bunch].size(); ++index) {
-            const AppRef lost = userApps()[bunch][index];
-            const AppRef found =
-                lost->isPathValid() ? nullptr : bestMatchForApp(lost, AppArray(candidates));
-            if (found) {
-                _favourites.replaceApp(bunch, index, found);
-                removeFromList(candidates, PathSet(AppList { found }));
+    AppList replaced;
+    {
+        const ChangeScope scope(
+            *this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
+        AppList candidates = _allApps1D;
+        removeFromList(candidates, PathSet(userApps1D()));
+        for (qsizetype bunch = 0; bunch < userApps().size(); ++bunch) {
+            for (qsizetype index = 0; index < userApps()[bunch].size(); ++index) {
+                const AppRef lost = userApps()[bunch][index];
+                const AppRef found =
+                    lost->isPathValid() ? nullptr : bestMatchForApp(lost, AppArray(candidates));
+                if (found) {
+                    _favourites.replaceApp(bunch, index, found);
+                    removeFromList(candidates, PathSet(AppList { found }));
+                    replaced += { lost, found };
+                }
             }
         }
+        rebuildUserApps1D();
     }
-    rebuildUserApps1D();
-    writeUserApps();
+    writeUserApps(replaced, userApps1D());
 }

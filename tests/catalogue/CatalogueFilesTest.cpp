@@ -1,22 +1,26 @@
 #include "catalogue/CatalogueFiles.h"
 
 #include "catalogue/FakeDesktop.h"
+#include "support/FileLock.h"
+#include "support/NotificationCenter.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
-using Domain = CatalogueFiles::Domain;
-using Shape = CatalogueFiles::Shape;
+using List = CatalogueFiles::List;
+using Writing = CatalogueFiles::Writing;
+using PathFile::Shape;
 
 namespace {
 
-QByteArray plist(const QByteArray &content)
-{
-    return "<plist version=\"1.0\">" + content + "</plist>";
-}
+const QString excludedFile = u"ExcludedApplications.plist"_s;
+const QString bunchesFile = u"UserApplications.plist"_s;
+const QString flatFile = u"UserApplications1D.plist"_s;
 
 QByteArray array(const QByteArray &content)
 {
@@ -25,6 +29,28 @@ QByteArray array(const QByteArray &content)
 
 const QByteArray a = "<string>/a</string>";
 const QByteArray number = "<integer>7</integer>";
+
+// Lists as text: a letter a path, a bar after each bunch.
+PathBunches bunches(const QString &text)
+{
+    PathBunches list;
+    for (const QString &part : text.split(u'|').mid(0, text.count(u'|'))) {
+        QStringList &bunch = list.emplaceBack();
+        for (const QChar letter : part) {
+            bunch.append(u'/' + QString(letter));
+        }
+    }
+    return list;
+}
+
+QString text(const PathBunches &list)
+{
+    QString text;
+    for (const QStringList &bunch : list) {
+        text += bunch.join(QString()).remove(u'/') + u'|';
+    }
+    return text;
+}
 
 } // namespace
 
@@ -37,121 +63,245 @@ private Q_SLOTS:
     {
         QTest::failOnWarning(QRegularExpression(u"."_s));
         _desktop = std::make_unique<FakeDesktop>();
+        _center = std::make_unique<NotificationCenter>();
+        NotificationCenter::setDefaultCenter(_center.get());
+    }
+
+    // Theirs, mine, what of mine is changed, and what comes of it.
+    void changesOfTwoPrograms_comeTogether()
+    {
+        const QString rows[][4] {
+            { u"abc|"_s, u"axb|"_s, u"x"_s, u"axbc|"_s }, // behind what it follows
+            { u"ab|"_s, u"xab|"_s, u"x"_s, u"xab|"_s },
+            { u"ab|s|c|"_s, u"ab|cx|"_s, u"x"_s, u"ab|s|cx|"_s },
+            { u"cab|"_s, u"acb|"_s, u"b"_s, u"cba|"_s }, // moved by both
+            { u"a|b|cd|s|"_s, u"b|cad|"_s, u"a"_s, u"b|cad|s|"_s }, // to another bunch
+            { u"a|s|b|"_s, u"a|x|b|"_s, u"x"_s, u"a|x|s|b|"_s }, // to a new one
+            { u"sa|b|"_s, u"xy|a|b|"_s, u"xy"_s, u"xy|sa|b|"_s },
+            { u"ad|"_s, u"abcx|d|"_s, u"x"_s, u"axd|"_s }, // what it followed is gone
+            { u"ad|"_s, u"abd|"_s, {}, u"ad|"_s }, // removed by them, and by me
+            { u"a|b|s|"_s, u"a|"_s, u"b"_s, u"a|s|"_s },
+            { {}, u"ab|c|"_s, u"abc"_s, u"ab|c|"_s },
+            { u"|ab|"_s, u"ba|"_s, u"b"_s, u"|ba|"_s },
+        };
+        for (const auto &[theirs, mine, changed, both] : rows) {
+            const QSet<QString> paths = pathsOf(bunches(changed + u'|'));
+            QCOMPARE(text(merged(bunches(theirs), bunches(mine), paths)), both);
+        }
     }
 
     void writtenLists_areReadByTheNextStart()
     {
         CatalogueFiles files(_desktop->searchPaths());
-        QCOMPARE(text(files, Shape::Flat), u"none"_s);
-        const QStringList paths { u"/z/Ünï & <co>.app"_s, u"/a"_s, u"/z/Ünï & <co>.app"_s };
-        for (const QStringList &list : { paths, QStringList {} }) {
-            files.writePaths(list, u"F.plist"_s);
-            CatalogueFiles next(_desktop->searchPaths());
-            QCOMPARE(text(next, Shape::Flat), list.join(u' '));
+        const PathBunches paths { { u"/z/Ünï & <co>.app"_s, u"/a"_s } };
+        files.store({ { List::ExcludedApps, paths, {} } });
+        files.store({ { List::UserApps, bunches(u"ba||c|"_s), {} },
+            { List::UserApps1D, bunches(u"abc|"_s), {} } });
+        for (const Writing writing : { Writing::Never, Writing::Allowed }) {
+            CatalogueFiles next(_desktop->searchPaths(), writing);
+            next.readExclusions();
+            QCOMPARE(next.stored(List::ExcludedApps), paths);
+            QCOMPARE(favourites(next), u"ba||c| abc|"_s);
+            next.store({ { List::UserApps, {}, pathsOf(bunches(u"abc|"_s)) } });
         }
-        QVERIFY(content(file()).contains("<array"));
-        files.writePathArrays({ { u"/b"_s, u"/a"_s }, {}, { u"/c"_s } }, u"F.plist"_s);
-        CatalogueFiles next(_desktop->searchPaths(), CatalogueFiles::Writing::Never);
-        QCOMPARE(text(next, Shape::Bunched), u"/b /a||/c|"_s);
-        next.writePaths({}, u"F.plist"_s);
-        QCOMPARE(text(next, Shape::Bunched), u"/b /a||/c|"_s);
-    }
-
-    void damaged_data()
-    {
-        QTest::addColumn<QByteArray>("stored");
-        QTest::addColumn<Shape>("shape");
-        QTest::addColumn<QString>("read");
-        const auto row = [](const char *about, const QByteArray &stored, Shape shape,
-                             const QString &read = u"none"_s) {
-            QTest::newRow(about) << stored << shape << read;
-        };
-        row("empty", {}, Shape::Flat);
-        row("cut short", plist(array(a)).chopped(9), Shape::Flat);
-        row("something else", "\x89PNG\r\n\x1a\n", Shape::Flat);
-        row("no more than a binary head", "bplist00", Shape::Bunched);
-        row("a dictionary", plist("<dict><key>path</key>" + a + "</dict>"), Shape::Flat);
-        row("a string", plist(a), Shape::Bunched);
-        row("a million deep",
-            plist(QByteArray("<array>").repeated(1'000'000)
-                + QByteArray("</array>").repeated(1'000'000)),
-            Shape::Bunched);
-        row("flat instead of bunched", plist(array(a)), Shape::Bunched, {});
-        row("bunched instead of flat", plist(array(array(a))), Shape::Flat, {});
-        row("numbers only", plist(array(number + number)), Shape::Flat, {});
-        row("numbers among paths", plist(array(number + a + number)), Shape::Flat, u"/a"_s);
-        row("not absolute", plist(array("<string>b</string><string/>" + a)), Shape::Flat, u"/a"_s);
-        row("numbers among bunches, and in them",
-            plist(array(array(a + number) + number + array({}))), Shape::Bunched, u"/a||"_s);
-        row("a bunch of numbers goes", plist(array(array(number) + array(a))), Shape::Bunched,
-            u"/a|"_s);
-        row("bunches of numbers only", plist(array(array(number))), Shape::Bunched, {});
+        QVERIFY(content(bunchesFile).contains("<array"));
+        CatalogueFiles last(_desktop->searchPaths());
+        QCOMPARE(favourites(last), u" abc|"_s);
     }
 
     // One line, the original kept aside, the good part in its place, and silence the next time.
-    void damaged()
+    void damagedFile_isSetAside()
     {
-        QFETCH(QByteArray, stored);
-        QFETCH(Shape, shape);
-        QFETCH(QString, read);
-        _desktop->tree.add(u"user/Ortu/F.plist"_s, stored);
-        QTest::ignoreMessage(
-            QtWarningMsg, QRegularExpression(u"F\\.plist\\.damaged, since .*: ."_s));
-        CatalogueFiles files(_desktop->searchPaths());
-        QCOMPARE(text(files, shape), read);
-        QCOMPARE(content(file() + u".damaged"_s), stored);
-        CatalogueFiles next(_desktop->searchPaths());
-        QCOMPARE(text(next, shape), read.isEmpty() ? u"none"_s : read);
-
-        next.writePaths({ u"/new"_s }, u"F.plist"_s);
-        QCOMPARE(text(next, Shape::Flat), u"/new"_s);
-        QCOMPARE(content(file() + u".damaged"_s), stored);
+        const std::pair<QByteArray, QString> rows[] { { {}, {} },
+            { "<dict><key>path</key>" + a + "</dict>", {} }, { array(a), {} },
+            { array(array(number)), {} },
+            // Binary, with a control character in the second path, which could not be written
+            // again.
+            { QByteArray::fromBase64("YnBsaXN0MDChAaICA1IvYVMvYgcICg0QAAAAAAAAAQEAAAAAAAAABAAAAAAA"
+                                     "AAAAAAAAAAAAABQ="),
+                u"a|"_s },
+            { array(array("<string>b</string><string/>" + a)), u"a|"_s },
+            { array(array(number) + array(a + number) + number + array({})), u"a||"_s } };
+        for (const auto &[stored, read] : rows) {
+            init();
+            const QByteArray document =
+                stored.startsWith('b') ? stored : "<plist version=\"1.0\">" + stored + "</plist>";
+            _desktop->tree.add(u"user/Ortu/"_s + bunchesFile, document);
+            expectWarning(u"UserApplications.plist.damaged, since .*: ."_s);
+            for (int start = 0; start < 2; ++start) {
+                CatalogueFiles files(_desktop->searchPaths());
+                files.readFavourites();
+                QCOMPARE(text(files.stored(List::UserApps)), read);
+            }
+            CatalogueFiles files(_desktop->searchPaths());
+            files.store({ { List::UserApps, bunches(u"n|"_s), {} } });
+            QCOMPARE(content(bunchesFile + u".damaged"_s), document);
+        }
     }
 
     void damagedFileThatMayNotBeTouched_staysAndIsNamed()
     {
-        const QByteArray stored = plist(array(a + number));
-        for (const auto &[domain, folder, writing] :
-            { std::tuple(Domain::Local, u"local/Ortu"_s, CatalogueFiles::Writing::Allowed),
-                std::tuple(Domain::User, u"user/Ortu"_s, CatalogueFiles::Writing::Never) }) {
-            CatalogueFiles files(_desktop->searchPaths(), writing);
-            const QString path = _desktop->tree.add(folder + u"/F.plist"_s, stored);
-            QTest::ignoreMessage(
-                QtWarningMsg, QRegularExpression(u"^cannot use .*F\\.plist: 1 of"_s));
-            QCOMPARE(text(files, Shape::Flat, domain), u"/a"_s);
-            QCOMPARE(content(path), stored);
-            QCOMPARE(QDir(_desktop->tree.path(folder)).entryList(QDir::Files).size(), 1);
+        const QByteArray document = "<plist>" + array(a + number) + "</plist>";
+        const QString local = _desktop->tree.add(u"local/Ortu/"_s + excludedFile, document);
+        expectWarning(u"^cannot use .*local.*Excluded.*: 1 of"_s);
+        CatalogueFiles files(_desktop->searchPaths());
+        files.readExclusions();
+        QCOMPARE(text(files.stored(List::ExcludedApps)), u"a|"_s);
+        _desktop->tree.add(u"user/Ortu/"_s + flatFile, document);
+        expectWarning(u"^cannot use .*user.*1D.*: 1 of"_s);
+        CatalogueFiles inspected(_desktop->searchPaths(), Writing::Never);
+        QCOMPARE(favourites(inspected), u"a| a|"_s);
+        QCOMPARE(content(flatFile), document);
+        QCOMPARE(names(), QStringList(flatFile));
+        QVERIFY(QFile::exists(local));
+    }
+
+    // In a row stand the bunches and the flat order in their files, the same in what these were
+    // before, and both as they are read; "-" is no file, "!" a damaged one, "0" an empty list.
+    void lostOrders_areRestored()
+    {
+        const std::pair<QString, bool> rows[] {
+            { u"- cab| - - cab| cab|"_s, false },
+            { u"- cdab| a|eb| - cda|b| cdab|"_s, false },
+            { u"ab|c| - - - ab|c| abc|"_s, false },
+            { u"ab|c| ! - cbx| ab|c| cab|"_s, false },
+            { u"! ! ab|c| - ab|c| abc|"_s, true },
+            { u"- ! ab|c| cba| ab|c| cba|"_s, true },
+            { u"- - - -  "_s, false },
+            { u"0 0 ab|c| cba|  "_s, false },
+        };
+        for (const auto &[row, isFormerUsed] : rows) {
+            init();
+            const QStringList part = row.split(u' ');
+            for (int i = 0; i < 4; ++i) {
+                const QString name =
+                    (i % 2 ? flatFile : bunchesFile) + (i < 2 ? u""_s : u".previous"_s);
+                if (part[i] == u"!"_s) {
+                    _desktop->tree.add(u"user/Ortu/"_s + name, "damaged");
+                    expectWarning(u"^set aside .*%1.damaged"_s.arg(name));
+                } else if (part[i] != u"-"_s) {
+                    add(name, bunches(part[i]), i % 2 ? Shape::Flat : Shape::Bunched);
+                }
+            }
+            if (isFormerUsed) {
+                expectWarning(u"^.*previous stands in for the file that is lost$"_s);
+            }
+            const QSignalSpy messages(_center.get(), &NotificationCenter::N_UserMessage);
+            for (int start = 0; start < 2; ++start) {
+                CatalogueFiles files(_desktop->searchPaths());
+                QCOMPARE(favourites(files), part.mid(4).join(u' '));
+                QCOMPARE(messages.size(), isFormerUsed ? 1 : 0);
+            }
         }
+    }
+
+    // A file that is gone while the program runs is no change of another program.
+    void formerFile_isKeptForADay_andFilesThatVanishComeBack()
+    {
+        CatalogueFiles files(_desktop->searchPaths());
+        const auto store = [&](const QString &text) {
+            files.store({ { List::ExcludedApps, bunches(text), {} } });
+        };
+        store(u"a|"_s);
+        QCOMPARE(names(), QStringList(excludedFile));
+        store(u"ab|"_s);
+        store(u"abc|"_s);
+        const QString former = excludedFile + u".previous"_s;
+        QVERIFY(content(former).contains("/a<") && !content(former).contains("/b<"));
+        QFile file(_desktop->tree.path(u"user/Ortu/"_s + former));
+        QVERIFY(file.open(QIODevice::ReadWrite)
+            && file.setFileTime(
+                QDateTime::currentDateTime().addDays(-2), QFileDevice::FileModificationTime));
+        file.close();
+        store(u"abcd|"_s);
+        QVERIFY(content(former).contains("/c<") && !content(former).contains("/d<"));
+
+        QVERIFY(QDir(files.userApplicationSupportFolder()).removeRecursively());
+        store(u"abcde|"_s);
+        QVERIFY(content(excludedFile).contains("/a<") && content(excludedFile).contains("/e<"));
+        QVERIFY(QFile::remove(files.userApplicationSupportFolder() + u'/' + excludedFile));
+        add(former, bunches(u"xy|"_s), Shape::Flat);
+        expectWarning(u"^.*previous stands in for the file that is lost$"_s);
+        CatalogueFiles next(_desktop->searchPaths());
+        next.readExclusions();
+        QCOMPARE(text(next.stored(List::ExcludedApps)), u"xy|"_s);
+        QVERIFY(content(excludedFile).contains("/y<"));
+    }
+
+    void failure_isToldOnceUntilAWriteSucceeds()
+    {
+        const QSignalSpy messages(_center.get(), &NotificationCenter::N_UserMessage);
+        const QString file = _desktop->tree.add(u"user"_s, "a file, where a folder belongs");
+        CatalogueFiles files(_desktop->searchPaths());
+        for (const QString &stored : { u"a|"_s, u"ab|"_s }) {
+            expectWarning(u"^cannot lock .*user/Ortu: Not a directory"_s);
+            files.store({ { List::ExcludedApps, bunches(stored), {} } });
+        }
+        QVERIFY(QFile::remove(file));
+        files.store({ { List::UserApps, bunches(u"c|"_s), {} } });
+        QVERIFY(content(excludedFile).contains("/a<") && content(excludedFile).contains("/b<"));
+        QCOMPARE(messages.size(), 1);
+        QVERIFY(messages[0][0].toString().contains(u"Not a directory"));
+        FileLock lock(files.userApplicationSupportFolder());
+        QVERIFY(lock.lock());
+        expectWarning(u"^cannot lock .*another program"_s);
+        files.store({ { List::UserApps, bunches(u"cd|"_s), {} } });
+        QCOMPARE(messages.size(), 2);
+    }
+
+    void strays_areSweptAtTheStart()
+    {
+        const QStringList stray { excludedFile + u".aBcDeF"_s, u"AllApplications.plist.ZZaZZZ"_s,
+            flatFile + u".previous.abcdeF"_s };
+        const QStringList other { excludedFile + u".backup"_s, u"Other.plist.abcDef"_s,
+            flatFile + u".abcDe"_s, flatFile + u".abc-Ef"_s, flatFile + u".damaged"_s };
+        for (const QString &name : stray + other) {
+            _desktop->tree.add(u"user/Ortu/"_s + name, {});
+        }
+        _desktop->tree.addLink(u"user/Ortu/"_s + flatFile + u".liNked"_s, u"/etc/passwd"_s);
+        {
+            FileLock lock(_desktop->tree.path(u"user/Ortu"_s));
+            QVERIFY(lock.lock());
+            const CatalogueFiles files(_desktop->searchPaths());
+            QCOMPARE(names().size(), stray.size() + other.size() + 1);
+        }
+        const CatalogueFiles files(_desktop->searchPaths());
+        QCOMPARE(names().size(), other.size() + 1);
     }
 
     void withoutASupportFolder_theTemporaryFolderStandsIn()
     {
         _desktop->userFolder.clear();
-        const CatalogueFiles files(_desktop->searchPaths());
+        const CatalogueFiles files(_desktop->searchPaths(), Writing::Never);
         QCOMPARE(files.userApplicationSupportFolder(), QDir::tempPath() + u"/Ortu"_s);
     }
 
 private:
-    QString file() const { return _desktop->tree.path(u"user/Ortu/F.plist"_s); }
-    // What is read, bunches ended by a bar; "none" when nothing can be used.
-    static QString text(CatalogueFiles &files, Shape shape, Domain domain = Domain::User)
+    static void expectWarning(const QString &pattern)
     {
-        const auto read = files.readPathArrays(u"F.plist"_s, domain, shape);
-        if (!read) {
-            return u"none"_s;
-        }
-        QString text = read->flat.join(u' ');
-        for (const QStringList &bunch : read->bunched) {
-            text += bunch.join(u' ') + u'|';
-        }
-        return text;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(pattern));
     }
-    static QByteArray content(const QString &path)
+    static QString favourites(CatalogueFiles &files)
     {
-        QFile file(path);
+        files.readFavourites();
+        return text(files.stored(List::UserApps)) + u' ' + text(files.stored(List::UserApps1D));
+    }
+    void add(const QString &name, const PathBunches &paths, Shape shape)
+    {
+        _desktop->tree.add(
+            u"user/Ortu/"_s + name, PropertyList::toXml(PathFile::propertyList(paths, shape)));
+    }
+    QStringList names() const
+    {
+        return QDir(_desktop->tree.path(u"user/Ortu"_s)).entryList(QDir::Files);
+    }
+    QByteArray content(const QString &name) const
+    {
+        QFile file(_desktop->tree.path(u"user/Ortu/"_s + name));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("absent");
     }
 
+    std::unique_ptr<NotificationCenter> _center;
     std::unique_ptr<FakeDesktop> _desktop;
 };
 

@@ -4,6 +4,7 @@
 #include "catalogue/FakeDesktop.h"
 #include "catalogue/ScanFolders.h"
 #include "support/NotificationCenter.h"
+#include "support/PropertyList.h"
 #include "support/UserDefaults.h"
 
 #include <QElapsedTimer>
@@ -53,7 +54,7 @@ private Q_SLOTS:
         QCOMPARE(_manager->allAppsLongestArrayCount(), 2);
         // What holds no path at all is no saved list.
         _desktop->tree.add(u"user/Ortu/AllApplications.plist"_s,
-            "<plist version=\"1.0\"><array><array><integer>1</integer></array></array></plist>");
+            PropertyList::toXml(QVariantList { QVariantList { 1 } }));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"set aside .*AllApplications"_s));
         start();
         QCOMPARE(lists({ 5 }), u"b|cd|"_s);
@@ -62,17 +63,13 @@ private Q_SLOTS:
     void groupNumbers()
     {
         start();
-        for (int group = 0; group < GroupCount; ++group) {
+        for (int group = -1; group <= GroupCount; ++group) {
             const AppArray array = _manager->appArrayForGroup(group);
-            QVERIFY(!array.isNull() && array.isFlat());
-            QCOMPARE(_manager->groupForAppArray(array), group);
-        }
-        for (const int group : { -1, 10, 4711 }) {
-            QVERIFY(_manager->appArrayForGroup(group).isNull());
+            const bool isGroup = group >= 0 && group < GroupCount;
+            QCOMPARE(array.isNull(), !isGroup);
+            QCOMPARE(_manager->groupForAppArray(array), isGroup ? group : -1);
         }
         QCOMPARE(_manager->groupForAppArray(AppArray(AppList())), -1);
-        QCOMPARE(_manager->groupForAppArray({}), -1);
-        QCOMPARE(_manager->includedAppsLongestArrayCount(), 0);
     }
 
     void excluding_dividesEveryList()
@@ -89,31 +86,81 @@ private Q_SLOTS:
         QCOMPARE(lists({ 1, 2, 3, 4 }), u"ad|b| abd c| c"_s);
     }
 
-    void excludedAppThatIsGone_isMissing()
+    // Neither other exclusions nor other favourites take them out of the files meanwhile.
+    void excludedAppsThatAreGone_areMissingUntilTheirDiskIsBack()
     {
-        start(u"x/abc"_s);
-        const AppRef gone = app(u"x/a"_s);
-        addFavourites(u"x/a x/b"_s);
-        _manager->excludeApp(gone);
-        _manager->excludeApp(app(u"x/c"_s));
-        QFile::remove(gone->path());
-        Q_EMIT _center->N_AppIsMissing(gone);
-        QCOMPARE(lists({ 7, 4, 8, 9 }), u"a c |b| b"_s);
-        // The files know it still, and it comes back with its disk.
-        start(u"x/a"_s);
-        _manager->rescanAllAppsPrioritizingGroup(-1);
-        QCOMPARE(lists({ 7, 4, 8, 9 }), u" ac a|b| ab"_s);
+        start(u"x/abc y/def"_s);
+        addFavourites(u"x/a y/e x/b"_s);
+        _manager->moveApp(app(u"x/b"_s), User1DGroup, 0, 0);
+        for (const char *name : { "x/a", "x/b", "y/d" }) {
+            _manager->excludeApp(app(QString::fromLatin1(name)));
+        }
+        const QString disk = _desktop->tree.path(u"x"_s);
+        QVERIFY(QDir().rename(disk, disk + u"away"_s));
+        Q_EMIT _center->N_AppIsMissing(app(u"x/a"_s));
+        QCOMPARE(lists({ 7, 4, 8, 9 }), u"ab d |e|| e"_s);
+        for (int run = 0; run < 2; ++run) {
+            _manager->excludeApp(app(u"y/f"_s));
+            _manager->moveApp(app(u"y/d"_s), UserGroup, 1, 0);
+            QCOMPARE(lists({ 7, 4, 8, 9 }), u"ab df |de|| ed"_s);
+            start();
+            _manager->includeApp(app(u"y/f"_s));
+        }
+        QVERIFY(QDir().rename(disk + u"away"_s, disk));
+        _manager->fullScan();
+        QCOMPARE(lists({ 7, 4, 8, 9 }), u" abd a|de|b| baed"_s);
+        start();
+        QCOMPARE(lists({ 7, 4, 8, 9 }), u" abd a|de|b| baed"_s);
+    }
+
+    void changesOfAnotherProgram_areTakenOver()
+    {
+        start(u"x/abcdef"_s);
+        addFavourites(u"x/abc"_s);
+        OTAppManager other(*_desktop);
+        other.rescanAllAppsPrioritizingGroup(-1);
+        const auto othersApp = [&](const QString &name) { return other.appForPath(path(name)); };
+        announced();
+        // Both at once: each knows of the other by its own write.
+        other.moveApp(othersApp(u"x/c"_s), UserGroup, 0, 0);
+        other.moveApp(othersApp(u"x/d"_s), UserGroup, 9, 0);
+        other.excludeApp(othersApp(u"x/e"_s));
+        other.removeAppsFromUserApps({ othersApp(u"x/b"_s) });
+        _manager->moveApp(app(u"x/f"_s), UserGroup, 0, 2);
+        _manager->excludeApp(app(u"x/a"_s));
+        QCOMPARE(lists({ 8, 9, 4, 2 }), u"caf|d| acfd ae bcdf"_s);
+        QTRY_COMPARE(BunchText::text(other.userApps()), u"caf|d|"_s);
+        QTRY_COMPARE(BunchText::text(other.excludedApps1D()), u"ae"_s);
+
+        announced();
+        other.includeApp(othersApp(u"x/a"_s));
+        other.moveApp(othersApp(u"x/d"_s), User1DGroup, 0, 0);
+        QTRY_COMPARE(lists({ 8, 9, 4, 2 }), u"caf|d| dacf e abcdf"_s);
+        QCOMPARE(announced(),
+            u"excludedApps excludedApps1D includedApps includedApps1D userApps userApps1D"_s);
+        // A damaged file may be half written, one that is gone takes nothing away.
+        const QString file = _desktop->tree.path(u"user/Ortu/UserApplications.plist"_s);
+        const QString kept = file + u".kept"_s;
+        QVERIFY(QFile::copy(file, kept));
+        _desktop->tree.add(u"user/Ortu/UserApplications.plist"_s, "<plist");
+        other.excludeApp(othersApp(u"x/b"_s));
+        QTRY_COMPARE(lists({ 8, 4 }), u"caf|d| be"_s);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"set aside .*UserApplications"_s));
+        _manager->moveApp(app(u"x/b"_s), UserGroup, 9, 0);
+        QTRY_COMPARE(BunchText::text(other.userApps()), u"caf|d|b|"_s);
+        QVERIFY(QFile::remove(file) && QFile::rename(kept, file));
+        QTRY_COMPARE(lists({ 8 }), u"caf|d|"_s);
     }
 
     void exclusions_ofUserAndComputer_areMerged()
     {
-        const auto store = [this](const QString &name, const QString &letters) {
-            QString array;
+        const auto store = [this](const QString &file, const QString &letters) {
+            QVariantList paths;
             for (const QChar letter : letters) {
-                array += u"<string>%1.app</string>"_s.arg(_desktop->tree.path(u"x//"_s + letter));
+                paths.append(path(u"x//"_s + letter));
             }
-            _desktop->tree.add(name + u"/Ortu/ExcludedApplications.plist"_s,
-                (u"<plist version=\"1.0\"><array>"_s + array + u"</array></plist>"_s).toUtf8());
+            _desktop->tree.add(
+                file + u"/Ortu/ExcludedApplications.plist"_s, PropertyList::toXml(paths));
         };
         store(u"user"_s, u"cba"_s);
         store(u"local"_s, u"da"_s);
@@ -122,10 +169,6 @@ private Q_SLOTS:
         _manager->includeApp(app(u"x/d"_s));
         QCOMPARE(lists({ 4 }), u"abc"_s);
         start();
-        QCOMPARE(lists({ 4 }), u"abcd"_s);
-        store(u"user"_s, {});
-        store(u"local"_s, {});
-        _manager->rescanAllAppsPrioritizingGroup(-1);
         QCOMPARE(lists({ 4 }), u"abcd"_s);
     }
 
@@ -172,7 +215,7 @@ private Q_SLOTS:
             { [&] { _manager->sortAllArrays(); }, u"allApps allApps1D "_s + excluded },
             { [&] { _manager->fullScan(); }, u"allApps allApps1D everyApp "_s + divided },
             { [&] { _manager->rescanAllAppsPrioritizingGroup(0); },
-                u"allApps allApps1D everyApp "_s + divided + u" runningApps "_s + user },
+                u"allApps allApps1D everyApp "_s + divided + u" runningApps"_s },
             { [&] { _manager->removeAppsFromAllArrays({ a }); },
                 u"allApps allApps1D everyApp includedApps includedApps1D"_s },
         };
@@ -212,44 +255,6 @@ private Q_SLOTS:
         _manager->excludeApp(bell);
         QCOMPARE(lists({ 4, 9 }), u"b a"_s);
         QCOMPARE(files(), QString());
-    }
-
-    void favourites_outliveTheProgram()
-    {
-        start(u"x/abcd"_s);
-        addFavourites(u"x/abc x/d"_s);
-        _manager->moveApp(app(u"x/c"_s), User1DGroup, 0, 0);
-        start();
-        QCOMPARE(lists({ 8, 9 }), u"abc|d| cabd"_s);
-        QFile::remove(_desktop->tree.path(u"user/Ortu/UserApplications1D.plist"_s));
-        start();
-        QCOMPARE(lists({ 8, 9 }), u"abc|d| abcd"_s);
-        _manager->removeAppsFromUserApps(_manager->userApps1D());
-        QVERIFY(files().contains(u"UserApplications.plist UserApplications1D.plist"));
-        start();
-        QCOMPARE(lists({ 8, 9 }), u" "_s);
-
-        // Where they cannot be kept, that is said.
-        QVERIFY(QDir(_desktop->tree.path(u"user/Ortu"_s)).removeRecursively());
-        _desktop->tree.add(u"user/Ortu"_s, "a file, where a folder belongs");
-        for (int i = 0; i < 3; ++i) {
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^cannot write .*plist: "_s));
-        }
-        const QSignalSpy told(_center.get(), &NotificationCenter::N_UserMessage);
-        addFavourites(u"x/a"_s);
-        QVERIFY(told.size() > 0 && told[0][0].toString().startsWith(u"The favourites could not"));
-        _manager->excludeApp(app(u"x/b"_s));
-        QVERIFY(told.last()[0].toString().startsWith(u"What is excluded could not"));
-    }
-
-    void damagedBunches_leaveTheFlatOrder()
-    {
-        start(u"x/ab"_s);
-        addFavourites(u"x/a x/b"_s);
-        _desktop->tree.add(u"user/Ortu/UserApplications.plist"_s, "<plist");
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"UserApplications\\.plist"_s));
-        start();
-        QCOMPARE(lists({ 8, 9 }), u"ab| ab"_s);
     }
 
     void lostFavourites_areFoundByName()
@@ -463,22 +468,25 @@ private Q_SLOTS:
         running.own = u"/r/S"_s;
         running.active = u"/r/c"_s;
         start();
-        QCOMPARE(_manager->lastActiveApp(), AppRef());
-        running.launch({ u"/r/a"_s, u"/r/b"_s, u"/r/c"_s, u"/r/S"_s });
-        QCOMPARE(_manager->lastActiveApp()->name(), u"c"_s);
+        const auto lastAmong = [&](const QString &letters) {
+            QStringList paths;
+            for (const QChar letter : letters) {
+                paths.append(u"/r/"_s + letter);
+            }
+            running.launch(paths);
+            const AppRef last = _manager->lastActiveApp();
+            return last ? last->name() : QString();
+        };
+        QCOMPARE(lastAmong({}), QString());
+        QCOMPARE(lastAmong(u"abcS"_s), u"c"_s);
         for (const QString &path : { u"/r/a"_s, u"/r/b"_s, u"/r/a"_s, u"/r/S"_s }) {
             running.bringToFront(path);
         }
-        QCOMPARE(_manager->lastActiveApp()->name(), u"a"_s);
-        running.launch({ u"/r/b"_s, u"/r/c"_s, u"/r/S"_s });
-        QCOMPARE(_manager->lastActiveApp()->name(), u"b"_s);
+        QCOMPARE(lastAmong(u"abcS"_s), u"a"_s);
+        QCOMPARE(lastAmong(u"bcS"_s), u"b"_s);
         // Where no other was in front, the last that runs.
-        running.launch({ u"/r/d"_s, u"/r/S"_s });
-        QCOMPARE(_manager->lastActiveApp()->name(), u"d"_s);
-        running.launch({ u"/r/S"_s });
-        QCOMPARE(_manager->lastActiveApp()->name(), u"S"_s);
-        running.launch({});
-        QCOMPARE(_manager->lastActiveApp(), AppRef());
+        QCOMPARE(lastAmong(u"dS"_s), u"d"_s);
+        QCOMPARE(lastAmong(u"S"_s), u"S"_s);
     }
 
 private:

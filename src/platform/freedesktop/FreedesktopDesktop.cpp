@@ -145,7 +145,7 @@ private:
     DesktopEntryIndex _entries { Languages::preferred() };
     FreedesktopItems _items { _entries, _paths.dataFolders(), currentDesktops() };
     FreedesktopIcons _icons { [this](const QString &path) { return _items.iconNameOf(path); } };
-    ProcessMemory _memory { _icons };
+    ProcessMemory _memory;
     FreedesktopDocuments _documents;
     FreedesktopActions _actions;
     LauncherProgress _progress;

@@ -33,9 +33,6 @@ public:
         const IconSource &source, int size, int largestStored, QString *problem) const override;
     QString refusal(const QString &path) const override;
 
-    // Lets the system have the memory of the themes' indexes back.
-    void giveBack() const { lookup()->giveBack(); }
-
 private:
     QImage decodeBest(
         const IconSource &source, int size, int largestStored, QString *problem) const;

@@ -19,14 +19,6 @@ public:
     // Where a name without its extension stands. An index may name a file that is gone since.
     IconImages find(const QByteArray &name) const;
 
-    // As IconThemeCache says.
-    void giveBack() const
-    {
-        if (_cache) {
-            _cache->giveBack();
-        }
-    }
-
     // Differs whenever pictures have come or gone.
     const QByteArray &state() const { return _state; }
     // The folders in which changes of the state begin.

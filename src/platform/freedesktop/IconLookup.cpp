@@ -219,12 +219,3 @@ QStringList IconLookup::standIns(const QString &name, int size, const QString &f
     files.removeAll(file);
     return files;
 }
-
-void IconLookup::giveBack() const
-{
-    for (const Part &theme : _themes) {
-        for (const IconFolder &folder : theme.folders) {
-            folder.giveBack();
-        }
-    }
-}

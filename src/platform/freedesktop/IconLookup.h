@@ -32,9 +32,6 @@ public:
     // before smaller pictures. Pictures of less than half the size are left out.
     QStringList standIns(const QString &name, int size, const QString &file) const;
 
-    // As IconThemeCache says.
-    void giveBack() const;
-
     // Two look-ups of equal states give the same answers.
     const QByteArray &state() const { return _state; }
     // Folders and files; a change in one of them may mean that the state is another one.

@@ -3,24 +3,50 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
 #include <cstring>
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 // Layout, all numbers big-endian. Header: version 1.0 (two 16-bit numbers), offset of the hash
 // table, offset of the directory list. Hash table: count, then the offset of each bucket's first
 // icon. Icon: offset of the next one in the bucket, of its name, of its image list. Image list:
-// count, then for each a 16-bit directory, 16 bits of flags and the offset of data nobody writes
-// any more. Directory list: count, then offsets of names. Names end with a zero byte.
+// count, then for each a 16-bit directory, 16 bits of flags and the offset of data that no program
+// writes any more. Directory list: count, then offsets of names. Names end with a zero byte.
 constexpr size_t headerSize = 12;
-constexpr size_t smallestImageSize = 8;
+constexpr size_t iconSize = 12;
+constexpr size_t imageSize = 8;
 // Offsets have 32 bits; the largest theme known needs 3 MB.
 constexpr off_t largestCache = 256 * 1024 * 1024;
 // A bucket holds one or two icons; a ring of them must come to an end.
 constexpr int longestBucket = 1000;
+// The largest themes have some hundred directories, and an icon is in each at most once.
+constexpr size_t mostDirectories = 8192;
+constexpr size_t mostImages = 1000;
 constexpr unsigned knownSuffixes = XpmSuffix | SvgSuffix | PngSuffix;
+
+namespace {
+
+uint32_t number32(const char *at)
+{
+    return qFromBigEndian<uint32_t>(at);
+}
+
+uint32_t hashOf(const QByteArray &name)
+{
+    uint32_t hash = 0;
+    for (const char c : name) {
+        // Bytes count as signed ones in this hash, so that names beyond ASCII are found on every
+        // machine.
+        hash = hash * 31 + uint32_t(int32_t(static_cast<signed char>(c)));
+    }
+    return hash;
+}
+
+} // namespace
 
 std::unique_ptr<const IconThemeCache> IconThemeCache::open(const QByteArray &themeFolder)
 {
@@ -34,111 +60,117 @@ std::unique_ptr<const IconThemeCache> IconThemeCache::open(const QByteArray &the
     if (descriptor < 0) {
         return {};
     }
-    void *data = MAP_FAILED;
+    std::unique_ptr<IconThemeCache> cache(new IconThemeCache(descriptor));
     // Whole seconds: writing the cache touches the folder, and the tools set both times to the same
     // second.
-    if (::fstat(descriptor, &file) == 0 && S_ISREG(file.st_mode) && file.st_mtime >= folder.st_mtime
-        && file.st_size >= off_t(headerSize) && file.st_size <= largestCache) {
-        data = ::mmap(nullptr, size_t(file.st_size), PROT_READ, MAP_PRIVATE, descriptor, 0);
-    }
-    ::close(descriptor);
-    if (data == MAP_FAILED) {
+    if (::fstat(descriptor, &file) != 0 || !S_ISREG(file.st_mode) || file.st_mtime < folder.st_mtime
+        || file.st_size > largestCache) {
         return {};
     }
-    std::unique_ptr<const IconThemeCache> cache(
-        new IconThemeCache(static_cast<const unsigned char *>(data), size_t(file.st_size)));
-    const bool isKnown = cache->number16(0) == 1 && cache->number16(2) == 0;
-    const bool hasTables = cache->number32(cache->number32(4)) > 0
-        && cache->number32(cache->number32(8)) > 0 && !cache->directories().empty();
-    return isKnown && hasTables ? std::move(cache) : nullptr;
+    return cache->readHeader() ? std::move(cache) : nullptr;
 }
 
-IconThemeCache::IconThemeCache(const unsigned char *data, size_t size)
-    : _data(data)
-    , _size(size)
+IconThemeCache::IconThemeCache(int descriptor)
+    : _descriptor(descriptor)
 { }
 
 IconThemeCache::~IconThemeCache()
 {
-    ::munmap(const_cast<unsigned char *>(_data), _size);
+    ::close(_descriptor);
 }
 
-void IconThemeCache::giveBack() const
+bool IconThemeCache::readHeader()
 {
-    ::madvise(const_cast<unsigned char *>(_data), _size, MADV_DONTNEED);
+    std::array<char, headerSize> header;
+    if (read(0, header.data(), header.size()) != header.size()
+        || number32(header.data()) != 0x00010000) {
+        return false;
+    }
+    _hashTable = number32(header.data() + 4);
+    _directoryList = number32(header.data() + 8);
+    _bucketCount = numberAt(_hashTable);
+    return _bucketCount > 0 && !directories().empty();
 }
 
 std::vector<QByteArray> IconThemeCache::directories() const
 {
+    QByteArray offsets(
+        4 * qsizetype(std::min<size_t>(numberAt(_directoryList), mostDirectories)), '\0');
+    offsets.truncate(
+        qsizetype(read(_directoryList + 4, offsets.data(), size_t(offsets.size())) / 4 * 4));
     std::vector<QByteArray> paths;
-    const size_t list = number32(8);
-    const size_t count = present(std::min<size_t>(number32(list), 65536), 4, list + 4);
-    paths.reserve(count);
-    for (size_t i = 0; i < count; ++i) {
-        const size_t offset = number32(list + 4 + 4 * i);
+    paths.reserve(size_t(offsets.size()) / 4);
+    for (qsizetype i = 0; i < offsets.size(); i += 4) {
+        std::array<char, PATH_MAX> name;
+        const size_t offset = number32(offsets.constData() + i);
+        // Nearly all are short.
+        size_t room = read(offset, name.data(), 64);
+        if (room == 64 && std::memchr(name.data(), 0, room) == nullptr) {
+            room = read(offset, name.data(), name.size());
+        }
         // A name that runs past the end belongs to no directory, but its number stays taken.
-        const size_t room = offset < _size ? std::min<size_t>(_size - offset, PATH_MAX) : 0;
-        const char *text = reinterpret_cast<const char *>(_data + offset);
-        const size_t length = room > 0 ? strnlen(text, room) : 0;
-        paths.push_back(length < room ? QByteArray(text, qsizetype(length)) : QByteArray());
+        const size_t length = strnlen(name.data(), room);
+        paths.push_back(length < room ? QByteArray(name.data(), qsizetype(length)) : QByteArray());
     }
     return paths;
 }
 
-static uint32_t hashOf(const QByteArray &name)
-{
-    uint32_t hash = 0;
-    for (const char c : name) {
-        // Bytes count as signed ones in this hash, so that names beyond ASCII are found on every
-        // machine.
-        hash = hash * 31 + uint32_t(int32_t(static_cast<signed char>(c)));
-    }
-    return hash;
-}
-
 IconImages IconThemeCache::find(const QByteArray &name) const
 {
-    IconImages images;
-    const size_t table = number32(4);
-    const uint32_t buckets = number32(table);
-    if (name.isEmpty() || buckets == 0) {
-        return images;
+    if (name.isEmpty() || name.size() >= PATH_MAX) {
+        return {};
     }
-    size_t icon = number32(table + 4 + 4 * size_t(hashOf(name) % buckets));
-    for (int steps = 0; icon >= headerSize && icon < _size && steps < longestBucket; ++steps) {
-        if (!hasTextAt(number32(icon + 4), name)) {
-            icon = number32(icon);
-            continue;
+    size_t icon = numberAt(_hashTable + 4 + 4 * size_t(hashOf(name) % _bucketCount));
+    for (int steps = 0; icon >= headerSize && steps < longestBucket; ++steps) {
+        std::array<char, iconSize> record;
+        if (read(icon, record.data(), record.size()) != record.size()) {
+            break;
         }
-        const size_t list = number32(icon + 8);
-        const size_t count = present(number32(list), smallestImageSize, list + 4);
-        for (size_t i = 0; i < count; ++i) {
-            const size_t image = list + 4 + smallestImageSize * i;
-            images.append({ int(number16(image)), number16(image + 2) & knownSuffixes });
+        if (hasTextAt(number32(record.data() + 4), name)) {
+            return imagesAt(number32(record.data() + 8));
         }
-        break;
+        icon = number32(record.data());
+    }
+    return {};
+}
+
+IconImages IconThemeCache::imagesAt(size_t list) const
+{
+    IconImages images;
+    std::array<char, 64 * imageSize> some;
+    size_t count = std::min<size_t>(numberAt(list), mostImages);
+    for (size_t at = list + 4; count > 0;) {
+        const size_t wanted = std::min(count, some.size() / imageSize);
+        const size_t present = read(at, some.data(), wanted * imageSize) / imageSize;
+        for (size_t i = 0; i < present; ++i) {
+            const char *const image = some.data() + i * imageSize;
+            images.append({ qFromBigEndian<uint16_t>(image),
+                qFromBigEndian<uint16_t>(image + 2) & knownSuffixes });
+        }
+        count = present < wanted ? 0 : count - present;
+        at += present * imageSize;
     }
     return images;
 }
 
-uint32_t IconThemeCache::number16(size_t offset) const
+size_t IconThemeCache::read(size_t offset, char *bytes, size_t count) const
 {
-    return offset + 2 <= _size ? qFromBigEndian<uint16_t>(_data + offset) : 0;
+    ssize_t length = 0;
+    do {
+        length = ::pread(_descriptor, bytes, count, off_t(offset));
+    } while (length < 0 && errno == EINTR);
+    return length > 0 ? size_t(length) : 0;
 }
 
-uint32_t IconThemeCache::number32(size_t offset) const
+uint32_t IconThemeCache::numberAt(size_t offset) const
 {
-    return offset + 4 <= _size ? qFromBigEndian<uint32_t>(_data + offset) : 0;
-}
-
-size_t IconThemeCache::present(size_t count, size_t recordSize, size_t offset) const
-{
-    return offset < _size ? std::min(count, (_size - offset) / recordSize) : 0;
+    std::array<char, 4> bytes;
+    return read(offset, bytes.data(), bytes.size()) == bytes.size() ? number32(bytes.data()) : 0;
 }
 
 bool IconThemeCache::hasTextAt(size_t offset, const QByteArray &text) const
 {
-    const size_t length = size_t(text.size()) + 1;
-    return offset < _size && length <= _size - offset
-        && std::memcmp(_data + offset, text.constData(), length) == 0;
+    QVarLengthArray<char, 256> bytes(text.size() + 1);
+    return read(offset, bytes.data(), size_t(bytes.size())) == size_t(bytes.size())
+        && std::memcmp(bytes.constData(), text.constData(), size_t(bytes.size())) == 0;
 }

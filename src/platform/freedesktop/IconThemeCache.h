@@ -1,8 +1,10 @@
 // The index that a theme's folder may carry (`icon-theme.cache`): which name stands in which
 // directories.
 //
-// The file is mapped, not read, and nobody vouches for it: every number in it is checked before it
-// is followed, and a damaged file at worst lacks names. Safe to use from several threads.
+// Each look-up reads the few bytes it needs: a program that cuts the file short while it is in use
+// would end this one if it were mapped. The content may come from anywhere: every number in it is
+// checked before it is followed, and a damaged file at worst lacks names. Safe to use from several
+// threads.
 
 #pragma once
 
@@ -35,19 +37,21 @@ public:
     // Where a name without its extension stands, `directory` counted as in directories().
     IconImages find(const QByteArray &name) const;
 
-    // Lets the system have the memory back; what is needed again is read again.
-    void giveBack() const;
-
 private:
-    IconThemeCache(const unsigned char *data, size_t size);
+    // Takes the descriptor over.
+    explicit IconThemeCache(int descriptor);
 
+    // False when the file is of no known kind.
+    bool readHeader();
+    IconImages imagesAt(size_t list) const;
+    // How many of the `count` bytes are there.
+    size_t read(size_t offset, char *bytes, size_t count) const;
     // Zero past the end: no table begins there.
-    uint32_t number16(size_t offset) const;
-    uint32_t number32(size_t offset) const;
-    // How many records of `recordSize` bytes really follow at `offset`, at most `count`.
-    size_t present(size_t count, size_t recordSize, size_t offset) const;
+    uint32_t numberAt(size_t offset) const;
     bool hasTextAt(size_t offset, const QByteArray &text) const;
 
-    const unsigned char *_data;
-    size_t _size;
+    const int _descriptor;
+    size_t _hashTable = 0;
+    size_t _directoryList = 0;
+    uint32_t _bucketCount = 0;
 };

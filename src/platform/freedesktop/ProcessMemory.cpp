@@ -1,7 +1,5 @@
 #include "platform/freedesktop/ProcessMemory.h"
 
-#include "platform/freedesktop/FreedesktopIcons.h"
-
 #include <link.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -36,7 +34,6 @@ int forgetCode(dl_phdr_info *object, size_t, void *)
 
 void ProcessMemory::giveBack()
 {
-    _icons.giveBack();
 #ifdef __GLIBC__
     ::malloc_trim(0);
 #endif

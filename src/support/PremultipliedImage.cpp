@@ -1,5 +1,7 @@
 #include "support/PremultipliedImage.h"
 
+#include <algorithm>
+
 namespace {
 
 // sample * alpha / 255, to nearest; exact for all 8-bit values.
@@ -30,13 +32,10 @@ QImage premultipliedImage(QImage image)
         return image;
     }
     image.convertTo(QImage::Format_ARGB32);
-    QImage result(image.size(), QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < result.height(); ++y) {
-        const auto *from = reinterpret_cast<const QRgb *>(image.constScanLine(y));
-        auto *to = reinterpret_cast<QRgb *>(result.scanLine(y));
-        for (int x = 0; x < result.width(); ++x) {
-            to[x] = premultiplied(from[x]);
-        }
+    for (int y = 0; y < image.height(); ++y) {
+        auto *row = reinterpret_cast<QRgb *>(image.scanLine(y));
+        std::transform(row, row + image.width(), row, premultiplied);
     }
-    return result;
+    image.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied);
+    return image;
 }

@@ -2,8 +2,12 @@
 
 #include "platform/freedesktop/FileState.h"
 #include "platform/freedesktop/GioPointer.h"
+#include "platform/freedesktop/IconContainer.h"
+#include "platform/freedesktop/IconPng.h"
 #include "platform/freedesktop/Log.h"
+#include "platform/freedesktop/PictureFormat.h"
 #include "platform/freedesktop/PictureWholeness.h"
+#include "platform/freedesktop/SvgCanvas.h"
 #include "platform/freedesktop/SvgFeatures.h"
 #include "platform/freedesktop/SvgGuard.h"
 #include "support/OneLine.h"
@@ -15,11 +19,14 @@
 #include <QSvgRenderer>
 
 #include <algorithm>
+#include <utility>
 
 // The largest icon anybody asks for is a few hundred pixels.
 constexpr int largestIcon = 4096;
-// Pictures in one icon file, beyond which the rest is not looked at.
-constexpr int mostPictures = 64;
+// Of the pixels of a picture while it is decoded: 8 million usual ones.
+constexpr qint64 mostDecodedBytes = 32 * 1024 * 1024;
+// Its reader keeps an entry for each of its colours.
+constexpr qsizetype largestXpm = 2 * 1024 * 1024;
 
 namespace {
 
@@ -73,7 +80,7 @@ QImage emptyIcon(int size)
     return icon;
 }
 
-QImage decodeSvg(const QByteArray &svg, int size, QString *reason)
+QImage decodeSvg(const QByteArray &svg, int size, QString *reason, bool *isFlawed)
 {
     *reason = SvgGuard::refusal(svg);
     if (!reason->isEmpty()) {
@@ -92,88 +99,80 @@ QImage decodeSvg(const QByteArray &svg, int size, QString *reason)
         return {};
     }
     QImage icon = emptyIcon(size);
-    QPainter painter(&icon);
+    SvgCanvas canvas(&icon);
+    QPainter painter(&canvas);
     const QRectF place = fitted(extent, size);
     if (place.size() != QSizeF(icon.size())) {
         // Shapes may reach beyond the view box, into the margins.
         painter.setClipRect(place);
     }
     renderer.render(&painter, place);
+    painter.end();
+    if (canvas.isExhausted()) {
+        *reason = QStringLiteral("too much to draw");
+        return {};
+    }
+    if (isFlawed) {
+        *isFlawed = SvgFeatures::goBeyondRenderer(svg);
+    }
     return icon;
 }
 
-// An icon file holds one drawing in several sizes: goes to the smallest one that need not be
-// enlarged.
-void chooseBestSize(QImageReader &reader, int size)
+// Of a file that holds one icon in several sizes, the part that suits; of any other all of it.
+QByteArray suitablePart(QByteArray bytes, int size, QString *reason)
 {
-    int best = 0;
-    int bestExtent = 0;
-    const int count = std::min(reader.imageCount(), mostPictures);
-    for (int i = 0; i < count && reader.jumpToImage(i); ++i) {
-        const int extent = std::max(reader.size().width(), reader.size().height());
-        const bool isBetter =
-            bestExtent < size ? extent > bestExtent : extent >= size && extent < bestExtent;
-        if (isBetter) {
-            best = i;
-            bestExtent = extent;
-        }
+    const QByteArray format = pictureFormat(bytes);
+    if (format == "ico") {
+        return IconContainer::partOfIco(bytes, size, reason);
     }
-    reader.jumpToImage(best);
+    return format == "icns" ? IconContainer::partOfIcns(bytes, size, reason) : bytes;
 }
 
-// Puts the reader on the picture that suits a square of `size`. False with the reason when there is
-// none.
-bool openPicture(QImageReader &reader, int size, QString *reason)
+// Why a picture must not be decoded; empty when it may.
+QString refusalOfPicture(const QByteArray &bytes, const QByteArray &format)
 {
-    // Formats without a mark of their own would make a picture of anything, and SVG has had its
-    // turn.
-    static const QByteArrayList excluded { "tga", "wbmp", "svg", "svgz", "pdf" };
-    reader.setDecideFormatFromContent(true);
-    const QByteArray format = reader.format();
-    if (format.isEmpty() || excluded.contains(format)) {
-        *reason = QStringLiteral("not a known picture format");
-        return false;
+    if (format.isEmpty()) {
+        return QStringLiteral("not a picture format of icons");
     }
-    if (format == "icns" || format == "ico") {
-        chooseBestSize(reader, size);
+    if (!isWholePicture(bytes)) {
+        return QStringLiteral("cut off or damaged");
     }
-    return true;
+    // The parts of icon files without a size of their own are small.
+    const bool isSmall = format == "ico" || format == "icns";
+    if ((!isSmall && decodedBytes(bytes, format) > mostDecodedBytes)
+        || (format == "xpm" && bytes.size() > largestXpm)) {
+        return QStringLiteral("too large a picture");
+    }
+    return {};
 }
 
 QImage readPicture(QByteArray bytes, int size, QString *reason)
 {
-    if (!isWholePicture(bytes)) {
-        *reason = QStringLiteral("cut off or damaged");
+    bytes = suitablePart(std::move(bytes), size, reason);
+    const QByteArray format = pictureFormat(bytes);
+    if (reason->isEmpty()) {
+        *reason = refusalOfPicture(bytes, format);
+    }
+    if (!reason->isEmpty()) {
         return {};
+    }
+    if (format == "png") {
+        bytes = pixelsOfPng(bytes);
     }
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    if (!openPicture(reader, size, reason)) {
-        return {};
-    }
-    const QSize extent = reader.size();
-    if (qint64(extent.width()) * extent.height() > mostPicturePixels) {
-        *reason =
-            QStringLiteral("%1 × %2 pixels are too many").arg(extent.width()).arg(extent.height());
-        return {};
-    }
-    QImage picture;
-    if (reader.format() == "bmp") {
-        // Rows may leave pixels out, which would show what the memory held before.
-        picture = QImage(extent, reader.imageFormat());
-        picture.fill(0);
-    }
-    if (!reader.read(&picture) || picture.isNull()) {
+    QImageReader reader(&buffer, format);
+    QImage picture = reader.read();
+    if (picture.isNull()) {
         *reason = reader.errorString();
-        return {};
     }
     return picture;
 }
 
-QImage decodePicture(const QByteArray &bytes, int size, int largestStored, QString *reason)
+QImage decodePicture(QByteArray bytes, int size, int largestStored, QString *reason)
 {
-    QImage picture = readPicture(bytes, largestStored > 0 ? largestStored : size, reason);
+    QImage picture =
+        readPicture(std::move(bytes), largestStored > 0 ? largestStored : size, reason);
     if (picture.isNull()) {
         return {};
     }
@@ -181,7 +180,7 @@ QImage decodePicture(const QByteArray &bytes, int size, int largestStored, QStri
         size = std::min(std::max(picture.width(), picture.height()), largestStored);
     }
     // Before scaling, or the colour of invisible pixels would show at the edges.
-    picture = premultipliedImage(picture);
+    picture = premultipliedImage(std::move(picture));
     picture.setDevicePixelRatio(1);
     const QSize target = fitted(picture.size(), size).size().toSize().expandedTo({ 1, 1 });
     if (picture.size() != target) {
@@ -220,13 +219,8 @@ QImage decodeBytes(QByteArray bytes, int size, int largestStored, QString *reaso
         *reason = QStringLiteral("empty");
         return {};
     }
-    if (!isMarkup(bytes)) {
-        return decodePicture(bytes, size, largestStored, reason);
-    }
-    if (isFlawed) {
-        *isFlawed = SvgFeatures::goBeyondRenderer(bytes);
-    }
-    return decodeSvg(bytes, size, reason);
+    return isMarkup(bytes) ? decodeSvg(bytes, size, reason, isFlawed)
+                           : decodePicture(std::move(bytes), size, largestStored, reason);
 }
 
 } // namespace
@@ -254,8 +248,9 @@ QImage tryDecodeIcon(
     if (file.isEmpty() || size <= 0 || std::max(size, largestStored) > largestIcon) {
         return {};
     }
-    const std::optional<QByteArray> bytes = readSmallFile(file, largestPictureFile, problem);
-    QImage icon = bytes ? decodeBytes(*bytes, size, largestStored, problem, isFlawed) : QImage();
+    std::optional<QByteArray> bytes = readSmallFile(file, largestPictureFile, problem);
+    QImage icon =
+        bytes ? decodeBytes(std::move(*bytes), size, largestStored, problem, isFlawed) : QImage();
     *problem = problem->trimmed();
     return icon;
 }

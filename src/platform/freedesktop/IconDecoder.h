@@ -1,5 +1,7 @@
-// Turns a picture file of any kind into the pixels of an icon. The files are anybody's: size and
-// kind are looked at before anything is decoded. May be called from any thread.
+// Turns a picture file into the pixels of an icon: SVG, PNG, JPEG, WebP, GIF (its first picture),
+// XPM, ICO and ICNS. The files come from anywhere: size, kind and what decoding will cost are
+// looked at before anything is decoded, so that no file takes more than some 64 MB or a second or
+// two. May be called from any thread.
 
 #pragma once
 
@@ -8,8 +10,6 @@
 
 // Of a file.
 inline constexpr qint64 largestPictureFile = 16 * 1024 * 1024;
-// Of the decoded picture.
-inline constexpr qint64 mostPicturePixels = 16 * 1024 * 1024;
 
 // The picture, scaled to fit and centred in a square of `size` pixels, ARGB32 premultiplied. Null
 // and one log line when the file has none; null and silent when there is no file or no size.

@@ -4,10 +4,6 @@
 
 #include <QtEndian>
 
-#include <algorithm>
-#include <array>
-#include <cstdlib>
-
 namespace {
 
 quint8 byteAt(QByteArrayView bytes, qsizetype at)
@@ -15,64 +11,15 @@ quint8 byteAt(QByteArrayView bytes, qsizetype at)
     return quint8(bytes[at]);
 }
 
-template <typename Number> Number littleAt(QByteArrayView bytes, qsizetype at)
-{
-    return qFromLittleEndian<Number>(bytes.data() + at);
-}
-
-// A BMP file: a head of its own, a head that tells its own size, masks, colours, pixels.
-constexpr qsizetype bmpFileHead = 14;
-constexpr std::array<quint32, 4> bmpLongHeads { 40, 64, 108, 124 };
-// The short head, which Qt assumes wherever it does not know the size.
-constexpr qsizetype bmpShortHead = 12;
-// From this one on a head holds the masks.
-constexpr quint32 bmpHeadWithMasks = 108;
-constexpr quint32 bmpRle8 = 1;
-constexpr quint32 bmpRle4 = 2;
-constexpr quint32 bmpBitFields = 3;
-
-bool isWholeBmp(QByteArrayView bytes)
-{
-    if (bytes.size() < bmpFileHead + bmpShortHead) {
-        return false;
-    }
-    const QByteArrayView head = bytes.sliced(bmpFileHead);
-    const auto headSize = littleAt<quint32>(head, 0);
-    const bool isLong =
-        std::find(bmpLongHeads.begin(), bmpLongHeads.end(), headSize) != bmpLongHeads.end();
-    if (isLong && head.size() < qsizetype(headSize)) {
-        return false;
-    }
-    const qint64 width = isLong ? littleAt<qint32>(head, 4) : littleAt<qint16>(head, 4);
-    // Below zero when the first row is the topmost one.
-    const qint64 height =
-        std::abs(qint64(isLong ? littleAt<qint32>(head, 8) : littleAt<qint16>(head, 6)));
-    const int bits = littleAt<quint16>(head, isLong ? 14 : 10);
-    const quint32 compression = isLong ? littleAt<quint32>(head, 16) : 0;
-    const quint32 colors = isLong ? littleAt<quint32>(head, 32) : 0;
-
-    qint64 start = bmpFileHead + qint64(headSize);
-    if (compression == bmpBitFields && headSize < bmpHeadWithMasks) {
-        start += 12;
-    }
-    if (bits <= 8) {
-        start += (isLong ? 4 : 3) * (colors != 0 ? qint64(colors) : 1 << bits);
-    }
-    // The place that the file states is not believed when something else lies there.
-    const qint64 rest = bytes.size() - std::max<qint64>(start, littleAt<quint32>(bytes, 10));
-    if (compression == bmpRle8 || compression == bmpRle4) {
-        return littleAt<quint32>(head, 20) <= rest;
-    }
-    const qint64 row = (width * bits + 31) / 32 * 4;
-    return rest >= 0 && (row <= 0 || height <= rest / row);
-}
+// A progressive picture has some ten scans. Each further one goes through all pixels again.
+constexpr int mostScans = 60;
 
 // A JPEG file: segments behind a marker each, and behind some of them compressed data, in which no
 // marker occurs that could be mistaken. Segments are skipped as a whole: a small preview in one has
 // markers of its own.
 bool isWholeJpeg(QByteArrayView bytes)
 {
-    bool hasPixels = false;
+    int scans = 0;
     for (qsizetype at = 2; at < bytes.size();) {
         at = bytes.indexOf('\xff', at);
         if (at < 0 || at + 1 >= bytes.size()) {
@@ -86,11 +33,11 @@ bool isWholeJpeg(QByteArrayView bytes)
             // Without anything behind it: part of the data, or a place to start again.
             at += 2;
         } else if (marker == 0xd9) {
-            return hasPixels;
+            return scans > 0 && scans <= mostScans;
         } else if (at + 4 > bytes.size()) {
             return false;
         } else {
-            hasPixels = hasPixels || marker == 0xda;
+            scans += marker == 0xda ? 1 : 0;
             at += 2 + qFromBigEndian<quint16>(bytes.data() + at + 2);
         }
     }
@@ -150,5 +97,5 @@ bool isWholePicture(QByteArrayView bytes)
     if (bytes.startsWith("GIF8")) {
         return isWholeGif(bytes);
     }
-    return !bytes.startsWith("BM") || isWholeBmp(bytes);
+    return true;
 }

@@ -1,6 +1,7 @@
 #include "platform/freedesktop/SvgGuard.h"
 
 #include "platform/freedesktop/SvgInspection.h"
+#include "platform/freedesktop/SvgMarkup.h"
 
 #include <algorithm>
 #include <array>
@@ -172,6 +173,10 @@ QString SvgGuard::refusal(const QByteArray &svg)
 {
     if (svg.size() > mostBytes) {
         return QStringLiteral("larger than %1 bytes").arg(mostBytes);
+    }
+    const QString markup = SvgMarkup::refusal(svg);
+    if (!markup.isEmpty()) {
+        return markup;
     }
     QXmlStreamReader root(svg);
     if (!root.readNextStartElement()) {

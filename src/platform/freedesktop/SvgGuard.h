@@ -17,13 +17,16 @@ inline constexpr qsizetype mostBytes = 8 * 1024 * 1024;
 // Elements within one another, and references followed on the way.
 inline constexpr int mostDepth = 200;
 // The text as it would be if every reference were written out where it is used, in characters.
-inline constexpr double mostExpanded = 8.0 * 1024 * 1024;
+inline constexpr double mostExpanded = 4.0 * 1024 * 1024;
 // Strokes in dashed outlines, by a generous estimate.
 inline constexpr double mostDashes = 200'000;
+// Of the style sheets, in characters.
+inline constexpr qsizetype longestStyle = 256 * 1024;
 // Style rules times elements: each is tried on each.
 inline constexpr double mostStyleTrials = 1'000'000;
-// Of the pictures embedded in the picture, together.
-inline constexpr qint64 mostEmbeddedPixels = 16 * 1024 * 1024;
+// Of the pictures embedded in the picture, together, decoded; and of the texts in one of them.
+inline constexpr qint64 mostEmbeddedBytes = 32 * 1024 * 1024;
+inline constexpr qint64 mostEmbeddedTexts = 4 * 1024 * 1024;
 // Width and height, in the units of the picture.
 inline constexpr double largestExtent = 1'000'000;
 

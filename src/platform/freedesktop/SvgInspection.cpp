@@ -1,10 +1,9 @@
 #include "platform/freedesktop/SvgInspection.h"
 
 #include "platform/freedesktop/IconPng.h"
+#include "platform/freedesktop/PictureFormat.h"
+#include "platform/freedesktop/PictureWholeness.h"
 #include "platform/freedesktop/SvgGuard.h"
-
-#include <QBuffer>
-#include <QImageReader>
 
 #include <algorithm>
 #include <array>
@@ -69,11 +68,20 @@ double outlineOf(const QByteArray &svg)
     return outline;
 }
 
-// The picture formats whose reader cannot in turn be sent anywhere.
-bool isHarmlessPicture(const QByteArray &data)
+// Why an embedded picture must not be decoded; empty when it may. The renderer decodes all of it.
+QString refusalOfEmbedded(const QByteArray &data, const QByteArray &format)
 {
-    return isPng(data) || data.startsWith("\xff\xd8\xff") || data.startsWith("GIF8")
-        || (data.startsWith("RIFF") && data.mid(8, 4) == "WEBP");
+    // The formats whose reader cannot in turn be sent anywhere.
+    static const QByteArrayList harmless { "png", "jpeg", "gif", "webp" };
+    if (!harmless.contains(format)) {
+        return QStringLiteral("embeds a file of another kind");
+    }
+    if (!isWholePicture(data)) {
+        return QStringLiteral("embeds a damaged picture");
+    }
+    return format == "png" && unpackedTexts(data) > SvgGuard::mostEmbeddedTexts
+        ? QStringLiteral("embeds a picture with too much text")
+        : QString();
 }
 
 bool isBase64(QStringView text)
@@ -106,6 +114,7 @@ QString SvgInspection::refusal()
             startElement();
             break;
         case QXmlStreamReader::EndElement:
+            _isInStyle = false;
             _openTexts -= _xml.name().startsWith(u"text") ? 1 : 0;
             _open.pop_back();
             break;
@@ -145,11 +154,16 @@ void SvgInspection::startElement()
         refuse(QStringLiteral("nested too deeply"));
         return;
     }
+    _elements += 1;
+    if (_elements * elementWeight > SvgGuard::mostExpanded) {
+        refuse(QStringLiteral("too much to draw"));
+        return;
+    }
     const QStringView tag = _xml.name();
     const int element = _references.addElement(_open.empty() ? -1 : _open.back());
     _open.push_back(element);
     _openTexts += tag.startsWith(u"text") ? 1 : 0;
-    _elements += 1;
+    _isInStyle = tag == u"style";
     _references.addWeight(element, elementWeight);
     if (tag == u"font") {
         // Its letters are drawn outline by outline, as often as a text has them.
@@ -180,13 +194,18 @@ void SvgInspection::inspectAttribute(
             _references.addReference(element, value.sliced(hash + 1).trimmed().toString());
         }
     }
-    for (qsizetype at = value.indexOf(u"url("); at >= 0; at = value.indexOf(u"url(", at + 4)) {
-        const qsizetype hash = value.indexOf(u'#', at);
+    for (qsizetype at = value.indexOf(u"url("); at >= 0; at = value.indexOf(u"url(", at)) {
         const qsizetype end = value.indexOf(u')', at);
-        if (hash >= 0 && end > hash) {
-            QString id = value.sliced(hash + 1, end - hash - 1).trimmed().toString();
+        if (end < 0) {
+            break;
+        }
+        const QStringView target = value.sliced(at, end - at);
+        const qsizetype hash = target.indexOf(u'#');
+        if (hash >= 0) {
+            QString id = target.sliced(hash + 1).trimmed().toString();
             _references.addReference(element, id.remove(u'"').remove(u'\''));
         }
+        at = end;
     }
     if (name == u"stroke-dasharray") {
         noteDashes(value);
@@ -207,19 +226,15 @@ void SvgInspection::inspectEmbedded(QStringView reference)
         refuse(QStringLiteral("refers to another file"));
         return;
     }
-    QByteArray data = QByteArray::fromBase64(reference.sliced(comma + 1).toLatin1());
-    if (!isHarmlessPicture(data)) {
-        refuse(QStringLiteral("embeds a file of another kind"));
+    const QByteArray data = QByteArray::fromBase64(reference.sliced(comma + 1).toLatin1());
+    const QByteArray format = pictureFormat(data);
+    const QString why = refusalOfEmbedded(data, format);
+    if (!why.isEmpty()) {
+        refuse(why);
         return;
     }
-    if (isPng(data) && !isWholePng(data)) {
-        refuse(QStringLiteral("embeds a damaged picture"));
-        return;
-    }
-    QBuffer buffer(&data);
-    const QSize size = QImageReader(&buffer).size();
-    _embeddedPixels += qint64(size.width()) * size.height();
-    if (_embeddedPixels > SvgGuard::mostEmbeddedPixels) {
+    _embeddedBytes += decodedBytes(data, format);
+    if (_embeddedBytes > SvgGuard::mostEmbeddedBytes) {
         refuse(QStringLiteral("embeds too large a picture"));
     }
 }
@@ -234,11 +249,16 @@ void SvgInspection::inspectText()
         _references.addWeight(_open.back(), letterWeight * double(text.size()));
         return;
     }
-    // Outside of texts only style sheets have any.
+    _styleLength += _isInStyle ? text.size() : 0;
+    if (_styleLength > SvgGuard::longestStyle) {
+        refuse(QStringLiteral("too long a style sheet"));
+        return;
+    }
     _styleRules += double(text.count(u'{'));
-    for (qsizetype at = text.indexOf(u"dasharray"); at >= 0;
-         at = text.indexOf(u"dasharray", at + 9)) {
-        noteDashes(text.sliced(at));
+    for (qsizetype at = text.indexOf(u"dasharray"); at >= 0;) {
+        const qsizetype next = text.indexOf(u"dasharray", at + 9);
+        noteDashes(next < 0 ? text.sliced(at) : text.sliced(at, next - at));
+        at = next;
     }
 }
 

@@ -35,8 +35,10 @@ private:
     std::vector<int> _open;
     int _openTexts = 0;
     double _elements = 0;
+    bool _isInStyle = false;
+    qsizetype _styleLength = 0;
     double _styleRules = 0;
     double _shortestDashes = 0;
-    qint64 _embeddedPixels = 0;
+    qint64 _embeddedBytes = 0;
     QString _refusal;
 };

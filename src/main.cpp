@@ -10,6 +10,8 @@
 
 #include <QFile>
 
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -102,6 +104,14 @@ std::unique_ptr<QCoreApplication> makeApplicationWithoutDisplay(
     return application;
 }
 
+// The usual end would wait for an icon that is being decoded, which may lie on a disk that does not
+// answer, and would take away what its thread uses. Everything has been written by now.
+[[noreturn]] void endAtOnce(int result)
+{
+    std::fflush(nullptr);
+    std::_Exit(result);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -142,7 +152,7 @@ int main(int argc, char **argv)
     // The next start may come once this is gone, so it goes after the desktop with its hot key. It
     // goes before the application, whose end refuses the calls that nothing has handled: a start
     // would take that for the answer of another program while the name is still held.
-    const std::unique_ptr<SingleInstance> claimed = std::move(instance);
+    std::unique_ptr<SingleInstance> claimed = std::move(instance);
     const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
     UserDefaults defaults(
         desktop->searchPaths().configurationFolder() + QStringLiteral("/Preferences.plist"),
@@ -160,5 +170,9 @@ int main(int argc, char **argv)
         result = Commands::run(invocation, *desktop);
     }
     UserDefaults::setStandard(nullptr);
+    if (Commands::isDecoding()) {
+        claimed.reset();
+        endAtOnce(result);
+    }
     return result;
 }

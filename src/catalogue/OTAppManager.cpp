@@ -65,7 +65,8 @@ OTAppManager::OTAppManager(Desktop &desktop, Use use, QObject *parent)
 
 OTAppManager::~OTAppManager()
 {
-    // Operations in the queue read icons from the desktop, which may go after the catalogue.
+    // Operations in the queue read icons from the desktop, which may go after the catalogue. One
+    // that hangs is left to the end of the program.
     IconLoader::sharedIconLoader().cancelAll();
 }
 

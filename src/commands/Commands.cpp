@@ -5,6 +5,7 @@
 #include "commands/Output.h"
 #include "commands/PreferenceText.h"
 #include "grid/OTIconView.h"
+#include "icons/IconLoader.h"
 #include "platform/Desktop.h"
 #include "shell/OTController.h"
 #include "support/UserDefaults.h"
@@ -86,4 +87,9 @@ int Commands::run(const Invocation &invocation, Desktop &desktop)
         break;
     }
     return 1;
+}
+
+bool Commands::isDecoding()
+{
+    return IconLoader::sharedIconLoader().isBusy();
 }

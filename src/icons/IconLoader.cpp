@@ -14,6 +14,9 @@ namespace {
 // Half of what a frame of an animation may take; the rest is for painting what arrived.
 constexpr qint64 LongestTurnInNanoseconds = 4'000'000;
 
+// Icons take some milliseconds; what takes longer may wait for a disk that does not answer.
+constexpr int MaxCancelWaitInMilliseconds = 250;
+
 // The grid is complete when all icons are loaded; their colours can wait.
 constexpr int LoadingPriority = 1;
 constexpr int MeasuringPriority = 0;
@@ -77,11 +80,13 @@ void IconLoader::addOperation(IconLoadOperation operation, const IconProvider &p
 {
     ++_pendingCount;
     const int priority = operation.image.isNull() ? LoadingPriority : MeasuringPriority;
-    _queue.start([this, operation = std::move(operation), &provider] { run(operation, provider); },
+    _queue.start([this, operation = std::move(operation), &provider,
+                     cancellations = _cancellations] { run(operation, provider, cancellations); },
         priority);
 }
 
-void IconLoader::run(const IconLoadOperation &operation, const IconProvider &provider)
+void IconLoader::run(
+    const IconLoadOperation &operation, const IconProvider &provider, quint64 cancellations)
 {
     LoadedIcon icon { operation.image, {} };
     if (icon.image.isNull()) {
@@ -90,13 +95,14 @@ void IconLoader::run(const IconLoadOperation &operation, const IconProvider &pro
         icon.measurement = measureIcon(icon.image, operation.parameters);
     }
     const Handing handing = icon.image.isNull() ? Handing::DoesNotWait : Handing::Waits;
-    deliver(operation, std::move(icon), handing);
+    deliver(operation, std::move(icon), handing, cancellations);
 }
 
-void IconLoader::deliver(const IconLoadOperation &operation, LoadedIcon icon, Handing handing)
+void IconLoader::deliver(
+    const IconLoadOperation &operation, LoadedIcon icon, Handing handing, quint64 cancellations)
 {
     QMutexLocker lock(&_mutex);
-    if (_isStopping) {
+    if (cancellations != _cancellations) {
         return;
     }
     const quint64 ticket = ++_lastTicket;
@@ -105,7 +111,7 @@ void IconLoader::deliver(const IconLoadOperation &operation, LoadedIcon icon, Ha
         _isAwake = true;
         QMetaObject::invokeMethod(this, &IconLoader::takeDelivered, Qt::QueuedConnection);
     }
-    while (handing == Handing::Waits && !_isStopping && _lastTaken < ticket) {
+    while (handing == Handing::Waits && cancellations == _cancellations && _lastTaken < ticket) {
         _taken.wait(&_mutex);
     }
 }
@@ -158,20 +164,17 @@ void IconLoader::release(quint64 taken, std::deque<Delivery> &rest)
     _taken.wakeAll();
 }
 
-void IconLoader::cancelAll()
+bool IconLoader::cancelAll()
 {
-    ++_cancellations;
     _queue.clear();
     {
-        QMutexLocker lock(&_mutex);
-        _isStopping = true;
+        const QMutexLocker lock(&_mutex);
+        ++_cancellations;
         _delivered.clear();
+        _isAwake = false;
         _taken.wakeAll();
     }
-    _queue.waitForDone();
     _nextTurn.stop();
-    QMutexLocker lock(&_mutex);
-    _isStopping = false;
-    _isAwake = false;
     _pendingCount = 0;
+    return _queue.waitForDone(MaxCancelWaitInMilliseconds);
 }

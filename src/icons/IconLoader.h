@@ -82,8 +82,12 @@ public:
     int pendingCount() const { return _pendingCount; }
 
     // Drops what is queued, waits for the icons that are being decoded, and calls no receiver of
-    // either.
-    void cancelAll();
+    // either. False when one of them has not ended after a quarter of a second: it goes on, and
+    // its provider must live until isBusy() is false.
+    bool cancelAll();
+
+    // An icon is being loaded or measured, cancelled or not. The destructor waits until none is.
+    bool isBusy() const { return _queue.activeThreadCount() > 0; }
 
 Q_SIGNALS:
     // The last pending operation has been handed over.
@@ -99,16 +103,16 @@ private:
 
     enum class Handing { Waits, DoesNotWait };
 
-    void run(const IconLoadOperation &operation, const IconProvider &provider);
-    void deliver(const IconLoadOperation &operation, LoadedIcon icon, Handing handing);
+    void run(
+        const IconLoadOperation &operation, const IconProvider &provider, quint64 cancellations);
+    void deliver(const IconLoadOperation &operation, LoadedIcon icon, Handing handing,
+        quint64 cancellations);
     void takeDelivered();
     void release(quint64 taken, std::deque<Delivery> &rest);
 
     QThreadPool _queue;
     QTimer _nextTurn;
     int _pendingCount = 0;
-    // How often everything was cancelled, so that a turn notices it when a receiver does so.
-    quint64 _cancellations = 0;
 
     // Shared with the threads of the queue.
     QMutex _mutex;
@@ -118,5 +122,7 @@ private:
     quint64 _lastTaken = 0;
     // A turn goes on or is to come.
     bool _isAwake = false;
-    bool _isStopping = false;
+    // How often everything was cancelled. An operation of another count than this is
+    // dropped, and a turn notices when a receiver cancels. Written on the main thread only.
+    quint64 _cancellations = 0;
 };

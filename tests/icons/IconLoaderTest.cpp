@@ -190,6 +190,19 @@ private Q_SLOTS:
         verifyThatItWorks();
     }
 
+    void cancelAll_doesNotWaitForWhatHangs()
+    {
+        addMany();
+        QTRY_COMPARE(_icons->mostAtOnce(), IconLoader::Width);
+        QVERIFY(!_loader->cancelAll());
+        QVERIFY(_loader->isBusy());
+        _icons->gate.release(many);
+        QTRY_VERIFY(!_loader->isBusy());
+        QCoreApplication::processEvents();
+        QVERIFY(_received.isEmpty());
+        verifyThatItWorks();
+    }
+
     void cancelAll_fromWithinAReceiver()
     {
         for (int i = 0; i < many; ++i) {

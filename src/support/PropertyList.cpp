@@ -146,7 +146,7 @@ QByteArray PropertyList::toXml(const QVariant &value)
     return held.isValid() ? plainToXml(held) : QByteArray();
 }
 
-PropertyList::Document PropertyList::readFile(const QString &path)
+PropertyList::Document PropertyList::readFile(const QString &path, qint64 largest)
 {
     const QFileInfo info(path);
     if (!info.exists()) {
@@ -161,8 +161,8 @@ PropertyList::Document PropertyList::readFile(const QString &path)
         const State state = QFileInfo::exists(path) ? State::Damaged : State::Absent;
         return { state, {}, file.errorString() };
     }
-    const QByteArray data = file.size() > maximumSize ? QByteArray() : file.read(maximumSize + 1);
-    if (file.size() > maximumSize) {
+    const QByteArray data = file.size() > largest ? QByteArray() : file.read(largest + 1);
+    if (file.size() > largest || data.size() > largest) {
         return { State::Damaged, {}, QStringLiteral("too large") };
     }
     if (file.error() != QFileDevice::NoError) {

@@ -51,8 +51,9 @@ QVariant plain(const QVariant &value);
 // The XML form of plain(value); empty when that is invalid.
 QByteArray toXml(const QVariant &value);
 
-// Reads a file; logs nothing, since the caller knows what the file was for.
-Document readFile(const QString &path);
+// Reads a file of at most `largest` bytes; logs nothing, since the caller knows what the file was
+// for.
+Document readFile(const QString &path, qint64 largest = maximumSize);
 
 // Replaces the file in one step, so that a reader sees the old or the new one; its folder must
 // exist. False and one log line when it cannot be written; the old file is then as it was, and

@@ -7,6 +7,7 @@
 #include <QStringDecoder>
 #include <QTimeZone>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 
@@ -14,8 +15,11 @@ namespace {
 
 constexpr quint64 headerSize = 8;
 constexpr quint64 trailerSize = 32;
-// An object that hangs in more than one place counts each time, here and in the size.
+// An object that hangs in more than one place counts each time, here and in the size. Writers let
+// texts hang in several places, never lists: then each reference has a byte of its own in the data.
 constexpr int maximumReferences = 1'000'000;
+// Of the texts with each written out where it hangs, times the size of the data.
+constexpr qint64 maximumGrowth = 64;
 // Seconds from 1970 to 2001, where the dates of a binary property list begin.
 constexpr double epoch = 978'307'200;
 
@@ -115,8 +119,8 @@ QVariant BinaryReader::object(quint64 reference, int depth)
     if (reference >= _objects) {
         return refuse(QStringLiteral("a reference to nothing"));
     }
-    if (++_references > maximumReferences) {
-        return refuse(QStringLiteral("more than %1 references").arg(maximumReferences));
+    if (++_references > std::min<qint64>(maximumReferences, _data.size())) {
+        return refuse(QStringLiteral("too many references"));
     }
     const quint64 offset = number(_offsetTable + reference * _offsetWidth, _offsetWidth);
     const quint64 marker = number(offset, 1);
@@ -186,7 +190,7 @@ QVariant BinaryReader::counted(Kind kind, quint64 offset, int depth)
     }
     const QByteArrayView content = bytes(contents, kind == Utf16 ? count * 2 : count);
     _size += content.size();
-    if (_size > PropertyList::maximumSize) {
+    if (_size > std::min(PropertyList::maximumSize, maximumGrowth * _data.size())) {
         return refuse(QStringLiteral("too large"));
     }
     switch (kind) {

@@ -6,7 +6,46 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+#include <utility>
+
 namespace {
+
+// Only the outermost element has any attribute of its own.
+constexpr int mostAttributes = 16;
+
+// An XML parser compares each attribute of an element with every other one, so they are counted
+// before it sees them. In an encoding wider than a byte the letters of markup are ASCII as well.
+bool hasManyAttributes(QByteArray data)
+{
+    data.removeIf([](char c) { return c == '\0'; });
+    for (qsizetype at = data.indexOf('<'); at >= 0; at = data.indexOf('<', at)) {
+        ++at;
+        // Nothing in these is taken for the beginning of a quotation.
+        for (const auto &[start, end] :
+            { std::pair("!--", "-->"), std::pair("![CDATA[", "]]>"), std::pair("?", "?>") }) {
+            if (QByteArrayView(data).sliced(at).startsWith(start)) {
+                at = data.indexOf(end, at + qsizetype(qstrlen(start)));
+                break;
+            }
+        }
+        int attributes = 0;
+        char quote = '\0';
+        for (; at >= 0 && at < data.size() && (quote != '\0' || data[at] != '>'); ++at) {
+            const char c = data[at];
+            if (quote == '\0' ? c == '"' || c == '\'' : c == quote) {
+                quote = quote == '\0' ? c : '\0';
+            }
+            attributes += quote == '\0' && c == '=' ? 1 : 0;
+        }
+        if (attributes > mostAttributes) {
+            return true;
+        }
+        if (at < 0) {
+            break;
+        }
+    }
+    return false;
+}
 
 class XmlReader
 {
@@ -70,9 +109,9 @@ bool XmlReader::nextChild()
         if (_xml.isEndElement()) {
             return false;
         }
-        // Entities of the document's own would let a small file grow without limit.
-        if (_xml.isDTD() && _xml.text().contains(u"<!ENTITY")) {
-            refuse(QStringLiteral("the document declares entities"));
+        // Entities and attributes of the document's own would let a small file grow without limit.
+        if (_xml.isDTD() && _xml.text().contains(u'[')) {
+            refuse(QStringLiteral("the document declares something"));
         }
         if ((_xml.isCharacters() && !_xml.isWhitespace()) || _xml.isEntityReference()) {
             refuse(QStringLiteral("there is text between two elements"));
@@ -276,6 +315,12 @@ void writeValue(QXmlStreamWriter &xml, const QVariant &value)
 
 std::optional<QVariant> PropertyList::fromXml(const QByteArray &data, QString *error)
 {
+    if (hasManyAttributes(data)) {
+        if (error) {
+            *error = QStringLiteral("too many attributes");
+        }
+        return {};
+    }
     XmlReader reader(data);
     std::optional<QVariant> value = reader.read();
     if (!value && error) {

@@ -300,6 +300,10 @@ private Q_SLOTS:
         tree.add(u"C.app/Contents/Info.plist"_s, listWith("CFBundleIconFile", "pic"));
         const QString icns = tree.add(u"C.app/Contents/Resources/pic.icns"_s, "x");
         QCOMPARE(iconOf(tree.path(u"C.app"_s)), icns);
+        // It is not worth the time to read.
+        tree.add(u"C.app/Contents/Info.plist"_s,
+            listWith("CFBundleIconFile", "pic") + QByteArray(300'000, ' '));
+        QCOMPARE(iconOf(tree.path(u"C.app"_s)), QString());
         tree.add(u"G.app/Resources/Info-gnustep.plist"_s, listWith("NSIcon", "g.tiff"));
         const QString tiff = tree.add(u"G.app/Resources/g.tiff"_s, "x");
         QCOMPARE(iconOf(tree.path(u"G.app"_s)), tiff);

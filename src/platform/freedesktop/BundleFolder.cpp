@@ -12,6 +12,9 @@
 
 namespace {
 
+// Real ones have some thousand bytes. Reading this much takes a few milliseconds.
+constexpr qint64 largestInfo = 256 * 1024;
+
 enum class Layout { None, Contents, Resources, AppDir };
 
 bool hasExtension(const QString &name, QLatin1String extension)
@@ -61,7 +64,7 @@ Layout layoutOf(const QString &path)
 // A value that has to be the plain name of a file; empty when it is not.
 QString fileNameIn(const QString &listPath, const QString &key)
 {
-    const PropertyList::Document list = PropertyList::readFile(listPath);
+    const PropertyList::Document list = PropertyList::readFile(listPath, largestInfo);
     const QString name = list.value.toMap().value(key).toString();
     return name.contains(QLatin1Char('/')) || name.startsWith(QLatin1Char('.')) ? QString() : name;
 }

@@ -6,14 +6,14 @@
 
 #include <QBuffer>
 #include <QGuiApplication>
-#include <QImageWriter>
+#include <QImageReader>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
 #include <QtEndian>
 
-#include <array>
 #include <cstring>
+#include <dlfcn.h>
 #include <sys/resource.h>
 #include <thread>
 
@@ -36,20 +36,16 @@ QImage plain(int width, int height, QColor color = Qt::red)
     return image;
 }
 
-QByteArray little(quint32 number)
-{
-    QByteArray bytes(4, '\0');
-    for (int i = 0; i < 4; ++i) {
-        bytes[i] = char(number >> (8 * i));
-    }
-    return bytes;
-}
-
 QByteArray big(quint32 number)
 {
     QByteArray bytes(4, '\0');
     qToBigEndian(number, bytes.data());
     return bytes;
+}
+
+QByteArray little(quint32 number)
+{
+    return big(qbswap(number));
 }
 
 quint32 checksum(const QByteArray &bytes)
@@ -115,10 +111,10 @@ QByteArray embedded(const QByteArray &data)
     return image("data:image/png;base64," + data.toBase64());
 }
 
-// A PNG picture of one pixel a sample, whose head claims a size, with chunks before the pixels.
+// A PNG picture of one pixel, whose head claims a size, with chunks before the pixels.
 QByteArray png(quint32 width, quint32 height, const QByteArray &chunks = {})
 {
-    QByteArray bytes = encoded(plain(1, 1));
+    const QByteArray bytes = encoded(plain(1, 1));
     return bytes.first(8) + pngChunk("IHDR", big(width) + big(height) + bytes.mid(24, 5)) + chunks
         + bytes.mid(33);
 }
@@ -129,10 +125,16 @@ QByteArray ico(const QByteArray &picture)
         + little(22) + picture;
 }
 
-QByteArray icns(const QByteArray &kind, const QByteArray &part)
+QByteArray icnsPart(const QByteArray &kind, const QByteArray &part)
 {
-    const QByteArray inner = kind + big(quint32(8 + part.size())) + part;
-    return "icns" + big(quint32(8 + inner.size())) + inner;
+    return kind + big(quint32(8 + part.size())) + part;
+}
+
+// 30 times 8 MB, when it is unpacked.
+QByteArray packedTexts()
+{
+    const QByteArray text = qCompress(QByteArray(8'000'000, 'a'), 9).sliced(4);
+    return pngChunk("zTXt", QByteArray("a\0\0", 3) + text).repeated(30);
 }
 
 QByteArray manyAttributes(int count, const QByteArray &prefix)
@@ -144,34 +146,35 @@ QByteArray manyAttributes(int count, const QByteArray &prefix)
     return text;
 }
 
-// The lines that decoding gives, each a letter. The icon is counted as one more when there is one.
-int countedLines = 0;
-
+// How many lines decoding gives, and 100 more for an icon.
 int linesAndIcon(const QString &file, int size)
 {
-    countedLines = 0;
+    static int lines = 0;
+    lines = 0;
     const QtMessageHandler before = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext &, const QString &) { ++countedLines; });
+        [](QtMsgType, const QMessageLogContext &, const QString &) { ++lines; });
     const QImage icon = decodeIcon(file, size);
     qInstallMessageHandler(before);
-    return countedLines + (icon.isNull() ? 0 : 100);
+    return lines + (icon.isNull() ? 0 : 100);
 }
 
-// Decodes in this process, which has nothing else to do, and tells by its exit code what
-// linesAndIcon() says, or 2 when that took more than 64 MB. Two seconds end it.
+// The same in a process that has nothing else to do: 50 when that takes more than 64 MB. Two
+// seconds end it.
 int decodeWithinLimits(const QString &file)
 {
     quietImageLibraries();
-    const rlimit time { 2, 2 };
+    // The address sanitizer takes more of both.
+    const bool isSanitized = ::dlsym(RTLD_DEFAULT, "__asan_init") != nullptr;
     rusage before;
     rusage after;
     ::getrusage(RUSAGE_SELF, &before);
-#ifndef __SANITIZE_ADDRESS__
-    ::setrlimit(RLIMIT_CPU, &time);
-#endif
+    if (!isSanitized) {
+        const rlimit time { 2, 2 };
+        ::setrlimit(RLIMIT_CPU, &time);
+    }
     const int result = linesAndIcon(file, 64);
     ::getrusage(RUSAGE_SELF, &after);
-    return after.ru_maxrss - before.ru_maxrss > 64 * 1024 ? 2 : result;
+    return !isSanitized && after.ru_maxrss - before.ru_maxrss > 64 * 1024 ? 50 : result;
 }
 
 int linesAndIconWithinLimits(const QString &file)
@@ -242,16 +245,28 @@ private Q_SLOTS:
         row("SVG with a picture inside", name, embedded(png));
         row("SVG with usual dashes", name,
             svg(square + "<path d='M9 9h40' stroke='#ff0000' stroke-dasharray='1, 0.5'/>"));
+        row("animated SVG", name,
+            svg("<rect width='64' height='64' fill='#ff0000'><animateTransform type='scale' "
+                "attributeName='transform' from='1' to='2' begin='0s' dur='9s'/></rect>"));
         row("SVGZ", u"icon.svgz"_s, gzipped(svg(square)));
-        if (QImageWriter::supportedImageFormats().contains("icns")) {
-            row("ICNS", u"icon.icns"_s, encoded(plain(128, 128), "ICNS"));
+        row("ICO", name, encoded(plain(32, 32), "ICO"));
+        row("ICNS", name, icnsPart("icns", icnsPart("TOC ", {}) + icnsPart("ic08", png)));
+        if (QImageReader::supportedImageFormats().contains("icns")) {
+            // Runs of 128 samples, one colour after the other.
+            row("ICNS without PNG", name,
+                icnsPart("icns",
+                    icnsPart("il32",
+                        QByteArray("\xfd\xff").repeated(8) + QByteArray("\xfd\0", 2).repeated(16))
+                        + icnsPart("l8mk", QByteArray(1024, '\xff'))));
         }
     }
     void everyKindOfFile()
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, bytes);
-        const QImage icon = decodeIcon(_tree.add(name, bytes), 64);
+        QImage icon;
+        // A thread that Qt did not start: it has no timers.
+        std::thread([&] { icon = decodeIcon(_tree.add(name, bytes), 64); }).join();
         QCOMPARE(icon.size(), QSize(64, 64));
         QCOMPARE(icon.format(), QImage::Format_ARGB32_Premultiplied);
         QCOMPARE(icon.pixelColor(32, 32), QColor(Qt::red));
@@ -290,34 +305,20 @@ private Q_SLOTS:
 
     void fileOfSeveralSizes_givesTheNearest()
     {
-        // An icon file of 16, 64 and 256 pixels, each of its own colour.
-        const std::array<std::pair<int, QColor>, 3> pictures { { { 16, Qt::green }, { 64, Qt::red },
-            { 256, Qt::blue } } };
-        QByteArray head = QByteArray("\0\0\1\0\3\0", 6);
+        // Each of its own colour.
+        QByteArray head("\0\0\1\0\3\0", 6);
         QByteArray body;
-        for (const auto &[size, color] : pictures) {
-            const QByteArray png = encoded(plain(size, size, color));
-            // 256 is written as 0.
-            head += QByteArray(2, char(size)) + QByteArray("\0\0\1\0\x20\0", 6)
-                + little(quint32(png.size())) + little(quint32(6 + 3 * 16 + body.size()));
-            body += png;
+        for (const auto &[size, color] :
+            { std::pair(16, Qt::green), std::pair(64, Qt::red), std::pair(256, Qt::blue) }) {
+            const QByteArray picture = encoded(plain(size, size, color));
+            head += QByteArray(4, '\0') + QByteArray("\1\0\x20\0", 4)
+                + little(quint32(picture.size())) + little(quint32(6 + 3 * 16 + body.size()));
+            body += picture;
         }
         const QString file = _tree.add(u"icon.ico"_s, head + body);
         QCOMPARE(decodeIcon(file, 64).pixelColor(9, 9), QColor(Qt::red));
         QCOMPARE(decodeIcon(file, 512).pixelColor(9, 9), QColor(Qt::blue));
         QCOMPARE(decodeIcon(file, 8).pixelColor(4, 4), QColor(Qt::green));
-    }
-
-    void animatedPicture_decodesOnAnyThread()
-    {
-        const QString file = _tree.add(u"icon"_s,
-            svg("<rect width='64' height='64' fill='#ff0000'>"
-                "<animateTransform attributeName='transform' type='scale' "
-                "from='1' to='2' begin='0s' dur='9s'/></rect>"));
-        QImage icon;
-        // A thread that Qt did not start: it has no timers.
-        std::thread([&] { icon = decodeIcon(file, 64); }).join();
-        QCOMPARE(icon.pixelColor(32, 32), QColor(Qt::red));
     }
 
     void nothingAsked_isSilent()
@@ -340,24 +341,20 @@ private Q_SLOTS:
         };
         row("text", "Hello");
         row("PNG 20,000 pixels wide", manyPixels);
-        // Of 30 times 8 MB.
-        const QByteArray text = qCompress(QByteArray(8'000'000, 'a'), 9).sliced(4);
-        const QByteArray bomb =
-            png(1, 1, pngChunk("zTXt", QByteArray("a\0\0", 3) + text).repeated(30));
         row("MNG", "\x8aMNG\r\n\x1a\n" + pngChunk("MHDR", big(30'000).repeated(7)));
         row("BMP, which icons do not come in", encoded(plain(16, 16), "BMP"));
         row("ICO with a large PNG inside", ico(png(20'000, 18'000)));
         row("ICO with a large bitmap inside",
             ico(little(40) + little(20'000) + little(40'000) + QByteArray("\1\0\x20", 3)
                 + QByteArray(25, '\0')));
-        row("ICNS with a large PNG inside", icns("ic10", png(20'000, 18'000)));
+        row("ICNS with a large PNG inside",
+            icnsPart("icns", icnsPart("ic10", png(20'000, 18'000))));
         const QByteArray jpeg = encoded(plain(1'200, 1'200), "JPG");
         row("JPEG of 20,000 scans",
             jpeg.chopped(2)
                 + QByteArray::fromHex("ffda 000c 03 0100 0211 0311 003f00 ff00").repeated(20'000)
                 + jpeg.last(2));
         row("80,000 attributes", svg("<rect" + manyAttributes(80'000, "a") + "/>"));
-        row("80,000 attributes of the picture", svg(square, manyAttributes(80'000, "a")));
         row("attributes declared for every element",
             "<!DOCTYPE svg [<!ATTLIST svg" + manyAttributes(80'000, "a").replace('=', " CDATA ")
                 + ">]>" + svg(square.repeated(2'000)));
@@ -371,17 +368,14 @@ private Q_SLOTS:
             svg(QByteArray("<g transform='scale(100)'>").repeated(3)
                 + QByteArray(farOff).replace("1e6", "1").repeated(40)
                 + QByteArray("</g>").repeated(3)));
-        row("dashes far off",
-            svg(QByteArray(farOff).replace("/>", " stroke-dasharray='2000'/>").repeated(16)));
-        row("circles far off", svg(QByteArray("<circle r='1e6' stroke='red'/>").repeated(40)));
         row("10,000 large ellipses",
             svg(QByteArray("<ellipse rx='9000' ry='9000'/>").repeated(10'000)));
         row("dashes declared again and again",
             svg("<style>" + QByteArray("dasharray ").repeated(400'000) + "</style>"));
         row("references begun again and again",
-            svg("<g style='" + QByteArray("url(").repeated(500'000) + "#'/>" + useOfA + "<g id='a'>"
-                + useOfA + "</g>"));
-        row("picture inside with much text", embedded(bomb));
+            svg("<g style='" + QByteArray("url(").repeated(500'000) + "#'/>"
+                + useOfA.repeated(17'000)));
+        row("picture inside with much text", embedded(png(1, 1, packedTexts())));
         row("picture inside that is cut off", embedded(encoded(plain(9, 9), "JPG").chopped(9)));
         row("XPM that promises much",
             "/* XPM */\nstatic char *x[] = {\n\"30000 30000 99999999 4\",\n");
@@ -416,8 +410,6 @@ private Q_SLOTS:
             "<?xml-stylesheet type='text/css' href='" + elsewhere + "'?>" + svg(square));
         row("picture inside that is SVG", embedded(usesOfUses(10, 10)));
         row("picture inside of 20 million pixels", embedded(manyPixels));
-        row("dashes beyond number",
-            svg("<path d='M0 0h1e9' stroke='red' stroke-dasharray='.001'/>"));
         row("dashes in a style, disguised",
             svg("<path d='M0 0h60000' style='stroke:red;stroke-d&#97;sharray:0.001'/>"));
         row("dashes in a style sheet",
@@ -439,11 +431,9 @@ private Q_SLOTS:
     // What stands beside the pixels does not count, and the largest picture that is read fits.
     void largeButHarmless_isRead()
     {
-        const QByteArray text = qCompress(QByteArray(8'000'000, 'a'), 9).sliced(4);
-        const QByteArray bomb = pngChunk("zTXt", QByteArray("a\0\0", 3) + text).repeated(30);
-        QByteArray wide = encoded(plain(2'800, 2'800));
-        wide.insert(33, bomb);
-        for (const QByteArray &bytes : { wide, ico(png(1, 1, bomb)), icns("ic10", png(1, 1, bomb)),
+        const QByteArray wide = encoded(plain(2'800, 2'800)).insert(33, packedTexts());
+        const QByteArray part = png(1, 1, packedTexts());
+        for (const QByteArray &bytes : { wide, ico(part), icnsPart("icns", icnsPart("ic10", part)),
                  encoded(plain(2'000, 2'000).convertToFormat(QImage::Format_RGBA64)) }) {
             QCOMPARE(linesAndIconWithinLimits(_tree.add(u"large"_s, bytes)), 100);
         }
@@ -459,15 +449,22 @@ private Q_SLOTS:
         }
     }
 
-    void truncatedPicture_neverWarnsTwice()
+    void truncatedPicture_isNoneAndWarnsOnce()
     {
-        for (const QByteArray &whole : { encoded(plain(16, 16)), gzipped(svg(square)),
-                 svg(usedSquare), ico(encoded(plain(9, 9))), encoded(plain(16, 16), "JPG") }) {
-            QFile file(_tree.add(u"short"_s, whole));
+        const QByteArray jpeg = encoded(plain(16, 16), "JPG");
+        const QByteArray preview = "\xff\xe5" + big(quint32(jpeg.size() + 2)).last(2) + jpeg;
+        // Four pixels by two, behind an extension that holds the marks of a picture and of the end.
+        const QByteArray gif =
+            QByteArray::fromHex("474946383961 0400 0200 800000 000000 ff0000 21fe022c3b00"
+                                "2c 00000000 0400 0200 00 02 03 041a05 00");
+        for (const QByteArray &whole :
+            { encoded(plain(16, 16)), gzipped(svg(square)), svg(usedSquare), gif, jpeg,
+                jpeg.first(2) + preview + jpeg.sliced(2), ico(encoded(plain(9, 9))) }) {
+            QFile file(_tree.add(u"short"_s, whole + QByteArray("\xff\0;", 3)));
+            QCOMPARE(linesAndIcon(file.fileName(), 16), whole.startsWith('<') ? 1 : 100);
             for (qsizetype length = whole.size() - 1; length >= 0; --length) {
                 QVERIFY(file.resize(length));
-                const int result = linesAndIcon(file.fileName(), 16);
-                QVERIFY(result == 1 || result == 100);
+                QCOMPARE(linesAndIcon(file.fileName(), 16), 1);
             }
         }
     }

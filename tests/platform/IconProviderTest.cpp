@@ -8,10 +8,6 @@
 #include <QStandardPaths>
 #include <QTest>
 
-#include <atomic>
-#include <thread>
-#include <vector>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -185,34 +181,6 @@ private Q_SLOTS:
         save(keys + u"/keyfile"_s, "[org/gnome/desktop/interface]\nicon-theme='hicolor'\n");
         QVERIFY(changed.wait());
         QCOMPARE(fileOf(icons, session), Session::pictureIn(u"hicolor"_s));
-    }
-
-    void threads_mayAskWhileTheThemeChanges()
-    {
-        Session session;
-        const FreedesktopIcons icons(itself);
-        QSignalSpy changed(&icons, &IconProvider::iconsChanged);
-        std::atomic_bool isDone = false;
-        std::atomic_int failures = 0;
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 8; ++i) {
-            threads.emplace_back([&] {
-                while (!isDone) {
-                    const QImage icon = icons.decode(icons.resolve(u"app"_s, 64), 64);
-                    failures += icon.pixelColor(9, 9) == QColor(Qt::red) ? 0 : 1;
-                }
-            });
-        }
-        for (const QString &theme : { u"Two"_s, u"One"_s }) {
-            session.tree.add(session.settings, Session::settingsFor(theme));
-            changed.wait();
-        }
-        isDone = true;
-        for (std::thread &thread : threads) {
-            thread.join();
-        }
-        QCOMPARE(changed.size(), 2);
-        QCOMPARE(failures.load(), 0);
     }
 
 private:

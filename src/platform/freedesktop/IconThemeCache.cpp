@@ -88,14 +88,16 @@ bool IconThemeCache::readHeader()
     }
     _hashTable = number32(header.data() + 4);
     _directoryList = number32(header.data() + 8);
-    _bucketCount = numberAt(_hashTable);
+    Block block;
+    _bucketCount = numberAt(_hashTable, block);
     return _bucketCount > 0 && !directories().empty();
 }
 
 std::vector<QByteArray> IconThemeCache::directories() const
 {
+    Block block;
     QByteArray offsets(
-        4 * qsizetype(std::min<size_t>(numberAt(_directoryList), mostDirectories)), '\0');
+        4 * qsizetype(std::min<size_t>(numberAt(_directoryList, block), mostDirectories)), '\0');
     offsets.truncate(
         qsizetype(read(_directoryList + 4, offsets.data(), size_t(offsets.size())) / 4 * 4));
     std::vector<QByteArray> paths;
@@ -104,7 +106,7 @@ std::vector<QByteArray> IconThemeCache::directories() const
         std::array<char, PATH_MAX> name;
         const size_t offset = number32(offsets.constData() + i);
         // Nearly all are short.
-        size_t room = read(offset, name.data(), 64);
+        size_t room = read(offset, name.data(), 64, block);
         if (room == 64 && std::memchr(name.data(), 0, room) == nullptr) {
             room = read(offset, name.data(), name.size());
         }
@@ -120,28 +122,29 @@ IconImages IconThemeCache::find(const QByteArray &name) const
     if (name.isEmpty() || name.size() >= PATH_MAX) {
         return {};
     }
-    size_t icon = numberAt(_hashTable + 4 + 4 * size_t(hashOf(name) % _bucketCount));
+    Block block;
+    size_t icon = numberAt(_hashTable + 4 + 4 * size_t(hashOf(name) % _bucketCount), block);
     for (int steps = 0; icon >= headerSize && steps < longestBucket; ++steps) {
         std::array<char, iconSize> record;
-        if (read(icon, record.data(), record.size()) != record.size()) {
+        if (read(icon, record.data(), record.size(), block) != record.size()) {
             break;
         }
-        if (hasTextAt(number32(record.data() + 4), name)) {
-            return imagesAt(number32(record.data() + 8));
+        if (hasTextAt(number32(record.data() + 4), name, block)) {
+            return imagesAt(number32(record.data() + 8), block);
         }
         icon = number32(record.data());
     }
     return {};
 }
 
-IconImages IconThemeCache::imagesAt(size_t list) const
+IconImages IconThemeCache::imagesAt(size_t list, Block &block) const
 {
     IconImages images;
-    std::array<char, 64 * imageSize> some;
-    size_t count = std::min<size_t>(numberAt(list), mostImages);
+    std::array<char, 16 * imageSize> some;
+    size_t count = std::min<size_t>(numberAt(list, block), mostImages);
     for (size_t at = list + 4; count > 0;) {
         const size_t wanted = std::min(count, some.size() / imageSize);
-        const size_t present = read(at, some.data(), wanted * imageSize) / imageSize;
+        const size_t present = read(at, some.data(), wanted * imageSize, block) / imageSize;
         for (size_t i = 0; i < present; ++i) {
             const char *const image = some.data() + i * imageSize;
             images.append({ qFromBigEndian<uint16_t>(image),
@@ -162,15 +165,30 @@ size_t IconThemeCache::read(size_t offset, char *bytes, size_t count) const
     return length > 0 ? size_t(length) : 0;
 }
 
-uint32_t IconThemeCache::numberAt(size_t offset) const
+size_t IconThemeCache::read(size_t offset, char *bytes, size_t count, Block &block) const
 {
-    std::array<char, 4> bytes;
-    return read(offset, bytes.data(), bytes.size()) == bytes.size() ? number32(bytes.data()) : 0;
+    if (count > block.bytes.size()) {
+        return read(offset, bytes, count);
+    }
+    if (offset < block.start || offset + count > block.start + block.length) {
+        block.length = read(offset, block.bytes.data(), block.bytes.size());
+        block.start = offset;
+    }
+    const size_t present = std::min(count, block.length - (offset - block.start));
+    std::copy_n(block.bytes.data() + (offset - block.start), present, bytes);
+    return present;
 }
 
-bool IconThemeCache::hasTextAt(size_t offset, const QByteArray &text) const
+uint32_t IconThemeCache::numberAt(size_t offset, Block &block) const
+{
+    std::array<char, 4> bytes;
+    return read(offset, bytes.data(), bytes.size(), block) == bytes.size() ? number32(bytes.data())
+                                                                           : 0;
+}
+
+bool IconThemeCache::hasTextAt(size_t offset, const QByteArray &text, Block &block) const
 {
     QVarLengthArray<char, 256> bytes(text.size() + 1);
-    return read(offset, bytes.data(), size_t(bytes.size())) == size_t(bytes.size())
+    return read(offset, bytes.data(), size_t(bytes.size()), block) == size_t(bytes.size())
         && std::memcmp(bytes.constData(), text.constData(), size_t(bytes.size())) == 0;
 }

@@ -13,6 +13,7 @@
 #include <QByteArrayView>
 #include <QVarLengthArray>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 
@@ -38,17 +39,26 @@ public:
     IconImages find(const QByteArray &name) const;
 
 private:
+    // What was read last in one look-up: an icon, its name and its images usually lie together.
+    struct Block
+    {
+        size_t start = 0;
+        size_t length = 0;
+        std::array<char, 512> bytes;
+    };
+
     // Takes the descriptor over.
     explicit IconThemeCache(int descriptor);
 
     // False when the file is of no known kind.
     bool readHeader();
-    IconImages imagesAt(size_t list) const;
+    IconImages imagesAt(size_t list, Block &block) const;
     // How many of the `count` bytes are there.
     size_t read(size_t offset, char *bytes, size_t count) const;
+    size_t read(size_t offset, char *bytes, size_t count, Block &block) const;
     // Zero past the end: no table begins there.
-    uint32_t numberAt(size_t offset) const;
-    bool hasTextAt(size_t offset, const QByteArray &text) const;
+    uint32_t numberAt(size_t offset, Block &block) const;
+    bool hasTextAt(size_t offset, const QByteArray &text, Block &block) const;
 
     const int _descriptor;
     size_t _hashTable = 0;

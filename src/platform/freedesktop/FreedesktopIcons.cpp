@@ -6,6 +6,7 @@
 #include "platform/freedesktop/IconWatcher.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QTimer>
@@ -55,8 +56,15 @@ QImage FreedesktopIcons::decodeBest(
     if (source.name.isEmpty() || (!icon.isNull() && !isFlawed)) {
         return icon;
     }
+    // The others may all be slow to decode, and this icon shall not keep those behind it waiting.
+    constexpr int longestSearchMs = 1'000;
+    QElapsedTimer search;
+    search.start();
     const QStringList others = lookup()->standIns(source.name, size, source.file);
     for (const QString &file : others) {
+        if (search.hasExpired(longestSearchMs)) {
+            break;
+        }
         QString ignored;
         bool isAlsoFlawed = false;
         QImage other = tryDecodeIcon(file, size, largestStored, &ignored, &isAlsoFlawed);

@@ -55,6 +55,10 @@ QRectF rectOf(const QXmlStreamAttributes &attributes)
 // The rectangle of a path that is one, drawn from corner to corner; empty for any other path.
 QRectF rectOfPath(QStringView path)
 {
+    constexpr qsizetype longestRect = 1'000;
+    if (path.size() > longestRect) {
+        return {};
+    }
     std::vector<double> numbers;
     QString rest = path.toString();
     for (const QChar command : { u'M', u'L', u'Z', u',' }) {

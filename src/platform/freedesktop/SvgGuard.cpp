@@ -185,7 +185,13 @@ QString SvgGuard::refusal(const QByteArray &svg)
     if (root.name() != u"svg") {
         return QStringLiteral("not an SVG picture");
     }
-    for (const QString &length : lengthsOf(root.attributes())) {
+    const QXmlStreamAttributes attributes = root.attributes();
+    if (std::any_of(attributes.begin(), attributes.end(), [](const QXmlStreamAttribute &attribute) {
+            return attribute.value().size() > longestAttribute;
+        })) {
+        return QStringLiteral("too long an attribute");
+    }
+    for (const QString &length : lengthsOf(attributes)) {
         const QString why = refusalOfLength(length);
         if (!why.isEmpty()) {
             return why;

@@ -18,6 +18,8 @@ inline constexpr qsizetype mostBytes = 8 * 1024 * 1024;
 inline constexpr int mostDepth = 200;
 // The text as it would be if every reference were written out where it is used, in characters.
 inline constexpr double mostExpanded = 4.0 * 1024 * 1024;
+// Of an attribute other than the outline of a shape or an embedded picture, in characters.
+inline constexpr qsizetype longestAttribute = 256 * 1024;
 // Strokes in dashed outlines, by a generous estimate.
 inline constexpr double mostDashes = 200'000;
 // Of the style sheets, in characters.

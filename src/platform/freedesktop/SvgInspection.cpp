@@ -185,6 +185,10 @@ void SvgInspection::inspectAttribute(
         inspectEmbedded(value);
         return;
     }
+    if (value.size() > SvgGuard::longestAttribute && name != u"d" && name != u"points") {
+        refuse(QStringLiteral("too long an attribute"));
+        return;
+    }
     _references.addWeight(element, double(value.size()));
     if (name == u"id") {
         _references.addId(element, value.toString());

@@ -1,4 +1,4 @@
-#include "platform/FileTree.h"
+#include "platform/IconThemeFiles.h"
 #include "platform/freedesktop/FreedesktopIcons.h"
 
 #include <QProcess>
@@ -111,20 +111,13 @@ private Q_SLOTS:
         QCOMPARE(colorOf(clipped), QColor(Qt::blue));
     }
 
-    void otherTheme_isNoticed_data()
-    {
-        QTest::addColumn<bool>("isReplaced");
-        QTest::newRow("written anew") << false;
-        QTest::newRow("replaced") << true;
-    }
     void otherTheme_isNoticed()
     {
-        QFETCH(bool, isReplaced);
         Session session;
         const FreedesktopIcons icons(itself);
         QSignalSpy changed(&icons, &IconProvider::iconsChanged);
-        for (const QString &theme : { u"Two"_s, u"One"_s, u"hicolor"_s }) {
-            if (isReplaced) {
+        for (const QString &theme : { u"Two"_s, u"One"_s, u"hicolor"_s, u"Two"_s, u"One"_s }) {
+            if (theme == u"Two"_s) {
                 QSaveFile file(session.tree.path(session.settings));
                 QVERIFY(file.open(QIODevice::WriteOnly));
                 file.write(Session::settingsFor(theme));
@@ -137,26 +130,36 @@ private Q_SLOTS:
         }
     }
 
-    void newIcon_isNoticed_data()
-    {
-        QTest::addColumn<QString>("file");
-        QTest::newRow("in the theme") << u"share/icons/One/64/fresh.svg"_s;
-        QTest::newRow("in the fallback theme") << u"share/icons/hicolor/64/fresh.svg"_s;
-        QTest::newRow("in the user's own part, the first one")
-            << u"home/share/icons/hicolor/64/fresh.svg"_s;
-        QTest::newRow("among single pictures") << u"share/pixmaps/fresh.png"_s;
-    }
     void newIcon_isNoticed()
     {
-        QFETCH(QString, file);
+        // Each comes before the last; the user has no other part of a theme.
         Session session;
         const FreedesktopIcons icons(itself);
         QSignalSpy changed(&icons, &IconProvider::iconsChanged);
         QCOMPARE(fileOf(icons, session, u"fresh"_s), QString());
-        session.tree.add(file, picture);
-        // A folder made for it may be seen before the picture is in it.
-        QTRY_COMPARE(fileOf(icons, session, u"fresh"_s), file);
-        QVERIFY(!changed.isEmpty());
+        for (const QString &file :
+            { u"share/pixmaps/fresh.png"_s, u"share/icons/hicolor/64/fresh.svg"_s,
+                u"home/share/icons/hicolor/64/fresh.svg"_s, u"share/icons/One/64/fresh.svg"_s }) {
+            changed.clear();
+            session.tree.add(file, picture);
+            // A folder made for it may be seen before the picture is in it.
+            QTRY_COMPARE(fileOf(icons, session, u"fresh"_s), file);
+            QVERIFY(!changed.isEmpty());
+        }
+    }
+
+    // In place, which does not touch the theme's folder.
+    void shortenedIndex_isLeftAlone()
+    {
+        const Session session;
+        const QString theme = session.tree.path(u"share/icons/One"_s);
+        IconThemeFiles::writeCache(theme, IconThemeFiles::cacheOf(theme));
+        const FreedesktopIcons icons(itself);
+        // Lets it begin to watch.
+        QCoreApplication::processEvents();
+        QFile index(theme + u"/icon-theme.cache"_s);
+        QVERIFY(index.resize(index.size() / 2));
+        QTRY_COMPARE(fileOf(icons, session), Session::pictureIn(u"One"_s));
     }
 
     void settingOfGSettings_isNoticed()

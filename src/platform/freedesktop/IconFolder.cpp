@@ -54,7 +54,10 @@ void IconFolder::useCache(const std::vector<IconDirectory> &directories)
     for (const QByteArray &directory : _cache->directories()) {
         _directories.push_back(numbers.value(directory, -1));
     }
-    _state += stateOf(_path + "/icon-theme.cache");
+    const QByteArray file = _path + "/icon-theme.cache";
+    _state += stateOf(file);
+    // One that is changed in place does not touch the folder.
+    _watched.append(QFile::decodeName(file));
 }
 
 void IconFolder::useListing(const std::vector<IconDirectory> &directories)

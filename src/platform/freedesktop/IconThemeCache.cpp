@@ -21,6 +21,8 @@ constexpr size_t iconSize = 12;
 constexpr size_t imageSize = 8;
 // Offsets have 32 bits; the largest theme known needs 3 MB.
 constexpr off_t largestCache = 256 * 1024 * 1024;
+// The largest theme known has 10,000.
+constexpr uint32_t mostBuckets = 1'000'000;
 // A bucket holds one or two icons; a ring of them must come to an end.
 constexpr int longestBucket = 1000;
 // The largest themes have some hundred directories, and an icon is in each at most once.
@@ -90,7 +92,27 @@ bool IconThemeCache::readHeader()
     _directoryList = number32(header.data() + 8);
     Block block;
     _bucketCount = numberAt(_hashTable, block);
-    return _bucketCount > 0 && !directories().empty();
+    return _bucketCount > 0 && _bucketCount <= mostBuckets && hasAllBuckets()
+        && !directories().empty();
+}
+
+// Whether the first icon of each bucket is there, which it is not in a file that was cut short.
+bool IconThemeCache::hasAllBuckets() const
+{
+    constexpr uint32_t unused = ~0U;
+    QByteArray buckets(4 * qsizetype(_bucketCount), Qt::Uninitialized);
+    struct stat file;
+    if (::fstat(_descriptor, &file) != 0
+        || read(_hashTable + 4, buckets.data(), size_t(buckets.size())) != size_t(buckets.size())) {
+        return false;
+    }
+    for (qsizetype i = 0; i < buckets.size(); i += 4) {
+        const uint32_t icon = number32(buckets.constData() + i);
+        if (icon != unused && off_t(icon + iconSize) > file.st_size) {
+            return false;
+        }
+    }
+    return true;
 }
 
 std::vector<QByteArray> IconThemeCache::directories() const

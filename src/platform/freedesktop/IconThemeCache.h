@@ -28,7 +28,8 @@ using IconImages = QVarLengthArray<IconImage, 64>;
 class IconThemeCache final
 {
 public:
-    // Null when the folder has no cache, or one older than the folder, or one that cannot be used.
+    // Null when the folder has no cache, or one older than the folder, or one that cannot be used
+    // or was cut short.
     static std::unique_ptr<const IconThemeCache> open(const QByteArray &themeFolder);
     ~IconThemeCache();
     Q_DISABLE_COPY_MOVE(IconThemeCache)
@@ -52,6 +53,7 @@ private:
 
     // False when the file is of no known kind.
     bool readHeader();
+    bool hasAllBuckets() const;
     IconImages imagesAt(size_t list, Block &block) const;
     // How many of the `count` bytes are there.
     size_t read(size_t offset, char *bytes, size_t count) const;

@@ -41,7 +41,8 @@ int run(const Invocation &invocation, Desktop &desktop);
 
 // Runs the program until its end, unless somebody else was quicker.
 int start(const Invocation &invocation, Desktop &desktop, SingleInstance &instance);
-// Whether an icon is still being decoded, which may take long. Until it ends, the desktop must live.
+// Whether an icon is still being decoded, which may take long. Until it ends, the desktop must
+// live.
 bool isDecoding();
 int list(const Invocation &invocation, Desktop &desktop);
 int colors(const Invocation &invocation, Desktop &desktop);

@@ -119,7 +119,7 @@ QImage decodeSvg(const QByteArray &svg, int size, QString *reason, bool *isFlawe
 }
 
 // Of a file that holds one icon in several sizes, the part that suits; of any other all of it.
-QByteArray suitablePart(QByteArray bytes, int size, QString *reason)
+QByteArray suitablePart(const QByteArray &bytes, int size, QString *reason)
 {
     const QByteArray format = pictureFormat(bytes);
     if (format == "ico") {
@@ -148,7 +148,7 @@ QString refusalOfPicture(const QByteArray &bytes, const QByteArray &format)
 
 QImage readPicture(QByteArray bytes, int size, QString *reason)
 {
-    bytes = suitablePart(std::move(bytes), size, reason);
+    bytes = suitablePart(bytes, size, reason);
     const QByteArray format = pictureFormat(bytes);
     if (reason->isEmpty()) {
         *reason = refusalOfPicture(bytes, format);

@@ -223,17 +223,17 @@ void MotionTest::firstThatSaysAnything_decides()
     qputenv("XDG_CURRENT_DESKTOP", "GNOME");
     const std::unique_ptr<Desktop> gnome = makeFreedesktopDesktop();
     const auto answers = [&] {
-        return QPair(kde->motion().isReduced(), gnome->motion().isReduced());
+        return std::pair(kde->motion().isReduced(), gnome->motion().isReduced());
     };
     _tree.add(u"config/gtk-3.0/settings.ini"_s, "[Settings]\ngtk-enable-animations=0\n");
-    QTRY_COMPARE(answers(), QPair(true, true));
+    QTRY_COMPARE(answers(), std::pair(true, true));
     choose("true");
-    QTRY_COMPARE(answers(), QPair(false, false));
+    QTRY_COMPARE(answers(), std::pair(false, false));
     Daemon daemon;
     daemon.write(settings(0, false));
-    QTRY_COMPARE(answers(), QPair(true, true));
+    QTRY_COMPARE(answers(), std::pair(true, true));
     _tree.add(u"config/kdeglobals"_s, "[KDE]\nAnimationDurationFactor=1\n");
-    QCOMPARE(answers(), QPair(false, true));
+    QCOMPARE(answers(), std::pair(false, true));
 }
 
 QTEST_MAIN(MotionTest)

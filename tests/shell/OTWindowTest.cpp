@@ -535,7 +535,7 @@ void OTWindowTest::theScreenOfThePointerIsTaken()
     QVERIFY(visibleFrame().contains(frame()));
 
     // Carried over by the user, it belongs there.
-    _window->move(there.topLeft());
+    dragPanelTo(there.topLeft());
     QVERIFY(right->availableGeometry().contains(frame()));
     grid().forceRowColCountForRows(1, 0);
     QVERIFY(right->availableGeometry().contains(frame()));

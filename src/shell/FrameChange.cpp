@@ -41,6 +41,8 @@ FrameChange::FrameChange(QWidget &window, QWidget &content, OwnWindows &ownWindo
 void FrameChange::setFrame(const QRect &frame)
 {
     const QSize before = _window.size();
+    // What may not be updated is not drawn either.
+    _window.setUpdatesEnabled(true);
     _content.resize(frame.size());
     if (!_window.isVisible() || frame.size() == before || !giveAhead(frame)) {
         _window.setGeometry(frame);
@@ -137,5 +139,7 @@ void FrameChange::settle()
         _ownWindows.clearNextContent(*window);
     }
     _window.setUpdatesEnabled(true);
+    // Qt takes what it could not draw meanwhile for already asked for.
+    _window.repaint();
     _ownWindows.flush();
 }

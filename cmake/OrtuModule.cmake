@@ -12,11 +12,12 @@ target_compile_definitions(ortu_settings INTERFACE
   QT_DISABLE_DEPRECATED_BEFORE=0x060400 ORTU_VERSION="${PROJECT_VERSION}")
 target_compile_options(ortu_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
-  $<$<BOOL:${ORTU_WARNINGS_ARE_ERRORS}>:-Werror>
-  $<$<BOOL:${ORTU_SANITIZE}>:-fsanitize=address,undefined -fno-sanitize-recover=undefined
-    -fno-omit-frame-pointer>)
-target_link_options(ortu_settings INTERFACE
-  $<$<BOOL:${ORTU_SANITIZE}>:-fsanitize=address,undefined>)
+  $<$<BOOL:${ORTU_WARNINGS_ARE_ERRORS}>:-Werror>)
+if(ORTU_SANITIZE)
+  target_compile_options(ortu_settings INTERFACE
+    -fsanitize=${ORTU_SANITIZE} -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(ortu_settings INTERFACE -fsanitize=${ORTU_SANITIZE})
+endif()
 
 function(ortu_target_name FOLDER OUT)
   string(REPLACE "/" "_" TARGET "ortu_${FOLDER}")

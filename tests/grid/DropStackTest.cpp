@@ -1,50 +1,31 @@
 #include "grid/DropStack.h"
 
-#include <QDir>
-#include <QRegularExpression>
+#include "TestCase.h"
+
 #include <QSet>
-#include <QTest>
 
-using namespace Qt::Literals::StringLiterals;
-
-class DropStackTest : public QObject
+class DropStackTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
-    void push_addsWhatIsInside_data()
-    {
-        const QUrl a(u"file:///a"_s);
-        const QUrl b(u"https://example.org/b"_s);
-        QTest::addColumn<QVariant>("object");
-        QTest::addColumn<QString>("held");
-        const auto row = [](const char *name, const QVariant &object, const QString &held) {
-            QTest::newRow(name) << object << held;
-        };
-        row("nothing", {}, u"()"_s);
-        row("a URL", b, u"(https://example.org/b)"_s);
-        row("three URLs", QVariant::fromValue(QList<QUrl> { a, b, a }),
-            u"(file:///a, https://example.org/b, file:///a)"_s);
-        row("paths", QStringList { u"/b"_s, u"/a"_s }, u"(/b, /a)"_s);
-        row("a list with nothing in it", QVariantList { 1, QVariant(), a }, u"(1, file:///a)"_s);
-        row("a list in a list", QVariantList { QStringList { u"/a"_s, u"/b"_s } },
-            u"(QStringList)"_s);
-        row("a dictionary", QVariantMap { { u"x"_s, u"/b"_s }, { u"y"_s, a } },
-            u"(/b, file:///a)"_s);
-        row("a hash", QVariantHash { { u"x"_s, u"/b"_s } }, u"(/b)"_s);
-        row("a set", QVariant::fromValue(QSet<QString> { u"/a"_s }), u"(/a)"_s);
-    }
     void push_addsWhatIsInside()
     {
-        QFETCH(QVariant, object);
-        DropStack stack;
-        stack.push(object);
-        QTEST(stack.description(), "held");
-        stack.push(u"/z"_s);
-        QCOMPARE(stack.pop(), QVariant(u"/z"_s));
-        QTEST(stack.description(), "held");
+        const QUrl a(u"file:///a"_s), b(u"https://example.org/b"_s);
+        const std::pair<QVariant, QString> rows[] { { {}, u"()"_s },
+            { b, u"(https://example.org/b)"_s },
+            { QVariant::fromValue(QList<QUrl> { a, b, a }),
+                u"(file:///a, https://example.org/b, file:///a)"_s },
+            { QStringList { u"/b"_s, u"/a"_s }, u"(/b, /a)"_s },
+            { QVariantList { 1, QVariant(), a }, u"(1, file:///a)"_s },
+            { QVariantList { QStringList { u"/a"_s, u"/b"_s } }, u"(QStringList)"_s },
+            { QVariantMap { { u"x"_s, u"/b"_s }, { u"y"_s, a } }, u"(/b, file:///a)"_s },
+            { QVariantHash { { u"x"_s, u"/b"_s } }, u"(/b)"_s },
+            { QVariant::fromValue(QSet<QString> { u"/a"_s }), u"(/a)"_s } };
+        for (const auto &[object, held] : rows) {
+            DropStack stack;
+            stack.push(object);
+            QCOMPARE(stack.description(), held);
+        }
     }
 
     void objects_comeFromTheTop()
@@ -63,17 +44,16 @@ private Q_SLOTS:
 
     void top_isAUrl()
     {
-        DropStack stack;
-        const auto top = [&stack](const QVariant &object) {
-            stack.push(object);
-            return stack.topObjectAsURL();
-        };
         const QUrl page(u"https://example.org/a%20b"_s);
-        QCOMPARE(top(page), page);
-        QCOMPARE(top(u"/a b%20c#d"_s), QUrl(u"file:///a b%2520c%23d"_s));
-        QCOMPARE(top(u"a"_s), QUrl::fromLocalFile(QDir::currentPath() + u"/a"_s));
-        QCOMPARE(top(QString()), QUrl());
-        QCOMPARE(top(2), QUrl());
+        const std::pair<QVariant, QUrl> rows[] { { page, page },
+            { u"/a b%20c#d"_s, QUrl(u"file:///a b%2520c%23d"_s) },
+            { u"a"_s, QUrl::fromLocalFile(QDir::currentPath() + u"/a"_s) }, { QString(), {} },
+            { 2, {} } };
+        for (const auto &[object, url] : rows) {
+            DropStack stack;
+            stack.push(object);
+            QCOMPARE(stack.topObjectAsURL(), url);
+        }
     }
 };
 

@@ -1,5 +1,6 @@
 #include "grid/GridPainter.h"
 
+#include "TestCase.h"
 #include "grid/LayoutSamples.h"
 #include "grid/MenuColors.h"
 #include "support/Contrast.h"
@@ -8,8 +9,6 @@
 #include <QBitmap>
 #include <QMenu>
 #include <QPainter>
-#include <QRegularExpression>
-#include <QTest>
 
 #include <cmath>
 #include <functional>
@@ -91,7 +90,7 @@ QString stretches(const GridLayout &layout, Qt::Orientation along, double at,
                 ++i;
             }
             if (alpha(first) != 0) {
-                text += QStringLiteral(" %1+%2").arg(first).arg(i - first);
+                text += u" %1+%2"_s.arg(first).arg(i - first);
             }
         }
         texts += text.trimmed();
@@ -102,7 +101,7 @@ QString stretches(const GridLayout &layout, Qt::Orientation along, double at,
 // Which corners of its rectangle a triangle reaches towards: "#./#." when it points right.
 QString corners(QImage image, const QRectF &rect)
 {
-    QString text = QStringLiteral("../..");
+    QString text = u"../.."_s;
     for (int i = 0; i < 4; ++i) {
         const QPointF away(
             (i % 2 - 0.5) * 0.76 * rect.width(), (i / 2 - 0.5) * 0.76 * rect.height());
@@ -122,274 +121,231 @@ QRect ink(QImage image)
 
 } // namespace
 
-class GridPainterTest : public QObject
+class GridPainterTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
-    void init();
-    void highlightsHaveCrispEdges();
-    void picturesAreCopiedPixelByPixel();
-    void aDimmedCellIsDimmedThroughout();
-    void aDecoratedCellMakesRoomForATriangle();
-    void linesStandOnPixels_data();
-    void linesStandOnPixels();
-    void bandEndsPointInwards();
-    void scanTextStandsInTheMiddle();
-    void preferencesGiveTheColors();
-    void aWindowThatIsNotSeen_hasBlackTextAndNoLines();
-    void menusFollowTheWindow();
-};
+    void highlightsHaveCrispEdges()
+    {
+        const Drawing cell = [](GridPainter &painter, double) {
+            painter.drawCell(0, 0, { true, true, false }, true, {});
+        };
+        GridColors colors;
+        const auto edges = [&](bool isFilled, bool isStroked) {
+            colors.drawFilledIconHighlight = isFilled;
+            colors.drawStrokedIconHighlight = isStroked;
+            const QString text = stretches(oneCell(), Qt::Horizontal, 46, cell, colors);
+            return text == stretches(oneCell(), Qt::Vertical, 46, cell, colors) ? text : QString();
+        };
 
-void GridPainterTest::init()
-{
-    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
-}
+        QCOMPARE(edges(false, false), u", , "_s);
+        QCOMPARE(edges(true, false), u"13+66, 20+98, 26+132"_s);
+        QCOMPARE(edges(false, true), u"12+2 77+2, 18+3 116+3, 24+4 155+4"_s);
+        // A pixel is left free before the next cell, which begins at 80 points.
+        QCOMPARE(edges(true, true), u"12+67, 18+101, 24+135"_s);
+        const QImage image = drawn(oneCell(), 1, cell, colors);
+        QCOMPARE(image.pixel(46, 13), qRgb(255, 0, 0));
+        QVERIFY(qAlpha(image.pixel(12, 12)) < 64);
+    }
 
-void GridPainterTest::highlightsHaveCrispEdges()
-{
-    const Drawing cell = [](GridPainter &painter, double) {
-        painter.drawCell(0, 0, { true, true, false }, true, {});
-    };
-    GridColors colors;
-    const auto edges = [&](bool isFilled, bool isStroked) {
-        colors.drawFilledIconHighlight = isFilled;
-        colors.drawStrokedIconHighlight = isStroked;
-        const QString text = stretches(oneCell(), Qt::Horizontal, 46, cell, colors);
-        return text == stretches(oneCell(), Qt::Vertical, 46, cell, colors) ? text : QString();
-    };
-
-    QCOMPARE(edges(false, false), QStringLiteral(", , "));
-    QCOMPARE(edges(true, false), QStringLiteral("13+66, 20+98, 26+132"));
-    QCOMPARE(edges(false, true), QStringLiteral("12+2 77+2, 18+3 116+3, 24+4 155+4"));
-    // A pixel is left free before the next cell, which begins at 80 points.
-    QCOMPARE(edges(true, true), QStringLiteral("12+67, 18+101, 24+135"));
-    const QImage image = drawn(oneCell(), 1, cell, colors);
-    QCOMPARE(image.pixel(46, 13), qRgb(255, 0, 0));
-    QVERIFY(qAlpha(image.pixel(12, 12)) < 64);
-}
-
-void GridPainterTest::picturesAreCopiedPixelByPixel()
-{
-    // At a ratio of 1.5 icons of 63 points end within a pixel, and the second of 64 begins in one.
-    for (const int points : { 63, 64 }) {
-        GridSettings settings = SideBySide;
-        settings.iconSpacing = 1;
-        settings.maximumIconSize = points;
-        const GridLayout layout = LayoutSamples::forced(settings, { 2 }, 1, 0);
-        for (const double ratio : Ratios) {
-            const QImage icon = picture(ratio, points);
-            const QImage image = drawn(layout, ratio, [&](GridPainter &painter, double) {
-                painter.drawCell(0, 0, {}, false, icon);
-                painter.drawCell(0, 1, {}, false, icon);
-            });
-            for (const int x : { 14, 14 + points + 5 }) {
-                const QPoint at(int(std::lround(x * ratio)), int(14 * ratio));
-                QCOMPARE(image.copy(QRect(at, icon.size())), icon);
+    void picturesAreCopiedPixelByPixel()
+    {
+        // At a ratio of 1.5 icons of 63 points end within a pixel, and the second of 64 begins in
+        // one.
+        for (const int points : { 63, 64 }) {
+            GridSettings settings = SideBySide;
+            settings.iconSpacing = 1;
+            settings.maximumIconSize = points;
+            const GridLayout layout = LayoutSamples::forced(settings, { 2 }, 1, 0);
+            for (const double ratio : Ratios) {
+                const QImage icon = picture(ratio, points);
+                const QImage image = drawn(layout, ratio, [&](GridPainter &painter, double) {
+                    painter.drawCell(0, 0, {}, false, icon);
+                    painter.drawCell(0, 1, {}, false, icon);
+                });
+                for (const int x : { 14, 14 + points + 5 }) {
+                    const QPoint at(int(std::lround(x * ratio)), int(14 * ratio));
+                    QCOMPARE(image.copy(QRect(at, icon.size())), icon);
+                }
             }
         }
     }
-}
 
-void GridPainterTest::aDimmedCellIsDimmedThroughout()
-{
-    const auto middle = [](bool isHighlighted, const QImage &icon) {
-        const CellLook look { false, isHighlighted, false };
-        return drawn(oneCell(), 1, [&](GridPainter &painter, double) {
-            painter.drawCell(0, 0, look, false, icon);
-        }).pixelColor(46, 46);
-    };
-    // Opacities are rounded on the way.
-    QVERIFY(std::abs(middle(false, picture(1)).alpha() - 38) <= 1);
-    QVERIFY(std::abs(middle(true, {}).alpha() - 38) <= 1);
-    QCOMPARE(middle(true, {}).rgb(), qRgb(255, 255, 255));
-}
-
-void GridPainterTest::aDecoratedCellMakesRoomForATriangle()
-{
-    for (const GridSettings &settings : { Stacked, SideBySide, ReadAcross, ReadDown }) {
-        const bool isOnTheLeft = settings.groupOrientation == 1
-            || (settings.groupOrientation == 0 && settings.iconReadingOrder == 1);
-        const GridLayout layout = oneCell(settings);
-        const Drawing cell = [&](GridPainter &painter, double ratio) {
-            painter.drawCell(0, 0, { true, false, true }, false, picture(ratio));
+    void aDimmedCellIsDimmedThroughout()
+    {
+        const auto middle = [](bool isHighlighted, const QImage &icon) {
+            const CellLook look { false, isHighlighted, false };
+            return drawn(oneCell(), 1, [&](GridPainter &painter, double) {
+                painter.drawCell(0, 0, look, false, icon);
+            }).pixelColor(46, 46);
         };
-        // Past the end of the triangle, where the picture alone is met.
-        const auto squeezed = isOnTheLeft ? Qt::Horizontal : Qt::Vertical;
-        const auto whole = isOnTheLeft ? Qt::Vertical : Qt::Horizontal;
-        QCOMPARE(stretches(layout, squeezed, 76, cell), QStringLiteral("26+52, 39+78, 52+104"));
-        QCOMPARE(stretches(layout, whole, 76, cell), QStringLiteral("14+64, 21+96, 28+128"));
-        const QRectF strip = isOnTheLeft ? QRectF(12, 18, 14, 56) : QRectF(18, 12, 56, 14);
-        for (const double ratio : Ratios) {
-            const QString found = corners(drawn(layout, ratio, cell), strip);
-            QCOMPARE(found, isOnTheLeft ? u"#./#." : u"##/..");
+        // Opacities are rounded on the way.
+        QVERIFY(std::abs(middle(false, picture(1)).alpha() - 38) <= 1);
+        QVERIFY(std::abs(middle(true, {}).alpha() - 38) <= 1);
+        QCOMPARE(middle(true, {}).rgb(), qRgb(255, 255, 255));
+    }
+
+    void aDecoratedCellMakesRoomForATriangle()
+    {
+        for (const GridSettings &settings : { Stacked, SideBySide, ReadAcross, ReadDown }) {
+            const bool isOnTheLeft = settings.groupOrientation == 1
+                || (settings.groupOrientation == 0 && settings.iconReadingOrder == 1);
+            const GridLayout layout = oneCell(settings);
+            const Drawing cell = [&](GridPainter &painter, double ratio) {
+                painter.drawCell(0, 0, { true, false, true }, false, picture(ratio));
+            };
+            // Past the end of the triangle, where the picture alone is met.
+            const auto squeezed = isOnTheLeft ? Qt::Horizontal : Qt::Vertical;
+            const auto whole = isOnTheLeft ? Qt::Vertical : Qt::Horizontal;
+            QCOMPARE(stretches(layout, squeezed, 76, cell), u"26+52, 39+78, 52+104"_s);
+            QCOMPARE(stretches(layout, whole, 76, cell), u"14+64, 21+96, 28+128"_s);
+            const QRectF strip = isOnTheLeft ? QRectF(12, 18, 14, 56) : QRectF(18, 12, 56, 14);
+            QCOMPARE(corners(drawn(layout, 1.5, cell), strip), isOnTheLeft ? u"#./#." : u"##/..");
         }
     }
-}
 
-void GridPainterTest::linesStandOnPixels_data()
-{
-    QTest::addColumn<GridSettings>("settings");
-    QTest::addColumn<quint64>("spacer");
-    QTest::addColumn<bool>("isMoving");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *name, const GridSettings &settings, quint64 spacer,
-                         bool isMoving, const char *expected) {
-        QTest::newRow(name) << settings << spacer << isMoving << QString::fromLatin1(expected);
-    };
+    void linesStandOnPixels()
+    {
+        const char *bracket = "80+1 113+1, 120+2 169+2, 160+2 226+2";
+        const std::tuple<GridSettings, quint64, bool, const char *> rows[] {
+            { SideBySide, 1, false, "97+1, 145+2, 194+2" },
+            // The point above the middle, which is the one before it when counted from the top.
+            { Stacked, 1, false, "96+1, 144+2, 192+2" },
+            { Stacked, Coords::NotFound, true, "96+1, 144+2, 192+2" }, // moving elsewhere
+            { SideBySide, 1, true, bracket }, { Stacked, 1, true, bracket },
+            { SideBySide, 0, true, "11+1 97+1, 16+2 145+2, 22+2 194+2" },
+            { SideBySide, 2, true, "97+1 182+1, 145+2 273+2, 194+2 364+2" },
+            { Stacked, 0, true, "11+1 96+1, 16+2 144+2, 22+2 192+2" },
+            { Stacked, 2, true, "96+1 182+1, 144+2 273+2, 192+2 364+2" }
+        };
+        for (const auto &[settings, spacer, isMoving, expected] : rows) {
+            Coords selected;
+            selected.spacer = spacer;
+            const Drawing lines = [&, isMoving = isMoving](GridPainter &painter, double) {
+                painter.drawSeparators(selected, isMoving);
+            };
+            const auto across = [&, settings = settings](double at) {
+                const bool isStacked = settings.groupOrientation == 1;
+                return stretches(
+                    twoBands(settings), isStacked ? Qt::Vertical : Qt::Horizontal, at, lines);
+            };
+            // From margin to margin.
+            QCOMPARE(across(11) + across(80), u", , , , "_s);
+            QCOMPARE(across(12), QLatin1String(expected));
+            QCOMPARE(across(79), QLatin1String(expected));
+            QCOMPARE(stretches(oneCell(settings), Qt::Horizontal, 46, lines), u", , "_s);
+        }
+    }
 
-    row("side by side", SideBySide, 1, false, "97+1, 145+2, 194+2");
-    // The point above the middle, which is the one before it when counted from the top.
-    row("stacked", Stacked, 1, false, "96+1, 144+2, 192+2");
-    row("moving elsewhere", Stacked, Coords::NotFound, true, "96+1, 144+2, 192+2");
-    const char *bracket = "80+1 113+1, 120+2 169+2, 160+2 226+2";
-    row("into the gap", SideBySide, 1, true, bracket);
-    row("into the gap, stacked", Stacked, 1, true, bracket);
-    row("to the left", SideBySide, 0, true, "11+1 97+1, 16+2 145+2, 22+2 194+2");
-    row("to the right", SideBySide, 2, true, "97+1 182+1, 145+2 273+2, 194+2 364+2");
-    row("to the top", Stacked, 0, true, "11+1 96+1, 16+2 144+2, 22+2 192+2");
-    row("to the bottom", Stacked, 2, true, "96+1 182+1, 144+2 273+2, 192+2 364+2");
-}
-
-void GridPainterTest::linesStandOnPixels()
-{
-    QFETCH(GridSettings, settings);
-    QFETCH(quint64, spacer);
-    QFETCH(bool, isMoving);
-    Coords selected;
-    selected.spacer = spacer;
-    const Drawing lines = [&](GridPainter &painter, double) {
-        painter.drawSeparators(selected, isMoving);
-    };
-    const auto across = [&](double at) {
-        const bool isStacked = settings.groupOrientation == 1;
-        return stretches(twoBands(settings), isStacked ? Qt::Vertical : Qt::Horizontal, at, lines);
-    };
-
-    // From margin to margin.
-    QCOMPARE(across(11), QStringLiteral(", , "));
-    QTEST(across(12), "expected");
-    QTEST(across(79), "expected");
-    QCOMPARE(across(80), QStringLiteral(", , "));
-    QCOMPARE(stretches(oneCell(settings), Qt::Horizontal, 46, lines), QStringLiteral(", , "));
-}
-
-void GridPainterTest::bandEndsPointInwards()
-{
-    // By margin: top, right, bottom, left, and one that there is not.
-    const std::pair<GridSettings, const char *> ends[] = {
-        { Stacked, "../.. .#/.# ../.. #./#. ../.." },
-        { SideBySide, "##/.. ../.. ../## ../.. ../.." },
-    };
-    const Drawing upperEnd = [](GridPainter &painter, double) {
-        painter.drawBandEnd({ Coords::NotFound, Coords::NotFound, 0, Coords::NotFound, 0 });
-    };
-    // A grid that knows no bands has no ends of them.
-    QVERIFY(ink(drawn(oneCell(ReadAcross), 1, upperEnd)).isEmpty());
-    QVERIFY(!ink(drawn(oneCell(SideBySide), 1, upperEnd)).isEmpty());
-    for (const double ratio : Ratios) {
+    void bandEndsPointInwards()
+    {
+        // By margin: top, right, bottom, left, and one that there is not.
+        const std::pair<GridSettings, const char *> ends[] = {
+            { Stacked, "../.. .#/.# ../.. #./#. ../.." },
+            { SideBySide, "##/.. ../.. ../## ../.. ../.." },
+        };
+        const Drawing upperEnd = [](GridPainter &painter, double) {
+            painter.drawBandEnd({ Coords::NotFound, Coords::NotFound, 0, Coords::NotFound, 0 });
+        };
+        // A grid that knows no bands has no ends of them.
+        QVERIFY(ink(drawn(oneCell(ReadAcross), 1, upperEnd)).isEmpty());
+        QVERIFY(!ink(drawn(oneCell(SideBySide), 1, upperEnd)).isEmpty());
         for (const auto &[settings, expected] : ends) {
+            const bool isStacked = settings.groupOrientation == 1;
             QStringList found;
             for (const quint64 margin : { 0, 1, 2, 3, 4 }) {
-                Coords selected;
-                selected.bunch = 0;
-                selected.margin = margin;
-                const QImage image = drawn(twoBands(settings), ratio,
+                const Coords selected { Coords::NotFound, Coords::NotFound, 0, Coords::NotFound,
+                    margin };
+                const QImage image = drawn(twoBands(settings), 1.5,
                     [&](GridPainter &painter, double) { painter.drawBandEnd(selected); });
                 const int from = margin == 1 || margin == 2 ? 80 : 0;
-                const bool isStacked = settings.groupOrientation == 1;
                 found +=
                     corners(image, isStacked ? QRectF(from, 12, 12, 68) : QRectF(12, from, 68, 12));
             }
-            QCOMPARE(found.join(QLatin1Char(' ')), QLatin1String(expected));
+            QCOMPARE(found.join(u' '), QLatin1String(expected));
         }
     }
-}
 
-void GridPainterTest::scanTextStandsInTheMiddle()
-{
-    // Letters that stand on the baseline.
-    const QString step = QStringLiteral("HHHH");
-    for (const double ratio : Ratios) {
+    void scanTextStandsInTheMiddle()
+    {
+        constexpr double Ratio = 1.5;
+        // Letters that stand on the baseline.
+        const QString step = u"HHHH"_s;
         const auto text = [&](const QString &label) {
-            return ink(drawn(twoBands(SideBySide), ratio, [&](GridPainter &painter, double) {
+            return ink(drawn(twoBands(SideBySide), Ratio, [&](GridPainter &painter, double) {
                 painter.drawScanText({ 0, 0, 194, 92 }, step, label);
             }));
         };
         const QRect one = text({});
-        QCOMPARE(one.bottom() + 1, int(46 * ratio));
-        QVERIFY(std::abs(one.center().x() - 97 * ratio) <= 2);
-        QCOMPARE(text(step), one.adjusted(0, 0, 0, int(16 * ratio)));
+        QCOMPARE(one.bottom() + 1, int(46 * Ratio));
+        QVERIFY(std::abs(one.center().x() - 97 * Ratio) <= 2);
+        QCOMPARE(text(step), one.adjusted(0, 0, 0, int(16 * Ratio)));
         const QRect longer = text(step.repeated(30));
-        QVERIFY(longer.left() >= 12 * ratio && longer.right() <= 182 * ratio);
-        QVERIFY(longer.width() > 150 * ratio);
+        QVERIFY(longer.left() >= 12 * Ratio && longer.right() <= 182 * Ratio);
+        QVERIFY(longer.width() > 150 * Ratio);
     }
-}
 
-void GridPainterTest::preferencesGiveTheColors()
-{
-    UserDefaults defaults;
-    UserDefaults::setStandard(&defaults);
-    GridColors::registerDefaults();
-    const GridColors registered = GridColors::fromPreferences();
-    QCOMPARE(registered.excludedOpacity, 0.15F);
-    QCOMPARE(registered.winAlpha, 0.85F);
-    QCOMPARE(registered.iconHighlightColor, QColor(Qt::red));
-    QCOMPARE(registered.textColor, QColor(Qt::white));
-    QVERIFY(registered.drawFilledIconHighlight && !registered.drawStrokedIconHighlight);
+    void preferencesGiveTheColors()
+    {
+        UserDefaults defaults;
+        UserDefaults::setStandard(&defaults);
+        GridColors::registerDefaults();
+        const GridColors registered = GridColors::fromPreferences();
+        QCOMPARE(registered.excludedOpacity, 0.15F);
+        QCOMPARE(registered.winAlpha, 0.85F);
+        QCOMPARE(registered.iconHighlightColor, QColor(Qt::red));
+        QCOMPARE(registered.textColor, QColor(Qt::white));
+        QVERIFY(registered.drawFilledIconHighlight && !registered.drawStrokedIconHighlight);
 
-    defaults.setObject(QStringLiteral("windowAlpha"), 7.0);
-    defaults.setObject(QStringLiteral("windowColor"), QStringLiteral("#ffff00"));
-    defaults.setObject(QStringLiteral("iconHighlightColor"), QStringLiteral("reddish"));
-    QTest::ignoreMessage(
-        QtWarningMsg, "iconHighlightColor: \"reddish\" is no colour and is not used");
-    const GridColors read = GridColors::fromPreferences();
-    QCOMPARE(read.winAlpha, 1.0F);
-    QCOMPARE(read.textColor, QColor(Qt::black));
-    QCOMPARE(read.iconHighlightColor, QColor(Qt::red));
-}
+        defaults.setObject(u"windowAlpha"_s, 7.0);
+        defaults.setObject(u"windowColor"_s, u"#ffff00"_s);
+        defaults.setObject(u"iconHighlightColor"_s, u"reddish"_s);
+        QTest::ignoreMessage(
+            QtWarningMsg, "iconHighlightColor: \"reddish\" is no colour and is not used");
+        const GridColors read = GridColors::fromPreferences();
+        QCOMPARE(read.winAlpha, 1.0F);
+        QCOMPARE(read.textColor, QColor(Qt::black));
+        QCOMPARE(read.iconHighlightColor, QColor(Qt::red));
+        // A window that is not seen has black text and no lines.
+        defaults.removeObject(u"windowColor"_s);
+        defaults.removeObject(u"iconHighlightColor"_s);
+        defaults.setObject(u"windowAlpha"_s, 0.005);
+        const GridColors unseen = GridColors::fromPreferences();
+        QCOMPARE(unseen.textColor, QColor(Qt::black));
+        const Drawing panel = [](GridPainter &painter, double) {
+            painter.drawBackground({ 0, 0, 194, 92 });
+            painter.drawSeparators({}, false);
+        };
+        const GridLayout layout = twoBands(SideBySide);
+        QCOMPARE(stretches(layout, Qt::Horizontal, 46, panel, unseen), u", , "_s);
+        const QImage seen = drawn(layout, 1, panel);
+        QCOMPARE(seen.pixel(46, 46), qRgba(0, 0, 0, 77));
+        QCOMPARE(seen.pixel(0, 0), 0U);
+        QVERIFY(seen.pixelColor(97, 46).red() > 150);
+    }
 
-void GridPainterTest::aWindowThatIsNotSeen_hasBlackTextAndNoLines()
-{
-    UserDefaults defaults;
-    UserDefaults::setStandard(&defaults);
-    GridColors::registerDefaults();
-    defaults.setObject(QStringLiteral("windowAlpha"), 0.005);
-    const GridColors unseen = GridColors::fromPreferences();
-    QCOMPARE(unseen.textColor, QColor(Qt::black));
-
-    const Drawing panel = [](GridPainter &painter, double) {
-        painter.drawBackground({ 0, 0, 194, 92 });
-        painter.drawSeparators({}, false);
-    };
-    const GridLayout layout = twoBands(SideBySide);
-    QCOMPARE(stretches(layout, Qt::Horizontal, 46, panel, unseen), QStringLiteral(", , "));
-    const QImage seen = drawn(layout, 1, panel);
-    QCOMPARE(seen.pixel(46, 46), qRgba(0, 0, 0, 77));
-    QCOMPARE(seen.pixel(0, 0), 0U);
-    QVERIFY(seen.pixelColor(97, 46).red() > 150);
-}
-
-void GridPainterTest::menusFollowTheWindow()
-{
-    QMenu menu;
-    GridColors colors;
-    for (const auto &[window, isDark] : { std::pair(Qt::black, true), std::pair(Qt::darkBlue, true),
-             std::pair(Qt::gray, false), std::pair(Qt::yellow, false) }) {
-        colors.winColor = window;
+    void menusFollowTheWindow()
+    {
+        QMenu menu;
+        GridColors colors;
+        for (const auto &[window, isDark] :
+            { std::pair(Qt::black, true), std::pair(Qt::darkBlue, true), std::pair(Qt::gray, false),
+                std::pair(Qt::yellow, false) }) {
+            colors.winColor = window;
+            setMenuColors(menu, colors);
+            const QPalette shown = menu.palette();
+            QCOMPARE(shown.color(QPalette::Window).lightness() < 110, isDark);
+            QVERIFY(Contrast::ratio(shown.color(QPalette::Window), shown.color(QPalette::Text))
+                >= Contrast::Enough);
+            QVERIFY(Contrast::ratio(
+                        shown.color(QPalette::Highlight), shown.color(QPalette::HighlightedText))
+                >= Contrast::Enough);
+        }
+        colors.winAlpha = 0;
         setMenuColors(menu, colors);
-        const QPalette shown = menu.palette();
-        QCOMPARE(shown.color(QPalette::Window).lightness() < 110, isDark);
-        QVERIFY(Contrast::ratio(shown.color(QPalette::Window), shown.color(QPalette::Text))
-            >= Contrast::Enough);
-        QVERIFY(Contrast::ratio(
-                    shown.color(QPalette::Highlight), shown.color(QPalette::HighlightedText))
-            >= Contrast::Enough);
+        QCOMPARE(menu.palette().color(QPalette::Window), QPalette().color(QPalette::Window));
     }
-    colors.winAlpha = 0;
-    setMenuColors(menu, colors);
-    QCOMPARE(menu.palette().color(QPalette::Window), QPalette().color(QPalette::Window));
-}
+};
 
 QTEST_MAIN(GridPainterTest)
 #include "GridPainterTest.moc"

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TestCase.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "catalogue/ScanFolders.h"
@@ -12,13 +13,9 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
-#include <QDir>
 #include <QMutex>
 #include <QMutexLocker>
 #include <QPaintEvent>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
 
 // A desktop of one folder in which every file is an application. It remembers what it was asked to
 // do, as "verb name", a launch as the name alone.
@@ -53,14 +50,8 @@ public:
     bool isShown = true;
 
 private:
-    QString applicationSupportFolder(Domain) const override
-    {
-        return _folder + QStringLiteral("/data");
-    }
-    QStringList applicationFolders() const override
-    {
-        return { _folder + QStringLiteral("/apps") };
-    }
+    QString applicationSupportFolder(Domain) const override { return _folder + u"/data"_s; }
+    QStringList applicationFolders() const override { return { _folder + u"/apps"_s }; }
     ItemFlags flagsOf(const QString &path) const override
     {
         ItemFlags flags = Items::flagsOf(path);
@@ -74,14 +65,14 @@ private:
     }
     bool reveal(const QString &path) override
     {
-        note(QStringLiteral("reveal "), path);
+        note(u"reveal "_s, path);
         return true;
     }
     QStringList launchedApplications() const override { return _running; }
     bool isVisible(const QString &) const override { return isShown; }
-    void show(const QString &path) override { note(QStringLiteral("show "), path); }
-    void hide(const QString &path) override { note(QStringLiteral("hide "), path); }
-    void quit(const QString &path) override { note(QStringLiteral("quit "), path); }
+    void show(const QString &path) override { note(u"show "_s, path); }
+    void hide(const QString &path) override { note(u"hide "_s, path); }
+    void quit(const QString &path) override { note(u"quit "_s, path); }
     void note(const QString &verb, const QString &path)
     {
         const QMutexLocker lock(&_mutex);
@@ -121,16 +112,15 @@ public:
     }
 };
 
-class IconViewFixture : public QObject
+class IconViewFixture : public TestCase
 {
 protected:
     void setUp()
     {
         // A display that is not there remarks on windows that come up.
-        QTest::failOnWarning(
-            QRegularExpression(QStringLiteral("^(?!This plugin does not support ).")));
+        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )."_s));
         _home = std::make_unique<QTemporaryDir>();
-        QDir(_home->path()).mkdir(QStringLiteral("apps"));
+        QDir(_home->path()).mkdir(u"apps"_s);
         _defaults = std::make_unique<UserDefaults>();
         UserDefaults::setStandard(_defaults.get());
         _desktop = std::make_unique<FolderDesktop>(_home->path());
@@ -148,7 +138,7 @@ protected:
     void fill(const QStringList &names)
     {
         for (const QString &name : names) {
-            QFile file(_home->filePath(QStringLiteral("apps/") + name));
+            QFile file(_home->filePath(u"apps/"_s + name));
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
         // The desktop has no icons, and a plain look at the lists wants none.
@@ -167,7 +157,7 @@ protected:
     }
     AppRef app(const QString &name) const
     {
-        return _manager->appForPath(_home->filePath(QStringLiteral("apps/") + name));
+        return _manager->appForPath(_home->filePath(u"apps/"_s + name));
     }
     QPoint middleOf(const QString &name) const
     {

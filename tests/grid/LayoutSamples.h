@@ -30,9 +30,9 @@ inline GridLayout searched(
 
 // Bunches in a forced shape.
 inline GridLayout forced(const GridSettings &settings, const std::vector<quint64> &bunchSizes,
-    quint64 rows, quint64 orCols, const QSizeF &bounds = Roomy)
+    quint64 rows, quint64 orCols)
 {
-    GridLayout layout = unformed(settings, { false, false, bunchSizes }, bounds);
+    GridLayout layout = unformed(settings, { false, false, bunchSizes }, Roomy);
     layout.forceRowColCountForRows(rows, orCols);
     return layout;
 }

@@ -1,108 +1,216 @@
+// What keys and the wheel make of the filter.
+
 #include "grid/TypeFilter.h"
 
+#include "TestCase.h"
 #include "catalogue/OTApp.h"
 #include "grid/FilterMatch.h"
+#include "grid/GridWheel.h"
 #include "platform/Desktop.h"
 
-#include <QRegularExpression>
-#include <QTest>
+namespace {
 
-class TypeFilterTest : public QObject
+using Outcome = GridWheel::Outcome;
+// How far, and how long after the one before.
+using Swipes = QList<std::pair<double, double>>;
+
+QChar letterOf(Outcome outcome)
+{
+    return QLatin1Char("-ac><"[int(outcome)]);
+}
+
+void typeInto(TypeFilter &filter, const QString &letters)
+{
+    for (const char32_t code : letters.toUcs4()) {
+        filter.press(QString::fromUcs4(&code, 1), false, {}, 0);
+    }
+}
+
+} // namespace
+
+class TypeFilterTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral("."))); }
-    void keysEditTheFilter_data();
-    void keysEditTheFilter();
-    void filtersMatchNames();
-};
-
-// In a script of keys that all come at once, "~" lets just under a second pass and "|" a second;
-// "<" is Delete, "\n" the keypad's Enter, "!" cancels; "+" makes the next key a repeat, "&" doubles
-// it. The answers are "y", "n", and "L" for a key that launches, which entry does while "not" is
-// typed.
-void TypeFilterTest::keysEditTheFilter_data()
-{
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<QString>("filter");
-    QTest::addColumn<QString>("answers");
-
-    const auto row = [](const char *name, const char *script, const char *filter,
-                         const char *answers) {
-        QTest::newRow(name) << QString::fromUtf8(script) << QString::fromUtf8(filter)
-                            << QString::fromUtf8(answers);
-    };
-    row("letters and digits", "NoT7", "not7", "yyyy");
-    row("after a second", "not|m", "m", "yyyy");
-    row("each key keeps it fresh", "a~b~\n~c", "abc", "yyyy");
-    row("spaces neither lead nor double", " a  b ", "a b ", "yyyyyy");
-    row("Delete down to nothing", "ab<<<", "", "yyyyy");
-    row("Delete held, letter held", "abc<+<d+d", "ad", "yyyyyyn");
-    row("not fresh: Delete", "ab|<", "", "yyy");
-    row("not fresh: refused, repeated, two at once", "ab|&c+c", "ab", "yynn");
-    row("not fresh: refused for what it is", "ab|.", "", "yyn");
-    row("refused keys keep nothing fresh", "a~.~b", "b", "yny");
-    row("neither letter nor space", "a\t.\x19\u00a0-\U0001F600", "a", "ynnnnnn");
-    row("other scripts, vowel marks", "ÉΣЖ字٣กิ", "éσж字٣กิ", "yyyyyyy");
-    row("lower case is no single character", "İs", "İs", "yy");
-    row("beyond the basic plane", "\U00010400\U00010401<", "\U00010428", "yyy");
-    row("entry", "not\r\nnot\nb", "b", "yyyLyyyyLy");
-    row("entry, several left", "no\r~t+\r", "not", "yyyyn");
-    row("entry, not fresh", "not|\r", "", "yyyL");
-    row("entry, several left, not fresh", "no|\r", "", "yyy");
-    row("cancelled once, and fresh", "a!!b~c", "bc", "yynyy");
-}
-
-void TypeFilterTest::keysEditTheFilter()
-{
-    QFETCH(QString, script);
-    TypeFilter typed;
-    QString answers;
-    QString prefix;
-    qint64 now = 0;
-    for (char32_t key : script.toUcs4()) {
-        if (key == '~' || key == '|') {
-            now += key == '~' ? 999 : 1000;
-        } else if (key == '+' || key == '&') {
-            prefix = QChar(key);
-        } else if (key == '!') {
-            answers += QLatin1Char(typed.cancelOperation() ? 'y' : 'n');
-        } else {
-            key = key == '<' ? 127 : key == '\n' ? 3 : key;
-            const QString characters = QString::fromUcs4(&key, 1);
-            const auto press = typed.press(
-                characters.repeated(prefix == QLatin1Char('&') ? 2 : 1), prefix == QLatin1Char('+'),
-                [&] { return typed.string() == QStringLiteral("not"); }, now);
-            answers += QLatin1Char(press.launches ? 'L' : press.isHandled ? 'y' : 'n');
-            prefix.clear();
+    // In a script of keys that all come at once, "~" lets just under a second pass and "|" a
+    // second; "<" is Delete, "\n" the keypad's Enter, "!" cancels; "+" makes the next key a repeat,
+    // "&" doubles it. The answers are "y", "n", and "L" for a key that launches, which entry does
+    // while "not" is typed.
+    void keysEditTheFilter()
+    {
+        for (const auto &[script, filter, answers] :
+            std::initializer_list<std::tuple<QString, QString, QString>> {
+                { u"NoT7"_s, u"not7"_s, u"yyyy"_s }, { u"not|m"_s, u"m"_s, u"yyyy"_s },
+                { u"a~b~\n~c"_s, u"abc"_s, u"yyyy"_s }, // each key keeps it fresh
+                { u" a  b "_s, u"a b "_s, u"yyyyyy"_s }, { u"ab<<<"_s, u""_s, u"yyyyy"_s },
+                { u"abc<+<d+d"_s, u"ad"_s, u"yyyyyyn"_s }, { u"ab|<"_s, u""_s, u"yyy"_s },
+                { u"ab|&c+c"_s, u"ab"_s, u"yynn"_s }, { u"ab|."_s, u""_s, u"yyn"_s },
+                { u"a~.~b"_s, u"b"_s, u"yny"_s }, // refused keys keep nothing fresh
+                { u"a\t.\x19\u00a0-\U0001F600"_s, u"a"_s, u"ynnnnnn"_s },
+                { u"ÉΣЖ字٣กิ"_s, u"éσж字٣กิ"_s, u"yyyyyyy"_s }, { u"İs"_s, u"İs"_s, u"yy"_s },
+                { u"\U00010400\U00010401<"_s, u"\U00010428"_s, u"yyy"_s },
+                { u"not\r\nnot\nb"_s, u"b"_s, u"yyyLyyyyLy"_s },
+                { u"no\r~t+\r"_s, u"not"_s, u"yyyyn"_s }, // several left
+                { u"not|\r"_s, u""_s, u"yyyL"_s }, { u"no|\r"_s, u""_s, u"yyy"_s },
+                { u"a!!b~c"_s, u"bc"_s, u"yynyy"_s } }) {
+            TypeFilter typed;
+            QString found, prefix;
+            qint64 now = 0;
+            for (char32_t key : script.toUcs4()) {
+                if (key == '~' || key == '|') {
+                    now += key == '~' ? 999 : 1000;
+                } else if (key == '+' || key == '&') {
+                    prefix = QChar(key);
+                } else if (key == '!') {
+                    found += typed.cancelOperation() ? u'y' : u'n';
+                } else {
+                    key = key == '<' ? 127 : key == '\n' ? 3 : key;
+                    const QString characters = QString::fromUcs4(&key, 1);
+                    const auto press = typed.press(
+                        characters.repeated(prefix == u"&" ? 2 : 1), prefix == u"+",
+                        [&] { return typed.string() == u"not"; }, now);
+                    found += press.launches ? u'L' : press.isHandled ? u'y' : u'n';
+                    prefix.clear();
+                }
+            }
+            QVERIFY2(found == answers, qPrintable(script));
+            QCOMPARE(typed.string(), filter);
         }
     }
-    QTEST(answers, "answers");
-    QTEST(typed.string(), "filter");
-}
 
-void TypeFilterTest::filtersMatchNames()
-{
-    Desktop desktop;
-    const auto matching = [&desktop](const char *filter) {
-        QByteArrayList found;
-        for (const QByteArray name : { "Quick Note", "Notebook", "No Tag", "Crème Éclair" }) {
-            OTApp app(QStringLiteral("/apps/%1.app").arg(QString::fromUtf8(name)), desktop);
-            app.findLetters();
-            if (matches(QString::fromUtf8(filter), app)) {
-                found.append(name);
+    void filtersMatchNames()
+    {
+        Desktop desktop;
+        for (const auto &[filter, names] : std::initializer_list<std::pair<QString, QString>> {
+                 { u""_s, u"Quick Note, Notebook, No Tag, Crème Éclair"_s },
+                 { u"n"_s, u"Quick Note, Notebook, No Tag"_s }, { u"o"_s, u""_s },
+                 { u"not"_s, u"Quick Note, Notebook"_s }, { u"o t"_s, u"No Tag"_s },
+                 { u"é"_s, u"Crème Éclair"_s }, { u"è"_s, u"Crème Éclair"_s } }) {
+            QStringList found;
+            for (const QString &name :
+                { u"Quick Note"_s, u"Notebook"_s, u"No Tag"_s, u"Crème Éclair"_s }) {
+                OTApp app(u"/apps/%1.app"_s.arg(name), desktop);
+                app.findLetters();
+                found += matches(filter, app) ? QStringList(name) : QStringList();
+            }
+            QCOMPARE(found.join(u", "_s), names);
+        }
+    }
+
+    // What was typed at 0, and is no longer fresh at 1000; what it is scrolled by; the outcomes,
+    // each with the filter it leaves, and those of the wheel turned round.
+    void filter_decidesWhatScrollingDoes()
+    {
+        const QPointF up(0, 1.2), left(6, 0.5);
+        const struct
+        {
+            QString filter;
+            qint64 now;
+            QList<QPointF> deltas;
+            QString outcomes, reversed;
+        } rows[] {
+            { {}, 0, { up, up }, u"cz cy "_s, u"ca cb "_s },
+            { u"b"_s, 0, { up, up, up }, u"ca c cz "_s, u"cc cd ce "_s },
+            { u"y"_s, 0, { -up, -up, -up }, u"cz c ca "_s, u"cx cw cv "_s },
+            { u"m"_s, 0, { { 0, 0.5 }, { 0, 0.5 }, { 0, 0.1 } }, u"-m -m cl "_s, u"-m -m cn "_s },
+            { u"m"_s, 0, { up * 0.75, up * -0.75, up * -0.75, up * -0.75 }, u"-m -m -m cn "_s,
+                u"-m -m -m cl "_s },
+            // A dead zone; as far sideways; beyond ASCII.
+            { u"m"_s, 0, { { 0, 1 }, { 0.00005, 0.00005 }, { 0, 0.001 } }, u"-m -m cl "_s,
+                u"-m -m cn "_s },
+            { u"7"_s, 0, { { 1.2, 1.2 } }, u"c "_s, u"c "_s },
+            { u"é"_s, 0, { up }, u"c "_s, u"c "_s },
+            { u"ab"_s, 999, { up }, u"-ab "_s, u"-ab "_s },
+            { u"ab"_s, 1000, { up }, u"cz "_s, u"ca "_s },
+            { u"ab"_s, 1000, { up / 2 }, u"c "_s, u"c "_s },
+            { u"ab"_s, 999, { left, left, left }, u"-ab -ab -ab "_s, u"-ab -ab -ab "_s },
+            { u"ab"_s, 1000, { left, left, left }, u"c - > "_s, u"c - > "_s },
+            { u"𐐨"_s, 999, { left, left, left }, u"-𐐨 -𐐨 -𐐨 "_s, u"-𐐨 -𐐨 -𐐨 "_s },
+            { u"𐐨"_s, 1000, { left, left, left }, u"-𐐨 -𐐨 >𐐨 "_s, u"-𐐨 -𐐨 >𐐨 "_s },
+        };
+        for (const auto &[filter, now, deltas, outcomes, reversed] : rows) {
+            for (const bool isReversed : { false, true }) {
+                SwipeDetector detector;
+                GridWheel wheel(detector);
+                TypeFilter typed;
+                typeInto(typed, filter);
+                QString found;
+                for (const QPointF &delta : deltas) {
+                    found +=
+                        letterOf(wheel.scroll(delta.x(), delta.y(), 0, isReversed, typed, now));
+                    found += typed.string() + u' ';
+                }
+                QCOMPARE(found, isReversed ? reversed : outcomes);
             }
         }
-        return found.join(", ");
-    };
-    QCOMPARE(matching(""), QByteArray("Quick Note, Notebook, No Tag, Crème Éclair"));
-    QCOMPARE(matching("n"), QByteArray("Quick Note, Notebook, No Tag"));
-    QCOMPARE(matching("o"), QByteArray());
-    QCOMPARE(matching("not"), QByteArray("Quick Note, Notebook"));
-    QCOMPARE(matching("o t"), QByteArray("No Tag"));
-    QCOMPARE(matching("é") + matching("è"), QByteArray("Crème ÉclairCrème Éclair"));
-}
+    }
+
+    void typing_startsTheWheelAnew()
+    {
+        SwipeDetector detector;
+        GridWheel wheel(detector);
+        TypeFilter filter;
+        const auto scroll = [&](double x, double y) {
+            return wheel.scroll(x, y, 0, false, filter, 0);
+        };
+        scroll(6, 0);
+        scroll(6, 0);
+        typeInto(filter, u"ab"_s);
+        QCOMPARE(filter.scrollVertically(1.2, false), TypeFilter::Wheel::Announce);
+        QCOMPARE(filter.scrollVertically(0.75, false), TypeFilter::Wheel::Ignored);
+        scroll(0, 0.75);
+        QCOMPARE(filter.scrollVertically(0.75, false), TypeFilter::Wheel::Ignored);
+        filter.reset();
+        QCOMPARE(scroll(0, 0.75), Outcome::Nothing);
+        QVERIFY(filter.isFresh(0));
+        QCOMPARE(scroll(0, 0.75), Outcome::FilterChanged);
+        QVERIFY(!filter.isFresh(0));
+        QCOMPARE(scroll(6, 0), Outcome::Nothing);
+        QCOMPARE(scroll(6, 0), Outcome::NextGroup);
+    }
+
+    // A device whose events all have one time stamp is judged by when they are handled.
+    void swipes_changeGroups()
+    {
+        const Swipes later { { 6, 0.2 }, { 6, 0.1 }, { 6, 0.1 } };
+        const std::pair<Swipes, QString> rows[] {
+            { Swipes(6, { 5, 0.02 }), u"--->--"_s }, // 25 in one gesture
+            { Swipes(6, { -5, 0.02 }), u"---<--"_s },
+            { Swipes(6, { 5, 0.02 }) + later, u"--->---->"_s }, // again after a pause
+            { Swipes(6, { 5, 0 }) + later, u"--->---->"_s },
+            { Swipes(2, { 8, 0.02 }) + later, u"---->"_s }, // a pause before it is far enough
+            { Swipes(4, { 12, 1 }), u"->->"_s },
+            { Swipes(2, { 6, 0.02 }) + Swipes(4, { -6, 0.02 }), u"-----<"_s }, // turned
+            { Swipes(3, { 6, 0.02 }) + Swipes(3, { -6, 0.02 }), u"-->---"_s },
+            { Swipes(3, { 6, 0.1 }) + Swipes { { 6, -5 } } + later,
+                u"-->--->"_s }, // time goes back
+        };
+        for (const auto &[swipes, outcomes] : rows) {
+            for (const bool hasTimeStamps : { true, false }) {
+                SwipeDetector detector;
+                GridWheel wheel(detector);
+                TypeFilter filter;
+                QString found;
+                double time = 100;
+                for (const auto &[deltaX, seconds] : swipes) {
+                    time += seconds;
+                    found += letterOf(wheel.scroll(deltaX, 0.1, hasTimeStamps ? time : 0, false,
+                        filter, hasTimeStamps ? 0 : qint64(time * 1000)));
+                }
+                QCOMPARE(found, outcomes);
+            }
+        }
+    }
+
+    void gesture_goesOnInAnotherGrid()
+    {
+        GridWheel one, other;
+        TypeFilter filter;
+        QCOMPARE(one.scroll(12, 0, 1, false, filter, 0), Outcome::Nothing);
+        QCOMPARE(other.scroll(12, 0, 1.01, false, filter, 0), Outcome::NextGroup);
+        QCOMPARE(one.scroll(12, 0, 1.02, false, filter, 0), Outcome::Nothing);
+    }
+};
 
 QTEST_APPLESS_MAIN(TypeFilterTest)
 #include "TypeFilterTest.moc"

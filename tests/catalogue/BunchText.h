@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "TestCase.h"
 #include "catalogue/AppList.h"
 #include "catalogue/OTApp.h"
 #include "platform/Desktop.h"
@@ -11,7 +12,7 @@ namespace BunchText {
 
 inline AppRef app(QChar letter, Desktop &desktop)
 {
-    return std::make_shared<OTApp>(QStringLiteral("/apps/") + letter, desktop);
+    return std::make_shared<OTApp>(u"/apps/"_s + letter, desktop);
 }
 
 inline AppList apps(const QString &text, Desktop &desktop)

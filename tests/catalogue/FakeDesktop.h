@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "TestCase.h"
 #include "icons/IconLoader.h"
 #include "platform/Desktop.h"
 #include "platform/FileTree.h"
@@ -22,10 +23,10 @@ public:
     {
         const QString name = path.mid(path.lastIndexOf(u'/') + 1);
         ItemFlags flags = Items::flagsOf(path);
-        flags.isApplication = name.endsWith(QLatin1String(".app")) && !flags.isAlias;
-        flags.isPackage = name.endsWith(QLatin1String(".pkg"));
-        flags.isClassicApp = name.contains(QLatin1String("classic"));
-        flags.isInvisible = name.contains(QLatin1String("hidden"));
+        flags.isApplication = name.endsWith(u".app") && !flags.isAlias;
+        flags.isPackage = name.endsWith(u".pkg");
+        flags.isClassicApp = name.contains(u"classic");
+        flags.isInvisible = name.contains(u"hidden");
         return flags;
     }
     QString displayName(const QString &path) const override
@@ -76,9 +77,8 @@ public:
         const QString &bundlePath, const std::optional<QList<QUrl>> &documents) override
     {
         const QList<QUrl> urls = documents.value_or(QList<QUrl>());
-        launches.append(bundlePath
-            + (documents ? QStringLiteral(" <- ") + QUrl::toStringList(urls).join(u' ')
-                         : QString()));
+        launches.append(
+            bundlePath + (documents ? u" <- "_s + QUrl::toStringList(urls).join(u' ') : QString()));
         return answer;
     }
 };
@@ -116,11 +116,11 @@ public:
     FakeLauncher fakeLauncher;
     FakeRunning running;
     // Below the tree; empty for a desktop without one.
-    QString userFolder = QStringLiteral("user");
+    QString userFolder = u"user"_s;
 
     QString applicationSupportFolder(Domain domain) const override
     {
-        const QString name = domain == Domain::User ? userFolder : QStringLiteral("local");
+        const QString name = domain == Domain::User ? userFolder : u"local"_s;
         return name.isEmpty() ? QString() : tree.path(name);
     }
 

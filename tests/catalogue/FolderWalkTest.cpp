@@ -1,23 +1,18 @@
 #include "catalogue/FolderWalk.h"
 
+#include "TestCase.h"
 #include "catalogue/FakeDesktop.h"
-
-#include <QRegularExpression>
-#include <QTest>
 
 #include <sys/stat.h>
 #include <unistd.h>
 
-using namespace Qt::Literals::StringLiterals;
-
-class FolderWalkTest : public QObject
+class FolderWalkTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
     void init()
     {
-        QTest::failOnWarning(QRegularExpression(u"."_s));
+        TestCase::init();
         _tree = std::make_unique<FileTree>();
     }
 
@@ -57,9 +52,8 @@ private Q_SLOTS:
         }
         for (const auto &[root, line] : rows) {
             if (!line.isEmpty()) {
-                QTest::ignoreMessage(QtWarningMsg,
-                    QRegularExpression(u"^cannot scan %1: .*%2"_s.arg(
-                        QRegularExpression::escape(_tree->path(root)), line)));
+                expectWarning(u"^cannot scan %1: .*%2"_s.arg(
+                    QRegularExpression::escape(_tree->path(root)), line));
             }
             QCOMPARE(found({ root }, 4), QString());
         }
@@ -78,8 +72,7 @@ private Q_SLOTS:
             QCOMPARE(::mknod((folder + name).constData(), S_IFREG | 0600, 0), 0);
         }
         for (int i = 0; i < 21; ++i) {
-            QTest::ignoreMessage(QtWarningMsg,
-                QRegularExpression(u"^cannot list .*/r/t/(bell\a|latin\uFFFD).*: "_s));
+            expectWarning(u"^cannot list .*/r/t/(bell\a|latin\uFFFD).*: "_s);
         }
         QCOMPARE(found({ u"r"_s }, 4), u"r/t/line\n.app"_s);
         // Qt cannot remove it with its folder.

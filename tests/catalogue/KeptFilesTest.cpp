@@ -1,6 +1,7 @@
 // What the user made, through failing disks, killed programs and programs that write at once.
 // Called with a folder this is one of these programs.
 
+#include "TestCase.h"
 #include "catalogue/FakeDesktop.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
@@ -11,13 +12,9 @@
 #include <QMap>
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QRegularExpression>
-#include <QTest>
 
 #include <csignal>
 #include <cstdio>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -100,10 +97,9 @@ private:
 
 } // namespace
 
-class KeptFilesTest : public QObject
+class KeptFilesTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
     void init()
     {
@@ -207,9 +203,7 @@ private:
         Contents contents;
         const QDir folder(_tree->path(u"Ortu"_s));
         for (const QString &name : folder.entryList({ u"*.plist"_s })) {
-            QFile file(folder.filePath(name));
-            contents.insert(
-                name.chopped(6), file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray());
+            contents.insert(name.chopped(6), load(folder.filePath(name)));
         }
         return contents;
     }
@@ -267,5 +261,4 @@ int main(int argc, char **argv)
     KeptFilesTest test;
     return QTest::qExec(&test, argc, argv);
 }
-
 #include "KeptFilesTest.moc"

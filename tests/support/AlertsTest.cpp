@@ -1,9 +1,6 @@
 #include "support/Alerts.h"
 
-#include <QRegularExpression>
-#include <QTest>
-
-using namespace Qt::Literals::StringLiterals;
+#include "TestCase.h"
 
 namespace {
 
@@ -19,31 +16,23 @@ Alerts::Presenter answering(int answer)
 
 } // namespace
 
-class AlertsTest : public QObject
+class AlertsTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
     void withoutPresenter_theSafeAnswerHolds()
     {
-        const auto expect = [](const char *taken) {
-            const QString line = u"nobody can answer \"Erase\nall?\": taken as \"%1\""_s;
-            QTest::ignoreMessage(QtWarningMsg, qUtf8Printable(line.arg(QLatin1String(taken))));
-        };
-        Alert alert = question();
-        expect("Help");
-        QCOMPARE(Alerts::run(alert), 2);
-        alert.safeButton = 1;
-        expect("Keep");
-        QCOMPARE(Alerts::run(alert), 1);
-        alert.safeButton = 3;
-        expect("Help");
-        QCOMPARE(Alerts::run(alert), 2);
-        alert.buttons.clear();
-        expect("");
-        QCOMPARE(Alerts::run(alert), 0);
+        for (const auto &[safeButton, taken, answer] :
+            std::initializer_list<std::tuple<int, QString, int>> {
+                { -1, u"Help"_s, 2 }, { 1, u"Keep"_s, 1 }, { 3, u"Help"_s, 2 }, { 0, {}, 0 } }) {
+            Alert alert = question();
+            alert.safeButton = safeButton;
+            if (taken.isEmpty()) {
+                alert.buttons.clear();
+            }
+            expectWarning(u"nobody can answer \"Erase\nall\\?\": taken as \"%1\""_s.arg(taken));
+            QCOMPARE(Alerts::run(alert), answer);
+        }
     }
 
     void presenter_answersWhileItsScopeLives()

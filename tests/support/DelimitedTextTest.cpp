@@ -1,19 +1,60 @@
 #include "support/DelimitedText.h"
 
+#include "TestCase.h"
+
 #include <QStringConverter>
-#include <QTest>
 
-using namespace Qt::Literals::StringLiterals;
-
-class DelimitedTextTest : public QObject
+class DelimitedTextTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-    void textsBecomeRecords();
-    void encodingsAreRecognised();
-    void hugeTexts_areReadWithinReason();
+    void textsBecomeRecords()
+    {
+        for (const auto &[text, expected] : { std::pair(u""_s, u""_s),
+                 std::pair(u"# a\tb\n\n#1\t2"_s, u""_s), std::pair(u"a\tb"_s, u"keys: a|b"_s),
+                 std::pair(u"a\n1\n2\n"_s, u"keys: a; a=1; a=2"_s),
+                 std::pair(u"a\tb\n1\t2\n3\t4\n"_s, u"keys: a|b; a=1 b=2; a=3 b=4"_s),
+                 std::pair(u"a\tb\r1\t2\r3\t4"_s, u"keys: a|b; a=1 b=2; a=3 b=4"_s),
+                 std::pair(u"\r\na\tb\r\n1\t2\r\n3\t4\r\n"_s, u"keys: a|b; a=1 b=2; a=3 b=4"_s),
+                 std::pair(
+                     u"#x\n\na\tb\n\n1\t2\n# 9\t9\n3\t#4"_s, u"keys: a|b; a=1 b=2; a=3 b=#4"_s),
+                 std::pair(u"a\tb\n\t2\n1\t\n3"_s, u"keys: a|b; b=2; a=1; a=3"_s),
+                 std::pair(u"a\tb\n1\t2\t3\n\t\t3"_s, u"keys: a|b; a=1 b=2"_s),
+                 std::pair(u"a\n \n"_s, u"keys: a; a= "_s),
+                 std::pair(u"a\tb\n\0\t2\n"_s, u"keys: a|b; a=\0 b=2"_s) }) {
+            QCOMPARE(written(DelimitedText::records(text)), expected);
+        }
+        QCOMPARE(
+            written(DelimitedText::records(u"a,b\n1,2\t3"_s, u',')), u"keys: a|b; a=1 b=2\t3"_s);
+    }
+
+    void encodingsAreRecognised()
+    {
+        const QString text = u"Größe → 1"_s;
+        QStringEncoder big(QStringConverter::Utf16BE, QStringConverter::Flag::WriteBom);
+        QStringEncoder little(QStringConverter::Utf16LE, QStringConverter::Flag::WriteBom);
+        for (const QByteArray &data : { text.toUtf8(), "\xef\xbb\xbf" + text.toUtf8(),
+                 QByteArray(big.encode(text)), QByteArray(little.encode(text)) }) {
+            QCOMPARE(DelimitedText::decoded(data), text);
+        }
+        QCOMPARE(DelimitedText::decoded("Gr\xf6\xdf\x65"), u"Größe"_s);
+        // UTF-8 that is cut off.
+        QCOMPARE(DelimitedText::decoded("a\xc3"), u"aÃ"_s);
+        QCOMPARE(DelimitedText::decoded({}), QString());
+    }
+
+    void hugeTexts_areReadWithinReason()
+    {
+        constexpr qsizetype size = 10'000'000;
+        const QString endless(size, u'x');
+        QCOMPARE(DelimitedText::records(endless).constFirst()[u"keys"_s].toStringList(),
+            QStringList(endless));
+        const QList<QVariantMap> records =
+            DelimitedText::records(QString(size, u'\t') + u'\n' + QString(size, u'\t') + u"\n1"_s);
+        QCOMPARE(records.size(), 2);
+        QCOMPARE(records[0][u"keys"_s].toStringList().size(), DelimitedText::maximumColumns);
+        QCOMPARE(records[1][QString()].toString(), u"1"_s);
+    }
 
 private:
     static QString written(const QList<QVariantMap> &records);
@@ -35,52 +76,5 @@ QString DelimitedTextTest::written(const QList<QVariantMap> &records)
     return parts.join(u"; "_s);
 }
 
-void DelimitedTextTest::textsBecomeRecords()
-{
-    for (const auto &[text, expected] :
-        { std::pair(u""_s, u""_s), std::pair(u"# a\tb\n\n#1\t2"_s, u""_s),
-            std::pair(u"a\tb"_s, u"keys: a|b"_s), std::pair(u"a\n1\n2\n"_s, u"keys: a; a=1; a=2"_s),
-            std::pair(u"a\tb\n1\t2\n3\t4\n"_s, u"keys: a|b; a=1 b=2; a=3 b=4"_s),
-            std::pair(u"a\tb\r1\t2\r3\t4"_s, u"keys: a|b; a=1 b=2; a=3 b=4"_s),
-            std::pair(u"\r\na\tb\r\n1\t2\r\n3\t4\r\n"_s, u"keys: a|b; a=1 b=2; a=3 b=4"_s),
-            std::pair(u"#x\n\na\tb\n\n1\t2\n# 9\t9\n3\t#4"_s, u"keys: a|b; a=1 b=2; a=3 b=#4"_s),
-            std::pair(u"a\tb\n\t2\n1\t\n3"_s, u"keys: a|b; b=2; a=1; a=3"_s),
-            std::pair(u"a\tb\n1\t2\t3\n\t\t3"_s, u"keys: a|b; a=1 b=2"_s),
-            std::pair(u"a\n \n"_s, u"keys: a; a= "_s),
-            std::pair(u"a\tb\n\0\t2\n"_s, u"keys: a|b; a=\0 b=2"_s) }) {
-        QCOMPARE(written(DelimitedText::records(text)), expected);
-    }
-    QCOMPARE(written(DelimitedText::records(u"a,b\n1,2\t3"_s, u',')), u"keys: a|b; a=1 b=2\t3"_s);
-}
-
-void DelimitedTextTest::encodingsAreRecognised()
-{
-    const QString text = u"Größe → 1"_s;
-    QStringEncoder big(QStringConverter::Utf16BE, QStringConverter::Flag::WriteBom);
-    QStringEncoder little(QStringConverter::Utf16LE, QStringConverter::Flag::WriteBom);
-    for (const QByteArray &data : { text.toUtf8(), "\xef\xbb\xbf" + text.toUtf8(),
-             QByteArray(big.encode(text)), QByteArray(little.encode(text)) }) {
-        QCOMPARE(DelimitedText::decoded(data), text);
-    }
-    QCOMPARE(DelimitedText::decoded("Gr\xf6\xdf\x65"), u"Größe"_s);
-    // UTF-8 that is cut off.
-    QCOMPARE(DelimitedText::decoded("a\xc3"), u"aÃ"_s);
-    QCOMPARE(DelimitedText::decoded({}), QString());
-}
-
-void DelimitedTextTest::hugeTexts_areReadWithinReason()
-{
-    constexpr qsizetype size = 10'000'000;
-    const QString endless(size, u'x');
-    QCOMPARE(DelimitedText::records(endless).constFirst()[u"keys"_s].toStringList(),
-        QStringList(endless));
-    const QList<QVariantMap> records =
-        DelimitedText::records(QString(size, u'\t') + u'\n' + QString(size, u'\t') + u"\n1"_s);
-    QCOMPARE(records.size(), 2);
-    QCOMPARE(records[0][u"keys"_s].toStringList().size(), DelimitedText::maximumColumns);
-    QCOMPARE(records[1][QString()].toString(), u"1"_s);
-}
-
 QTEST_APPLESS_MAIN(DelimitedTextTest)
-
 #include "DelimitedTextTest.moc"

@@ -1,14 +1,7 @@
 #include "support/InfoDictionary.h"
 
+#include "TestCase.h"
 #include "support/PropertyList.h"
-
-#include <QDir>
-#include <QFile>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -17,20 +10,12 @@ const QString versionKey = u"CFBundleShortVersionString"_s;
 const QString dockless = u"LSUIElement"_s;
 const QString homeKey = u"OTHomeURL"_s;
 
-void expectWarning(const QString &pattern)
-{
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(pattern));
-}
-
 } // namespace
 
-class InfoDictionaryTest : public QObject
+class InfoDictionaryTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
     void compiledValues_holdWithoutAFile()
     {
         const InfoDictionary info(_folder.filePath(u"Absent.plist"_s));
@@ -74,9 +59,7 @@ private Q_SLOTS:
     {
         for (const char *bytes :
             { "", "LSUIElement = NO", "<plist version=\"1.0\"><array/></plist>" }) {
-            QFile file(_path);
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) >= 0);
-            file.close();
+            save(_path, bytes);
             expectWarning(u"^cannot read %1: ."_s.arg(_path));
             QVERIFY(InfoDictionary(_path).boolForKey(dockless));
             QCOMPARE(QDir(_folder.path()).entryList(QDir::Files), QStringList(u"Info.plist"_s));

@@ -1,17 +1,11 @@
 #include "support/NotificationCenter.h"
 
-#include <QRegularExpression>
-#include <QTest>
+#include "TestCase.h"
 
-using namespace Qt::Literals::StringLiterals;
-
-class NotificationCenterTest : public QObject
+class NotificationCenterTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
     void severalPosts_makeOneAnnouncementAfterWhatWaited()
     {
         NotificationCenter center;

@@ -1,11 +1,8 @@
 #include "support/PropertyList.h"
 
+#include "TestCase.h"
+
 #include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimeZone>
 #include <QtEndian>
 
@@ -13,7 +10,6 @@
 #include <sys/stat.h>
 
 using PropertyList::State;
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -64,12 +60,6 @@ QVariant nested(int levels)
     return levels == 0 ? QVariant(true) : QVariant(QVariantList { nested(levels - 1) });
 }
 
-void save(const QString &path, const QByteArray &data)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(data) == data.size());
-}
-
 bool failsToWrite(const QString &path, const QVariant &value = true)
 {
     const QString line = u"^cannot write %1: ."_s.arg(QRegularExpression::escape(path));
@@ -79,35 +69,26 @@ bool failsToWrite(const QString &path, const QVariant &value = true)
 
 } // namespace
 
-class PropertyListTest : public QObject
+class PropertyListTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
     void writing_thenReading_givesTheValueBack()
     {
         const QDateTime date(QDate(2024, 3, 31), QTime(2, 30, 59), QTimeZone::utc());
         const quint64 tooLarge = std::numeric_limits<quint64>::max();
-        const std::pair<QVariant, QVariant> rows[] {
-            { u"<a> & \"b\" ]]> ü 猫 \U0001F600"_s, {} },
-            { u" \t\r\n a\r\n\r "_s, {} },
-            { QVariantMap { { u""_s, true }, { u"a<&\r"_s, QVariantMap() } }, {} },
-            { std::numeric_limits<qlonglong>::min(), {} },
-            { 1.0 / 3, {} },
-            { 10.0, {} },
-            { std::numeric_limits<double>::infinity(), {} },
-            { QByteArray("\0\xff<", 3), {} },
-            { nested(PropertyList::maximumDepth), {} },
+        const std::pair<QVariant, QVariant> rows[] { { u"<a> & \"b\" ]]> ü 猫 \U0001F600"_s, {} },
+            { u" \t\r\n a\r\n\r "_s, {} }, { std::numeric_limits<qlonglong>::min(), {} },
+            { QVariantMap { { u""_s, true }, { u"a<&\r"_s, QVariantMap() } }, {} }, { 1.0 / 3, {} },
+            { 10.0, {} }, { std::numeric_limits<double>::infinity(), {} },
+            { QByteArray("\0\xff<", 3), {} }, { nested(PropertyList::maximumDepth), {} },
             { date.addMSecs(400).toOffsetFromUtc(3600), date },
             { QVariantList { 7U, 0.5F, QVariant::fromValue<short>(-7), QStringList(u"a"_s) },
                 QVariantList { 7LL, 0.5, -7LL, QVariantList { u"a"_s } } },
             // What it cannot hold.
             { QVariantList { u"a\x01"_s, QString(QChar(0xD800)), QVariant(), QPoint(1, 2), tooLarge,
                   QDateTime(), QVariantMap { { u"\x02"_s, true } }, u"kept"_s },
-                QVariantList { QVariantMap(), u"kept"_s } },
-        };
+                QVariantList { QVariantMap(), u"kept"_s } } };
         for (const auto &[value, other] : rows) {
             const QVariant expected = other.isValid() ? other : value;
             const std::optional<QVariant> read = PropertyList::fromData(PropertyList::toXml(value));
@@ -253,19 +234,17 @@ private Q_SLOTS:
         const QString path = folder.filePath(u"list.plist"_s);
         for (const char *content : { "one", "two", "one", "two", "three" }) {
             save(path, content);
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^set aside as .*: no good$"_s));
+            expectWarning(u"^set aside as .*: no good$"_s);
             QVERIFY(PropertyList::setAside(path, u"no good"_s));
             QVERIFY(!QFile::exists(path));
         }
         QByteArray kept;
-        for (const char *suffix : { ".damaged", ".damaged.2", ".damaged.3", ".damaged.4" }) {
-            QFile file(path + QLatin1String(suffix));
-            kept += file.open(QIODevice::ReadOnly) ? file.readAll() + '|' : QByteArray();
+        for (const QString &suffix : { u""_s, u".2"_s, u".3"_s, u".4"_s }) {
+            kept += load(path + u".damaged"_s + suffix) + '|';
         }
-        QCOMPARE(kept, QByteArray("one|two|three|"));
+        QCOMPARE(kept, QByteArray("one|two|three||"));
 
-        QTest::ignoreMessage(QtWarningMsg,
-            QRegularExpression(u"^cannot set aside the damaged /proc/version .no good.: ."_s));
+        expectWarning(u"^cannot set aside the damaged /proc/version .no good.: ."_s);
         QVERIFY(!PropertyList::setAside(u"/proc/version"_s, u"no good"_s));
     }
 };

@@ -1,15 +1,14 @@
 #include "support/Shapes.h"
 
+#include "TestCase.h"
 #include "support/Contrast.h"
-
-#include <QTest>
+#include "support/PremultipliedImage.h"
 
 #include <cmath>
 
-class ShapesTest : public QObject
+class ShapesTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
     void aTrianglePointsAndFillsItsRectangle()
     {
@@ -69,12 +68,46 @@ private Q_SLOTS:
 
     void colorsAreTexts()
     {
-        QCOMPARE(colorFromText(QStringLiteral("#12345678")), QColor(0x12, 0x34, 0x56, 0x78));
-        QCOMPARE(colorText(QColor(0x12, 0x34, 0x56, 0x78)), QStringLiteral("#12345678"));
-        QCOMPARE(colorFromText(QStringLiteral("#ABCDEF")), QColor(0xab, 0xcd, 0xef));
+        QCOMPARE(colorFromText(u"#12345678"_s), QColor(0x12, 0x34, 0x56, 0x78));
+        QCOMPARE(colorText(QColor(0x12, 0x34, 0x56, 0x78)), u"#12345678"_s);
+        QCOMPARE(colorFromText(u"#ABCDEF"_s), QColor(0xab, 0xcd, 0xef));
         for (const char *text : { "red", "12345678", "#1234567", "#1234567g", "" }) {
             QVERIFY(!colorFromText(QLatin1String(text)).isValid());
         }
+    }
+
+    void allSamples_areRoundedToNearest()
+    {
+        for (const int width : { 1, 7 }) {
+            QImage source(width, 65536 / width + 1, QImage::Format_ARGB32);
+            source.fill(Qt::transparent);
+            for (int i = 0; i < 65536; ++i) {
+                source.setPixel(i % width, i / width, qRgba(i % 256, 255 - i % 256, 128, i / 256));
+            }
+            const QImage result = premultipliedImage(source);
+            QCOMPARE(result.format(), QImage::Format_ARGB32_Premultiplied);
+            QCOMPARE(premultipliedImage(source.convertToFormat(QImage::Format_RGBA8888)), result);
+            for (int i = 0; i < 65536; ++i) {
+                const int alpha = i / 256;
+                const auto part = [alpha](int sample) { return (2 * sample * alpha + 255) / 510; };
+                // Not pixel(), which divides by alpha again.
+                const auto *line = reinterpret_cast<const QRgb *>(result.constScanLine(i / width));
+                QCOMPARE(
+                    line[i % width], qRgba(part(i % 256), part(255 - i % 256), part(128), alpha));
+            }
+        }
+    }
+
+    void whatNeedsNoMultiplying_staysAsItIs()
+    {
+        QImage image(3, 2, QImage::Format_ARGB32_Premultiplied);
+        // More red than alpha allows, which adds light.
+        image.fill(qRgba(200, 2, 3, 100));
+        QCOMPARE(premultipliedImage(image).constBits(), image.constBits());
+        QCOMPARE(premultipliedImage(image.convertToFormat(QImage::Format_RGBA8888_Premultiplied)),
+            image);
+        const QImage opaque = image.convertToFormat(QImage::Format_RGB32);
+        QCOMPARE(premultipliedImage(opaque).convertToFormat(QImage::Format_RGB32), opaque);
     }
 };
 

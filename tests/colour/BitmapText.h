@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include "TestCase.h"
 #include "colour/BitmapView.h"
 #include "colour/ColorHistogram.h"
 
@@ -57,7 +58,7 @@ inline QString text(const ColorHistogram &histogram)
 {
     QStringList words;
     for (const auto &[red, green, blue, alpha, count] : histogram) {
-        QString word = QStringLiteral("?");
+        QString word = u"?"_s;
         for (const auto &[letter, pixel] : Pixels) {
             if (red == pixel.red && green == pixel.green && blue == pixel.blue && alpha == 255) {
                 word = letter;

@@ -1,10 +1,8 @@
 #include "colour/ColorConversion.h"
 
+#include "TestCase.h"
 #include "colour/BitmapText.h"
 #include "colour/ClosedForms.h"
-
-#include <QRegularExpression>
-#include <QTest>
 
 #include <limits>
 
@@ -30,13 +28,10 @@ bool isNearRGB(const LinearRGB &color, const LinearRGB &expected, double distanc
 
 } // namespace
 
-class ColorConversionTest : public QObject
+class ColorConversionTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral("."))); }
-
     void gammaTable_runsFromBlackToWhite()
     {
         QVERIFY(isNear(gammaTable()[128], 0.21951971807486792));

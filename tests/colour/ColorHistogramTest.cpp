@@ -1,22 +1,16 @@
 #include "colour/ColorHistogram.h"
 
+#include "TestCase.h"
 #include "colour/BitmapText.h"
-
-#include <QRegularExpression>
-#include <QTest>
 
 #include <algorithm>
 
 using namespace BitmapText;
-using namespace Qt::Literals::StringLiterals;
 
-class ColorHistogramTest : public QObject
+class ColorHistogramTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
     void layouts_areReadAlike()
     {
         constexpr BitmapFormat AlphaFirst { true, false, false };

@@ -1,13 +1,11 @@
 #include "commands/CommandLine.h"
 
-#include <QTest>
+#include "TestCase.h"
+#include "commands/PreferenceText.h"
 
-using namespace Qt::Literals::StringLiterals;
-
-class CommandLineTest : public QObject
+class CommandLineTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
     void wrongUse_isNamedInOneLine()
     {
@@ -38,7 +36,7 @@ private Q_SLOTS:
     void everyOptionReachesItsVerb()
     {
         const auto parsed = [](const char *line) {
-            return parseCommandLine(QString::fromLatin1(line).split(QLatin1Char(' ')));
+            return parseCommandLine(QString::fromLatin1(line).split(u' '));
         };
         QCOMPARE(parseCommandLine({}).verb, Invocation::Verb::Start);
 
@@ -64,7 +62,7 @@ private Q_SLOTS:
             parsed("a.png --colors b.png --wrap-hue -30 --delta-e 1e-3 --count 0 "
                    "--size 128 --sheet s.png --json -- --list -x");
         QCOMPARE(colors.error, QString());
-        QCOMPARE(colors.files.join(QLatin1Char(' ')), u"a.png b.png --list -x"_s);
+        QCOMPARE(colors.files.join(u' '), u"a.png b.png --list -x"_s);
         QCOMPARE(colors.sheet, u"s.png"_s);
         QCOMPARE(colors.colors.wrapHue, -30.0);
         QCOMPARE(colors.colors.deltaE, 0.001);
@@ -90,8 +88,28 @@ private Q_SLOTS:
         QCOMPARE(value(QString()), QString());
         QVERIFY(!value(u"--json"_s));
     }
+
+    // The default, a text, and what it is read as; invalid where it cannot be.
+    void textIsReadByTheTypeOfTheDefault()
+    {
+        const QVariant list = QVariantList();
+        const QVariant folders = QVariantList { QVariantMap { { u"path"_s, u"/a b"_s } } };
+        const std::tuple<QVariant, QString, QVariant> rows[] { { false, u"YES"_s, true },
+            { false, u"2"_s, {} }, { 1, u"-4"_s, -4LL }, { 1, u"1.5"_s, {} },
+            { 1, u"99999999999999999999"_s, {} }, { 0.5, u"3"_s, 3.0 }, { 0.5, u"inf"_s, {} },
+            { 0.5, u""_s, {} }, { list, uR"([{"path":"/a b"}])"_s, folders },
+            { list, uR"({"path":"/"})"_s, {} }, { list, u"["_s, {} },
+            { u""_s, u" true "_s, u" true "_s } };
+        for (const auto &[registered, text, value] : rows) {
+            const std::optional<QVariant> read = preferenceFromText(text, registered);
+            QCOMPARE(read.has_value(), value.isValid());
+            QCOMPARE(read.value_or(QVariant()), value);
+            if (read) {
+                QCOMPARE(preferenceFromText(preferenceText(*read), registered).value(), value);
+            }
+        }
+    }
 };
 
 QTEST_APPLESS_MAIN(CommandLineTest)
-
 #include "CommandLineTest.moc"

@@ -1,11 +1,8 @@
 #include "icons/ColorKey.h"
 
+#include "TestCase.h"
 #include "colour/ClosedForms.h"
 
-#include <QRegularExpression>
-#include <QTest>
-
-using namespace Qt::Literals::StringLiterals;
 using Problem = ColorKey::Problem;
 
 namespace {
@@ -52,64 +49,47 @@ IconParameters asked(const QString &text)
 
 } // namespace
 
-class ColorKeyTest : public QObject
+class ColorKeyTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
+    // An icon, what is asked, its key, and the order of its colours.
     void icons_standByTheirColors()
     {
-        const struct
-        {
-            const char *name, *icon, *parameters;
-            double key;
-            const char *order;
-        } rows[] {
-            { "white", "0 0 1 9", "", 1.0, "9 9" },
-            { "white, secondary", "0 0 1 9", "secondary 1", 1.5, "9 9" },
-            { "lighter than white", "0 0 1.0000001 9", "", 1.0, "9 9" },
-            { "black", "0 0 0 9", "", 1.5, "9 9" },
-            { "black, secondary", "0 0 0 9", "secondary 1", 2.0, "9 9" },
-            { "darker than black", "0 0 -1 9", "", 1.5, "9 9" },
-            { "dark grey", "0 0 0.25 9", "", 1.375, "9 9" },
-            { "the first of two greys", "0 0 0.5 9, 0 0 1 90", "", 1.25, "9 9 90" },
-
-            { "red", "0 1 0.5 9", "", 0.0, "9 9" },
-            { "hue below the cut", "20 1 0.5 9", "cut 30", 1 - 10.0 / 360, "9 9" },
-            { "hue at the cut", "30 1 0.5 9", "cut 30", 0.0, "9 9" },
-            { "hue above the cut", "120 1 0.5 9", "cut 30", 0.25, "9 9" },
-            { "cut in the second turn", "120 1 0.5 9", "cut 390", 0.25, "9 9" },
-            { "cut the other way", "120 1 0.5 9", "cut -330", 0.25, "9 9" },
-            { "cut at the end", "90 1 0.5 9", "cut 360", 0.25, "9 9" },
-            { "cut after two turns", "90 1 0.5 9", "cut 720", 0.25, "9 9" },
-            { "cut at no number", "90 1 0.5 9", "cut nan", 0.25, "9 9" },
-            { "cut at infinity", "90 1 0.5 9", "cut inf", 0.25, "9 9" },
-
-            { "share of the threshold", "90 1 1 25, 0 0 0.5 75", "", 1.25, "75 75 25" },
-            { "share above the threshold", "90 1 1 26, 0 0 0.5 74", "", 0.25, "26 26 74" },
-            { "share of two", "90 1 1 20, 0 0 0 74, 180 1 1 6", "", 0.25, "20 20 6 74" },
-            { "least saturation", "90 0.125 0.5 9", "", 0.25, "9 9" },
-            { "too little saturation", "90 0.1249 0.5 9", "", 1.25, "9 9" },
-            { "equal scores", "90 1 0.5 4, 180 0.5 1.5 4, 270 0.5 0 10", "", 0.25, "4 4 10 4" },
-            { "the last stands out", "0 1 0 8, 90 0.5 0.9 7, 180 0.5 1.1 9", "", 0.5, "9 9 7 8" },
-
-            { "accent", "0 0 0.5 90, 180 1 1 5", "secondary 1", 1.25, "90 5 90" },
-            { "accent, not asked for", "0 0 0.5 90, 180 1 1 5", "", 1.25, "90 90 5" },
-            { "best accent", "0 1 0 3, 0 0 0.9 90, 90 1 1 5", "secondary 1", 1.125, "90 5 3 90" },
-            { "accent and cut", "0 0 0.5 90, 0 1 1 5", "cut 90 secondary 1", 1.375, "90 5 90" },
-
-            { "no grey, too little colour", "90 1 0.5 9", "threshold 1", 10, "" },
-            { "black as a colour", "0 0 0 9", "saturation 0", 10, "" },
-            { "no threshold", "90 1 1 9, 0 0 0.5 1", "threshold nan", 1.25, "1 1 9" },
-            { "saturation not a number", "90 1 0.5 9", "saturation nan", 1.25, "9 9" },
+        const std::tuple<const char *, const char *, double, const char *> rows[] {
+            // White, black and greys, and what lies beyond them.
+            { "0 0 1 9", "", 1.0, "9 9" }, { "0 0 1 9", "secondary 1", 1.5, "9 9" },
+            { "0 0 1.0000001 9", "", 1.0, "9 9" }, { "0 0 0 9", "", 1.5, "9 9" },
+            { "0 0 0 9", "secondary 1", 2.0, "9 9" }, { "0 0 -1 9", "", 1.5, "9 9" },
+            { "0 0 0.25 9", "", 1.375, "9 9" }, { "0 0 0.5 9, 0 0 1 90", "", 1.25, "9 9 90" },
+            // Hues on either side of the cut, and cuts in other turns, or nowhere.
+            { "0 1 0.5 9", "", 0.0, "9 9" }, { "20 1 0.5 9", "cut 30", 1 - 10.0 / 360, "9 9" },
+            { "30 1 0.5 9", "cut 30", 0.0, "9 9" }, { "120 1 0.5 9", "cut 30", 0.25, "9 9" },
+            { "120 1 0.5 9", "cut 390", 0.25, "9 9" }, { "120 1 0.5 9", "cut -330", 0.25, "9 9" },
+            { "90 1 0.5 9", "cut 360", 0.25, "9 9" }, { "90 1 0.5 9", "cut 720", 0.25, "9 9" },
+            { "90 1 0.5 9", "cut nan", 0.25, "9 9" }, { "90 1 0.5 9", "cut inf", 0.25, "9 9" },
+            // Shares of the threshold, of one and of two; too little saturation; scores.
+            { "90 1 1 25, 0 0 0.5 75", "", 1.25, "75 75 25" },
+            { "90 1 1 26, 0 0 0.5 74", "", 0.25, "26 26 74" },
+            { "90 1 1 20, 0 0 0 74, 180 1 1 6", "", 0.25, "20 20 6 74" },
+            { "90 0.125 0.5 9", "", 0.25, "9 9" }, { "90 0.1249 0.5 9", "", 1.25, "9 9" },
+            { "90 1 0.5 4, 180 0.5 1.5 4, 270 0.5 0 10", "", 0.25, "4 4 10 4" },
+            { "0 1 0 8, 90 0.5 0.9 7, 180 0.5 1.1 9", "", 0.5, "9 9 7 8" },
+            // Accents.
+            { "0 0 0.5 90, 180 1 1 5", "secondary 1", 1.25, "90 5 90" },
+            { "0 0 0.5 90, 180 1 1 5", "", 1.25, "90 90 5" },
+            { "0 1 0 3, 0 0 0.9 90, 90 1 1 5", "secondary 1", 1.125, "90 5 3 90" },
+            { "0 0 0.5 90, 0 1 1 5", "cut 90 secondary 1", 1.375, "90 5 90" },
+            // Odd limits.
+            { "90 1 0.5 9", "threshold 1", 10, "" }, { "0 0 0 9", "saturation 0", 10, "" },
+            { "90 1 1 9, 0 0 0.5 1", "threshold nan", 1.25, "1 1 9" },
+            { "90 1 0.5 9", "saturation nan", 1.25, "9 9" }
         };
-        for (const auto &[name, icon, parameters, key, order] : rows) {
+        for (const auto &[icon, parameters, key, order] : rows) {
             const ColorKey found =
                 pickAndSortColors(colors(QLatin1String(icon)), asked(QLatin1String(parameters)));
-            QVERIFY2(ClosedForms::isNear(found.colorSortValue, key), name);
-            QVERIFY2(counts(found.sortedColors) == QLatin1String(order), name);
+            QVERIFY2(ClosedForms::isNear(found.colorSortValue, key), icon);
+            QVERIFY2(counts(found.sortedColors) == QLatin1String(order), icon);
             QCOMPARE(found.problem, Problem::None);
         }
     }

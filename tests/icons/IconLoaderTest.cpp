@@ -1,17 +1,11 @@
 #include "icons/IconLoader.h"
 
+#include "TestCase.h"
 #include "platform/IconProvider.h"
 
 #include <QMutexLocker>
-#include <QRegularExpression>
 #include <QSemaphore>
-#include <QSignalSpy>
-#include <QTest>
 #include <QThread>
-
-#include <memory>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -69,29 +63,29 @@ constexpr int many = 40;
 
 } // namespace
 
-class IconLoaderTest : public QObject
+class IconLoaderTest : public TestCase
 {
     Q_OBJECT
-
 private Q_SLOTS:
     void init()
     {
-        QTest::failOnWarning(QRegularExpression(u"."_s));
+        TestCase::init();
         _received.clear();
         _loader.reset();
         _icons = std::make_unique<GatedIcons>();
         _loader = std::make_unique<IconLoader>();
     }
 
-    void eightAtOnce_inOrder_andHandedOverOnTheMainThread()
+    void eightAtOnce_inOrder_noneAhead_andHandedOverOnTheMainThread()
     {
         QSignalSpy finished(_loader.get(), &IconLoader::finished);
         bool isOnMainThread = true;
-        for (int i = 0; i < many; ++i) {
-            add(QString::number(i), [&isOnMainThread, this] {
-                isOnMainThread = isOnMainThread && QThread::currentThread() == thread();
-            });
-        }
+        qsizetype furthestAhead = 0;
+        addMany([&] {
+            isOnMainThread = isOnMainThread && QThread::currentThread() == thread();
+            const qsizetype handedOver = _received.size() - 1;
+            furthestAhead = qMax(furthestAhead, _icons->started().size() - handedOver);
+        });
         QTRY_COMPARE(_icons->mostAtOnce(), IconLoader::Width);
         QStringList first = _icons->started();
         first.sort();
@@ -99,11 +93,15 @@ private Q_SLOTS:
         QCOMPARE(_loader->pendingCount(), many);
 
         _icons->gate.release(many);
+        // Every thread has decoded one, and none has been handed over.
+        _icons->decoded.acquire(IconLoader::Width);
+        QVERIFY(_received.isEmpty());
         QVERIFY(finished.wait());
         QCOMPARE(finished.count(), 1);
         QCOMPARE(_loader->pendingCount(), 0);
         QCOMPARE(_received.size(), many);
         QVERIFY(isOnMainThread);
+        QCOMPARE(furthestAhead, qsizetype(IconLoader::Width));
         QCOMPARE(_icons->mostAtOnce(), IconLoader::Width);
         // A thread may be late, but none is early by more than there are of them.
         const QStringList started = _icons->started();
@@ -112,30 +110,11 @@ private Q_SLOTS:
         }
     }
 
-    void noThreadRunsAheadOfTheReceivers()
-    {
-        QSignalSpy finished(_loader.get(), &IconLoader::finished);
-        qsizetype furthestAhead = 0;
-        for (int i = 0; i < many; ++i) {
-            add(QString::number(i), [&] {
-                const qsizetype handedOver = _received.size() - 1;
-                furthestAhead = qMax(furthestAhead, _icons->started().size() - handedOver);
-            });
-        }
-        _icons->gate.release(many);
-        // Every thread has decoded one, and none has been handed over.
-        _icons->decoded.acquire(IconLoader::Width);
-        QVERIFY(_received.isEmpty());
-        QVERIFY(finished.wait());
-        QCOMPARE(furthestAhead, qsizetype(IconLoader::Width));
-    }
-
     void failures_areHandedOverWithoutWaiting()
     {
         QSignalSpy finished(_loader.get(), &IconLoader::finished);
-        const QRegularExpression line(u"^IconLoader::run Error loading icon for path: no icon$"_s);
         for (int i = 0; i < 2 * IconLoader::Width; ++i) {
-            QTest::ignoreMessage(QtWarningMsg, line);
+            expectWarning(u"^IconLoader::run Error loading icon for path: no icon$"_s);
             add(u"no icon"_s);
         }
         _icons->gate.release();
@@ -145,9 +124,7 @@ private Q_SLOTS:
         QVERIFY(_received.isEmpty());
         QVERIFY(finished.wait());
         QCOMPARE(_received.size(), 2 * IconLoader::Width + 1);
-        QCOMPARE(std::count_if(_received.cbegin(), _received.cend(),
-                     [](const QImage &icon) { return icon.isNull(); }),
-            2 * IconLoader::Width);
+        QCOMPARE(_received.count(QImage()), 2 * IconLoader::Width);
     }
 
     void sizesAreKeptWithinBounds()
@@ -160,45 +137,36 @@ private Q_SLOTS:
         }
     }
 
-    void cancelAll_callsNoReceiver_data()
-    {
-        QTest::addColumn<int>("decoded");
-        QTest::addColumn<bool>("isDestroyed");
-        QTest::newRow("while decoding") << 0 << false;
-        QTest::newRow("while decoding, which hangs") << -1 << false;
-        QTest::newRow("while icons wait to be taken") << IconLoader::Width << false;
-        QTest::newRow("by destruction, while decoding") << 0 << true;
-        QTest::newRow("by destruction, while icons wait") << IconLoader::Width << true;
-    }
-
+    // While so many are decoded (-1 when decoding hangs), and by destruction.
     void cancelAll_callsNoReceiver()
     {
-        QFETCH(int, decoded);
-        QFETCH(bool, isDestroyed);
-        addMany();
-        QTRY_COMPARE(_icons->mostAtOnce(), IconLoader::Width);
-        const bool isHanging = decoded < 0;
-        _icons->gate.release(isHanging ? 0 : many);
-        _icons->decoded.acquire(qMax(decoded, 0));
-        QSignalSpy finished(_loader.get(), &IconLoader::finished);
-        if (isDestroyed) {
-            _loader = std::make_unique<IconLoader>();
-        } else {
-            QCOMPARE(_loader->cancelAll(), !isHanging);
+        for (const auto &[decoded, isDestroyed] :
+            { std::pair(0, false), std::pair(-1, false), std::pair(int(IconLoader::Width), false),
+                std::pair(0, true), std::pair(int(IconLoader::Width), true) }) {
+            init();
+            addMany();
+            QTRY_COMPARE(_icons->mostAtOnce(), IconLoader::Width);
+            const bool isHanging = decoded < 0;
+            _icons->gate.release(isHanging ? 0 : many);
+            _icons->decoded.acquire(qMax(decoded, 0));
+            QSignalSpy finished(_loader.get(), &IconLoader::finished);
+            if (isDestroyed) {
+                _loader = std::make_unique<IconLoader>();
+            } else {
+                QCOMPARE(_loader->cancelAll(), !isHanging);
+            }
+            _icons->gate.release(isHanging ? many : 0);
+            QTRY_VERIFY(!_loader->isBusy());
+            QCoreApplication::processEvents();
+            QVERIFY(_received.isEmpty() && finished.isEmpty());
+            QCOMPARE(_icons->started().size(), IconLoader::Width);
+            verifyThatItWorks();
         }
-        _icons->gate.release(isHanging ? many : 0);
-        QTRY_VERIFY(!_loader->isBusy());
-        QCoreApplication::processEvents();
-        QVERIFY(_received.isEmpty() && finished.isEmpty());
-        QCOMPARE(_icons->started().size(), IconLoader::Width);
-        verifyThatItWorks();
     }
 
     void cancelAll_fromWithinAReceiver()
     {
-        for (int i = 0; i < many; ++i) {
-            add(QString::number(i), [this] { _loader->cancelAll(); });
-        }
+        addMany([this] { _loader->cancelAll(); });
         _icons->gate.release(many);
         QTRY_VERIFY(!_received.isEmpty());
         QCoreApplication::processEvents();
@@ -228,10 +196,10 @@ private:
                                   } },
             *_icons);
     }
-    void addMany()
+    void addMany(const std::function<void()> &receiver = {})
     {
         for (int i = 0; i < many; ++i) {
-            add(QString::number(i));
+            add(QString::number(i), receiver);
         }
     }
     // The loader still does its work after whatever happened to it.

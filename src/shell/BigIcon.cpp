@@ -9,6 +9,7 @@
 #include <QPainterPath>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -47,8 +48,9 @@ BigIcon::BigIcon(const QString &name, const QString &folder, const QSize &viewSi
     _folder = folderMetrics.elidedText(folder, Qt::ElideMiddle, widest);
     const qreal text =
         std::max(nameMetrics.horizontalAdvance(_name), folderMetrics.horizontalAdvance(_folder));
-    // As much on either side of the middle.
-    const int half = (std::max(int(text) + 1, Width) + 1) / 2 + SideInset;
+    // As much on either side of the middle, and rounded up no farther than the view goes.
+    const int half =
+        std::max(std::min(int(std::ceil(text / 2)), widest / 2), Width / 2) + SideInset;
     _rect = QRect(_middle.x() - half, _middle.y() - PlateTop, 2 * half, PlateTop - PlateBottom);
 }
 

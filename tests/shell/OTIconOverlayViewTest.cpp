@@ -209,6 +209,11 @@ void OTIconOverlayViewTest::anyNameIsOneLineInThePanel()
             QVERIFY(overlay().bigIconRect().width() <= _window->width());
         }
     }
+    // However much is left of a folder that is cut off.
+    for (int width = 200; width < 260; ++width) {
+        const BigIcon icon(u"app"_s, QString(300, u'w'), { width, 200 });
+        QVERIFY2(icon.rect().width() <= width, QByteArray::number(width));
+    }
 }
 
 void OTIconOverlayViewTest::theNameGoesWhereItsIconGoes()

@@ -6,8 +6,6 @@
 
 #include <QPainter>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
 // Applications that are called as the test wants.
@@ -48,41 +46,370 @@ private Q_SLOTS:
     }
     void cleanup() { tearDown(); }
 
-    void theNameStandsByTheSelectedIcon();
-    void whereTheSelectionRests_theNameGrows_data();
-    void whereTheSelectionRests_theNameGrows();
-    void anyNameIsOneLineInThePanel();
-    void theNameGoesWhereItsIconGoes();
-    void theNameMovesWhenTheBandsTurn();
-    void theNameGoesWithItsIcon();
-    void theNameFollowsAMoveBetweenBunches();
-    void whatIsTypedStandsInTheMiddle();
-    void theBubbleIsAPictureOfItsText();
-    void theBubbleFades();
-    void aMessageStandsUntilTheNextKeyOrClick();
-    void aGridThatForgets_endsTheBubble();
-    void aTabletShowsTheSelectionInLarge();
-    void onlyWhatChangesIsRepainted();
-    void hidden_nothingIsShownAndNoTimerRuns();
-    void hiddenInAResize_itComesBackWithTheSelection();
-    void colorsFollowTheWindow();
+    void theNameStandsByTheSelectedIcon()
+    {
+        fill(6);
+        show();
+        QVERIFY(overlay().labelRect().isEmpty());
+
+        select(u"app2"_s);
+        QVERIFY(isLabelBeside(u"app2"_s));
+        NotificationCenter &center = NotificationCenter::defaultCenter();
+        Q_EMIT center.N_SelectedAppChanged(_window.get(), app(u"app3"_s), QRectF(0, 0, 9, 9));
+        QVERIFY(isLabelBeside(u"app2"_s));
+
+        // The panel is larger than the grid, and so there is room for it by the last icon too.
+        set("groupOrientation", 0);
+        select(u"app5"_s);
+        QVERIFY(isLabelBelow(u"app5"_s));
+        set("tabletMode", true);
+        QCOMPARE(overlay().labelRect().bottom() + 1, cell(u"app5"_s).top() - 4);
+
+        grid().selectCoords({});
+        QVERIFY(overlay().labelRect().isEmpty());
+        QCOMPARE(timers(), QList<int>());
+    }
+
+    void whereTheSelectionRests_theNameGrows_data()
+    {
+        QTest::addColumn<std::optional<QString>>("kind");
+        QTest::addColumn<QString>("expected");
+
+        using Kind = std::optional<QString>;
+        QTest::newRow("known by its path") << Kind() << u"/apps/Write"_s;
+        QTest::newRow("of a kind") << Kind(u"Text Editor"_s) << u"Write (Text Editor)"_s;
+        QTest::newRow("of a kind with a sign") << Kind(u"100%1"_s) << u"Write (100%1)"_s;
+        QTest::newRow("that does not say") << Kind(QString()) << u"Write"_s;
+        QTest::newRow("that says it already") << Kind(u"write"_s) << u"Write"_s;
+    }
+
+    void whereTheSelectionRests_theNameGrows()
+    {
+        QFETCH(std::optional<QString>, kind);
+        QFETCH(QString, expected);
+        _naming->kind = kind;
+        fill({ u"Paint.xyz"_s, u"Write.xyz"_s });
+        show();
+
+        select(u"Write.xyz"_s);
+        QCOMPARE(timers(), QList<int> { 2000 });
+        QCOMPARE(overlay().label(), u"Write"_s);
+        // Wide enough for any path.
+        _window->resize(4000, _window->height());
+        overlay().labelTimerFire();
+        QCOMPARE(overlay().label(), kind ? expected : _home->path() + expected);
+        QCOMPARE(timers(), QList<int>());
+        select(u"Paint.xyz"_s);
+        QCOMPARE(overlay().label(), u"Paint"_s);
+        QCOMPARE(timers(), QList<int> { 2000 });
+    }
+
+    void anyNameIsOneLineInThePanel()
+    {
+        _naming->kind = QString();
+        fill(3);
+        set("tabletMode", true);
+        show();
+        for (const QString &name : { u"محرر النصوص"_s, u"👩‍🚀 🎨"_s, u"one\ntwo"_s,
+                 u"محرر النصوص "_s.repeated(25), u"🎨"_s.repeated(300), QString(300, u'w') }) {
+            _naming->shownName = name;
+            app(u"app2"_s)->forgetDisplayName();
+            for (const bool isLong : { false, true }) {
+                select(u"app1"_s);
+                select(u"app2"_s);
+                if (isLong) {
+                    overlay().labelTimerFire();
+                }
+                QCOMPARE(overlay().label().contains(u'\u2026'), name.size() > 100);
+                QVERIFY(!overlay().label().contains(u'\n'));
+                QVERIFY(_window->rect().contains(overlay().labelRect()));
+                QVERIFY(overlay().labelRect().width() > overlay().labelRect().height());
+                QVERIFY(overlay().bigIconRect().width() <= _window->width());
+            }
+        }
+        // However much is left of a folder that is cut off.
+        for (int width = 200; width < 260; ++width) {
+            const BigIcon icon(u"app"_s, QString(300, u'w'), { width, 200 });
+            QVERIFY2(icon.rect().width() <= width, QByteArray::number(width));
+        }
+    }
+
+    void theNameGoesWhereItsIconGoes()
+    {
+        _naming->kind = u"Tool"_s;
+        set("groupOrientation", 0);
+        fill(6);
+        show();
+        selectByKeys(u"app2"_s);
+        overlay().labelTimerFire();
+        QCOMPARE(overlay().label(), u"app2 (Tool)"_s);
+        const QRect before = cell(u"app2"_s);
+        set("iconSpacing", 16);
+        QVERIFY(cell(u"app2"_s) != before);
+        // It has not become short again by that.
+        QCOMPARE(overlay().label(), u"app2 (Tool)"_s);
+        QVERIFY(_window->rect().contains(overlay().labelRect()));
+        selectByKeys(u"app1"_s);
+        QVERIFY(isLabelBelow(u"app1"_s));
+        // Nor does the rest begin anew.
+        for (QTimer *timer : overlay().findChildren<QTimer *>()) {
+            if (timer->isActive()) {
+                timer->start(500);
+            }
+        }
+        set("maximumIconSize", 128);
+        QCOMPARE(timers().size(), 1);
+        QVERIFY(timers().constFirst() < 1000);
+        QVERIFY(isLabelBelow(u"app1"_s));
+    }
+
+    void theNameMovesWhenTheBandsTurn()
+    {
+        fill({ u"a"_s });
+        show();
+        selectByKeys(u"a"_s);
+        QVERIFY(isLabelBeside(u"a"_s));
+        set("groupOrientation", 1);
+        QVERIFY(isLabelBelow(u"a"_s));
+    }
+
+    void theNameGoesWithItsIcon()
+    {
+        fill(1);
+        show();
+        NotificationCenter &center = NotificationCenter::defaultCenter();
+        selectByKeys(u"app0"_s);
+        grid().openMenuAt(grid().selectedCoords());
+        QVERIFY(overlay().labelRect().isEmpty());
+        QApplication::activePopupWidget()->close();
+        QVERIFY(isLabelBeside(u"app0"_s));
+        // Text stands in for the icons.
+        Q_EMIT center.N_ShowProgressStep(1, 3, u"/somewhere"_s);
+        QVERIFY(overlay().labelRect().isEmpty());
+        Q_EMIT center.N_ShowProgressStep(0, 0, {});
+        QCOMPARE(overlay().label(), u"app0"_s);
+        _manager->excludeApp(app(u"app0"_s));
+        QVERIFY(grid().isEmpty());
+        QVERIFY(overlay().labelRect().isEmpty() && timers().isEmpty());
+    }
+
+    void whatIsTypedStandsInTheMiddle()
+    {
+        fill(6);
+        show();
+        type(u"a"_s);
+        QCOMPARE(overlay().filterBubble().text(), u"a"_s);
+        QCOMPARE(timers(), QList<int> { 1000 });
+        const QRect bubble = overlay().filterBubble().rect();
+        QVERIFY(bubble.height() > 72 + 2 * 20);
+        QVERIFY((bubble.center() - _window->rect().center()).manhattanLength() <= 2);
+        const QImage with = _window->grab().toImage();
+        grid().setGroupToShow(AllGroup);
+        QVERIFY(overlay().filterBubble().isEmpty() && timers().isEmpty());
+        const QImage without = _window->grab().toImage();
+        QVERIFY(with.copy(bubble) != without.copy(bubble));
+        const QPoint corner = bubble.topLeft() + QPoint(1, 1);
+        QCOMPARE(colorAt(with, corner), colorAt(without, corner));
+        // What does not fit loses its beginning.
+        type(u"abcdefghijklmnopqrstuvwxyz"_s.left(26));
+        const QString shown = overlay().filterBubble().text();
+        QVERIFY(shown.startsWith(u'\u2026') && shown.endsWith(u'z'));
+        QVERIFY(_window->rect().contains(overlay().filterBubble().rect()));
+    }
+
+    void theBubbleFades()
+    {
+        _desktop->movement.isStill = false;
+        fill(6);
+        show();
+        type(u"a"_s);
+        overlay().filterStringTimerFire();
+        QCOMPARE(fade().duration(), 500);
+        fade().setCurrentTime(250);
+        QVERIFY(std::abs(overlay().filterStringAlpha() - 0.5) < 0.05);
+        // The next key makes it whole again.
+        type(u"p"_s);
+        QVERIFY(!fade().isAnimating() && overlay().filterStringAlpha() == 1);
+        QCOMPARE(overlay().filterBubble().text(), u"ap"_s);
+        QCOMPARE(timers(), QList<int> { 1000 });
+        overlay().filterStringTimerFire();
+        QVERIFY(overlay().filterNote().rect().isEmpty());
+        fade().setCurrentTime(500);
+        QVERIFY(overlay().filterBubble().isEmpty() && overlay().filterStringAlpha() == 1);
+        // The filter goes on, and its note stands between the buttons.
+        QCOMPARE(overlay().filterNote().text(), u"Filter: ap"_s);
+        const QRect note = overlay().filterNote().rect();
+        QVERIFY(note.left() > _window->closeButton().geometry().right());
+        QVERIFY(note.right() < _window->prefsButton().x() && note.bottom() < grid().y());
+        QTest::keyClick(_window->windowHandle(), Qt::Key_Escape);
+        QVERIFY(overlay().filterNote().rect().isEmpty());
+        // For those who want no movement it is gone at once.
+        _desktop->movement.isStill = true;
+        type(u"p"_s);
+        overlay().filterStringTimerFire();
+        QVERIFY(!fade().isAnimating() && overlay().filterBubble().isEmpty());
+    }
+
+    void aMessageStandsUntilTheNextKeyOrClick()
+    {
+        NotificationCenter &center = NotificationCenter::defaultCenter();
+        const auto shown = [this] { return overlay().message().text(); };
+        fill(2);
+        Q_EMIT center.N_UserMessage(u"It could not be done at all, for reasons that are long."_s);
+        QCOMPARE(shown(), QString());
+        show();
+        QVERIFY(shown().startsWith(u"It could not"));
+        QVERIFY(_window->rect().contains(overlay().message().rect()));
+        QCOMPARE(overlay().accessibleName(), shown());
+        QCoreApplication::processEvents();
+        // Modifiers alone say nothing, and a letter does what it always does.
+        QTest::keyPress(_window->windowHandle(), Qt::Key_Shift);
+        QVERIFY(!shown().isEmpty());
+        QTest::keyRelease(_window->windowHandle(), Qt::Key_Shift);
+        type(u"a"_s);
+        QCOMPARE(shown(), QString());
+        QCOMPARE(grid().filterSubstring(), u"a"_s);
+        // The key that it answers leaves it.
+        const QMetaObject::Connection answer =
+            connect(&center, &NotificationCenter::N_FilterStringChanged, this,
+                [&center] { Q_EMIT center.N_UserMessage(u"second"_s); });
+        type(u"p"_s);
+        disconnect(answer);
+        QCOMPARE(shown(), u"second"_s);
+        QCoreApplication::processEvents();
+        QTest::mouseClick(_window->windowHandle(), Qt::LeftButton, {}, { 40, 5 });
+        QCOMPARE(shown(), QString());
+        // Seen and left alone, it does not come back.
+        Q_EMIT center.N_UserMessage(u"third"_s);
+        _window->hide();
+        QTRY_VERIFY(!_window->isVisible());
+        show();
+        QCOMPARE(shown(), QString());
+    }
+
+    void aTabletShowsTheSelectionInLarge()
+    {
+        fill(6);
+        show();
+        select(u"app1"_s);
+        QVERIFY(overlay().bigIconRect().isEmpty());
+        set("tabletMode", true);
+        const QRect large = overlay().bigIconRect();
+        QVERIFY(std::abs(large.center().x() - _window->rect().center().x()) <= 1);
+        QVERIFY(large.contains(_window->rect().center() - QPoint(0, 63)));
+        const QPoint onIcon = large.center() - QPoint(0, 32);
+        const QImage with = _window->grab().toImage();
+        type(u"a"_s);
+        // The bubble would lie on it.
+        QCOMPARE(overlay().bigIconRect(), large);
+        const QPoint onPlate = large.topLeft() + QPoint(24, 4);
+        QVERIFY(colorAt(_window->grab().toImage(), onPlate) != colorAt(with, onPlate));
+        overlay().clearFilterString();
+        grid().selectCoords({});
+        QVERIFY(overlay().bigIconRect().isEmpty());
+        set("tabletMode", false);
+        overlay().drawBigIconForApp(app(u"app3"_s));
+        QVERIFY(overlay().labelRect().isEmpty());
+        QImage red(64, 64, QImage::Format_ARGB32_Premultiplied);
+        red.fill(Qt::red);
+        app(u"app3"_s)->setIcon(red);
+        overlay().drawBigIconForApp(nullptr);
+        overlay().drawBigIconForApp(app(u"app3"_s));
+        QCOMPARE(colorAt(_window->grab().toImage(), onIcon), QColor(Qt::red));
+    }
+
+    void onlyWhatChangesIsRepainted()
+    {
+        _desktop->movement.isStill = false;
+        fill(6);
+        show();
+        select(u"app0"_s);
+        QCoreApplication::processEvents();
+        PaintedRegion painted;
+        overlay().installEventFilter(&painted);
+        const QRect label = overlay().labelRect();
+        const QRegion before = QRegion(cell(u"app0"_s)) + label;
+        select(u"app5"_s);
+        QTRY_VERIFY(painted.region.intersects(overlay().labelRect()));
+        QCOMPARE(painted.region - before - cell(u"app5"_s) - overlay().labelRect(), QRegion());
+        QCOMPARE(QRegion(label) - painted.region, QRegion());
+        type(u"a"_s);
+        QTRY_VERIFY(painted.region.intersects(overlay().filterBubble().rect()));
+        overlay().filterStringTimerFire();
+        QCoreApplication::processEvents();
+        painted.region = {};
+        fade().setCurrentTime(400);
+        QTRY_VERIFY(!painted.region.isEmpty());
+        QCOMPARE(painted.region - overlay().filterBubble().rect(), QRegion());
+    }
+
+    void hidden_nothingIsShownAndNoTimerRuns()
+    {
+        fill(6);
+        show();
+        select(u"app1"_s);
+        type(u"a"_s);
+        QCOMPARE(timers().size(), 2);
+        _window->hide();
+        QTRY_VERIFY(!_window->isVisible());
+        QCOMPARE(timers(), QList<int>());
+        QVERIFY(overlay().labelRect().isEmpty() && overlay().filterBubble().isEmpty());
+        Q_EMIT NotificationCenter::defaultCenter().N_FilterStringChanged(&grid(), u"x"_s, 1);
+        select(u"app2"_s);
+        QVERIFY(timers().isEmpty() && overlay().filterBubble().isEmpty());
+        // As in a resize.
+        show();
+        overlay().hide();
+        select(u"app2"_s);
+        QCOMPARE(timers(), QList<int>());
+        overlay().show();
+        QVERIFY(isLabelBeside(u"app2"_s));
+        QCOMPARE(timers(), QList<int> { 2000 });
+    }
+
+    void colorsFollowTheWindow()
+    {
+        fill(6);
+        set("windowAlpha", 0);
+        show();
+        select(u"app0"_s);
+        // It reaches beyond the icons.
+        type(u"a"_s);
+        const QRect bubble = overlay().filterBubble().rect();
+        const QPoint inBubble(bubble.center().x(), bubble.top() + 3);
+        // In the round end of the capsule, where no letter is.
+        const QPoint inLabel(overlay().labelRect().left() + 4, overlay().labelRect().center().y());
+        const auto isNear = [](const QColor &one, const QColor &other) {
+            return std::abs(one.blue() - other.blue()) <= 3;
+        };
+        for (const char *color : { "#000000ff", "#ffffff00", "#102080ff" }) {
+            set("windowColor", QLatin1String(color));
+            const QColor wanted = colorFromText(QLatin1String(color));
+            const QImage picture = _window->grab().toImage();
+            const QColor plate = colorAt(picture, inLabel);
+            QVERIFY(std::abs(plate.alpha() - 204) <= 3 && isNear(plate, wanted));
+            QVERIFY(isNear(colorAt(picture, inBubble), wanted));
+            // The letters stand out.
+            const QImage label = picture.copy(overlay().labelRect());
+            int farthest = 0;
+            for (int x = 0; x < label.width(); ++x) {
+                const QColor there = label.pixelColor(x, label.height() / 2);
+                farthest = std::max(farthest, std::abs(there.green() - wanted.green()));
+            }
+            QVERIFY(farthest > 150);
+        }
+    }
 
 private:
     OTIconOverlayView &overlay() const { return _window->overlay(); }
     AppRef app(const QString &name) const { return _manager->appForPath(pathOf(name)); }
-    void show()
-    {
-        _window->show();
-        QTRY_VERIFY(_window->windowOpacity() > 0.99);
-        QTRY_VERIFY(_window->isActiveWindow());
-    }
     void select(const QString &name) const { grid().selectCoords(grid().coordsOfApp(app(name))); }
     // So that the selection goes where its icon goes.
     void selectByKeys(const QString &name) const
     {
+        const AppRef wanted = app(name);
         grid().selectCoords({});
-        while (grid().selectedCoords().row != grid().coordsOfApp(app(name)).row
-            || grid().selectedCoords().col != grid().coordsOfApp(app(name)).col) {
+        while (grid().appAtCoords(grid().selectedCoords()) != wanted) {
             grid().keyPressed({ QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier });
         }
     }
@@ -110,476 +437,11 @@ private:
         return overlay().label() == name && label.top() == cell(name).bottom() + 1 + 4
             && std::abs(label.center().x() - cell(name).center().x()) <= 1;
     }
-    // The intervals of the timers that run, in milliseconds.
-    QList<int> timers() const
-    {
-        QList<int> intervals;
-        for (const QTimer *timer : overlay().findChildren<QTimer *>()) {
-            if (timer->isActive()) {
-                intervals.append(timer->interval());
-            }
-        }
-        return intervals;
-    }
+    QList<int> timers() const { return activeTimers(overlay()); }
     KRViewAnimation &fade() const { return *overlay().findChild<KRViewAnimation *>(); }
 
     NamingDesktop *_naming = nullptr;
 };
-
-void OTIconOverlayViewTest::theNameStandsByTheSelectedIcon()
-{
-    fill(6);
-    show();
-    QVERIFY(overlay().labelRect().isEmpty());
-
-    select(u"app2"_s);
-    QVERIFY(isLabelBeside(u"app2"_s));
-    NotificationCenter &center = NotificationCenter::defaultCenter();
-    Q_EMIT center.N_SelectedAppChanged(_window.get(), app(u"app3"_s), QRectF(0, 0, 9, 9));
-    QVERIFY(isLabelBeside(u"app2"_s));
-
-    // The panel is larger than the grid, and so there is room for it by the last icon too.
-    set("groupOrientation", 0);
-    select(u"app5"_s);
-    QVERIFY(isLabelBelow(u"app5"_s));
-    set("tabletMode", true);
-    QCOMPARE(overlay().labelRect().bottom() + 1, cell(u"app5"_s).top() - 4);
-
-    grid().selectCoords({});
-    QVERIFY(overlay().labelRect().isEmpty());
-    QCOMPARE(timers(), QList<int>());
-}
-
-void OTIconOverlayViewTest::whereTheSelectionRests_theNameGrows_data()
-{
-    QTest::addColumn<std::optional<QString>>("kind");
-    QTest::addColumn<QString>("expected");
-
-    using Kind = std::optional<QString>;
-    QTest::newRow("known by its path") << Kind() << u"/apps/Write"_s;
-    QTest::newRow("of a kind") << Kind(u"Text Editor"_s) << u"Write (Text Editor)"_s;
-    QTest::newRow("of a kind with a sign") << Kind(u"100%1"_s) << u"Write (100%1)"_s;
-    QTest::newRow("that does not say") << Kind(QString()) << u"Write"_s;
-    QTest::newRow("that says it already") << Kind(u"write"_s) << u"Write"_s;
-}
-
-void OTIconOverlayViewTest::whereTheSelectionRests_theNameGrows()
-{
-    QFETCH(std::optional<QString>, kind);
-    QFETCH(QString, expected);
-    _naming->kind = kind;
-    fill({ u"Paint.xyz"_s, u"Write.xyz"_s });
-    show();
-
-    select(u"Write.xyz"_s);
-    QCOMPARE(timers(), QList<int> { 2000 });
-    QCOMPARE(overlay().label(), u"Write"_s);
-    // Wide enough for any path.
-    _window->resize(4000, _window->height());
-    overlay().labelTimerFire();
-    QCOMPARE(overlay().label(), kind ? expected : _home->path() + expected);
-    QCOMPARE(timers(), QList<int>());
-
-    select(u"Paint.xyz"_s);
-    QCOMPARE(overlay().label(), u"Paint"_s);
-    QCOMPARE(timers(), QList<int> { 2000 });
-}
-
-void OTIconOverlayViewTest::anyNameIsOneLineInThePanel()
-{
-    _naming->kind = QString();
-    fill(3);
-    set("tabletMode", true);
-    show();
-    for (const QString &name : { u"محرر النصوص"_s, u"👩‍🚀 🎨"_s, u"one\ntwo"_s,
-             u"محرر النصوص "_s.repeated(25), u"🎨"_s.repeated(300), QString(300, u'w') }) {
-        _naming->shownName = name;
-        app(u"app2"_s)->forgetDisplayName();
-        for (const bool isLong : { false, true }) {
-            select(u"app1"_s);
-            select(u"app2"_s);
-            if (isLong) {
-                overlay().labelTimerFire();
-            }
-            QCOMPARE(overlay().label().contains(u'\u2026'), name.size() > 100);
-            QVERIFY(!overlay().label().contains(u'\n'));
-            QVERIFY(_window->rect().contains(overlay().labelRect()));
-            QVERIFY(overlay().labelRect().height() < 2 * QFontMetrics(overlay().font()).height());
-            QVERIFY(overlay().labelRect().width() > overlay().labelRect().height());
-            QVERIFY(overlay().bigIconRect().width() <= _window->width());
-        }
-    }
-    // However much is left of a folder that is cut off.
-    for (int width = 200; width < 260; ++width) {
-        const BigIcon icon(u"app"_s, QString(300, u'w'), { width, 200 });
-        QVERIFY2(icon.rect().width() <= width, QByteArray::number(width));
-    }
-}
-
-void OTIconOverlayViewTest::theNameGoesWhereItsIconGoes()
-{
-    _naming->kind = u"Tool"_s;
-    set("groupOrientation", 0);
-    fill(6);
-    show();
-    selectByKeys(u"app2"_s);
-    overlay().labelTimerFire();
-    QCOMPARE(overlay().label(), u"app2 (Tool)"_s);
-    const QRect before = cell(u"app2"_s);
-    set("iconSpacing", 16);
-    QVERIFY(cell(u"app2"_s) != before);
-    // It has not become short again by that.
-    QCOMPARE(overlay().label(), u"app2 (Tool)"_s);
-    QVERIFY(_window->rect().contains(overlay().labelRect()));
-
-    selectByKeys(u"app1"_s);
-    QVERIFY(isLabelBelow(u"app1"_s));
-    // Nor does the rest begin anew.
-    for (QTimer *timer : overlay().findChildren<QTimer *>()) {
-        if (timer->isActive()) {
-            timer->start(500);
-        }
-    }
-    set("maximumIconSize", 128);
-    QCOMPARE(timers().size(), 1);
-    QVERIFY(timers().constFirst() < 1000);
-    QVERIFY(isLabelBelow(u"app1"_s));
-    // What the pointer had selected may lie elsewhere.
-    select(u"app3"_s);
-    grid().forceRowColCountForRows(2, 0);
-    QVERIFY(overlay().labelRect().isEmpty());
-}
-
-void OTIconOverlayViewTest::theNameMovesWhenTheBandsTurn()
-{
-    // One icon looks the same either way.
-    fill({ u"a"_s });
-    show();
-    selectByKeys(u"a"_s);
-    QVERIFY(isLabelBeside(u"a"_s));
-    const QSize size = _window->size();
-    set("groupOrientation", 1);
-    QCOMPARE(_window->size(), size);
-    QVERIFY(isLabelBelow(u"a"_s));
-}
-
-void OTIconOverlayViewTest::theNameGoesWithItsIcon()
-{
-    fill(1);
-    show();
-    NotificationCenter &center = NotificationCenter::defaultCenter();
-    selectByKeys(u"app0"_s);
-    grid().openMenuAt(grid().selectedCoords());
-    QVERIFY(overlay().labelRect().isEmpty());
-    QApplication::activePopupWidget()->close();
-    QVERIFY(isLabelBeside(u"app0"_s));
-    // Text stands in for the icons.
-    Q_EMIT center.N_ShowProgressStep(1, 3, u"/somewhere"_s);
-    QVERIFY(overlay().labelRect().isEmpty());
-    Q_EMIT center.N_ShowProgressStep(0, 0, {});
-    QCOMPARE(overlay().label(), u"app0"_s);
-
-    _manager->excludeApp(app(u"app0"_s));
-    QVERIFY(grid().isEmpty());
-    QVERIFY(overlay().labelRect().isEmpty());
-    QCOMPARE(timers(), QList<int>());
-}
-
-// Its cell keeps row and column, and yet it moves by the space between the bunches.
-void OTIconOverlayViewTest::theNameFollowsAMoveBetweenBunches()
-{
-    set("groupOrientation", 1);
-    set("groupToShowWhenWindowOpens", UserGroup);
-    fill(7);
-    const auto move = [this](const QString &name, qsizetype bunch, qsizetype index) {
-        _manager->moveApp(app(name), UserGroup, bunch, index);
-    };
-    for (int i = 0; i < 7; ++i) {
-        move(u"app%1"_s.arg(i), i / 4, i % 4);
-    }
-    show();
-    selectByKeys(u"app3"_s);
-    const QRect before = cell(u"app3"_s);
-    QSignalSpy resized(
-        &NotificationCenter::defaultCenter(), &NotificationCenter::N_SubviewNeedsResizing);
-    move(u"app3"_s, 1, 0);
-    QCOMPARE(resized.size(), 0);
-    QVERIFY(cell(u"app3"_s) != before);
-    QVERIFY(isLabelBelow(u"app3"_s));
-}
-
-void OTIconOverlayViewTest::whatIsTypedStandsInTheMiddle()
-{
-    fill(6);
-    show();
-    type(u"a"_s);
-    QCOMPARE(overlay().filterBubble().text(), u"a"_s);
-    QCOMPARE(timers(), QList<int> { 1000 });
-    const QRect bubble = overlay().filterBubble().rect();
-    QVERIFY(bubble.height() > 72 + 2 * 20);
-    QVERIFY((bubble.center() - _window->rect().center()).manhattanLength() <= 2);
-    Q_EMIT NotificationCenter::defaultCenter().N_FilterStringChanged(_window.get(), u"x"_s, 1);
-    QCOMPARE(overlay().filterBubble().text(), u"a"_s);
-
-    // Letters on a plate on whatever lies there.
-    const QImage with = _window->grab().toImage();
-    QTest::keyClick(_window->windowHandle(), Qt::Key_Escape);
-    QVERIFY(overlay().filterBubble().isEmpty());
-    QCOMPARE(timers(), QList<int>());
-    const QImage without = _window->grab().toImage();
-    QVERIFY(with.copy(bubble) != without.copy(bubble));
-    const QPoint corner = bubble.topLeft() + QPoint(1, 1);
-    QCOMPARE(colorAt(with, corner), colorAt(without, corner));
-
-    // What does not fit loses its beginning.
-    type(u"abcdefghijklmnopqrstuvwxyz"_s.left(26));
-    const QString shown = overlay().filterBubble().text();
-    QVERIFY(shown.startsWith(u'\u2026') && shown.endsWith(u'z'));
-    QVERIFY(_window->rect().contains(overlay().filterBubble().rect()));
-}
-
-void OTIconOverlayViewTest::theBubbleIsAPictureOfItsText()
-{
-    FilterBubble bubble;
-    bubble.setColors(Qt::white, QColor(0, 0, 0, 64));
-    const auto pictureOf = [&bubble](const QString &text, qreal alpha) {
-        QImage picture(600, 300, QImage::Format_ARGB32_Premultiplied);
-        picture.fill(Qt::transparent);
-        bubble.setText(text, picture.size());
-        QPainter painter(&picture);
-        bubble.draw(painter, alpha);
-        return picture;
-    };
-    const QImage first = pictureOf(u"nu"_s, 1);
-    const QPoint onPlate = bubble.rect().topLeft() + QPoint(30, 3);
-    QVERIFY(pictureOf(u"un"_s, 1) != first);
-    QCOMPARE(pictureOf(u"nu"_s, 1), first);
-    QVERIFY(std::abs(first.pixelColor(onPlate).alpha() - 64) <= 1);
-    QVERIFY(std::abs(pictureOf(u"nu"_s, 0.5).pixelColor(onPlate).alpha() - 32) <= 1);
-    QCOMPARE(first.pixelColor(bubble.rect().topLeft()).alpha(), 0);
-}
-
-void OTIconOverlayViewTest::theBubbleFades()
-{
-    _desktop->movement.isStill = false;
-    fill(6);
-    show();
-    type(u"a"_s);
-    overlay().filterStringTimerFire();
-    QVERIFY(fade().isAnimating());
-    QCOMPARE(fade().duration(), 500);
-    fade().setCurrentTime(250);
-    QVERIFY(std::abs(overlay().filterStringAlpha() - 0.5) < 0.05);
-
-    // The next key makes it whole again.
-    type(u"p"_s);
-    QVERIFY(!fade().isAnimating());
-    QCOMPARE(overlay().filterStringAlpha(), 1.0);
-    QCOMPARE(overlay().filterBubble().text(), u"ap"_s);
-    QCOMPARE(timers(), QList<int> { 1000 });
-
-    overlay().filterStringTimerFire();
-    QVERIFY(overlay().filterNote().rect().isEmpty());
-    fade().setCurrentTime(500);
-    QVERIFY(overlay().filterBubble().isEmpty());
-    QCOMPARE(overlay().filterStringAlpha(), 1.0);
-    // The filter goes on, and its note stands between the buttons.
-    QCOMPARE(overlay().filterNote().text(), u"Filter: ap"_s);
-    const QRect note = overlay().filterNote().rect();
-    QVERIFY(note.left() > _window->closeButton().geometry().right());
-    QVERIFY(note.right() < _window->prefsButton().x() && note.bottom() < grid().y());
-    const QImage with = _window->grab().toImage();
-    QTest::keyClick(_window->windowHandle(), Qt::Key_Escape);
-    QVERIFY(overlay().filterNote().rect().isEmpty());
-    QVERIFY(_window->grab().toImage().copy(note) != with.copy(note));
-
-    // For those who want no movement it is gone at once.
-    _desktop->movement.isStill = true;
-    type(u"p"_s);
-    QVERIFY(!overlay().filterBubble().isEmpty());
-    overlay().filterStringTimerFire();
-    QVERIFY(!fade().isAnimating());
-    QVERIFY(overlay().filterBubble().isEmpty());
-}
-
-void OTIconOverlayViewTest::aMessageStandsUntilTheNextKeyOrClick()
-{
-    NotificationCenter &center = NotificationCenter::defaultCenter();
-    const auto shown = [this] { return overlay().message().text(); };
-    fill(2);
-    Q_EMIT center.N_UserMessage(u"first"_s);
-    Q_EMIT center.N_UserMessage(
-        u"It could not be done at all, for reasons that are long to tell."_s);
-    QCOMPARE(shown(), QString());
-    show();
-    QVERIFY(shown().startsWith(u"It could not"));
-    QVERIFY(_window->rect().contains(overlay().message().rect()));
-    QCOMPARE(overlay().accessibleName(), shown());
-    QCoreApplication::processEvents();
-    // Modifiers alone say nothing, and a letter does what it always does.
-    QTest::keyPress(_window->windowHandle(), Qt::Key_Shift);
-    QVERIFY(!shown().isEmpty());
-    QTest::keyRelease(_window->windowHandle(), Qt::Key_Shift);
-    type(u"a"_s);
-    QCOMPARE(shown(), QString());
-    QCOMPARE(grid().filterSubstring(), u"a"_s);
-
-    // The key that it answers leaves it.
-    const QMetaObject::Connection answer =
-        connect(&center, &NotificationCenter::N_FilterStringChanged, this,
-            [&center] { Q_EMIT center.N_UserMessage(u"second"_s); });
-    type(u"p"_s);
-    disconnect(answer);
-    QCOMPARE(shown(), u"second"_s);
-    QCoreApplication::processEvents();
-    QTest::mouseClick(_window->windowHandle(), Qt::LeftButton, {}, { 40, 5 });
-    QCOMPARE(shown(), QString());
-
-    // Seen and left alone, it does not come back.
-    Q_EMIT center.N_UserMessage(u"third"_s);
-    QCOMPARE(shown(), u"third"_s);
-    _window->hide();
-    QTRY_VERIFY(!_window->isVisible());
-    show();
-    QCOMPARE(shown(), QString());
-}
-
-void OTIconOverlayViewTest::aGridThatForgets_endsTheBubble()
-{
-    fill(6);
-    show();
-    type(u"a"_s);
-    grid().setGroupToShow(AllGroup);
-    QCOMPARE(grid().filterSubstring(), QString());
-    QVERIFY(overlay().filterBubble().isEmpty());
-}
-
-void OTIconOverlayViewTest::aTabletShowsTheSelectionInLarge()
-{
-    fill(6);
-    show();
-    select(u"app1"_s);
-    QVERIFY(overlay().bigIconRect().isEmpty());
-    set("tabletMode", true);
-    const QRect large = overlay().bigIconRect();
-    QVERIFY(std::abs(large.center().x() - _window->rect().center().x()) <= 1);
-    QVERIFY(large.contains(_window->rect().center() - QPoint(0, 63)));
-    const QPoint onIcon = large.center() - QPoint(0, 32);
-    const QImage with = _window->grab().toImage();
-    type(u"a"_s);
-    // The bubble would lie on it.
-    QCOMPARE(overlay().bigIconRect(), large);
-    const QPoint onPlate = large.topLeft() + QPoint(24, 4);
-    QVERIFY(colorAt(_window->grab().toImage(), onPlate) != colorAt(with, onPlate));
-    overlay().clearFilterString();
-
-    grid().selectCoords({});
-    QVERIFY(overlay().bigIconRect().isEmpty());
-    set("tabletMode", false);
-    overlay().drawBigIconForApp(app(u"app3"_s));
-    QCOMPARE(overlay().bigIconRect().center().x(), large.center().x());
-    QVERIFY(overlay().labelRect().isEmpty());
-    app(u"app3"_s)->setIcon([] {
-        QImage red(64, 64, QImage::Format_ARGB32_Premultiplied);
-        red.fill(Qt::red);
-        return red;
-    }());
-    overlay().drawBigIconForApp(nullptr);
-    overlay().drawBigIconForApp(app(u"app3"_s));
-    QCOMPARE(colorAt(_window->grab().toImage(), onIcon), QColor(Qt::red));
-}
-
-void OTIconOverlayViewTest::onlyWhatChangesIsRepainted()
-{
-    _desktop->movement.isStill = false;
-    fill(6);
-    show();
-    select(u"app0"_s);
-    QCoreApplication::processEvents();
-    PaintedRegion painted;
-    overlay().installEventFilter(&painted);
-
-    const QRect label = overlay().labelRect();
-    const QRegion before = QRegion(cell(u"app0"_s)) + label;
-    select(u"app5"_s);
-    QTRY_VERIFY(painted.region.intersects(overlay().labelRect()));
-    QCOMPARE(painted.region - before - cell(u"app5"_s) - overlay().labelRect(), QRegion());
-    QCOMPARE(QRegion(label) - painted.region, QRegion());
-
-    type(u"a"_s);
-    QTRY_VERIFY(painted.region.intersects(overlay().filterBubble().rect()));
-    overlay().filterStringTimerFire();
-    QCoreApplication::processEvents();
-    painted.region = {};
-    fade().setCurrentTime(400);
-    QTRY_VERIFY(!painted.region.isEmpty());
-    QCOMPARE(painted.region - overlay().filterBubble().rect(), QRegion());
-}
-
-void OTIconOverlayViewTest::hidden_nothingIsShownAndNoTimerRuns()
-{
-    fill(6);
-    show();
-    select(u"app1"_s);
-    type(u"a"_s);
-    QCOMPARE(timers().size(), 2);
-    _window->hide();
-    QTRY_VERIFY(!_window->isVisible());
-    QCOMPARE(timers(), QList<int>());
-    QVERIFY(overlay().labelRect().isEmpty());
-    QVERIFY(overlay().filterBubble().isEmpty());
-
-    NotificationCenter &center = NotificationCenter::defaultCenter();
-    Q_EMIT center.N_FilterStringChanged(&grid(), u"x"_s, 1);
-    select(u"app2"_s);
-    QCOMPARE(timers(), QList<int>());
-    QVERIFY(overlay().filterBubble().isEmpty());
-}
-
-void OTIconOverlayViewTest::hiddenInAResize_itComesBackWithTheSelection()
-{
-    fill(6);
-    show();
-    select(u"app1"_s);
-    overlay().hide();
-    QCOMPARE(timers(), QList<int>());
-    select(u"app2"_s);
-    QCOMPARE(timers(), QList<int>());
-    overlay().show();
-    QVERIFY(isLabelBeside(u"app2"_s));
-    QCOMPARE(timers(), QList<int> { 2000 });
-}
-
-void OTIconOverlayViewTest::colorsFollowTheWindow()
-{
-    fill(6);
-    set("windowAlpha", 0);
-    show();
-    select(u"app0"_s);
-    // It reaches beyond the icons.
-    type(u"a"_s);
-    const QRect bubble = overlay().filterBubble().rect();
-    const QPoint inBubble(bubble.center().x(), bubble.top() + 3);
-    // In the round end of the capsule, where no letter is.
-    const QPoint inLabel(overlay().labelRect().left() + 4, overlay().labelRect().center().y());
-    for (const char *color : { "#000000ff", "#ffffff00", "#102080ff" }) {
-        set("windowColor", QLatin1String(color));
-        const QColor wanted = colorFromText(QLatin1String(color));
-        const QImage picture = _window->grab().toImage();
-        const QColor plate = colorAt(picture, inLabel);
-        QVERIFY(std::abs(plate.alpha() - 204) <= 3);
-        QVERIFY(std::abs(plate.blue() - wanted.blue()) <= 3);
-        QVERIFY(std::abs(colorAt(picture, inBubble).blue() - wanted.blue()) <= 3);
-        // The letters stand out.
-        const QImage label = picture.copy(overlay().labelRect());
-        int farthest = 0;
-        for (int x = 0; x < label.width(); ++x) {
-            const QColor there = label.pixelColor(x, label.height() / 2);
-            farthest = std::max(farthest, std::abs(there.green() - wanted.green()));
-        }
-        QVERIFY(farthest > 150);
-    }
-}
 
 QTEST_MAIN(OTIconOverlayViewTest)
 #include "OTIconOverlayViewTest.moc"

@@ -12,9 +12,6 @@
 #include <algorithm>
 #include <cmath>
 
-using namespace Qt::Literals::StringLiterals;
-using MouseState = StatsButtons::MouseState;
-
 namespace {
 
 enum Index { Total, Included, Excluded, Favorite, Running };
@@ -29,24 +26,394 @@ private Q_SLOTS:
     void init() { setUp(); }
     void cleanup() { tearDown(); }
 
-    void capsulesLieSideBySide();
-    void everyGroup_hasItsButton();
-    void labelsGrowShorter_andAreCutOff();
-    void countsFollowTheCatalogue();
-    void onlyWhatChangesIsPainted();
-    void itFollowsTheGrid();
-    void tab_skipsWhatIsDisabled_data();
-    void tab_skipsWhatIsDisabled();
-    void tab_heldDownActsOnce();
-    void swipesOverTheGrid_areFollowed();
-    void theMouse_isShownAndSelects();
-    void pressesOffTheCapsules_areThePanels();
-    void fillsAreSharesOfTheWindow();
-    void labelsCanBeRead();
-    void countsAreShownBesideAnyIcons();
-    void aDragThatRests_opens();
-    void theDelay_isAPreference();
-    void assistiveTechnologies_findTabs();
+    void capsulesLieSideBySide()
+    {
+        const QList<QSizeF> sizes { { 10, 12 }, { 20.5, 11.2 } };
+        const StatsLayout layout(sizes, 18);
+        const QList<StatsLayout::Button> expected {
+            { { 9, 1, 10, 12 }, { 1, 1, 26, 16 } },
+            { { 36, 1, 21, 12 }, { 28, 1, 37, 16 } },
+        };
+        QCOMPARE(layout.buttons(), expected);
+        QCOMPARE(layout.totalWidth(), 66);
+        QCOMPARE(layout.buttonAt({ 26, 16 }), 0);
+        QCOMPARE(layout.buttonAt({ 27.5, 9 }), -1);
+        QCOMPARE(layout.buttonAt({ 29, 2 }), 1);
+        QCOMPARE(layout.buttonAt({ 29, 17.5 }), -1);
+        const QList<QSizeF> shorter { { 5, 12 }, { 5, 12 } };
+        QCOMPARE(StatsLayout::fittingWording({ sizes, shorter }, 18, 66), 0);
+        QCOMPARE(StatsLayout::fittingWording({ sizes, shorter }, 18, 65), 1);
+    }
+
+    void labelsGrowShorter_andAreCutOff()
+    {
+        fill(2);
+        makeWide();
+        QCOMPARE(labels(), u"2 Total, 2 Included, 0 Excluded, 0 Favorite, 0 Running"_s);
+        const int wide = control().width();
+        QCOMPARE(control().geometry(), QRect(30, 10, wide, 18));
+        control().layOut({ 30, 10, wide - 1, 18 });
+        QCOMPARE(labels(), u"2 T, 2 I, 0 E, 0 F, 0 R"_s);
+        const int narrow = control().width();
+        control().layOut({ 30, 10, narrow - 1, 18 });
+        QCOMPARE(labels(), u"T, I, E, F, R"_s);
+        const int letters = control().width();
+        QVERIFY(letters < narrow && narrow < wide);
+
+        // The pointer does not find what is cut off, and it ends round.
+        control().layOut({ 30, 10, letters / 2, 18 });
+        QCOMPARE(control().width(), letters / 2);
+        QCOMPARE(control().indexOfButtonAt(endOf(Total)), int(Total));
+        QCOMPARE(control().indexOfButtonAt(endOf(Running)), -1);
+        // So is the capsule that goes on beyond the edge.
+        control().selectButtonForGroup(IncludedGroup);
+        const int cut = int(control().buttonRect(Included).center().x());
+        control().layOut({ 30, 10, cut, 18 });
+        QVERIFY(qAlpha(picture().pixel(cut - 1, 9)) > 0);
+        for (const int y : { 0, 1, 2, 15, 16, 17 }) {
+            QVERIFY(qAlpha(picture().pixel(cut - 1, y)) < 20);
+        }
+        control().layOut({ 30, 10, -5, -5 });
+        QCOMPARE(control().width(), 0);
+        makeWide();
+        control().setCount(100'000, Included);
+        QVERIFY(labels().contains(u"100000 Included"));
+        QVERIFY(control().width() > wide);
+    }
+
+    void countsFollowTheCatalogue()
+    {
+        fill({ u"a"_s, u"b"_s, u"c"_s });
+        makeWide();
+        _manager->excludeApp(_manager->appForPath(pathOf(u"b"_s)));
+        _manager->moveApp(_manager->appForPath(pathOf(u"a"_s)), User1DGroup, 0, 0);
+        _desktop->run({ pathOf(u"a"_s), pathOf(u"c"_s) });
+        QTRY_COMPARE(labels(), u"3 Total, 2 Included, 1 Excluded, 1 Favorite, 2 Running"_s);
+        for (const int index : { Total, Included, Excluded, Favorite, Running }) {
+            QVERIFY(control().isButtonEnabled(index));
+        }
+        _manager->includeApp(_manager->appForPath(pathOf(u"b"_s)));
+        _manager->removeAppsFromUserApps(_manager->userApps1D());
+        QTRY_COMPARE(labels(), u"3 Total, 3 Included, 0 Excluded, 0 Favorite, 2 Running"_s);
+        for (const int index : { Total, Excluded, Favorite }) {
+            QVERIFY(!control().isButtonEnabled(index));
+        }
+    }
+
+    void onlyWhatChangesIsPainted()
+    {
+        fill(2);
+        show();
+        QCoreApplication::processEvents();
+        PaintedRegion painted;
+        control().installEventFilter(&painted);
+        const auto isPainted = [&painted] {
+            painted.region = {};
+            QCoreApplication::processEvents();
+            return !painted.region.isEmpty();
+        };
+        control().layOut(control().geometry());
+        _manager->sortAllArrays();
+        control().selectButtonForGroup(Included1DGroup);
+        control().updateColors();
+        send(QEvent::MouseMove, { 0, 0 }, {});
+        QVERIFY(!isPainted());
+        control().setCount(7, Included);
+        QVERIFY(isPainted());
+        set("windowColor", u"#ffffffff"_s);
+        QVERIFY(isPainted());
+    }
+
+    void itFollowsTheGrid()
+    {
+        fill(2);
+        grid().setGroupToShow(RunningGroup);
+        QCOMPARE(selected(), int(Running));
+        QCOMPARE(control().groupForSelectedButton(), int(RunningGroup));
+        set("groupOrientation", 0);
+        control().selectButtonAtIndex(-4);
+        QCOMPARE(grid().groupShown(), int(All1DGroup));
+        QCOMPARE(selected(), int(Total));
+        control().selectButtonAtIndex(9);
+        QCOMPARE(selected(), int(Running));
+        control().selectButtonForGroup(-1);
+        QCOMPARE(control().groupForSelectedButton(), -1);
+        // A modifier turns the included applications into all of them, however often it is clicked.
+        show();
+        grid().modifierKeysChanged(Qt::AltModifier);
+        for (int i = 0; i < 2; ++i) {
+            click(Included);
+            QCOMPARE(grid().groupShown(), int(All1DGroup));
+            QCOMPARE(selected(), int(Total));
+        }
+    }
+
+    void tab_skipsWhatIsDisabled()
+    {
+        fill(2);
+        _window->show();
+        const auto tabs = [this](int excluded, int favourites, const QList<int> &order) {
+            control().setCount(excluded, Excluded);
+            control().setCount(favourites, Favorite);
+            grid().setGroupToShow(IncludedGroup);
+            for (const int index : order) {
+                QCOMPARE(selected(), index);
+                QTest::keyClick(_window.get(), Qt::Key_Tab);
+            }
+            for (qsizetype i = order.size(); i-- > 0;) {
+                QTest::keyClick(_window.get(), Qt::Key_Backtab, Qt::ShiftModifier);
+                QCOMPARE(selected(), order[i]);
+                QCOMPARE(StatsButtons::groupForGroup(grid().groupShown()),
+                    control().groupForSelectedButton());
+            }
+        };
+        tabs(0, 0, { Included, Running });
+        tabs(1, 0, { Included, Excluded, Running, Total });
+        tabs(0, 1, { Included, Favorite, Running });
+        tabs(1, 1, { Included, Excluded, Favorite, Running, Total });
+    }
+
+    void tab_heldDownActsOnce()
+    {
+        fill(2);
+        grid().setGroupToShow(IncludedGroup);
+        const auto press = [this](int key, Qt::KeyboardModifiers modifiers, bool isRepeat) {
+            return control().handleKeyDown(
+                QKeyEvent(QEvent::KeyPress, key, modifiers, u"\t"_s, isRepeat));
+        };
+        QVERIFY(press(Qt::Key_Tab, {}, true));
+        QVERIFY(!press(Qt::Key_Tab, Qt::ControlModifier, false));
+        QVERIFY(!press(Qt::Key_A, {}, false));
+        QVERIFY(!press(Qt::Key_Backspace, {}, true));
+        QCOMPARE(selected(), int(Included));
+        QVERIFY(press(Qt::Key_Tab, Qt::ShiftModifier, false));
+        QCOMPARE(selected(), int(Running));
+    }
+
+    void swipesOverTheGrid_areFollowed()
+    {
+        fill(2);
+        grid().setGroupToShow(IncludedGroup);
+        NotificationCenter &center = NotificationCenter::defaultCenter();
+        Q_EMIT center.N_SelectNextIconGroup(_window.get());
+        Q_EMIT center.N_SelectPrevIconGroup(_window.get());
+        QCOMPARE(selected(), int(Included));
+        Q_EMIT center.N_SelectNextIconGroup(&grid());
+        QCOMPARE(selected(), int(Running));
+        control().setCount(1, Favorite);
+        Q_EMIT center.N_SelectPrevIconGroup(&grid());
+        QCOMPARE(selected(), int(Favorite));
+    }
+
+    void theMouse_isShownAndSelects()
+    {
+        fill(2);
+        makeWide();
+        grid().setGroupToShow(IncludedGroup);
+        const auto states = [this] {
+            QString seen;
+            for (int i = 0; i < StatsButtons::Count; ++i) {
+                seen += QString::number(int(control().mouseState(i)));
+            }
+            return seen;
+        };
+        const QPoint outside(-20, 5);
+        send(QEvent::MouseMove, endOf(Excluded), {});
+        QCOMPARE(states(), u"00300"_s);
+        send(QEvent::MouseMove, endOf(Favorite), {});
+        QCOMPARE(states(), u"00030"_s);
+        send(QEvent::MouseButtonPress, endOf(Favorite), Qt::LeftButton);
+        QCOMPARE(states(), u"00020"_s);
+        send(QEvent::MouseMove, outside, Qt::LeftButton);
+        QCOMPARE(states(), u"00000"_s);
+        send(QEvent::MouseButtonRelease, outside, {});
+        QCOMPARE(selected(), int(Included));
+        send(QEvent::MouseButtonPress, endOf(Favorite), Qt::LeftButton);
+        send(QEvent::MouseMove, endOf(Total), Qt::LeftButton);
+        QCOMPARE(states(), u"20000"_s);
+        // Disabled as it is.
+        send(QEvent::MouseButtonRelease, endOf(Total), {});
+        QCOMPARE(states(), u"00000"_s);
+        QCOMPARE(selected(), int(Total));
+        QCOMPARE(grid().groupShown(), int(AllGroup));
+        makeWide();
+        send(QEvent::MouseMove, endOf(Running), {});
+        QCOMPARE(states(), u"00003"_s);
+        // The capsule moves away from under the pointer.
+        control().setCount(1'000'000'000, Total);
+        QCOMPARE(states(), u"00030"_s);
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(&control(), &leave);
+        QCOMPARE(states(), u"00000"_s);
+    }
+
+    void pressesOffTheCapsules_areThePanels()
+    {
+        fill(2);
+        show();
+        const QSignalSpy menus(_window.get(), &OTWindow::menuWanted);
+        QTest::mouseClick(&control(), Qt::RightButton, {}, endOf(Included));
+        QCOMPARE(menus.count(), 1);
+        const QPoint between(int(control().buttonRect(Excluded).left()), 0);
+        const QPoint before = _window->pos();
+        QTest::mousePress(&control(), Qt::LeftButton, {}, between);
+        const QPoint there = between + QPoint(40, -30);
+        send(QEvent::MouseMove, there, Qt::LeftButton);
+        QTest::mouseRelease(&control(), Qt::LeftButton, {}, between);
+        QCOMPARE(_window->pos() - before, QPoint(40, -30));
+        QCOMPARE(selected(), int(Included));
+    }
+
+    void fillsAreSharesOfTheWindow()
+    {
+        const auto areNear = [](const StatsColors &colors, const QList<double> &alphas) {
+            const QList<float> found { colors.row.alphaF(), colors.selected.fill.alphaF(),
+                colors.hovered.fill.alphaF(), colors.pressed.fill.alphaF() };
+            return std::equal(found.begin(), found.end(), alphas.begin(), alphas.end(),
+                [](float one, double other) { return std::abs(double(one) - other) < 0.004; });
+        };
+        QVERIFY(areNear({ 0.85F, Qt::white }, { 0.425, 0.425, 0.425, 0.255 }));
+        QVERIFY(areNear({ 1, QColor(128, 128, 128) }, { 0.5, 0.5, 0.5, 0.3 }));
+        // A little less, or the label could not be read.
+        QVERIFY(areNear({ 0.85F, Qt::black }, { 0.425, 0.41, 0.41, 0.255 }));
+        QVERIFY(areNear({ 0.005F, Qt::white }, { 1, 0.3, 0.461, 0.3 }));
+        QCOMPARE(StatsColors(0.005F, Qt::white).row.rgb(), QColor(Qt::black).rgb());
+        QCOMPARE(StatsColors(1, QColor(128, 128, 128)).plain.text, QColor(Qt::black));
+        QCOMPARE(StatsColors(1, QColor(128, 128, 128)).selected.text, QColor(Qt::white));
+        fill(2);
+        grid().setGroupToShow(IncludedGroup);
+        makeWide();
+        const auto alphaOf = [this](
+                                 int index) { return picture().pixelColor(endOf(index)).alpha(); };
+        QCOMPARE(alphaOf(Running), 108);
+        QVERIFY(std::abs(alphaOf(Included) - 169) <= 1);
+        send(QEvent::MouseMove, endOf(Running), {});
+        QCOMPARE(alphaOf(Running), alphaOf(Included));
+        send(QEvent::MouseButtonPress, endOf(Included), Qt::LeftButton);
+        QVERIFY(std::abs(alphaOf(Included) - 145) <= 1);
+    }
+
+    void labelsCanBeRead()
+    {
+        fill(2);
+        grid().setGroupToShow(IncludedGroup);
+        makeWide();
+        const QRect place(control().pos(), control().size());
+        for (const char *name :
+            { "#000000", "#ffffff", "#808080", "#c00000", "#008000", "#0000ff" }) {
+            for (const double alpha : { 0.0, 0.3, 0.85, 1.0 }) {
+                set("windowColor", QLatin1String(name));
+                set("windowAlpha", alpha);
+                QColor window = colorFromText(QLatin1String(name));
+                window.setAlphaF(float(alpha));
+                send(QEvent::MouseMove, endOf(Running), {});
+                for (const auto desktop : { Qt::black, Qt::darkGray, Qt::white }) {
+                    QImage seen(place.size(), QImage::Format_RGB32);
+                    seen.fill(desktop);
+                    QPainter(&seen).fillRect(seen.rect(), window);
+                    control().render(&seen, {}, {}, QWidget::DrawChildren);
+                    for (const int index : { Included, Excluded, Running }) {
+                        const QPoint end = endOf(index);
+                        // Of the letters, the pixel that is smoothed least; no pixel is all ink.
+                        double contrast = 0;
+                        for (int i = 0; i < 10 * int(control().buttonRect(index).width() - 8);
+                             ++i) {
+                            const QColor color = seen.pixelColor(end.x() + i / 10, 4 + i % 10);
+                            contrast = qMax(contrast, Contrast::ratio(seen.pixelColor(end), color));
+                        }
+                        QVERIFY2(contrast >= 0.93 * Contrast::Enough, name);
+                    }
+                }
+            }
+        }
+    }
+
+    // In a panel that is no wider than it has to be.
+    void countsAreShownBesideAnyIcons()
+    {
+        fill(1);
+        grid().setGroupToShow(IncludedGroup);
+        _window->show();
+        QVERIFY(labels().contains(u"1 I"));
+        const QSize narrow = _window->size();
+        for (int i = 0; i < 120; ++i) {
+            QFile(pathOf(u"later%1"_s.arg(i))).open(QIODevice::WriteOnly);
+        }
+        _manager->fullScan();
+        for (const AppRef &app : _manager->allApps1D().mid(1)) {
+            _manager->excludeApp(app);
+        }
+        QTRY_VERIFY(labels().contains(u"120 E"));
+        QVERIFY(_window->width() > narrow.width());
+        QCOMPARE(_window->height(), narrow.height());
+        // As long as the numbers are.
+        const int wide = _window->width();
+        _manager->moveApp(_manager->allApps1D().first(), UserGroup, 0, 0);
+        QTRY_VERIFY(labels().contains(u"1 F"));
+        QCOMPARE(_window->width(), wide);
+    }
+
+    void aDragThatRests_opens()
+    {
+        fill(2);
+        makeWide();
+        set("com.apple.springing.delay", 0);
+        grid().setGroupToShow(IncludedGroup);
+        QVERIFY(isDragAccepted<QDragEnterEvent>({ 0, 0 }));
+        // Away again before there was time for anything.
+        QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Running)));
+        QVERIFY(!isDragAccepted<QDragMoveEvent>({ 0, 0 }));
+        QCoreApplication::processEvents();
+        QCOMPARE(selected(), int(Included));
+        QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Total)));
+        QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Running)));
+        QTRY_COMPARE(grid().groupShown(), int(RunningGroup));
+        // Once for each rest.
+        grid().setGroupToShow(IncludedGroup);
+        QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Running)));
+        QCoreApplication::processEvents();
+        QCOMPARE(selected(), int(Included));
+        QDragLeaveEvent leave;
+        QCoreApplication::sendEvent(&control(), &leave);
+        makeWide();
+        QVERIFY(isDragAccepted<QDragEnterEvent>(endOf(Running)));
+        QTRY_COMPARE(selected(), int(Running));
+    }
+
+    void theDelay_isAPreference()
+    {
+        QCOMPARE(SpringLoading::delay(), 0.5);
+        for (const auto &[stored, delay] :
+            { std::pair(0.05, 0.05), std::pair(-1.0, 0.5), std::pair(1e300, 86400.0) }) {
+            _defaults->setObjectForThisRun(u"com.apple.springing.delay"_s, stored);
+            QCOMPARE(SpringLoading::delay(), delay);
+        }
+    }
+
+    void assistiveTechnologies_findTabs()
+    {
+        fill(2);
+        control().layOut({ 30, 10, 120, 18 });
+        grid().setGroupToShow(IncludedGroup);
+        QAccessibleInterface *const row = QAccessible::queryAccessibleInterface(&control());
+        QCOMPARE(row->role(), QAccessible::PageTabList);
+        QCOMPARE(row->childCount(), 5);
+        QStringList heard;
+        for (int i = 0; i < 5; ++i) {
+            QAccessibleInterface *const tab = row->child(i);
+            QCOMPARE(tab->role(), QAccessible::PageTab);
+            QCOMPARE(row->indexOfChild(tab), i);
+            QCOMPARE(row->childAt(tab->rect().center().x(), tab->rect().center().y()), tab);
+            heard += tab->text(QAccessible::Name) + (tab->state().selected ? u" *"_s : QString())
+                + (tab->state().disabled ? u" -"_s : QString());
+        }
+        QCOMPARE(
+            heard.join(u", "), u"2 Total -, 2 Included *, 0 Excluded -, 0 Favorite -, 0 Running"_s);
+        row->child(Running)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(grid().groupShown(), int(RunningGroup));
+        control().layOut({ 30, 10, 20, 18 });
+        QVERIFY(row->child(Running)->state().offscreen);
+    }
 
 private:
     OTStatsControl &control() const { return _window->statsControl(); }
@@ -56,13 +423,13 @@ private:
         const QRectF capsule = control().buttonRect(index);
         return { int(capsule.left()) + 4, int(capsule.center().y()) };
     }
-    QStringList labels() const
+    QString labels() const
     {
         QStringList labels;
         for (int i = 0; i < StatsButtons::Count; ++i) {
             labels.append(control().displayedLabel(i));
         }
-        return labels;
+        return labels.join(u", ");
     }
     // Not as the panel would have it.
     void makeWide() const
@@ -96,442 +463,6 @@ private:
         return event.isAccepted();
     }
 };
-
-void OTStatsControlTest::capsulesLieSideBySide()
-{
-    const QList<QSizeF> sizes { { 10, 12 }, { 20.5, 11.2 } };
-    const StatsLayout layout(sizes, 18);
-    const QList<StatsLayout::Button> expected {
-        { { 9, 1, 10, 12 }, { 1, 1, 26, 16 } },
-        { { 36, 1, 21, 12 }, { 28, 1, 37, 16 } },
-    };
-    QCOMPARE(layout.buttons(), expected);
-    QCOMPARE(layout.totalWidth(), 66);
-    QCOMPARE(layout.buttonAt({ 26, 16 }), 0);
-    QCOMPARE(layout.buttonAt({ 27.5, 9 }), -1);
-    QCOMPARE(layout.buttonAt({ 29, 2 }), 1);
-    QCOMPARE(layout.buttonAt({ 29, 17.5 }), -1);
-
-    const QList<QSizeF> shorter { { 5, 12 }, { 5, 12 } };
-    QCOMPARE(StatsLayout::fittingWording({ sizes, shorter }, 18, 66), 0);
-    QCOMPARE(StatsLayout::fittingWording({ sizes, shorter }, 18, 65), 1);
-    QCOMPARE(StatsLayout::fittingWording({ sizes, shorter }, 18, -5), 1);
-}
-
-void OTStatsControlTest::everyGroup_hasItsButton()
-{
-    const QList<int> expected { 0, 1, 1, 3, 3, 5, 5, 3, 8, 8, 3, 3 };
-    for (int group = 0; group < expected.size(); ++group) {
-        QCOMPARE(StatsButtons::groupForGroup(group), expected[group]);
-    }
-    QCOMPARE(StatsButtons::groupForGroup(-1), -1);
-}
-
-void OTStatsControlTest::labelsGrowShorter_andAreCutOff()
-{
-    fill(2);
-    makeWide();
-    QCOMPARE(labels(),
-        QStringList(
-            { u"2 Total"_s, u"2 Included"_s, u"0 Excluded"_s, u"0 Favorite"_s, u"0 Running"_s }));
-    const int wide = control().width();
-    QCOMPARE(control().geometry(), QRect(30, 10, wide, 18));
-    control().layOut({ 30, 10, wide, 18 });
-    QCOMPARE(labels().first(), u"2 Total"_s);
-    control().layOut({ 30, 10, wide - 1, 18 });
-    QCOMPARE(labels(), QStringList({ u"2 T"_s, u"2 I"_s, u"0 E"_s, u"0 F"_s, u"0 R"_s }));
-    const int narrow = control().width();
-    control().layOut({ 30, 10, narrow - 1, 18 });
-    QCOMPARE(labels(), QStringList({ u"T"_s, u"I"_s, u"E"_s, u"F"_s, u"R"_s }));
-    const int letters = control().width();
-    QVERIFY(letters < narrow && narrow < wide);
-
-    // The pointer does not find what is cut off, and it ends round.
-    control().layOut({ 30, 10, letters / 2, 18 });
-    QCOMPARE(control().width(), letters / 2);
-    QCOMPARE(control().indexOfButtonAt(endOf(Total)), int(Total));
-    QCOMPARE(control().indexOfButtonAt(endOf(Running)), -1);
-    // So is the capsule that goes on beyond the edge.
-    control().selectButtonForGroup(IncludedGroup);
-    const int cut = int(control().buttonRect(Included).center().x());
-    control().layOut({ 30, 10, cut, 18 });
-    QVERIFY(qAlpha(picture().pixel(cut - 1, 9)) > 0);
-    for (const int y : { 0, 1, 2, 15, 16, 17 }) {
-        QVERIFY(qAlpha(picture().pixel(cut - 1, y)) < 20);
-    }
-    control().layOut({ 30, 10, -5, -5 });
-    QCOMPARE(control().width(), 0);
-
-    makeWide();
-    control().setCount(100'000, Included);
-    QCOMPARE(labels().at(Included), u"100000 Included"_s);
-    QVERIFY(control().width() > wide);
-}
-
-void OTStatsControlTest::countsFollowTheCatalogue()
-{
-    fill({ u"a"_s, u"b"_s, u"c"_s });
-    makeWide();
-    const auto are = [this](const QStringList &expected) { return labels() == expected; };
-    _manager->excludeApp(_manager->appForPath(pathOf(u"b"_s)));
-    _manager->moveApp(_manager->appForPath(pathOf(u"a"_s)), User1DGroup, 0, 0);
-    _desktop->run({ pathOf(u"a"_s), pathOf(u"c"_s) });
-    QTRY_VERIFY(
-        are({ u"3 Total"_s, u"2 Included"_s, u"1 Excluded"_s, u"1 Favorite"_s, u"2 Running"_s }));
-    for (int i = 0; i < StatsButtons::Count; ++i) {
-        QVERIFY(control().isButtonEnabled(i));
-    }
-    _manager->includeApp(_manager->appForPath(pathOf(u"b"_s)));
-    _manager->removeAppsFromUserApps(_manager->userApps1D());
-    QTRY_VERIFY(
-        are({ u"3 Total"_s, u"3 Included"_s, u"0 Excluded"_s, u"0 Favorite"_s, u"2 Running"_s }));
-    QVERIFY(!control().isButtonEnabled(Total) && !control().isButtonEnabled(Excluded));
-    QVERIFY(!control().isButtonEnabled(Favorite));
-}
-
-void OTStatsControlTest::onlyWhatChangesIsPainted()
-{
-    fill(2);
-    _window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(_window.get()));
-    QCoreApplication::processEvents();
-    PaintedRegion painted;
-    control().installEventFilter(&painted);
-    const auto isPainted = [&painted] {
-        painted.region = {};
-        QCoreApplication::processEvents();
-        return !painted.region.isEmpty();
-    };
-    control().layOut(control().geometry());
-    _manager->sortAllArrays();
-    control().selectButtonForGroup(Included1DGroup);
-    control().updateColors();
-    send(QEvent::MouseMove, { 0, 0 }, {});
-    QVERIFY(!isPainted());
-    control().setCount(7, Included);
-    QVERIFY(isPainted());
-    control().selectButtonForGroup(RunningGroup);
-    QVERIFY(isPainted());
-    set("windowColor", u"#ffffffff"_s);
-    QVERIFY(isPainted());
-}
-
-void OTStatsControlTest::itFollowsTheGrid()
-{
-    fill(2);
-    grid().setGroupToShow(RunningGroup);
-    QCOMPARE(selected(), int(Running));
-    QCOMPARE(control().groupForSelectedButton(), int(RunningGroup));
-    set("groupOrientation", 0);
-    control().selectButtonAtIndex(-4);
-    QCOMPARE(grid().groupShown(), int(All1DGroup));
-    QCOMPARE(selected(), int(Total));
-    control().selectButtonAtIndex(9);
-    QCOMPARE(selected(), int(Running));
-    control().selectButtonForGroup(-1);
-    QCOMPARE(control().groupForSelectedButton(), -1);
-
-    // Held, a modifier turns the included applications into all of them, however often they are
-    // asked for.
-    _window->show();
-    QVERIFY(QTest::qWaitForWindowActive(_window.get()));
-    grid().modifierKeysChanged(Qt::AltModifier);
-    for (int i = 0; i < 2; ++i) {
-        click(Included);
-        QCOMPARE(grid().groupShown(), int(All1DGroup));
-        QCOMPARE(selected(), int(Total));
-    }
-}
-
-void OTStatsControlTest::tab_skipsWhatIsDisabled_data()
-{
-    QTest::addColumn<int>("excluded");
-    QTest::addColumn<int>("favourites");
-    QTest::addColumn<QList<int>>("order");
-
-    QTest::newRow("plain") << 0 << 0 << QList<int> { Included, Running };
-    QTest::newRow("excluded") << 1 << 0 << QList<int> { Included, Excluded, Running, Total };
-    QTest::newRow("favourites") << 0 << 1 << QList<int> { Included, Favorite, Running };
-    QTest::newRow("all") << 1 << 1 << QList<int> { Included, Excluded, Favorite, Running, Total };
-}
-
-void OTStatsControlTest::tab_skipsWhatIsDisabled()
-{
-    QFETCH(int, excluded);
-    QFETCH(int, favourites);
-    QFETCH(QList<int>, order);
-    fill(2);
-    _window->show();
-    control().setCount(excluded, Excluded);
-    control().setCount(favourites, Favorite);
-    grid().setGroupToShow(IncludedGroup);
-    QList<int> seen;
-    for (qsizetype i = 0; i < order.size(); ++i) {
-        seen.append(selected());
-        QTest::keyClick(_window.get(), Qt::Key_Tab);
-    }
-    QCOMPARE(seen, order);
-    QCOMPARE(selected(), int(Included));
-    for (qsizetype i = order.size(); i-- > 0;) {
-        QTest::keyClick(_window.get(), Qt::Key_Backtab, Qt::ShiftModifier);
-        QCOMPARE(selected(), order[i]);
-        QCOMPARE(
-            StatsButtons::groupForGroup(grid().groupShown()), control().groupForSelectedButton());
-    }
-}
-
-void OTStatsControlTest::tab_heldDownActsOnce()
-{
-    fill(2);
-    grid().setGroupToShow(IncludedGroup);
-    const auto press = [this](int key, Qt::KeyboardModifiers modifiers, bool isRepeat) {
-        return control().handleKeyDown(
-            QKeyEvent(QEvent::KeyPress, key, modifiers, u"\t"_s, isRepeat));
-    };
-    QVERIFY(press(Qt::Key_Tab, {}, true));
-    QCOMPARE(selected(), int(Included));
-    QVERIFY(!press(Qt::Key_Tab, Qt::ControlModifier, false));
-    QVERIFY(!press(Qt::Key_A, {}, false));
-    QVERIFY(!press(Qt::Key_Backspace, {}, true));
-    QCOMPARE(selected(), int(Included));
-    QVERIFY(press(Qt::Key_Tab, Qt::ShiftModifier, false));
-    QCOMPARE(selected(), int(Running));
-}
-
-void OTStatsControlTest::swipesOverTheGrid_areFollowed()
-{
-    fill(2);
-    grid().setGroupToShow(IncludedGroup);
-    NotificationCenter &center = NotificationCenter::defaultCenter();
-    Q_EMIT center.N_SelectNextIconGroup(_window.get());
-    Q_EMIT center.N_SelectPrevIconGroup(_window.get());
-    QCOMPARE(selected(), int(Included));
-    Q_EMIT center.N_SelectNextIconGroup(&grid());
-    QCOMPARE(selected(), int(Running));
-    control().setCount(1, Favorite);
-    Q_EMIT center.N_SelectPrevIconGroup(&grid());
-    QCOMPARE(selected(), int(Favorite));
-}
-
-void OTStatsControlTest::theMouse_isShownAndSelects()
-{
-    fill(2);
-    makeWide();
-    grid().setGroupToShow(IncludedGroup);
-    const auto states = [this] {
-        QString seen;
-        for (int i = 0; i < StatsButtons::Count; ++i) {
-            seen += QString::number(int(control().mouseState(i)));
-        }
-        return seen;
-    };
-    const QPoint outside(-20, 5);
-    send(QEvent::MouseMove, endOf(Excluded), {});
-    QCOMPARE(states(), u"00300"_s);
-    send(QEvent::MouseMove, endOf(Favorite), {});
-    QCOMPARE(states(), u"00030"_s);
-    send(QEvent::MouseButtonPress, endOf(Favorite), Qt::LeftButton);
-    QCOMPARE(states(), u"00020"_s);
-    send(QEvent::MouseMove, outside, Qt::LeftButton);
-    QCOMPARE(states(), u"00000"_s);
-    send(QEvent::MouseButtonRelease, outside, {});
-    QCOMPARE(selected(), int(Included));
-    send(QEvent::MouseButtonPress, endOf(Favorite), Qt::LeftButton);
-    send(QEvent::MouseMove, endOf(Total), Qt::LeftButton);
-    QCOMPARE(states(), u"20000"_s);
-    // Disabled as it is.
-    send(QEvent::MouseButtonRelease, endOf(Total), {});
-    QCOMPARE(states(), u"00000"_s);
-    QCOMPARE(selected(), int(Total));
-    QCOMPARE(grid().groupShown(), int(AllGroup));
-
-    makeWide();
-    send(QEvent::MouseMove, endOf(Running), {});
-    QCOMPARE(states(), u"00003"_s);
-    // The capsule moves away from under the pointer.
-    control().setCount(1'000'000'000, Total);
-    QCOMPARE(states(), u"00030"_s);
-    QEvent leave(QEvent::Leave);
-    QCoreApplication::sendEvent(&control(), &leave);
-    QCOMPARE(states(), u"00000"_s);
-}
-
-void OTStatsControlTest::pressesOffTheCapsules_areThePanels()
-{
-    fill(2);
-    _window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(_window.get()));
-    const QSignalSpy menus(_window.get(), &OTWindow::menuWanted);
-    QTest::mouseClick(&control(), Qt::RightButton, {}, endOf(Included));
-    QCOMPARE(menus.count(), 1);
-    QCOMPARE(selected(), int(Included));
-
-    const QPoint between(int(control().buttonRect(Excluded).left()), 0);
-    const QPoint before = _window->pos();
-    QTest::mousePress(&control(), Qt::LeftButton, {}, between);
-    const QPoint there = between + QPoint(40, -30);
-    send(QEvent::MouseMove, there, Qt::LeftButton);
-    QTest::mouseRelease(&control(), Qt::LeftButton, {}, between);
-    QCOMPARE(_window->pos() - before, QPoint(40, -30));
-    QCOMPARE(selected(), int(Included));
-}
-
-void OTStatsControlTest::fillsAreSharesOfTheWindow()
-{
-    const auto areNear = [](const StatsColors &colors, const QList<double> &alphas) {
-        const QList<float> found { colors.row.alphaF(), colors.selected.fill.alphaF(),
-            colors.hovered.fill.alphaF(), colors.pressed.fill.alphaF() };
-        return std::equal(found.begin(), found.end(), alphas.begin(), alphas.end(),
-            [](float one, double other) { return std::abs(double(one) - other) < 0.004; });
-    };
-    QVERIFY(areNear({ 0.85F, Qt::white }, { 0.425, 0.425, 0.425, 0.255 }));
-    QVERIFY(areNear({ 1, QColor(128, 128, 128) }, { 0.5, 0.5, 0.5, 0.3 }));
-    // A little less, or the label could not be read.
-    QVERIFY(areNear({ 0.85F, Qt::black }, { 0.425, 0.41, 0.41, 0.255 }));
-    QVERIFY(areNear({ 0.005F, Qt::white }, { 1, 0.3, 0.461, 0.3 }));
-    QCOMPARE(StatsColors(0.005F, Qt::white).row.rgb(), QColor(Qt::black).rgb());
-    QCOMPARE(StatsColors(1, QColor(128, 128, 128)).plain.text, QColor(Qt::black));
-    QCOMPARE(StatsColors(1, QColor(128, 128, 128)).selected.text, QColor(Qt::white));
-
-    fill(2);
-    grid().setGroupToShow(IncludedGroup);
-    makeWide();
-    const auto alphaOf = [this](int index) { return picture().pixelColor(endOf(index)).alpha(); };
-    QCOMPARE(alphaOf(Running), 108);
-    QVERIFY(std::abs(alphaOf(Included) - 169) <= 1);
-    send(QEvent::MouseMove, endOf(Running), {});
-    QCOMPARE(alphaOf(Running), alphaOf(Included));
-    send(QEvent::MouseButtonPress, endOf(Included), Qt::LeftButton);
-    QVERIFY(std::abs(alphaOf(Included) - 145) <= 1);
-    QCOMPARE(alphaOf(Running), 108);
-}
-
-void OTStatsControlTest::labelsCanBeRead()
-{
-    fill(2);
-    grid().setGroupToShow(IncludedGroup);
-    makeWide();
-    const QRect place(control().pos(), control().size());
-    for (const QString &name : { u"#000000"_s, u"#ffffff"_s, u"#808080"_s, u"#c00000"_s,
-             u"#800000"_s, u"#008000"_s, u"#00c000"_s, u"#0000ff"_s, u"#000080"_s, u"#ffff00"_s }) {
-        for (const double alpha : { 0.0, 0.3, 0.85, 1.0 }) {
-            set("windowColor", name);
-            set("windowAlpha", alpha);
-            QColor window = colorFromText(name);
-            window.setAlphaF(float(alpha));
-            send(QEvent::MouseMove, endOf(Running), {});
-            for (const auto desktop : { Qt::black, Qt::darkGray, Qt::white }) {
-                QImage seen(place.size(), QImage::Format_RGB32);
-                seen.fill(desktop);
-                QPainter(&seen).fillRect(seen.rect(), window);
-                control().render(&seen, {}, {}, QWidget::DrawChildren);
-                for (const int index : { Included, Excluded, Running }) {
-                    const QColor below = seen.pixelColor(endOf(index));
-                    // Of the letters, the pixel that is smoothed least; no pixel is all ink.
-                    double contrast = 0;
-                    for (int i = 0; i < 10 * int(control().buttonRect(index).width() - 8); ++i) {
-                        const QPoint point(endOf(index).x() + i / 10, 4 + i % 10);
-                        contrast = qMax(contrast, Contrast::ratio(below, seen.pixelColor(point)));
-                    }
-                    QVERIFY2(contrast >= 0.93 * Contrast::Enough,
-                        qPrintable(u"%1 %2 %3: %4"_s.arg(name, QString::number(alpha),
-                            control().longLabel(index), QString::number(contrast))));
-                }
-            }
-        }
-    }
-}
-
-// In a panel that is no wider than it has to be.
-void OTStatsControlTest::countsAreShownBesideAnyIcons()
-{
-    fill(1);
-    grid().setGroupToShow(IncludedGroup);
-    _window->show();
-    QCOMPARE(labels().at(Included), u"1 I"_s);
-    const QSize narrow = _window->size();
-    for (int i = 0; i < 120; ++i) {
-        QFile(pathOf(u"later%1"_s.arg(i))).open(QIODevice::WriteOnly);
-    }
-    _manager->fullScan();
-    for (const AppRef &app : _manager->allApps1D().mid(1)) {
-        _manager->excludeApp(app);
-    }
-    QTRY_COMPARE(labels().at(Excluded), u"120 E"_s);
-    QVERIFY(_window->width() > narrow.width());
-    QCOMPARE(_window->height(), narrow.height());
-
-    // As long as the numbers are.
-    const int wide = _window->width();
-    _manager->moveApp(_manager->allApps1D().first(), UserGroup, 0, 0);
-    QTRY_COMPARE(labels().at(Favorite), u"1 F"_s);
-    QCOMPARE(_window->width(), wide);
-}
-
-void OTStatsControlTest::aDragThatRests_opens()
-{
-    fill(2);
-    makeWide();
-    set("com.apple.springing.delay", 0);
-    grid().setGroupToShow(IncludedGroup);
-    QVERIFY(isDragAccepted<QDragEnterEvent>({ 0, 0 }));
-    // Away again before there was time for anything.
-    QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Running)));
-    QVERIFY(!isDragAccepted<QDragMoveEvent>({ 0, 0 }));
-    QCoreApplication::processEvents();
-    QCOMPARE(selected(), int(Included));
-
-    QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Total)));
-    QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Running)));
-    QTRY_COMPARE(grid().groupShown(), int(RunningGroup));
-    // Once for each rest.
-    grid().setGroupToShow(IncludedGroup);
-    QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Running)));
-    QCoreApplication::processEvents();
-    QCOMPARE(selected(), int(Included));
-    QDragLeaveEvent leave;
-    QCoreApplication::sendEvent(&control(), &leave);
-    makeWide();
-    QVERIFY(isDragAccepted<QDragEnterEvent>(endOf(Running)));
-    QTRY_COMPARE(selected(), int(Running));
-}
-
-void OTStatsControlTest::theDelay_isAPreference()
-{
-    QCOMPARE(SpringLoading::delay(), 0.5);
-    for (const auto &[stored, delay] :
-        { std::pair(0.05, 0.05), std::pair(-1.0, 0.5), std::pair(1e300, 86400.0) }) {
-        _defaults->setObjectForThisRun(u"com.apple.springing.delay"_s, stored);
-        QCOMPARE(SpringLoading::delay(), delay);
-    }
-}
-
-void OTStatsControlTest::assistiveTechnologies_findTabs()
-{
-    fill(2);
-    control().layOut({ 30, 10, 120, 18 });
-    grid().setGroupToShow(IncludedGroup);
-    QAccessibleInterface *const row = QAccessible::queryAccessibleInterface(&control());
-    QCOMPARE(row->role(), QAccessible::PageTabList);
-    QCOMPARE(row->childCount(), 5);
-    QVERIFY(!row->child(-1) && !row->child(5));
-    QStringList heard;
-    for (int i = 0; i < 5; ++i) {
-        QAccessibleInterface *const tab = row->child(i);
-        QCOMPARE(tab->role(), QAccessible::PageTab);
-        QCOMPARE(row->indexOfChild(tab), i);
-        QCOMPARE(row->childAt(tab->rect().center().x(), tab->rect().center().y()), tab);
-        heard.append(tab->text(QAccessible::Name) + (tab->state().selected ? u" *"_s : QString())
-            + (tab->state().disabled ? u" -"_s : QString()));
-    }
-    QCOMPARE(heard,
-        QStringList({ u"2 Total -"_s, u"2 Included *"_s, u"0 Excluded -"_s, u"0 Favorite -"_s,
-            u"0 Running"_s }));
-    row->child(Running)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    QCOMPARE(grid().groupShown(), int(RunningGroup));
-    control().layOut({ 30, 10, 20, 18 });
-    QVERIFY(row->child(Running)->state().offscreen);
-}
 
 QTEST_MAIN(OTStatsControlTest)
 #include "OTStatsControlTest.moc"

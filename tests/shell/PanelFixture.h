@@ -12,9 +12,12 @@
 #include <QPointer>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QTimer>
 #include <QWindow>
 
 #include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
 
 // What was done, in order, by everything that writes here.
 using Journal = QStringList;
@@ -40,12 +43,12 @@ public:
     void setLevel(QWindow &, Level newLevel) override
     {
         level = newLevel;
-        _journal.append(level == Level::Raised ? QStringLiteral("raise") : QStringLiteral("lower"));
+        _journal.append(level == Level::Raised ? u"raise"_s : u"lower"_s);
     }
     void activate(QWindow &window, const ActivationStamp &stamp) override
     {
         lastTime = stamp.time;
-        _journal.append(QStringLiteral("front"));
+        _journal.append(u"front"_s);
         if (isObedient) {
             window.requestActivate();
             bringToFront(&window);
@@ -102,9 +105,9 @@ public:
     { }
     void show(int step, int count) override
     {
-        _journal.append(QStringLiteral("progress %1/%2").arg(step).arg(count));
+        _journal.append(u"progress %1/%2"_s.arg(step).arg(count));
     }
-    void end() override { _journal.append(QStringLiteral("progress ends")); }
+    void end() override { _journal.append(u"progress ends"_s); }
 
 private:
     Journal &_journal;
@@ -119,10 +122,10 @@ public:
     { }
     QString registerKey(const HotKeyCombination &combination) override
     {
-        _journal.append(QStringLiteral("key ") + combination.key);
+        _journal.append(u"key "_s + combination.key);
         return whyNot;
     }
-    void unregisterKey() override { _journal.append(QStringLiteral("no key")); }
+    void unregisterKey() override { _journal.append(u"no key"_s); }
 
     QString whyNot;
 
@@ -197,7 +200,7 @@ private:
     QString activeApplication() const override { return _inFront; }
     bool activate(const QString &path) override
     {
-        journal.append(QStringLiteral("activate ") + QFileInfo(path).fileName());
+        journal.append(u"activate "_s + QFileInfo(path).fileName());
         return true;
     }
 
@@ -210,12 +213,11 @@ protected:
     void setUp()
     {
         // A display that is not there remarks on windows that come up.
-        QTest::failOnWarning(
-            QRegularExpression(QStringLiteral("^(?!This plugin does not support ).")));
+        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )."_s));
         // Where every test begins with the pointer.
         QCursor::setPos(QGuiApplication::primaryScreen()->geometry().topLeft());
         _home = std::make_unique<QTemporaryDir>();
-        QDir(_home->path()).mkdir(QStringLiteral("apps"));
+        QDir(_home->path()).mkdir(u"apps"_s);
         _defaults = std::make_unique<UserDefaults>();
         UserDefaults::setStandard(_defaults.get());
         DropStack::setSharedDropStack(&_dropStack);
@@ -238,10 +240,7 @@ protected:
     {
         _defaults->setObject(QLatin1String(key), value);
     }
-    QString pathOf(const QString &name) const
-    {
-        return _home->filePath(QStringLiteral("apps/") + name);
-    }
+    QString pathOf(const QString &name) const { return _home->filePath(u"apps/"_s + name); }
     // A catalogue with the given applications, and a panel that is still hidden.
     void fill(const QStringList &names)
     {
@@ -260,9 +259,25 @@ protected:
     {
         QStringList names;
         for (int i = 0; i < count; ++i) {
-            names.append(QStringLiteral("app%1").arg(i));
+            names.append(u"app%1"_s.arg(i));
         }
         fill(names);
+    }
+    // Shown to the end, and with the keyboard.
+    void show() const
+    {
+        _window->show();
+        QTRY_VERIFY(_window->windowOpacity() > 0.99);
+        QTRY_VERIFY(_window->isActiveWindow());
+    }
+    // The intervals of the timers of an object that run, in milliseconds.
+    static QList<int> activeTimers(const QObject &object)
+    {
+        QList<int> intervals;
+        for (const QTimer *timer : object.findChildren<QTimer *>()) {
+            intervals += timer->isActive() ? QList<int> { timer->interval() } : QList<int>();
+        }
+        return intervals;
     }
     // As the user drags it, by its background.
     void dragPanelTo(const QPoint &topLeft) const

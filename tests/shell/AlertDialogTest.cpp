@@ -1,18 +1,13 @@
 #include "shell/AlertDialog.h"
 
+#include "shell/ShellTest.h"
 #include "support/Alerts.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QRegularExpression>
-#include <QTest>
 #include <QTimer>
-
-#include <memory>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -67,12 +62,7 @@ class AlertDialogTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        // What a window of fixed size asks, and the offscreen display cannot give.
-        QTest::failOnWarning(
-            QRegularExpression(u"^(?!This plugin does not support propagateSizeHints)"_s));
-    }
+    void init() { expectNoWarnings(); }
     void cleanup() { QVERIFY(!shownBox()); }
 
     void buttons_answerWithTheirIndex()
@@ -171,25 +161,22 @@ private Q_SLOTS:
         QCOMPARE(log.join(u' '), u"a b d d=2 c=1 b=2 a=2"_s);
     }
 
-    void endOfTheProgram_givesTheSafeAnswer_data()
-    {
-        QTest::addColumn<bool>("isPolite");
-        QTest::newRow("windows are closed first") << true;
-        QTest::newRow("at once") << false;
-    }
     void endOfTheProgram_givesTheSafeAnswer()
     {
-        QFETCH(bool, isPolite);
-        int given = -1;
-        QTimer::singleShot(0, this, [&given, isPolite] {
-            given = answer(question(), nullptr, [isPolite](QMessageBox *) {
-                isPolite ? QCoreApplication::quit() : QCoreApplication::exit();
+        // By closing the windows first, or at once.
+        for (const bool isPolite : { true, false }) {
+            int given = -1;
+            QTimer::singleShot(0, this, [&given, isPolite] {
+                given = answer(question(), nullptr, [isPolite](QMessageBox *) {
+                    isPolite ? QCoreApplication::quit() : QCoreApplication::exit();
+                });
             });
-        });
-        QCoreApplication::exec();
-        QCOMPARE(given, 1);
-        // Nothing is left over that the next one would wait for.
-        QCOMPARE(answer(question(), nullptr, [](QMessageBox *box) { press(box, u"Help"_s); }), 2);
+            QCoreApplication::exec();
+            QCOMPARE(given, 1);
+            // Nothing is left over that the next one would wait for.
+            QCOMPARE(
+                answer(question(), nullptr, [](QMessageBox *box) { press(box, u"Help"_s); }), 2);
+        }
     }
 };
 

@@ -1,21 +1,18 @@
 #include "shell/DesktopChecks.h"
 
+#include "shell/ShellTest.h"
 #include "support/PropertyList.h"
 
 #include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTest>
-
-using namespace Qt::Literals::StringLiterals;
 
 class DesktopChecksTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
+    void init() { expectNoWarnings(); }
 
     void programIsShownInAllSpaces()
     {

@@ -1,10 +1,8 @@
 #include "shell/IconProgress.h"
 
-#include <QImage>
-#include <QRegularExpression>
-#include <QTest>
+#include "shell/ShellTest.h"
 
-using namespace Qt::Literals::StringLiterals;
+#include <QImage>
 
 namespace {
 
@@ -41,7 +39,7 @@ class IconProgressTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
+    void init() { expectNoWarnings(); }
 
     // The frame of an icon of 120 x 60 begins at (10, 5) and is 100 x 50; the bar has 98 to fill.
     void bar_fillsTheFrame()

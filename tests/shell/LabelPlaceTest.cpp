@@ -36,63 +36,44 @@ QRectF at(qreal x, qreal y)
 
 } // namespace
 
-Q_DECLARE_METATYPE(LabelPlace)
-
 class LabelPlaceTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void rectFor_data();
-    void rectFor();
+    void rectFor()
+    {
+        const auto row = [](const char *name, const LabelPlace &place, const QRectF &icon,
+                             const QRectF &expected, const QSizeF &label = Label) {
+            QVERIFY2(place.rectFor(icon, label) == expected, name);
+        };
+        row("below", inPanel(0), Icon, { 154, 119, 100, 17 });
+        row("stacked bands, below", inPanel(1), Icon, { 154, 119, 100, 17 });
+        row("rounded down, then out", inPanel(0), Icon, { 153, 118, 102, 18 }, { 101.3, 17.5 });
+        row("at the right edge", inPanel(0), at(350, 140), { 300, 119, 100, 17 });
+        row("at the left edge", inPanel(0), at(2, 140), { 0, 119, 100, 17 });
+        row("just enough room below", inPanel(0), at(180, 21), { 154, 0, 100, 17 });
+        row("no room below", inPanel(0), at(180, 20), { 154, 72, 100, 17 });
+        row("no room at all", placeIn({ 400, 60 }, 0), at(180, 6), { 154, 43, 100, 17 });
+        row("wider than the view", inPanel(0), Icon, { 0, 119, 500, 17 }, { 500, 17 });
+        row("tablet: above", onTablet(0), Icon, { 154, 192, 100, 17 });
+        row("tablet: just enough room above", onTablet(1), at(180, 231), { 154, 283, 100, 17 });
+        row("tablet: no room above", onTablet(1), at(180, 232), { 154, 211, 100, 17 });
+        row("tablet: no room at all", onTablet(0, { 400, 60 }), at(180, 6), { 154, 0, 100, 17 });
+        row("to the right", inPanel(2), Icon, { 232, 155, 100, 17 });
+        row("any other number, to the right", inPanel(7), Icon, { 232, 155, 100, 17 });
+        row("all of the gap to the right", inPanel(2), at(248, 140), { 300, 155, 100, 17 });
+        row("none of the gap to the right", inPanel(2), at(252, 140), { 300, 155, 100, 17 });
+        row("no room to the right", inPanel(2), at(253, 140), { 227, 119, 100, 17 });
+        row("in the corner", inPanel(2), at(350, 2), { 300, 54, 100, 17 });
+        row("higher than its icon, at the edge", inPanel(2), { 180, 0, 9, 9 }, { 193, 0, 100, 17 });
+        row("tablet: to the left of the hand", onTablet(2), Icon, { 76, 155, 100, 17 });
+        row("tablet: part of the gap to the left", onTablet(2), at(103, 140), { 0, 155, 100, 17 });
+        row("tablet: no room to the left", onTablet(2), at(99, 140), { 73, 192, 100, 17 });
+        row("tablet: hand from the left", onTablet(2, { 400, 300 }, 0), Icon,
+            { 232, 155, 100, 17 });
+    }
 };
-
-void LabelPlaceTest::rectFor_data()
-{
-    QTest::addColumn<LabelPlace>("place");
-    QTest::addColumn<QRectF>("icon");
-    QTest::addColumn<QSizeF>("label");
-    QTest::addColumn<QRectF>("expected");
-    const auto row = [](const char *name, const LabelPlace &place, const QRectF &icon,
-                         const QRectF &expected, const QSizeF &label = Label) {
-        QTest::newRow(name) << place << icon << label << expected;
-    };
-    row("below", inPanel(0), Icon, { 154, 119, 100, 17 });
-    row("stacked bands, below", inPanel(1), Icon, { 154, 119, 100, 17 });
-    row("rounded down, then out", inPanel(0), Icon, { 153, 118, 102, 18 }, { 101.3, 17.5 });
-    row("at the right edge", inPanel(0), at(350, 140), { 300, 119, 100, 17 });
-    row("at the left edge", inPanel(0), at(2, 140), { 0, 119, 100, 17 });
-    row("just enough room below", inPanel(0), at(180, 21), { 154, 0, 100, 17 });
-    row("no room below", inPanel(0), at(180, 20), { 154, 72, 100, 17 });
-    row("no room at all", placeIn({ 400, 60 }, 0), at(180, 6), { 154, 43, 100, 17 });
-    row("wider than the view", inPanel(0), Icon, { 0, 119, 500, 17 }, { 500, 17 });
-
-    row("tablet: above", onTablet(0), Icon, { 154, 192, 100, 17 });
-    row("tablet: just enough room above", onTablet(1), at(180, 231), { 154, 283, 100, 17 });
-    row("tablet: no room above", onTablet(1), at(180, 232), { 154, 211, 100, 17 });
-    row("tablet: no room at all", onTablet(0, { 400, 60 }), at(180, 6), { 154, 0, 100, 17 });
-
-    row("to the right", inPanel(2), Icon, { 232, 155, 100, 17 });
-    row("any other number, to the right", inPanel(7), Icon, { 232, 155, 100, 17 });
-    row("all of the gap to the right", inPanel(2), at(248, 140), { 300, 155, 100, 17 });
-    row("none of the gap to the right", inPanel(2), at(252, 140), { 300, 155, 100, 17 });
-    row("no room to the right", inPanel(2), at(253, 140), { 227, 119, 100, 17 });
-    row("in the corner", inPanel(2), at(350, 2), { 300, 54, 100, 17 });
-    row("higher than its icon, at the edge", inPanel(2), { 180, 0, 9, 9 }, { 193, 0, 100, 17 });
-    row("tablet: to the left of the hand", onTablet(2), Icon, { 76, 155, 100, 17 });
-    row("tablet: part of the gap to the left", onTablet(2), at(103, 140), { 0, 155, 100, 17 });
-    row("tablet: no room to the left", onTablet(2), at(99, 140), { 73, 192, 100, 17 });
-    row("tablet: hand from the left", onTablet(2, { 400, 300 }, 0), Icon, { 232, 155, 100, 17 });
-}
-
-void LabelPlaceTest::rectFor()
-{
-    QFETCH(LabelPlace, place);
-    QFETCH(QRectF, icon);
-    QFETCH(QSizeF, label);
-    QFETCH(QRectF, expected);
-    QCOMPARE(place.rectFor(icon, label), expected);
-}
 
 QTEST_APPLESS_MAIN(LabelPlaceTest)
 #include "LabelPlaceTest.moc"

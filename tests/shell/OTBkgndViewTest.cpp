@@ -1,15 +1,12 @@
 #include "shell/OTBkgndView.h"
 
 #include "grid/GridPainter.h"
+#include "shell/ShellTest.h"
 #include "support/Shapes.h"
 #include "support/UserDefaults.h"
 
 #include <QPainter>
 #include <QPainterPath>
-#include <QRegularExpression>
-#include <QTest>
-
-#include <memory>
 
 namespace {
 
@@ -46,13 +43,126 @@ class OTBkgndViewTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        expectNoWarnings();
+        _view.reset();
+        _defaults = std::make_unique<UserDefaults>();
+        UserDefaults::setStandard(_defaults.get());
+        GridColors::registerDefaults();
+        OTBkgndView::registerDefaults();
+        _view = std::make_unique<OTBkgndView>();
+        _view->setAttribute(Qt::WA_TranslucentBackground);
+        _view->resize(200, 100);
+    }
+
     void cleanup() { UserDefaults::setStandard(nullptr); }
-    void itIsAFilledRoundedRectangle();
-    void onlyWhatIsAskedForIsPainted();
-    void theBorderLiesInside();
-    void withoutBlendingItIsOpaque_andCutOut();
-    void preferencesAreFollowed();
+    void itIsAFilledRoundedRectangle()
+    {
+        for (const qreal ratio : { 1.0, 1.5 }) {
+            // The lower ones have no straight edge at the sides.
+            for (const QSizeF &size : { QSizeF(201, 101), QSizeF(200, 41), QSizeF(33, 33) }) {
+                const QImage image = _view->backgroundColorPatternImageOfSize(size, ratio);
+                QCOMPARE(image.devicePixelRatio(), ratio);
+                QImage plain(image.size(), QImage::Format_ARGB32_Premultiplied);
+                plain.fill(Qt::transparent);
+                QPainter painter(&plain);
+                painter.setRenderHint(QPainter::Antialiasing);
+                painter.fillPath(roundedRectanglePath(QRectF(plain.rect()), 29 * ratio),
+                    QColor::fromRgba(Panel));
+                painter.end();
+                // The edge adds a little to its opacity.
+                QVERIFY(difference(image, plain) <= 14);
+            }
+        }
+    }
+
+    void onlyWhatIsAskedForIsPainted()
+    {
+        BackgroundLook look;
+        look.drawWindowBorder = true;
+        const QImage whole = drawn(look, { 200, 100 }, 1, QRect(0, 0, 200, 100));
+        const QRegion region =
+            QRegion(0, 0, 20, 40) + QRect(60, 30, 50, 50) + QRect(150, 90, 99, 99);
+        const QImage part = drawn(look, { 200, 100 }, 1, region);
+        for (int i = 0; i < 200 * 100; ++i) {
+            const QPoint point(i % 200, i / 200);
+            QCOMPARE(part.pixel(point), region.contains(point) ? whole.pixel(point) : 0U);
+        }
+
+        // What was there does not shine through.
+        look.drawWindowBorder = false;
+        QCOMPARE(drawn(look, { 200, 100 }, 1, region, 3).pixel(80, 50), Panel);
+    }
+
+    void theBorderLiesInside()
+    {
+        BackgroundLook look;
+        look.winAlpha = 0.5F;
+        look.winColor = Qt::black;
+        look.drawWindowBorder = true;
+        const QImage image = drawn(look, { 200, 100 }, 1.5, QRect(0, 0, 200, 100));
+        for (const int edge : { 0, 2, 147, 149 }) {
+            // Half white above half black; the red is premultiplied.
+            QCOMPARE(image.pixel(150, edge), qRgba(128, 128, 128, 192));
+            QCOMPARE(image.pixel(edge < 9 ? edge : edge + 150, 75), qRgba(128, 128, 128, 192));
+        }
+        QCOMPARE(image.pixel(150, 3), qRgba(0, 0, 0, 128));
+        QCOMPARE(image.pixel(296, 75), qRgba(0, 0, 0, 128));
+        // It is as wide where it is curved.
+        QCOMPARE(image.pixel(15, 15), qRgba(0, 0, 0, 128));
+        QVERIFY(qRed(image.pixel(14, 14)) > 60);
+    }
+
+    void withoutBlendingItIsOpaque_andCutOut()
+    {
+        QCOMPARE(seenAt({ 100, 50 }), Panel);
+        QCOMPARE(seenAt({ 0, 99 }), 0U);
+        const QImage blended = _view->grab().toImage();
+        _view->setIsBlended(false);
+        // 15 per cent of a light grey.
+        QCOMPARE(seenAt({ 100, 50 }), qRgb(33, 34, 34));
+        QCOMPARE(seenAt({ 0, 99 }), qRgb(33, 34, 34));
+        set("windowAlpha", 0.0);
+        QCOMPARE(seenAt({ 100, 50 }), qRgb(222, 224, 228));
+
+        // What is at least half covered belongs to the window.
+        const QRegion mask = OTBkgndView::roundedMask({ 200, 100 });
+        QCOMPARE(mask.boundingRect(), QRect(0, 0, 200, 100));
+        for (int i = 0; i < 200 * 100; ++i) {
+            const QPoint point(i % 200, i / 200);
+            const int alpha = qAlpha(blended.pixel(point));
+            if (qAbs(alpha - 108) > 60) {
+                QCOMPARE(mask.contains(point), alpha > 108);
+            }
+        }
+        QVERIFY(OTBkgndView::roundedMask({}).isEmpty());
+        QCOMPARE(OTBkgndView::roundedMask({ 1, 1 }), QRegion(0, 0, 1, 1));
+    }
+
+    void preferencesAreFollowed()
+    {
+        set("windowColor", u"#ff0000"_s);
+        set("windowAlpha", 1.0);
+        QCOMPARE(seenAt({ 100, 1 }), qRgb(255, 0, 0));
+        // Barely to be told from the window, on every side.
+        for (const auto &[color, edge] : { std::pair("#000000", 36), std::pair("#ffffff", 219) }) {
+            set("windowColor", QLatin1String(color));
+            for (const QPoint &point :
+                { QPoint(100, 0), QPoint(100, 99), QPoint(0, 50), QPoint(199, 50) }) {
+                QCOMPARE(qRed(seenAt(point)), edge);
+            }
+        }
+        set("windowColor", u"#ff0000"_s);
+        set("drawWindowBorder", true);
+        QCOMPARE(seenAt({ 100, 1 }), qRgb(255, 255, 255));
+        set("windowBorderColor", u"#00ff0080"_s);
+        QCOMPARE(seenAt({ 100, 1 }), qRgb(0, 255, 0));
+        QCOMPARE(seenAt({ 100, 2 }), qRgb(255, 0, 0));
+        set("windowAlpha", 0.0);
+        QCOMPARE(seenAt({ 100, 1 }), 0U);
+        QCOMPARE(seenAt({ 100, 50 }), 0U);
+    }
 
 private:
     QRgb seenAt(const QPoint &point) const { return _view->grab().toImage().pixel(point); }
@@ -64,133 +174,6 @@ private:
     std::unique_ptr<UserDefaults> _defaults;
     std::unique_ptr<OTBkgndView> _view;
 };
-
-void OTBkgndViewTest::init()
-{
-    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
-    _view.reset();
-    _defaults = std::make_unique<UserDefaults>();
-    UserDefaults::setStandard(_defaults.get());
-    GridColors::registerDefaults();
-    OTBkgndView::registerDefaults();
-    _view = std::make_unique<OTBkgndView>();
-    _view->setAttribute(Qt::WA_TranslucentBackground);
-    _view->resize(200, 100);
-}
-
-void OTBkgndViewTest::itIsAFilledRoundedRectangle()
-{
-    for (const qreal ratio : { 1.0, 1.5, 2.0 }) {
-        // The lower ones have no straight edge at the sides.
-        for (const QSizeF &size : { QSizeF(201, 101), QSizeF(200, 41), QSizeF(33, 33) }) {
-            const QImage image = _view->backgroundColorPatternImageOfSize(size, ratio);
-            QCOMPARE(image.devicePixelRatio(), ratio);
-            QImage plain(image.size(), QImage::Format_ARGB32_Premultiplied);
-            plain.fill(Qt::transparent);
-            QPainter painter(&plain);
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.fillPath(
-                roundedRectanglePath(QRectF(plain.rect()), 29 * ratio), QColor::fromRgba(Panel));
-            painter.end();
-            // The edge adds a little to its opacity.
-            QVERIFY(difference(image, plain) <= 14);
-        }
-    }
-}
-
-void OTBkgndViewTest::onlyWhatIsAskedForIsPainted()
-{
-    BackgroundLook look;
-    look.drawWindowBorder = true;
-    const QImage whole = drawn(look, { 200, 100 }, 1, QRect(0, 0, 200, 100));
-    const QRegion region = QRegion(0, 0, 20, 40) + QRect(60, 30, 50, 50) + QRect(150, 90, 99, 99);
-    const QImage part = drawn(look, { 200, 100 }, 1, region);
-    for (int i = 0; i < 200 * 100; ++i) {
-        const QPoint point(i % 200, i / 200);
-        QCOMPARE(part.pixel(point), region.contains(point) ? whole.pixel(point) : 0U);
-    }
-
-    // What was there does not shine through.
-    look.drawWindowBorder = false;
-    QCOMPARE(drawn(look, { 200, 100 }, 1, region, 3).pixel(80, 50), Panel);
-}
-
-void OTBkgndViewTest::theBorderLiesInside()
-{
-    BackgroundLook look;
-    look.winAlpha = 0.5F;
-    look.winColor = Qt::black;
-    look.drawWindowBorder = true;
-    for (const qreal ratio : { 1.0, 1.5, 2.0 }) {
-        const QImage image = drawn(look, { 200, 100 }, ratio, QRect(0, 0, 200, 100));
-        const int width = int(2 * ratio);
-        const QSize size = image.size();
-        const QPoint middle(size.width() / 2, size.height() / 2);
-        const std::pair<QPoint, QPoint> ways[] = { { { middle.x(), 0 }, { 0, 1 } },
-            { { middle.x(), size.height() - 1 }, { 0, -1 } }, { { 0, middle.y() }, { 1, 0 } },
-            { { size.width() - 1, middle.y() }, { -1, 0 } } };
-        for (const auto &[edge, inwards] : ways) {
-            // Half white above half black; the red is premultiplied.
-            QCOMPARE(image.pixel(edge), qRgba(128, 128, 128, 192));
-            QCOMPARE(image.pixel(edge + inwards * (width - 1)), qRgba(128, 128, 128, 192));
-            QCOMPARE(image.pixel(edge + inwards * width), qRgba(0, 0, 0, 128));
-        }
-        // It is as wide where it is curved.
-        const auto curve = int(10 * ratio);
-        QCOMPARE(image.pixel(curve, curve), qRgba(0, 0, 0, 128));
-        QVERIFY(qRed(image.pixel(curve - 1, curve - 1)) > 60);
-    }
-}
-
-void OTBkgndViewTest::withoutBlendingItIsOpaque_andCutOut()
-{
-    QCOMPARE(seenAt({ 100, 50 }), Panel);
-    QCOMPARE(seenAt({ 0, 99 }), 0U);
-    const QImage blended = _view->grab().toImage();
-    _view->setIsBlended(false);
-    // 15 per cent of a light grey.
-    QCOMPARE(seenAt({ 100, 50 }), qRgb(33, 34, 34));
-    QCOMPARE(seenAt({ 0, 99 }), qRgb(33, 34, 34));
-    set("windowAlpha", 0.0);
-    QCOMPARE(seenAt({ 100, 50 }), qRgb(222, 224, 228));
-
-    // What is at least half covered belongs to the window.
-    const QRegion mask = OTBkgndView::roundedMask({ 200, 100 });
-    QCOMPARE(mask.boundingRect(), QRect(0, 0, 200, 100));
-    for (int i = 0; i < 200 * 100; ++i) {
-        const QPoint point(i % 200, i / 200);
-        const int alpha = qAlpha(blended.pixel(point));
-        if (qAbs(alpha - 108) > 60) {
-            QCOMPARE(mask.contains(point), alpha > 108);
-        }
-    }
-    QVERIFY(OTBkgndView::roundedMask({}).isEmpty());
-    QCOMPARE(OTBkgndView::roundedMask({ 1, 1 }), QRegion(0, 0, 1, 1));
-}
-
-void OTBkgndViewTest::preferencesAreFollowed()
-{
-    set("windowColor", QStringLiteral("#ff0000"));
-    set("windowAlpha", 1.0);
-    QCOMPARE(seenAt({ 100, 1 }), qRgb(255, 0, 0));
-    // Barely to be told from the window, on every side.
-    for (const auto &[color, edge] : { std::pair("#000000", 36), std::pair("#ffffff", 219) }) {
-        set("windowColor", QLatin1String(color));
-        for (const QPoint &point :
-            { QPoint(100, 0), QPoint(100, 99), QPoint(0, 50), QPoint(199, 50) }) {
-            QCOMPARE(qRed(seenAt(point)), edge);
-        }
-    }
-    set("windowColor", QStringLiteral("#ff0000"));
-    set("drawWindowBorder", true);
-    QCOMPARE(seenAt({ 100, 1 }), qRgb(255, 255, 255));
-    set("windowBorderColor", QStringLiteral("#00ff0080"));
-    QCOMPARE(seenAt({ 100, 1 }), qRgb(0, 255, 0));
-    QCOMPARE(seenAt({ 100, 2 }), qRgb(255, 0, 0));
-    set("windowAlpha", 0.0);
-    QCOMPARE(seenAt({ 100, 1 }), 0U);
-    QCOMPARE(seenAt({ 100, 50 }), 0U);
-}
 
 QTEST_MAIN(OTBkgndViewTest)
 #include "OTBkgndViewTest.moc"

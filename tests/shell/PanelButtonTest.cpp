@@ -11,50 +11,43 @@ class PanelButtonTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theyStandOutFromAnyWindow();
-    void eachIsAPictureOfItsOwn();
-};
-
-void PanelButtonTest::theyStandOutFromAnyWindow()
-{
-    for (const char *name : { "#000000", "#ffffff", "#808080", "#ff0000", "#800000", "#00ff00",
-             "#008000", "#0000ff", "#000080", "#ffff00" }) {
-        for (const float alpha : { 0.0F, 0.3F, 0.85F, 1.0F }) {
-            QColor window = QColor::fromString(QLatin1String(name));
-            PanelButton button(PanelButton::Kind::Gear);
-            button.setAttribute(Qt::WA_TranslucentBackground);
-            button.setLook(PanelButtonLook(alpha, window));
-            window.setAlphaF(alpha);
-            for (const auto desktop : { Qt::black, Qt::darkGray, Qt::white }) {
-                QImage seen(button.size(), QImage::Format_RGB32);
-                seen.fill(desktop);
-                QPainter(&seen).fillRect(seen.rect(), window);
-                button.render(&seen, {}, {}, QWidget::DrawChildren);
-                // On a tooth, and in the hole.
-                const double contrast =
-                    Contrast::ratio(seen.pixelColor(9, 4), seen.pixelColor(9, 9));
-                QVERIFY2(contrast >= Contrast::Enough,
-                    qPrintable(QStringLiteral("%1 %2: %3")
-                                   .arg(QLatin1String(name))
-                                   .arg(alpha)
-                                   .arg(contrast)));
+    void theyStandOutFromAnyWindow()
+    {
+        for (const char *name : { "#000000", "#ffffff", "#808080", "#ff0000", "#800000", "#00ff00",
+                 "#008000", "#0000ff", "#000080", "#ffff00" }) {
+            for (const float alpha : { 0.0F, 0.3F, 0.85F, 1.0F }) {
+                QColor window = QColor::fromString(QLatin1String(name));
+                PanelButton button(PanelButton::Kind::Gear);
+                button.setAttribute(Qt::WA_TranslucentBackground);
+                button.setLook(PanelButtonLook(alpha, window));
+                window.setAlphaF(alpha);
+                for (const auto desktop : { Qt::black, Qt::darkGray, Qt::white }) {
+                    QImage seen(button.size(), QImage::Format_RGB32);
+                    seen.fill(desktop);
+                    QPainter(&seen).fillRect(seen.rect(), window);
+                    button.render(&seen, {}, {}, QWidget::DrawChildren);
+                    // On a tooth, and in the hole.
+                    const double contrast =
+                        Contrast::ratio(seen.pixelColor(9, 4), seen.pixelColor(9, 9));
+                    QVERIFY2(contrast >= Contrast::Enough, name);
+                }
             }
         }
+        // Where the window does by itself, nothing lies behind them.
+        QCOMPARE(PanelButtonLook(0.85F, Qt::black).plate.alpha(), 0);
+        QCOMPARE(PanelButtonLook(0.85F, Qt::black).restingOpacity, 0.75);
     }
-    // Where the window does by itself, nothing lies behind them.
-    QCOMPARE(PanelButtonLook(0.85F, Qt::black).plate.alpha(), 0);
-    QCOMPARE(PanelButtonLook(0.85F, Qt::black).restingOpacity, 0.75);
-}
 
-void PanelButtonTest::eachIsAPictureOfItsOwn()
-{
-    PanelButton close(PanelButton::Kind::Close);
-    PanelButton gear(PanelButton::Kind::Gear);
-    const QImage resting = gear.grab().toImage();
-    QVERIFY(resting != close.grab().toImage());
-    gear.setDown(true);
-    QVERIFY(resting != gear.grab().toImage());
-}
+    void eachIsAPictureOfItsOwn()
+    {
+        PanelButton close(PanelButton::Kind::Close);
+        PanelButton gear(PanelButton::Kind::Gear);
+        const QImage resting = gear.grab().toImage();
+        QVERIFY(resting != close.grab().toImage());
+        gear.setDown(true);
+        QVERIFY(resting != gear.grab().toImage());
+    }
+};
 
 QTEST_MAIN(PanelButtonTest)
 #include "PanelButtonTest.moc"

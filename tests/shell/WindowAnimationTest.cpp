@@ -1,13 +1,9 @@
 #include "shell/WindowAnimation.h"
 
 #include "platform/OwnWindows.h"
+#include "shell/ShellTest.h"
 
-#include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTest>
 #include <QWidget>
-
-#include <memory>
 
 namespace {
 
@@ -25,12 +21,118 @@ class WindowAnimationTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void aHiddenWindowAppearsFromNothing();
-    void aFadeOutHides_andLeavesItTransparent();
-    void aFadeOutIsReplaced_fromWhereItIs();
-    void itSlidesAndFadesAtATime();
-    void whereItMayNot_everythingHappensAtOnce();
+    void init()
+    {
+        expectNoWarnings();
+        _mayFade = _mayMove = true;
+        _animation.reset();
+        _window = std::make_unique<QWidget>();
+        _window->setGeometry(10, 10, 200, 100);
+        _animation = std::make_unique<WindowAnimation>(
+            *_window, _ownWindows, [this] { return _mayFade; }, [this] { return _mayMove; });
+        _fadedOut = std::make_unique<QSignalSpy>(_animation.get(), &WindowAnimation::fadedOut);
+    }
+
+    void aHiddenWindowAppearsFromNothing()
+    {
+        show();
+        QCOMPARE(_opacityWhenShown, 0.0);
+        QVERIFY(_window->isVisible() && _window->windowOpacity() < 0.1);
+        const int flushed = _ownWindows.count;
+        setTime(500);
+        QVERIFY(_ownWindows.count > flushed);
+        QVERIFY(qAbs(_window->windowOpacity() - 0.315) < 0.01);
+        setTime(1000);
+        QCOMPARE(_window->windowOpacity(), 1.0);
+
+        _opacityWhenShown = -1;
+        show();
+        QCOMPARE(_window->windowOpacity(), 1.0);
+        QCOMPARE(_opacityWhenShown, -1.0);
+    }
+
+    void aFadeOutHides_andLeavesItTransparent()
+    {
+        _animation->fadeOutOver(1);
+        QVERIFY(!_animation->isFadingOut());
+        _window->show();
+        _animation->fadeOutOver(1);
+        setTime(900);
+        // Asked again, it goes on.
+        _animation->fadeOutOver(1);
+        setTime(300);
+        QVERIFY(_window->windowOpacity() > 0.5 && _window->isVisible() && _fadedOut->isEmpty());
+        setTime(1000);
+        QVERIFY(!_animation->isFadingOut() && !_window->isVisible());
+        QCOMPARE(_window->windowOpacity(), 0.0);
+        QCOMPARE(_fadedOut->size(), 1);
+    }
+
+    void aFadeOutIsReplaced_fromWhereItIs()
+    {
+        _window->show();
+        _animation->fadeOutOver(1);
+        setTime(750);
+        const double opacity = _window->windowOpacity();
+        QVERIFY(opacity > 0.3 && opacity < 0.45);
+        show();
+        QVERIFY(qAbs(_window->windowOpacity() - opacity) < 0.02);
+        QVERIFY(!_animation->isFadingOut());
+        setTime(1000);
+        QCOMPARE(_window->windowOpacity(), 1.0);
+        QVERIFY(_window->isVisible() && _fadedOut->isEmpty() && _opacityWhenShown == -1);
+
+        // Somebody else was quicker to hide it.
+        _animation->fadeOutOver(1);
+        setTime(500);
+        _window->hide();
+        show();
+        QCOMPARE(_opacityWhenShown, 0.0);
+        _animation->fadeOutOver(1);
+        _animation->fadeToAlphaOver(0.2, 1);
+        setTime(1000);
+        QVERIFY(_window->isVisible() && _fadedOut->isEmpty());
+        QVERIFY(qAbs(_window->windowOpacity() - 0.2) < 0.01);
+    }
+
+    void itSlidesAndFadesAtATime()
+    {
+        _window->show();
+        _animation->slideFrameToOver({ 110, 10, 200, 100 }, 1, WindowAnimation::Fade::Out);
+        QVERIFY(_animation->isSliding() && _animation->isFadingOut());
+        setTime(500);
+        QCOMPARE(_window->geometry(), QRect(42, 10, 200, 100));
+        QVERIFY(_window->windowOpacity() < 0.7);
+        // A slide back begins here.
+        _animation->slideFrameToOver({ 10, 10, 200, 100 }, 1);
+        QCOMPARE(_window->geometry().x(), 42);
+        _animation->finishSlide();
+        QVERIFY(
+            _window->geometry().x() == 10 && !_animation->isSliding() && _animation->isFadingOut());
+        setTime(1000);
+        QCOMPARE(_fadedOut->size(), 1);
+    }
+
+    void whereItMayNot_everythingHappensAtOnce()
+    {
+        _mayFade = _mayMove = false;
+        show();
+        QCOMPARE(_opacityWhenShown, 1.0);
+        QVERIFY(_window->isVisible() && _window->windowOpacity() == 1);
+        _animation->fadeToAlphaOver(0.5, 1);
+        QCOMPARE(_window->windowOpacity(), 1.0);
+        _animation->slideFrameToOver({ 110, 10, 200, 100 }, 1, WindowAnimation::Fade::Out);
+        QCOMPARE(_window->geometry().x(), 110);
+        QVERIFY(!_window->isVisible() && !_animation->isFadingOut() && _fadedOut->size() == 1);
+        QCOMPARE(_window->windowOpacity(), 0.0);
+
+        // The display has ceased to blend meanwhile.
+        _mayFade = true;
+        show();
+        _mayFade = false;
+        show();
+        QCOMPARE(_window->windowOpacity(), 1.0);
+    }
 
 private:
     void show()
@@ -61,119 +163,6 @@ private:
     std::unique_ptr<WindowAnimation> _animation;
     std::unique_ptr<QSignalSpy> _fadedOut;
 };
-
-void WindowAnimationTest::init()
-{
-    // A display that is not there remarks on windows that it cannot blend.
-    QTest::failOnWarning(QRegularExpression(QStringLiteral("^(?!This plugin does not support ).")));
-    _mayFade = _mayMove = true;
-    _animation.reset();
-    _window = std::make_unique<QWidget>();
-    _window->setGeometry(10, 10, 200, 100);
-    _animation = std::make_unique<WindowAnimation>(
-        *_window, _ownWindows, [this] { return _mayFade; }, [this] { return _mayMove; });
-    _fadedOut = std::make_unique<QSignalSpy>(_animation.get(), &WindowAnimation::fadedOut);
-}
-
-void WindowAnimationTest::aHiddenWindowAppearsFromNothing()
-{
-    show();
-    QCOMPARE(_opacityWhenShown, 0.0);
-    QVERIFY(_window->isVisible() && _window->windowOpacity() < 0.1);
-    const int flushed = _ownWindows.count;
-    setTime(500);
-    QVERIFY(_ownWindows.count > flushed);
-    QVERIFY(qAbs(_window->windowOpacity() - 0.315) < 0.01);
-    setTime(1000);
-    QCOMPARE(_window->windowOpacity(), 1.0);
-
-    _opacityWhenShown = -1;
-    show();
-    QCOMPARE(_window->windowOpacity(), 1.0);
-    QCOMPARE(_opacityWhenShown, -1.0);
-}
-
-void WindowAnimationTest::aFadeOutHides_andLeavesItTransparent()
-{
-    _animation->fadeOutOver(1);
-    QVERIFY(!_animation->isFadingOut());
-    _window->show();
-    _animation->fadeOutOver(1);
-    setTime(900);
-    // Asked again, it goes on.
-    _animation->fadeOutOver(1);
-    setTime(300);
-    QVERIFY(_window->windowOpacity() > 0.5 && _window->isVisible() && _fadedOut->isEmpty());
-    setTime(1000);
-    QVERIFY(!_animation->isFadingOut() && !_window->isVisible());
-    QCOMPARE(_window->windowOpacity(), 0.0);
-    QCOMPARE(_fadedOut->size(), 1);
-}
-
-void WindowAnimationTest::aFadeOutIsReplaced_fromWhereItIs()
-{
-    _window->show();
-    _animation->fadeOutOver(1);
-    setTime(750);
-    const double opacity = _window->windowOpacity();
-    QVERIFY(opacity > 0.3 && opacity < 0.45);
-    show();
-    QVERIFY(qAbs(_window->windowOpacity() - opacity) < 0.02);
-    QVERIFY(!_animation->isFadingOut());
-    setTime(1000);
-    QCOMPARE(_window->windowOpacity(), 1.0);
-    QVERIFY(_window->isVisible() && _fadedOut->isEmpty() && _opacityWhenShown == -1);
-
-    // Somebody else was quicker to hide it.
-    _animation->fadeOutOver(1);
-    setTime(500);
-    _window->hide();
-    show();
-    QCOMPARE(_opacityWhenShown, 0.0);
-    _animation->fadeOutOver(1);
-    _animation->fadeToAlphaOver(0.2, 1);
-    setTime(1000);
-    QVERIFY(_window->isVisible() && _fadedOut->isEmpty());
-    QVERIFY(qAbs(_window->windowOpacity() - 0.2) < 0.01);
-}
-
-void WindowAnimationTest::itSlidesAndFadesAtATime()
-{
-    _window->show();
-    _animation->slideFrameToOver({ 110, 10, 200, 100 }, 1, WindowAnimation::Fade::Out);
-    QVERIFY(_animation->isSliding() && _animation->isFadingOut());
-    setTime(500);
-    QCOMPARE(_window->geometry(), QRect(42, 10, 200, 100));
-    QVERIFY(_window->windowOpacity() < 0.7);
-    // A slide back begins here.
-    _animation->slideFrameToOver({ 10, 10, 200, 100 }, 1);
-    QCOMPARE(_window->geometry().x(), 42);
-    _animation->finishSlide();
-    QVERIFY(_window->geometry().x() == 10 && !_animation->isSliding() && _animation->isFadingOut());
-    setTime(1000);
-    QCOMPARE(_fadedOut->size(), 1);
-}
-
-void WindowAnimationTest::whereItMayNot_everythingHappensAtOnce()
-{
-    _mayFade = _mayMove = false;
-    show();
-    QCOMPARE(_opacityWhenShown, 1.0);
-    QVERIFY(_window->isVisible() && _window->windowOpacity() == 1);
-    _animation->fadeToAlphaOver(0.5, 1);
-    QCOMPARE(_window->windowOpacity(), 1.0);
-    _animation->slideFrameToOver({ 110, 10, 200, 100 }, 1, WindowAnimation::Fade::Out);
-    QCOMPARE(_window->geometry().x(), 110);
-    QVERIFY(!_window->isVisible() && !_animation->isFadingOut() && _fadedOut->size() == 1);
-    QCOMPARE(_window->windowOpacity(), 0.0);
-
-    // The display has ceased to blend meanwhile.
-    _mayFade = true;
-    show();
-    _mayFade = false;
-    show();
-    QCOMPARE(_window->windowOpacity(), 1.0);
-}
 
 QTEST_MAIN(WindowAnimationTest)
 #include "WindowAnimationTest.moc"

@@ -1,0 +1,18 @@
+// What every test of the shell begins with.
+
+#pragma once
+
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+// A warning that the test has not announced fails it, except for what the offscreen display says
+// about windows that it shows.
+inline void expectNoWarnings()
+{
+    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )."_s));
+}

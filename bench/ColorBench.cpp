@@ -4,7 +4,7 @@
 #include "colour/DominantColors.h"
 #include "icons/ColorKey.h"
 #include "icons/IconMeasurement.h"
-#include "platform/freedesktop/FreedesktopIcons.h"
+#include "platform/freedesktop/icons/FreedesktopIcons.h"
 
 #include <QDir>
 #include <QElapsedTimer>

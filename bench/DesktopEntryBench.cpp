@@ -1,8 +1,8 @@
 // A walk over many applications reads each one's entry: 2,000 entries in at most 150 ms, with what
 // the disk holds already in memory and nothing remembered by us.
 
-#include "platform/freedesktop/DesktopEntryIndex.h"
-#include "platform/freedesktop/FreedesktopItems.h"
+#include "platform/freedesktop/entries/DesktopEntryIndex.h"
+#include "platform/freedesktop/entries/FreedesktopItems.h"
 
 #include <QDir>
 #include <QDirIterator>

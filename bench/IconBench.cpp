@@ -2,8 +2,8 @@
 // for its description nor for names that it lacks. Meant for a system with the Papirus theme and
 // its index.
 
-#include "platform/freedesktop/FreedesktopIcons.h"
-#include "platform/freedesktop/IconThemeName.h"
+#include "platform/freedesktop/icons/FreedesktopIcons.h"
+#include "platform/freedesktop/icons/IconThemeName.h"
 
 #include <QDir>
 #include <QStringList>

@@ -3,8 +3,8 @@
 
 #include "desktop/ProgramRunner.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
-#include "platform/freedesktop/XHotKeyGrab.h"
-#include "platform/freedesktop/XModifierTap.h"
+#include "platform/freedesktop/input/XHotKeyGrab.h"
+#include "platform/freedesktop/input/XModifierTap.h"
 
 #include <QProcess>
 #include <QRasterWindow>

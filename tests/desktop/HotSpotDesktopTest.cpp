@@ -2,7 +2,7 @@
 
 #include "desktop/Pointer.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
-#include "platform/freedesktop/XHotSpot.h"
+#include "platform/freedesktop/input/XHotSpot.h"
 #include "shell/OTHotSpotWindow.h"
 #include "support/UserDefaults.h"
 

@@ -2,7 +2,7 @@
 
 #include "platform/FileTree.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
-#include "platform/freedesktop/XSettings.h"
+#include "platform/freedesktop/x11/XSettings.h"
 
 #include <QGuiApplication>
 #include <QProcess>

@@ -17,7 +17,7 @@ while IFS= read -r -d '' file; do
             echo "$file:$line: $folder may not include \"$header\""; bad=1
         fi
     done < <(grep -nE '^[[:space:]]*#[[:space:]]*include[[:space:]]*"' "$file")
-    if [ "$folder" != platform/freedesktop ]; then
+    if [[ "$folder/" != platform/freedesktop/* ]]; then
         if grep -nE '^[[:space:]]*#[[:space:]]*include[[:space:]]*<(gio|glib|gobject|xcb|X11|QtDBus|QDBus)' "$file"; then
             echo "$file: a desktop's header outside platform/freedesktop"; bad=1
         fi

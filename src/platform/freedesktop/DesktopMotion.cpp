@@ -1,9 +1,9 @@
 #include "platform/freedesktop/DesktopMotion.h"
 
-#include "platform/freedesktop/FileState.h"
-#include "platform/freedesktop/GioPointer.h"
-#include "platform/freedesktop/IconKeyFile.h"
-#include "platform/freedesktop/XSettings.h"
+#include "platform/freedesktop/base/FileState.h"
+#include "platform/freedesktop/base/GioPointer.h"
+#include "platform/freedesktop/base/IconKeyFile.h"
+#include "platform/freedesktop/x11/XSettings.h"
 
 // The reading of one value belongs to what is declared for those who write back ends.
 #define G_SETTINGS_ENABLE_BACKEND

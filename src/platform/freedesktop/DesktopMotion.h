@@ -16,7 +16,7 @@
 #pragma once
 
 #include "platform/Motion.h"
-#include "platform/freedesktop/IconPlaces.h"
+#include "platform/freedesktop/base/IconPlaces.h"
 
 #include <functional>
 #include <memory>

@@ -1,7 +1,7 @@
 #include "platform/freedesktop/TrayStatusItem.h"
 
-#include "platform/freedesktop/NotifierHost.h"
-#include "platform/freedesktop/TrayWindow.h"
+#include "platform/freedesktop/bus/NotifierHost.h"
+#include "platform/freedesktop/x11/TrayWindow.h"
 
 #include <QApplication>
 #include <QCursor>

@@ -1,0 +1,186 @@
+#include "platform/freedesktop/bus/BusInstance.h"
+
+#include "platform/freedesktop/base/Log.h"
+#include "platform/freedesktop/bus/BusInterfaces.h"
+#include "platform/freedesktop/bus/InstanceMessage.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+
+namespace {
+
+constexpr QLatin1String busService("org.freedesktop.DBus");
+
+// The bus itself answers for a name that has no owner, and for a program that ends before it
+// answers.
+bool isFromTheBus(const QDBusMessage &error)
+{
+    return error.service() == busService;
+}
+
+InstanceAnswer failure(const QString &reason)
+{
+    return { InstanceAnswer::Outcome::Failed, reason };
+}
+
+InstanceAnswer strangersAnswer()
+{
+    return failure(QStringLiteral("%1 on the session bus belongs to another program")
+                       .arg(QLatin1String(InstanceMessage::service)));
+}
+
+} // namespace
+
+BusInstance::BusInstance(std::chrono::milliseconds patience)
+    : _patience(patience)
+{ }
+
+// Gives the name back in a round trip, and sends the answers that wait for that in another: they
+// are on their way by then, even if the program ends right now.
+BusInstance::~BusInstance()
+{
+    if (!_isGranted || !_bus.isOpen()) {
+        return;
+    }
+    _bus.get().interface()->unregisterService(QLatin1String(InstanceMessage::service));
+    for (const QDBusMessage &call : std::as_const(_quitCalls)) {
+        _bus.get().send(call.createReply());
+    }
+    settle();
+}
+
+InstanceAnswer BusInstance::tell(const InstanceRequest &request)
+{
+    const QDBusConnection bus = _bus.get();
+    if (!bus.isConnected()) {
+        return {};
+    }
+    const QDBusMessage call = InstanceMessage::callFor(request);
+    QDBusMessage reply = bus.call(call, QDBus::Block, int(_patience.count()));
+    // A program that is about to end refuses everything. What is asked is for the next one.
+    while (hasLeft(reply)) {
+        if (request.verb == InstanceRequest::Verb::Quit) {
+            settle();
+            return { InstanceAnswer::Outcome::Done, {} };
+        }
+        reply = bus.call(call, QDBus::Block, int(_patience.count()));
+    }
+    return answerFrom(reply, request.verb);
+}
+
+bool BusInstance::hasLeft(const QDBusMessage &reply)
+{
+    if (reply.type() != QDBusMessage::ErrorMessage) {
+        return false;
+    }
+    if (isFromTheBus(reply)) {
+        return QDBusError(reply).type() == QDBusError::NoReply;
+    }
+    // Qt itself speaks of silence, and has no name.
+    return !reply.service().isEmpty()
+        && reply.service()
+        != _bus.get().interface()->serviceOwner(QLatin1String(InstanceMessage::service)).value();
+}
+
+InstanceAnswer BusInstance::answerFrom(const QDBusMessage &reply, InstanceRequest::Verb verb)
+{
+    if (reply.type() == QDBusMessage::ReplyMessage) {
+        if (verb != InstanceRequest::Verb::Status) {
+            return { InstanceAnswer::Outcome::Done, {} };
+        }
+        if (reply.signature() != QLatin1String("s")) {
+            return strangersAnswer();
+        }
+        return { InstanceAnswer::Outcome::Done, reply.arguments().constFirst().toString() };
+    }
+    settle();
+    const QDBusError error(reply);
+    // Buses do not agree on how to say it.
+    const bool isNobodyThere = error.type() == QDBusError::ServiceUnknown
+        || error.name() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
+    if (error.type() == QDBusError::Disconnected || (isNobodyThere && isFromTheBus(reply))) {
+        return {};
+    }
+    switch (error.type()) {
+    case QDBusError::NoReply:
+    case QDBusError::Timeout:
+    case QDBusError::TimedOut:
+        return failure(QStringLiteral("the running Ortu does not answer"));
+    case QDBusError::UnknownMethod:
+    case QDBusError::UnknownInterface:
+    case QDBusError::UnknownObject:
+        return strangersAnswer();
+    default:
+        return failure(
+            QStringLiteral("the running Ortu refuses: %1").arg(error.message().simplified()));
+    }
+}
+
+// QtDBus reports an error that we have already been given once more to itself, on its own thread.
+// Should the program end meanwhile, it prints warnings about its own end.
+void BusInstance::settle()
+{
+    _bus.get().call(QDBusMessage::createMethodCall(busService, QStringLiteral("/"),
+        QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping")));
+}
+
+SingleInstance::Claim BusInstance::claim(Status status)
+{
+    if (_isGranted) {
+        return Claim::Granted;
+    }
+    const QDBusConnection bus = _bus.get();
+    if (!bus.isConnected()) {
+        qCWarning(lcPlatform, "there is no session bus, so other starts cannot find this one");
+        return Claim::Impossible;
+    }
+    offer(status);
+    const auto reply = bus.interface()->registerService(QLatin1String(InstanceMessage::service),
+        QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
+    if (reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered) {
+        _isGranted = true;
+        watchBus();
+        return Claim::Granted;
+    }
+    _bus.get().unregisterObject(QLatin1String(InstanceMessage::path));
+    _object.reset();
+    if (reply.isValid()) {
+        return Claim::Taken;
+    }
+    settle();
+    qCWarning(lcPlatform, "other starts cannot find this one: %s",
+        qUtf8Printable(reply.error().message().simplified()));
+    return Claim::Impossible;
+}
+
+// Before the name is ours: whoever waits for it asks at once.
+void BusInstance::offer(const Status &status)
+{
+    _object = std::make_unique<QObject>();
+    // Both belong to the object.
+    new ApplicationInterface(_object.get(), _bus.get(),
+        [this](const auto &request, const auto &call) { hear(request, call); });
+    new StatusInterface(_object.get(), status);
+    _bus.get().registerObject(QLatin1String(InstanceMessage::path), _object.get());
+}
+
+void BusInstance::hear(InstanceRequest request, const QDBusMessage &call)
+{
+    call.setDelayedReply(true);
+    if (request.verb == InstanceRequest::Verb::Quit) {
+        _quitCalls.append(call);
+    } else {
+        request.caller = std::shared_ptr<void>(
+            nullptr, [bus = _bus.get(), call](void *) { bus.send(call.createReply()); });
+    }
+    Q_EMIT requested(request);
+}
+
+void BusInstance::watchBus()
+{
+    auto *const local = new LocalInterface(_bus.get(), _object.get());
+    connect(local, &LocalInterface::Disconnected, this, [] {
+        qCWarning(lcPlatform, "the session bus is gone, so other starts cannot find this one");
+    });
+}

@@ -1,0 +1,55 @@
+// The icons of a freedesktop desktop: names looked up in the user's icon theme, files turned into
+// pixels.
+//
+// Belongs to the main thread, where it notices another theme or new icons while the event loop
+// runs. Everything that reads may be called from any thread meanwhile.
+
+#pragma once
+
+#include "platform/IconProvider.h"
+#include "platform/freedesktop/base/IconPlaces.h"
+#include "platform/freedesktop/icons/IconLookup.h"
+
+#include <functional>
+#include <memory>
+#include <mutex>
+
+class IconWatcher;
+
+class FreedesktopIcons : public IconProvider
+{
+    Q_OBJECT
+
+public:
+    // `iconNameOf` tells what a bundle says its icon is: a name in the theme, the absolute path of
+    // a picture, or empty. It is called from the thread that asks.
+    explicit FreedesktopIcons(
+        std::function<QString(const QString &bundlePath)> iconNameOf, QObject *parent = nullptr);
+    ~FreedesktopIcons() override;
+
+    IconSource resolve(const QString &bundlePath, int size) const override;
+    QImage decode(const IconSource &source, int size) const override;
+    QImage tryDecode(
+        const IconSource &source, int size, int largestStored, QString *problem) const override;
+    QString refusal(const QString &path) const override;
+
+private:
+    QImage decodeBest(
+        const IconSource &source, int size, int largestStored, QString *problem) const;
+    std::shared_ptr<const IconLookup> lookup() const;
+    void startWatching();
+    void watch();
+    void refresh();
+
+    const std::function<QString(const QString &)> _iconNameOf;
+    const IconPlaces _places;
+    mutable std::mutex _mutex;
+    // Only the pointer is guarded; whoever holds a look-up needs no lock.
+    std::shared_ptr<const IconLookup> _lookup;
+    std::unique_ptr<IconWatcher> _watcher;
+};
+
+// Keeps the picture libraries from printing lines of their own about files they cannot read:
+// whoever decodes says so in one. A category that was asked for explicitly (QT_LOGGING_RULES) is
+// left alone. Process-wide; calling it again changes nothing.
+void quietImageLibraries();

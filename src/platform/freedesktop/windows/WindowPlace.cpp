@@ -1,0 +1,98 @@
+#include "platform/freedesktop/windows/WindowPlace.h"
+
+namespace {
+
+constexpr quint32 everyDesktop = 0xffffffff;
+// In units of four bytes; a window has a handful of states.
+constexpr quint32 longestList = 64;
+
+xcb_get_property_cookie_t ask(
+    const XConnection &connection, xcb_window_t window, XConnection::Atom property)
+{
+    return xcb_get_property(connection.get(), 0, window, connection.atom(property),
+        XCB_GET_PROPERTY_TYPE_ANY, 0, longestList);
+}
+
+XReply<xcb_get_property_reply_t> answer(
+    const XConnection &connection, xcb_get_property_cookie_t cookie)
+{
+    return XReply<xcb_get_property_reply_t>(
+        xcb_get_property_reply(connection.get(), cookie, nullptr));
+}
+
+// Empty when there is no such property.
+QList<quint32> numbers(const XConnection &connection, xcb_get_property_cookie_t cookie)
+{
+    const XReply<xcb_get_property_reply_t> reply = answer(connection, cookie);
+    if (!reply || reply->format != 32) {
+        return {};
+    }
+    const auto *const start = static_cast<const quint32 *>(xcb_get_property_value(reply.get()));
+    return { start, start + xcb_get_property_value_length(reply.get()) / 4 };
+}
+
+} // namespace
+
+bool WindowPlace::isOnPresentDesktop(XConnection &connection, xcb_window_t window)
+{
+    if (!connection.isOpen()) {
+        return false;
+    }
+    const auto attributes = xcb_get_window_attributes(connection.get(), window);
+    const auto states = ask(connection, window, XConnection::NetWmState);
+    const auto desktop = ask(connection, window, XConnection::NetWmDesktop);
+    const auto present = ask(connection, connection.root(), XConnection::NetCurrentDesktop);
+    const XReply<xcb_get_window_attributes_reply_t> shown(
+        xcb_get_window_attributes_reply(connection.get(), attributes, nullptr));
+    const bool isHidden =
+        numbers(connection, states).contains(connection.atom(XConnection::NetWmStateHidden));
+    const QList<quint32> desktops = numbers(connection, desktop);
+    const QList<quint32> presents = numbers(connection, present);
+    connection.takeEventsLater();
+    // Without numbers there is one desktop only.
+    const bool isHere = desktops.isEmpty() || presents.isEmpty() || desktops.first() == everyDesktop
+        || desktops.first() == presents.first();
+    return shown && shown->map_state == XCB_MAP_STATE_VIEWABLE && !isHidden && isHere;
+}
+
+bool WindowPlace::hasKeyboard(XConnection &connection, xcb_window_t window)
+{
+    if (!connection.isOpen()) {
+        return false;
+    }
+    const XReply<xcb_get_input_focus_reply_t> focus(xcb_get_input_focus_reply(
+        connection.get(), xcb_get_input_focus(connection.get()), nullptr));
+    connection.takeEventsLater();
+    return focus && focus->focus == window;
+}
+
+bool WindowPlace::isPointerPressed(XConnection &connection)
+{
+    if (!connection.isOpen()) {
+        return false;
+    }
+    const XReply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
+        connection.get(), xcb_query_pointer(connection.get(), connection.root()), nullptr));
+    connection.takeEventsLater();
+    constexpr quint16 buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
+    return pointer && (pointer->mask & buttons) != 0;
+}
+
+QString WindowPlace::windowManagerName(XConnection &connection)
+{
+    if (!connection.isOpen()) {
+        return {};
+    }
+    const xcb_window_t manager =
+        numbers(connection, ask(connection, connection.root(), XConnection::NetSupportingWmCheck))
+            .value(0, XCB_WINDOW_NONE);
+    const XReply<xcb_get_property_reply_t> name = manager != XCB_WINDOW_NONE
+        ? answer(connection, ask(connection, manager, XConnection::NetWmName))
+        : nullptr;
+    connection.takeEventsLater();
+    if (!name || name->format != 8) {
+        return {};
+    }
+    return QString::fromUtf8(static_cast<const char *>(xcb_get_property_value(name.get())),
+        xcb_get_property_value_length(name.get()));
+}

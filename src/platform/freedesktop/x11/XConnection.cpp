@@ -1,0 +1,205 @@
+#include "platform/freedesktop/x11/XConnection.h"
+
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr std::array<std::string_view, XConnection::AtomCount> atomNames {
+    "_NET_ACTIVE_WINDOW",
+    "_NET_CLIENT_LIST",
+    "_NET_CLOSE_WINDOW",
+    "_NET_CURRENT_DESKTOP",
+    "_NET_STARTUP_ID",
+    "_NET_SUPPORTING_WM_CHECK",
+    "_NET_WM_DESKTOP",
+    "_NET_WM_NAME",
+    "_NET_WM_PID",
+    "_NET_WM_STATE",
+    "_NET_WM_STATE_ABOVE",
+    "_NET_WM_STATE_HIDDEN",
+    "_NET_WM_STATE_SKIP_PAGER",
+    "_NET_WM_STATE_SKIP_TASKBAR",
+    "_NET_WM_STATE_STICKY",
+    "_NET_WM_WINDOW_TYPE",
+    "_NET_WM_WINDOW_TYPE_DESKTOP",
+    "_NET_WM_WINDOW_TYPE_DIALOG",
+    "_NET_WM_WINDOW_TYPE_DOCK",
+    "_NET_WM_WINDOW_TYPE_NORMAL",
+    "_NET_WM_WINDOW_TYPE_UTILITY",
+    "_GTK_APPLICATION_ID",
+    "_KDE_NET_WM_DESKTOP_FILE",
+    "UTF8_STRING",
+    "WM_CHANGE_STATE",
+    "WM_CLASS",
+    "WM_CLIENT_MACHINE",
+    "WM_DELETE_WINDOW",
+    "WM_PROTOCOLS",
+    "WM_TRANSIENT_FOR",
+    "_XSETTINGS_SETTINGS",
+    "_NET_WM_CM_S",
+    "_XSETTINGS_S",
+};
+
+xcb_client_message_event_t clientMessage(
+    xcb_window_t window, xcb_atom_t type, const QList<quint32> &data)
+{
+    xcb_client_message_event_t message = {};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = type;
+    const size_t count = qMin(size_t(data.size()), std::size(message.data.data32));
+    std::memcpy(message.data.data32, data.constData(), count * sizeof(quint32));
+    return message;
+}
+
+} // namespace
+
+XConnection::XConnection(QObject *parent)
+    : QObject(parent)
+{
+    _isOpen = connectToDisplay() && findAtoms();
+    if (!_isOpen) {
+        return;
+    }
+    _notifier = std::make_unique<QSocketNotifier>(
+        xcb_get_file_descriptor(_connection), QSocketNotifier::Read);
+    connect(_notifier.get(), &QSocketNotifier::activated, this, &XConnection::takeEvents);
+    _nextTurn.setSingleShot(true);
+    connect(&_nextTurn, &QTimer::timeout, this, &XConnection::takeEvents);
+}
+
+XConnection::~XConnection()
+{
+    xcb_disconnect(_connection);
+}
+
+bool XConnection::connectToDisplay()
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY")) {
+        return false;
+    }
+    _connection = xcb_connect(nullptr, &_screen);
+    if (xcb_connection_has_error(_connection) != 0) {
+        return false;
+    }
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(_connection));
+    for (int before = _screen; screens.rem > 1 && before > 0; --before) {
+        xcb_screen_next(&screens);
+    }
+    _root = screens.data->root;
+    return true;
+}
+
+bool XConnection::findAtoms()
+{
+    std::array<xcb_intern_atom_cookie_t, AtomCount> cookies {};
+    for (size_t i = 0; i < cookies.size(); ++i) {
+        std::string name(atomNames[i]);
+        if (i >= CompositingManager) {
+            name += std::to_string(_screen);
+        }
+        cookies[i] = xcb_intern_atom(_connection, 0, quint16(name.size()), name.data());
+    }
+    for (size_t i = 0; i < cookies.size(); ++i) {
+        const XReply<xcb_intern_atom_reply_t> reply(
+            xcb_intern_atom_reply(_connection, cookies[i], nullptr));
+        if (!reply) {
+            return false;
+        }
+        _atoms[i] = reply->atom;
+    }
+    return true;
+}
+
+void XConnection::tellManager(xcb_window_t window, Atom message, const QList<quint32> &data)
+{
+    if (isOpen()) {
+        tellManagerOver(_connection, window, message, data);
+        xcb_flush(_connection);
+        takeEventsLater();
+    }
+}
+
+void XConnection::tellManagerOver(xcb_connection_t *connection, xcb_window_t window, Atom message,
+    const QList<quint32> &data) const
+{
+    const xcb_client_message_event_t event = clientMessage(window, atom(message), data);
+    std::array<char, sizeof(event)> bytes {};
+    std::memcpy(bytes.data(), &event, sizeof(event));
+    xcb_send_event(connection, 0, _root,
+        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY, bytes.data());
+}
+
+void XConnection::map(xcb_window_t window)
+{
+    if (isOpen()) {
+        xcb_map_window(_connection, window);
+        xcb_flush(_connection);
+        takeEventsLater();
+    }
+}
+
+// The server reports every change of a property with its time, even one that adds nothing.
+void XConnection::askTime()
+{
+    if (!isOpen()) {
+        return;
+    }
+    if (_clock == XCB_WINDOW_NONE) {
+        _clock = xcb_generate_id(_connection);
+        // In the order of the mask's bits.
+        const std::array<quint32, 2> values { 1, XCB_EVENT_MASK_PROPERTY_CHANGE };
+        xcb_create_window(_connection, XCB_COPY_FROM_PARENT, _clock, _root, -1, -1, 1, 1, 0,
+            XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
+            XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values.data());
+        connect(this, &XConnection::eventArrived, this, &XConnection::takeTime);
+    }
+    xcb_change_property(_connection, XCB_PROP_MODE_APPEND, _clock, XCB_ATOM_WM_NAME,
+        XCB_ATOM_STRING, 8, 0, nullptr);
+    xcb_flush(_connection);
+    takeEventsLater();
+}
+
+void XConnection::takeTime(const xcb_generic_event_t *event)
+{
+    if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY) {
+        return;
+    }
+    const auto *const change = reinterpret_cast<const xcb_property_notify_event_t *>(event);
+    if (change->window == _clock) {
+        Q_EMIT timeTold(change->time);
+    }
+}
+
+void XConnection::takeEventsLater()
+{
+    QMetaObject::invokeMethod(
+        this, [this] { _nextTurn.start(); }, Qt::QueuedConnection);
+}
+
+// One lot at a time, so that windows that never stop changing leave time for everything else.
+void XConnection::takeEvents()
+{
+    XReply<xcb_generic_event_t> event;
+    const auto next = [&] {
+        event.reset(isOpen() ? xcb_poll_for_event(_connection) : nullptr);
+        return event != nullptr;
+    };
+    bool hasAny = false;
+    while (next()) {
+        hasAny = true;
+        Q_EMIT eventArrived(event.get());
+    }
+    if (hasAny) {
+        Q_EMIT eventsTaken();
+        takeEventsLater();
+    }
+    if (isOpen() && xcb_connection_has_error(_connection) != 0) {
+        _isOpen = false;
+        _notifier.reset();
+        Q_EMIT closed();
+    }
+}

@@ -1,0 +1,63 @@
+#include "platform/freedesktop/base/FreedesktopPaths.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+using Domain = SearchPaths::Domain;
+
+class FreedesktopPathsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        qputenv("HOME", "/home/ann");
+        for (const char *name : { "DATA_HOME", "DATA_DIRS", "STATE_HOME", "CONFIG_HOME" }) {
+            qunsetenv(QByteArray("XDG_").append(name).constData());
+        }
+    }
+
+    void unsetVariables_standForTheUsualFolders()
+    {
+        qputenv("XDG_CONFIG_HOME", "relative/folder");
+        const FreedesktopPaths paths;
+        QCOMPARE(paths.applicationSupportFolder(Domain::User), u"/home/ann/.local/share"_s);
+        QCOMPARE(paths.applicationSupportFolder(Domain::Local), u"/usr/local/share"_s);
+        QCOMPARE(paths.libraryFolder(Domain::User), u"/home/ann/.local/state/Ortu"_s);
+        QCOMPARE(paths.libraryFolder(Domain::Local), u"/var/lib/Ortu"_s);
+        QCOMPARE(paths.configurationFolder(), u"/home/ann/.config/Ortu"_s);
+    }
+
+    void setVariables_areFollowed()
+    {
+        qputenv("XDG_DATA_HOME", "/data/with:colon/");
+        qputenv("XDG_STATE_HOME", "/state//x/..");
+        qputenv("XDG_CONFIG_HOME", "~/configuration");
+        const FreedesktopPaths paths;
+        QCOMPARE(paths.applicationSupportFolder(Domain::User), u"/data/with:colon"_s);
+        QCOMPARE(paths.libraryFolder(Domain::User), u"/state/Ortu"_s);
+        QCOMPARE(paths.configurationFolder(), u"/home/ann/configuration/Ortu"_s);
+    }
+
+    void applicationFolders()
+    {
+        const auto foldersFor = [](const char *dataHome, const char *dataFolders) {
+            qputenv("XDG_DATA_HOME", dataHome);
+            qputenv("XDG_DATA_DIRS", dataFolders);
+            return FreedesktopPaths().applicationFolders().join(u' ');
+        };
+        const QString usual = u"~/.local/share/applications ~/Applications "_s;
+        QCOMPARE(foldersFor("", "x:y"),
+            usual + u"/usr/local/share/applications /usr/share/applications"_s);
+        QCOMPARE(foldersFor("/home/ann/.local/share", "/a/:../y:~/.local/share/:/a/b/..::/a"),
+            usual + u"/a/applications"_s);
+        QCOMPARE(foldersFor("/home/anna", "/a"),
+            u"/home/anna/applications ~/Applications /a/applications"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(FreedesktopPathsTest)
+#include "FreedesktopPathsTest.moc"

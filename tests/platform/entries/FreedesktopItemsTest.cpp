@@ -1,0 +1,345 @@
+#include "platform/freedesktop/entries/FreedesktopItems.h"
+
+#include "platform/FileTree.h"
+#include "platform/freedesktop/entries/DesktopEntryIndex.h"
+
+#include <QRegularExpression>
+#include <QTest>
+#include <QThread>
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QByteArray start = "[Desktop Entry]\nType=Application\nName=A\n";
+const QByteArray runnable = start + "Exec=present %U\n";
+const QByteArray script = "#!/bin/sh\n";
+
+QByteArray listWith(const QByteArray &key, const QByteArray &value)
+{
+    return "<plist version=\"1.0\"><dict><key>" + key + "</key><string>" + value
+        + "</string></dict></plist>";
+}
+
+// Items over a tree whose data folders are `home`, `local` and `system`.
+class Desk final
+{
+public:
+    FileTree tree;
+    DesktopEntryIndex index { { "de" } };
+    FreedesktopItems items { index,
+        { tree.path(u"home"_s), tree.path(u"local"_s), tree.path(u"system"_s) }, { u"KDE"_s } };
+
+    QString flags(const QString &path) const
+    {
+        const ItemFlags flags = items.flagsOf(path);
+        QString words = flags.isInvisible ? u"invisible "_s : QString();
+        words += flags.isAlias ? u"alias "_s : QString();
+        words += flags.isApplication ? u"application "_s : QString();
+        words += flags.isClassicApp ? u"classic "_s : QString();
+        words += flags.isContainer ? u"container "_s : QString();
+        words += flags.isPackage ? u"package "_s : QString();
+        return words.trimmed();
+    }
+    QString flagsOfNew(const QString &relative, const QByteArray &content = runnable)
+    {
+        return flags(tree.add(relative, content));
+    }
+    QString flagsOfLink(const QString &relative, const QString &target)
+    {
+        return flags(tree.addLink(relative, target));
+    }
+};
+
+} // namespace
+
+class FreedesktopItemsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // $PATH holds one program for the whole run.
+    void initTestCase()
+    {
+        static FileTree programs;
+        programs.add(u"present"_s, script, 0755);
+        programs.add(u"not-executable"_s, script);
+        qputenv("PATH", QFile::encodeName(programs.path()));
+    }
+    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
+
+    void entries()
+    {
+        const std::pair<QByteArray, QString> rows[] { { "[Desktop Entry]\nType=Link\nURL=x\n", {} },
+            { runnable + "NoDisplay=true\n", u"invisible application"_s },
+            { "[Desktop Entry]\nHidden=true\n", u"invisible"_s },
+            { runnable + "OnlyShowIn=GNOME;\n", u"invisible application"_s },
+            { runnable + "OnlyShowIn=KDE;\n", u"application"_s },
+            { start + "Exec=not-executable\n", u"application classic"_s },
+            { runnable + "TryExec=absent\n", u"application classic"_s },
+            { runnable + "TryExec=present\n", u"application"_s },
+            { start + "DBusActivatable=true\n", u"application"_s } };
+        for (const auto &[content, expected] : rows) {
+            QCOMPARE(Desk().flagsOfNew(u"a.desktop"_s, content), expected);
+        }
+    }
+
+    void damagedEntry_givesOneLineAContent()
+    {
+        const std::tuple<QByteArray, QString, QString, QString> rows[] {
+            { QByteArray(1024 * 1024 + 1, '\n'), u"larger than 1048576 bytes"_s, {}, u"a"_s },
+            { runnable + "Name=Caf\xe9\n", u"the name is not in UTF-8"_s, u"application"_s,
+                u"Caf\uFFFD"_s }
+        };
+        for (const auto &[content, reason, flags, name] : rows) {
+            Desk desk;
+            const QString path = desk.tree.path(u"a.desktop"_s);
+            const QByteArray line = u"%1: %2"_s.arg(path, reason).toUtf8();
+            QTest::ignoreMessage(QtWarningMsg, line.constData());
+            QCOMPARE(desk.flagsOfNew(u"a.desktop"_s, content), flags);
+            QCOMPARE(desk.items.displayName(path), name);
+            desk.items.willScan();
+            QCOMPARE(desk.flags(path), flags);
+
+            // The same reason for another content is said again.
+            desk.items.willScan();
+            QCOMPARE(desk.flagsOfNew(u"a.desktop"_s), u"application"_s);
+            desk.items.willScan();
+            QTest::ignoreMessage(QtWarningMsg, line.constData());
+            QCOMPARE(desk.flagsOfNew(u"a.desktop"_s, content), flags);
+        }
+    }
+
+    void linksAndWhatOnlyLooksLikeEntries()
+    {
+        Desk desk;
+        const QString entry = desk.tree.add(u"a.desktop"_s, runnable);
+        const QString hidden = desk.tree.add(u"h.desktop"_s, runnable + "NoDisplay=true\n");
+        const QString page = desk.tree.add(u"p.desktop"_s, "[Desktop Entry]\nType=Link\nName=A\n");
+        QCOMPARE(desk.flagsOfLink(u"1.desktop"_s, entry), u"application"_s);
+        QCOMPARE(desk.flagsOfLink(u"2.desktop"_s, hidden), u"invisible application"_s);
+        QCOMPARE(desk.flagsOfLink(u"3.desktop"_s, page), u"alias"_s);
+        QCOMPARE(desk.items.displayName(page), u"p"_s);
+        QCOMPARE(desk.flagsOfLink(u"4.desktop"_s, u"/nowhere"_s), u"alias"_s);
+        QCOMPARE(desk.flagsOfLink(u"5.desktop"_s, u"/dev/null"_s), u"alias"_s);
+        QCOMPARE(desk.flagsOfLink(u"6"_s, entry), u"alias"_s);
+
+        const QString pipe = desk.tree.addPipe(u"pipe.desktop"_s);
+        QCOMPARE(desk.flags(pipe), QString());
+        QCOMPARE(desk.items.displayName(pipe), u"pipe"_s);
+        QCOMPARE(desk.flags(desk.tree.addFolder(u"folder.desktop"_s)), u"container"_s);
+        QCOMPARE(desk.flagsOfNew(u"a.desktop.bak"_s), QString());
+        QCOMPARE(desk.flags(desk.tree.path(u"absent.desktop"_s)), QString());
+    }
+
+    void bundles()
+    {
+        const QString runs = u"application container package"_s;
+        const QString cannotRun = u"application classic container package"_s;
+        const QString noApplication = u"container package"_s;
+        const QString inContents = u"C.app/Contents/MacOS/run me"_s;
+        // A file, in a bundle unless it is one, what is seen, and what the file holds; a file
+        // without content cannot be executed.
+        const std::tuple<QString, QString, QByteArray> rows[] {
+            { u"X.APPDIR/AppRun"_s, runs, script }, { u"X.AppDir/AppRun"_s, cannotRun, {} },
+            { u"X.AppDir/other"_s, noApplication, script }, { inContents, runs, script },
+            { inContents, runs, "\177ELF\2" }, { inContents, cannotRun, "\xcf\xfa\xed\xfe" },
+            { u"G.app/G"_s, runs, script }, { u"G.app/g"_s, cannotRun, script },
+            { u"N.app/N"_s, noApplication, script }, { u"X.Plugin/x"_s, noApplication, script },
+            { u"X.framework/x"_s, u"container"_s, script },
+            { u"x.appimage"_s, u"application"_s, script }, { u"x.AppImage"_s, {}, {} }
+        };
+        for (const auto &[file, expected, content] : rows) {
+            Desk desk;
+            desk.tree.add(u"C.app/Contents/Info.plist"_s, listWith("CFBundleExecutable", "run me"));
+            desk.tree.add(u"G.app/Resources/Info-gnustep.plist"_s, "{ NSIcon = g; }");
+            desk.tree.add(file, content, content.isEmpty() ? 0644 : 0755);
+            QCOMPARE(desk.flags(desk.tree.path(file.section(u'/', 0, 0))), expected);
+        }
+    }
+
+    void invisibleNames()
+    {
+        Desk desk;
+        FileTree &tree = desk.tree;
+        const QString listed = tree.add(u"f/listed.desktop"_s, runnable);
+        const QString other = tree.add(u"f/other.desktop"_s, runnable);
+        tree.add(u"f/.hidden"_s, "Other.desktop\nlisted.desktop\nfolder");
+        QCOMPARE(desk.flags(listed), u"invisible application"_s);
+        QCOMPARE(desk.flags(other), u"application"_s);
+        QCOMPARE(desk.flags(tree.addFolder(u"f/folder"_s)), u"invisible container"_s);
+        QCOMPARE(desk.flagsOfNew(u"f/.dot.desktop"_s), u"invisible application"_s);
+
+        // The list counts as it was until the next scan.
+        tree.add(u"f/.hidden"_s, "other.desktop\n");
+        QCOMPARE(desk.flags(other), u"application"_s);
+        desk.items.willScan();
+        QCOMPARE(desk.flags(other), u"invisible application"_s);
+        QCOMPARE(desk.flags(listed), u"application"_s);
+
+        const QString huge = tree.add(u"g/.hidden"_s, QByteArray(2'000'000, 'x'));
+        QTest::ignoreMessage(QtWarningMsg, qUtf8Printable(huge + u": larger than 1048576 bytes"_s));
+        QCOMPARE(desk.flagsOfNew(u"g/a.desktop"_s), u"application"_s);
+        desk.tree.addPipe(u"h/.hidden"_s);
+        QCOMPARE(desk.flagsOfNew(u"h/a.desktop"_s), u"application"_s);
+    }
+
+    void shadowedEntries()
+    {
+        Desk desk;
+        FileTree &tree = desk.tree;
+        const QString own = tree.add(u"home/applications/a.desktop"_s, runnable);
+        const QString sameName = tree.add(u"system/applications/a.desktop"_s, runnable);
+        tree.add(u"local/applications/kde-b.desktop"_s, "broken, but it counts");
+        QCOMPARE(desk.flags(own), u"application"_s);
+        QCOMPARE(desk.flags(sameName), u"invisible application"_s);
+        QCOMPARE(
+            desk.flagsOfNew(u"system/applications/kde/b.desktop"_s), u"invisible application"_s);
+        QCOMPARE(desk.flagsOfNew(u"system/applications/kde/a.desktop"_s), u"application"_s);
+        QCOMPARE(desk.flagsOfNew(u"elsewhere/a.desktop"_s), u"application"_s);
+
+        QVERIFY(QFile::remove(own));
+        QCOMPARE(desk.flags(sameName), u"invisible application"_s);
+        desk.items.willScan();
+        QCOMPARE(desk.flags(sameName), u"application"_s);
+    }
+
+    void shadowing_seesThroughLinksAndLoops()
+    {
+        Desk desk;
+        FileTree &tree = desk.tree;
+        const QString real = tree.addFolder(u"real"_s);
+        tree.addLink(u"home/applications"_s, real);
+        tree.addLink(u"local/applications"_s, real);
+        tree.addLink(u"real/loop"_s, real);
+        tree.addLink(u"real/dangling.desktop"_s, u"/nowhere"_s);
+        tree.addLink(u"real/masked.desktop"_s, u"/dev/null"_s);
+        const QString own = tree.add(u"real/sub/a.desktop"_s, runnable);
+        QCOMPARE(
+            desk.flagsOfNew(u"system/applications/sub-a.desktop"_s), u"invisible application"_s);
+        QCOMPARE(
+            desk.flagsOfNew(u"system/applications/masked.desktop"_s), u"invisible application"_s);
+        QCOMPARE(desk.flagsOfNew(u"system/applications/dangling.desktop"_s), u"application"_s);
+        // The one folder under its three names: an entry is there once.
+        QCOMPARE(desk.flags(own), u"application"_s);
+        QCOMPARE(desk.flags(tree.path(u"home/applications/sub/a.desktop"_s)), u"application"_s);
+        QCOMPARE(desk.flags(tree.path(u"local/applications/sub/a.desktop"_s)),
+            u"invisible application"_s);
+    }
+
+    void namesAndPrograms_standUntilAScan()
+    {
+        Desk desk;
+        const QString program = desk.tree.path(u"late"_s);
+        const QString path = desk.tree.add(u"x.y.desktop"_s,
+            start + "Exec=" + QFile::encodeName(program) + "\nName=Mail\nName[de]=Post\n");
+        QCOMPARE(desk.flags(path), u"application classic"_s);
+        QCOMPARE(desk.items.displayName(path), u"Post"_s);
+        desk.tree.add(u"late"_s, script, 0755);
+        QCOMPARE(desk.flags(path), u"application classic"_s);
+        desk.items.willScan();
+        QCOMPARE(desk.flags(path), u"application"_s);
+
+        // The memory of an entry goes once a whole scan has not met it.
+        const std::weak_ptr<const DesktopEntry> entry = desk.index.entryAt(path);
+        QVERIFY(QFile::remove(path));
+        QCOMPARE(desk.items.displayName(path), u"Post"_s);
+        desk.items.willScan();
+        QVERIFY(!entry.expired());
+        desk.items.willScan();
+        QVERIFY(entry.expired());
+        desk.tree.add(u"x.y.desktop"_s, "[Desktop Entry]\nType=Application\nExec=present\n");
+        QCOMPARE(desk.items.displayName(path), u"x.y"_s);
+        QCOMPARE(desk.items.displayName(u"/nowhere/My.App.AppImage"_s), u"My.App"_s);
+    }
+
+    void kindsOfApplications()
+    {
+        Desk desk;
+        FileTree &tree = desk.tree;
+        const auto kindOf = [&desk](const QString &path) {
+            return desk.items.genericNameOf(path).value_or(u"(none)"_s);
+        };
+        QCOMPARE(kindOf(tree.add(
+                     u"a.desktop"_s, runnable + "GenericName=Text\\nEditor\nGenericName[fr]=x\n")),
+            u"Text Editor"_s);
+        QCOMPARE(kindOf(tree.add(u"b.desktop"_s,
+                     runnable + "GenericName[de]=Texteditor\nGenericName=Text Editor\n")),
+            u"Texteditor"_s);
+        QCOMPARE(kindOf(tree.add(u"c.desktop"_s, runnable)), QString());
+        // What is no application is known by its path.
+        QCOMPARE(kindOf(tree.add(u"d.desktop"_s, "[Desktop Entry]\nType=Link\nGenericName=x\n")),
+            u"(none)"_s);
+        QCOMPARE(kindOf(u"/nowhere/My.AppImage"_s), u"(none)"_s);
+    }
+
+    void iconNames()
+    {
+        Desk desk;
+        FileTree &tree = desk.tree;
+        const auto iconOf = [&desk](const QString &path) { return desk.items.iconNameOf(path); };
+        QCOMPARE(
+            iconOf(tree.add(u"a.desktop"_s, runnable + "Icon=mail\nIcon[de]=post\n")), u"post"_s);
+
+        tree.add(u"X.AppDir/AppRun"_s, script, 0755);
+        const QString appDir = tree.path(u"X.AppDir"_s);
+        QCOMPARE(iconOf(appDir), QString());
+        tree.add(u"x.svg"_s, "<svg/>");
+        tree.add(u"X.AppDir/x.desktop"_s, runnable + "Icon=../x\n");
+        QCOMPARE(iconOf(appDir), QString());
+        tree.add(u"X.AppDir/x.desktop"_s, runnable + "Icon=org.x\n");
+        const QString svg = tree.add(u"X.AppDir/org.x.svg"_s, "<svg/>");
+        QCOMPARE(iconOf(appDir), svg);
+        const QString own = tree.add(u"X.AppDir/.DirIcon"_s, "x");
+        QCOMPARE(iconOf(appDir), own);
+
+        tree.add(u"C.app/Contents/Info.plist"_s, listWith("CFBundleIconFile", "pic"));
+        const QString icns = tree.add(u"C.app/Contents/Resources/pic.icns"_s, "x");
+        QCOMPARE(iconOf(tree.path(u"C.app"_s)), icns);
+        // It is not worth the time to read.
+        tree.add(u"C.app/Contents/Info.plist"_s,
+            listWith("CFBundleIconFile", "pic") + QByteArray(300'000, ' '));
+        QCOMPARE(iconOf(tree.path(u"C.app"_s)), QString());
+        tree.add(u"G.app/Resources/Info-gnustep.plist"_s, listWith("NSIcon", "g.tiff"));
+        const QString tiff = tree.add(u"G.app/Resources/g.tiff"_s, "x");
+        QCOMPARE(iconOf(tree.path(u"G.app"_s)), tiff);
+        tree.add(
+            u"G.app/Resources/Info-gnustep.plist"_s, listWith("NSIcon", "../Resources/g.tiff"));
+        QCOMPARE(iconOf(tree.path(u"G.app"_s)), QString());
+        QCOMPARE(iconOf(tree.add(u"x.AppImage"_s, "x", 0755)), QString());
+    }
+
+    void manyThreads_readTheSameEntries()
+    {
+        Desk desk;
+        QStringList paths;
+        for (int i = 0; i < 100; ++i) {
+            paths.append(desk.tree.add(u"system/applications/%1.desktop"_s.arg(i), runnable));
+        }
+        std::atomic<int> applications = 0;
+        std::vector<std::unique_ptr<QThread>> threads;
+        for (int i = 0; i < 8; ++i) {
+            threads.emplace_back(QThread::create([&desk, &paths, &applications, i] {
+                for (const QString &path : paths) {
+                    if (i == 0) {
+                        desk.items.willScan();
+                    }
+                    const bool isApplication = desk.items.flagsOf(path).isApplication;
+                    applications += isApplication && desk.items.displayName(path) == u"A" ? 1 : 0;
+                }
+            }));
+            threads.back()->start();
+        }
+        for (const std::unique_ptr<QThread> &thread : threads) {
+            QVERIFY(thread->wait(30'000));
+        }
+        QCOMPARE(applications.load(), 800);
+    }
+};
+
+QTEST_GUILESS_MAIN(FreedesktopItemsTest)
+#include "FreedesktopItemsTest.moc"

@@ -1,0 +1,186 @@
+#include "platform/freedesktop/icons/IconLookup.h"
+
+#include "platform/icons/IconThemeFiles.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+class IconLookupTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
+
+    void name_givesBestFile_data()
+    {
+        QTest::addColumn<QString>("directories");
+        QTest::addColumn<QString>("files"); // Of the theme T; others with their whole paths.
+        QTest::addColumn<QString>("expected");
+        QTest::addColumn<QString>("name");
+        const auto row = [](const char *title, const char *directories, const char *files,
+                             const char *expected, const char *name = "a") {
+            QTest::newRow(title) << QString::fromLatin1(directories) << QString::fromLatin1(files)
+                                 << QString::fromLatin1(expected) << QString::fromLatin1(name);
+        };
+        // Always for 64 pixels.
+        row("the very size", "48:Fixed:48 64:Fixed:64 256:Fixed:256",
+            "T/48/a.png T/64/a.png T/256/a.png", "T/64/a.png");
+        row("nearest is smaller", "48:Fixed:48 256:Fixed:256", "T/48/a.png T/256/a.png",
+            "T/48/a.png");
+        row("equally near: first of the theme", "96:Fixed:96 32:Fixed:32", "T/32/a.png T/96/a.png",
+            "T/96/a.png");
+        row("scalable within its range", "48:Fixed:48 s:Scalable:16:8:512", "T/48/a.png T/s/a.svg",
+            "T/s/a.svg");
+        row("pictures that fit as well: the one drawn for the size",
+            "256:Scalable:256:56:256 64:Fixed:64", "T/256/a.png T/64/a.png", "T/64/a.png");
+        row("drawing that fits as well: first of the theme", "s:Scalable:256:56:256 64:Fixed:64",
+            "T/s/a.svg T/64/a.png", "T/s/a.svg");
+        row("threshold reaches two pixels", "s:Scalable:512:512:512 62:Threshold:62",
+            "T/s/a.svg T/62/a.png", "T/62/a.png");
+        row("threshold's distance", "70:Fixed:70 61:Threshold:61 60:Fixed:60",
+            "T/70/a.png T/61/a.png T/60/a.png", "T/61/a.png");
+        row("twin of another scale only when nothing fits", "32x2:Fixed:32:32:32:2 64:Fixed:64",
+            "T/32x2/a.png T/64/a.png", "T/64/a.png");
+        row("twin of another scale has its real size", "48:Fixed:48 32x2:Fixed:32:32:32:2",
+            "T/32x2/a.png T/48/a.png", "T/32x2/a.png");
+        row("PNG, then SVG", "64:Fixed:64", "T/64/a.xpm T/64/a.svg T/64/a.png", "T/64/a.png");
+        row("SVG, then XPM", "64:Fixed:64", "T/64/a.xpm T/64/a.svg", "T/64/a.svg");
+        row("directory without a section", "x:- 16:Fixed:16", "T/x/a.png T/16/a.png", "T/16/a.png");
+        row("user's part of the theme first", "64:Fixed:64", "user/T/64/a.png T/64/a.png",
+            "user/T/64/a.png");
+        row("size before user's part", "64:Fixed:64 48:Fixed:48", "user/T/48/a.png T/64/a.png",
+            "T/64/a.png");
+        row("theme before single pictures", "16:Fixed:16", "T/16/a.png pixmaps/a.png",
+            "T/16/a.png");
+        row("single picture in a base folder", "64:Fixed:64", "base/a.svg pixmaps/a.png",
+            "base/a.svg");
+        row("single picture by its full name", "64:Fixed:64", "T/64/a.png pixmaps/a.png",
+            "pixmaps/a.png", "a.png");
+        row("full name of another kind", "64:Fixed:64", "T/64/a.png pixmaps/a.xpm", "T/64/a.png",
+            "a.svg");
+        row("full name in the theme", "64:Fixed:64", "T/64/a.b.svg", "T/64/a.b.svg", "a.b.png");
+        row("part of a name", "64:Fixed:64", "T/64/abc.png", "", "ab");
+        row("other kinds of file", "64:Fixed:64", "T/64/a.txt T/64/.png", "");
+        row("no name", "64:Fixed:64", "T/64/a.png", "", "");
+        row("name that is a path", "64:Fixed:64", "T/64/a.png", "", "64/a");
+    }
+    void name_givesBestFile()
+    {
+        QFETCH(QString, directories);
+        QFETCH(QString, files);
+        QFETCH(QString, expected);
+        QFETCH(QString, name);
+        const auto whole = [](const QString &file) {
+            return file.startsWith(u"T/"_s) ? u"base/"_s + file : file;
+        };
+        IconThemeFiles themes;
+        themes.addTheme(u"T"_s, {}, directories);
+        for (const QString &file : files.split(u' ')) {
+            themes.addPicture(whole(file));
+        }
+        const QString path = expected.isEmpty() ? expected : themes.path(whole(expected));
+
+        QCOMPARE(IconLookup(themes.places(), u"T"_s).find(name, 64), path);
+        themes.addCaches();
+        QCOMPARE(IconLookup(themes.places(), u"T"_s).find(name, 64), path);
+    }
+
+    void themes_areAskedInOrder()
+    {
+        // What A to D inherit, and the files, of which the first one is expected.
+        const std::pair<QStringList, QString> rows[] {
+            { { u"B"_s }, u"A/16/a.png B/64/a.png"_s }, // its own, at any size
+            { { u"C,B"_s }, u"C/64/a.png B/64/a.png"_s },
+            { { u"B,C"_s, u"D"_s }, u"D/64/a.png C/64/a.png"_s },
+            { { u"B"_s, u"C"_s, u"A"_s }, u"C/64/a.png"_s }, // in a circle
+            { { u"X, B"_s }, u"B/64/a.png"_s },
+            { { u"hicolor,B"_s }, u"B/64/a.png hicolor/64/a.png"_s },
+            { {}, u"hicolor/64/a.png B/64/a.png"_s },
+        };
+        for (const auto &[inherits, files] : rows) {
+            IconThemeFiles themes;
+            const QStringList names { u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"hicolor"_s };
+            for (qsizetype i = 0; i < names.size(); ++i) {
+                themes.addTheme(names[i], inherits.value(i), u"64:Fixed:64 16:Fixed:16"_s);
+            }
+            for (const QString &file : files.split(u' ')) {
+                themes.addPicture(u"base/"_s + file);
+            }
+            const QString expected = themes.path(u"base/"_s + files.section(u' ', 0, 0));
+            QCOMPARE(IconLookup(themes.places(), u"A"_s).find(u"a"_s, 64), expected);
+        }
+    }
+
+    void fileGoneSinceTheIndex_givesTheNextBest()
+    {
+        IconThemeFiles themes;
+        themes.addTheme(u"T"_s, {}, u"64:Fixed:64 48:Fixed:48"_s);
+        const QString gone = themes.addPicture(u"base/T/64/a.png"_s);
+        const QString left = themes.addPicture(u"base/T/48/a.png"_s);
+        themes.addCaches();
+        QVERIFY(QFile::remove(gone));
+        QCOMPARE(IconLookup(themes.places(), u"T"_s).find(u"a"_s, 64), left);
+    }
+
+    void standIns_areTheNextBest()
+    {
+        IconThemeFiles themes;
+        themes.addTheme(u"T"_s, u"P"_s,
+            u"16:Fixed:16 48:Fixed:48 s:Scalable:64:8:512 96:Fixed:96 128:Fixed:128"_s);
+        themes.addTheme(u"P"_s, {}, u"64:Fixed:64"_s);
+        QStringList expected;
+        // 16 pixels are too few, and what is asked for does not count.
+        for (const QString &file : { u"T/96/a.png"_s, u"T/128/a.png"_s, u"T/128/a.svg"_s,
+                 u"T/48/a.png"_s, u"P/64/a.png"_s }) {
+            expected.append(themes.addPicture(u"base/"_s + file));
+        }
+        expected.append(themes.addPicture(u"pixmaps/a.png"_s));
+        themes.addPicture(u"base/T/16/a.png"_s);
+        const QString flawed = themes.addPicture(u"base/T/s/a.svg"_s);
+        const IconLookup lookup(themes.places(), u"T"_s);
+        QCOMPARE(lookup.find(u"a"_s, 64), flawed);
+        QCOMPARE(lookup.standIns(u"a"_s, 64, flawed), expected);
+        QCOMPARE(lookup.standIns(u"../a"_s, 64, flawed), QStringList());
+    }
+
+    void whatLeadsOutside_isNotFollowed()
+    {
+        IconThemeFiles themes;
+        const QString picture = themes.addPicture(u"outside/64/a.png"_s);
+        themes.addTheme(u"../outside"_s, {}, u"64:Fixed:64"_s);
+        themes.addTheme(u"T"_s, u"../outside"_s,
+            u"../../outside/64:Fixed:64 x/../../../outside/64:Fixed:64 %1:Fixed:64"_s.arg(
+                QFileInfo(picture).path()));
+        QCOMPARE(IconLookup(themes.places(), u"T"_s).find(u"a"_s, 64), QString());
+    }
+
+    void state_differsWhenAnIconComes()
+    {
+        const auto differsBy = [](const QString &file, bool isIndexed = false) {
+            IconThemeFiles themes;
+            themes.addTheme(u"T"_s, u"P"_s, u"64:Fixed:64 48:Fixed:48"_s);
+            themes.addPicture(u"base/T/64/a.png"_s);
+            themes.addPicture(u"pixmaps/a.png"_s);
+            if (isIndexed) {
+                themes.addCaches();
+            }
+            const QByteArray before = IconLookup(themes.places(), u"T"_s).state();
+            themes.addPicture(file);
+            return IconLookup(themes.places(), u"T"_s).state() != before;
+        };
+        QVERIFY(differsBy(u"base/T/64/b.png"_s));
+        QVERIFY(differsBy(u"base/T/48/a.png"_s));
+        QVERIFY(differsBy(u"user/T/48/a.png"_s));
+        QVERIFY(differsBy(u"base/T/48/a.png"_s, /*isIndexed=*/true));
+        QVERIFY(differsBy(u"base/P/index.theme"_s));
+        QVERIFY(differsBy(u"pixmaps/b.png"_s));
+        QVERIFY(!differsBy(u"base/U/64/a.png"_s));
+        QVERIFY(!differsBy(u"pixmaps/b.txt"_s));
+    }
+};
+
+QTEST_GUILESS_MAIN(IconLookupTest)
+#include "IconLookupTest.moc"

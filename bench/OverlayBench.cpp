@@ -9,8 +9,8 @@
 #include "icons/IconLoader.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
 #include "shell/OTController.h"
-#include "shell/OTIconOverlayView.h"
-#include "shell/OTWindow.h"
+#include "shell/panel/OTWindow.h"
+#include "shell/selector/OTIconOverlayView.h"
 #include "support/UserDefaults.h"
 
 #include <QApplication>

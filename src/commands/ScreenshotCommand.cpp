@@ -4,7 +4,7 @@
 #include "commands/GroupNames.h"
 #include "commands/Output.h"
 #include "grid/OTIconView.h"
-#include "shell/OTWindow.h"
+#include "shell/panel/OTWindow.h"
 
 #include <QImage>
 

@@ -4,7 +4,7 @@
 #include "platform/SingleInstance.h"
 #include "shell/AlertDialog.h"
 #include "shell/OTController.h"
-#include "shell/OTWindow.h"
+#include "shell/panel/OTWindow.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 

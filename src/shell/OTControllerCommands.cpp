@@ -8,7 +8,7 @@
 #include "shell/IconProgress.h"
 #include "shell/OTController.h"
 #include "shell/OTNSAppSubclass.h"
-#include "shell/OTWindow.h"
+#include "shell/panel/OTWindow.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 #include "support/UserDefaults.h"

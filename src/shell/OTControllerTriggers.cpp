@@ -2,13 +2,13 @@
 // session.
 
 #include "platform/Desktop.h"
-#include "shell/KeyTable.h"
-#include "shell/Log.h"
 #include "shell/OTController.h"
-#include "shell/OTHotSpotWindow.h"
-#include "shell/OTStatusItemView.h"
-#include "shell/OTWindow.h"
-#include "shell/TriggerKeys.h"
+#include "shell/base/Log.h"
+#include "shell/panel/OTWindow.h"
+#include "shell/triggers/KeyTable.h"
+#include "shell/triggers/OTHotSpotWindow.h"
+#include "shell/triggers/OTStatusItemView.h"
+#include "shell/triggers/TriggerKeys.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 

@@ -1,7 +1,7 @@
 #include "shell/OTNSAppSubclass.h"
 
 #include "platform/OwnWindows.h"
-#include "shell/OTWindow.h"
+#include "shell/panel/OTWindow.h"
 #include "support/InfoDictionary.h"
 
 #include <QDialog>

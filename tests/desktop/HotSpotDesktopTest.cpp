@@ -3,7 +3,7 @@
 #include "desktop/Pointer.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
 #include "platform/freedesktop/input/XHotSpot.h"
-#include "shell/OTHotSpotWindow.h"
+#include "shell/triggers/OTHotSpotWindow.h"
 #include "support/UserDefaults.h"
 
 #include <QApplication>

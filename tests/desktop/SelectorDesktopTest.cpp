@@ -1,8 +1,8 @@
 // The group selector on a real display: files dragged out of another program.
 
 #include "desktop/Pointer.h"
-#include "shell/OTStatsControl.h"
 #include "shell/PanelFixture.h"
+#include "shell/selector/OTStatsControl.h"
 
 namespace {
 

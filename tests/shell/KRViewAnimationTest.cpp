@@ -1,4 +1,4 @@
-#include "shell/KRViewAnimation.h"
+#include "shell/base/KRViewAnimation.h"
 
 #include "shell/ShellTest.h"
 

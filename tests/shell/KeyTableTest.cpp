@@ -1,4 +1,4 @@
-#include "shell/KeyTable.h"
+#include "shell/triggers/KeyTable.h"
 
 #include "shell/ShellTest.h"
 

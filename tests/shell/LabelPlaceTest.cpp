@@ -1,4 +1,4 @@
-#include "shell/LabelPlace.h"
+#include "shell/selector/LabelPlace.h"
 
 #include <QTest>
 

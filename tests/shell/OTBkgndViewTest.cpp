@@ -1,4 +1,4 @@
-#include "shell/OTBkgndView.h"
+#include "shell/base/OTBkgndView.h"
 
 #include "grid/GridPainter.h"
 #include "shell/ShellTest.h"

@@ -1,6 +1,6 @@
-#include "shell/OTIconOverlayView.h"
 #include "shell/OTNSAppSubclass.h"
 #include "shell/PanelFixture.h"
+#include "shell/selector/OTIconOverlayView.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 

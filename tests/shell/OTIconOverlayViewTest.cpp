@@ -1,7 +1,7 @@
-#include "shell/OTIconOverlayView.h"
+#include "shell/selector/OTIconOverlayView.h"
 
-#include "shell/PanelButton.h"
 #include "shell/PanelFixture.h"
+#include "shell/panel/PanelButton.h"
 #include "support/Shapes.h"
 
 #include <QPainter>

@@ -1,7 +1,7 @@
-#include "shell/OTStatsControl.h"
+#include "shell/selector/OTStatsControl.h"
 
 #include "shell/PanelFixture.h"
-#include "shell/StatsAccessible.h"
+#include "shell/selector/StatsAccessible.h"
 #include "support/Contrast.h"
 #include "support/Shapes.h"
 

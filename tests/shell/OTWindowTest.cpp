@@ -1,8 +1,8 @@
-#include "shell/OTBkgndView.h"
-#include "shell/OTIconOverlayView.h"
 #include "shell/OTNSAppSubclass.h"
-#include "shell/PanelButton.h"
 #include "shell/PanelFixture.h"
+#include "shell/base/OTBkgndView.h"
+#include "shell/panel/PanelButton.h"
+#include "shell/selector/OTIconOverlayView.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,4 +1,4 @@
-#include "shell/PanelButton.h"
+#include "shell/panel/PanelButton.h"
 
 #include "support/Contrast.h"
 

@@ -6,7 +6,7 @@
 #include "grid/DropStack.h"
 #include "grid/IconViewFixture.h"
 #include "shell/OTController.h"
-#include "shell/OTWindow.h"
+#include "shell/panel/OTWindow.h"
 
 #include <QMouseEvent>
 #include <QPointer>

@@ -1,4 +1,4 @@
-#include "shell/PanelFrame.h"
+#include "shell/panel/PanelFrame.h"
 
 #include <QTest>
 

@@ -1,4 +1,4 @@
-#include "shell/WindowAnimation.h"
+#include "shell/panel/WindowAnimation.h"
 
 #include "platform/OwnWindows.h"
 #include "shell/ShellTest.h"

@@ -1,3 +1,0 @@
-#include "shell/Log.h"
-
-Q_LOGGING_CATEGORY(lcShell, "ortu.shell", QtInfoMsg)

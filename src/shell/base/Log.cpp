@@ -1,0 +1,3 @@
+#include "shell/base/Log.h"
+
+Q_LOGGING_CATEGORY(lcShell, "ortu.shell", QtInfoMsg)

@@ -1,0 +1,75 @@
+#include "shell/panel/PanelMessages.h"
+
+#include "shell/panel/OTWindow.h"
+#include "shell/selector/OTIconOverlayView.h"
+#include "support/NotificationCenter.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+
+namespace {
+
+// Modifiers by themselves choose nothing, and a key that is held down was pressed for another
+// reason.
+bool isKey(const QKeyEvent &event)
+{
+    switch (event.key()) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+        return false;
+    default:
+        return !event.isAutoRepeat();
+    }
+}
+
+} // namespace
+
+PanelMessages::PanelMessages(OTWindow &window)
+    : QObject(&window)
+    , _window(window)
+{
+    connect(&NotificationCenter::defaultCenter(), &NotificationCenter::N_UserMessage, this,
+        &PanelMessages::take);
+    connect(&window, &OTWindow::shown, this, &PanelMessages::show);
+    connect(&window, &OTWindow::hidden, this, &PanelMessages::dismiss);
+}
+
+void PanelMessages::take(const QString &message)
+{
+    _waiting = message;
+    if (_window.isShown()) {
+        show();
+    }
+}
+
+void PanelMessages::show()
+{
+    if (_waiting.isEmpty()) {
+        return;
+    }
+    _window.overlay().setMessage(_waiting);
+    _waiting.clear();
+    // Not the very key or click that the message is the answer to: that one is still on its way.
+    QMetaObject::invokeMethod(
+        this, [this] { QCoreApplication::instance()->installEventFilter(this); },
+        Qt::QueuedConnection);
+}
+
+void PanelMessages::dismiss()
+{
+    QCoreApplication::instance()->removeEventFilter(this);
+    _window.overlay().setMessage({});
+}
+
+bool PanelMessages::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isPress = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::Wheel
+        || (event->type() == QEvent::KeyPress && isKey(*static_cast<QKeyEvent *>(event)));
+    if (isPress && _window.isShown()) {
+        dismiss();
+    }
+    return QObject::eventFilter(watched, event);
+}

@@ -1,0 +1,32 @@
+#include "shell/selector/FilterNote.h"
+
+#include "support/Shapes.h"
+
+#include <QFont>
+#include <QFontMetrics>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+
+void FilterNote::setFilter(const QString &filter, const QFont &font, const QRect &place)
+{
+    _text.clear();
+    _rect = {};
+    if (filter.isEmpty() || place.isEmpty()) {
+        return;
+    }
+    const QFontMetrics metrics(font);
+    // With half its height free at either end.
+    const int widest = std::max(0, place.width() - metrics.height());
+    _text = metrics.elidedText(tr("Filter: %1").arg(filter), Qt::ElideLeft, widest);
+    _rect = QRect(0, 0, metrics.horizontalAdvance(_text) + metrics.height(), metrics.height() + 2);
+    _rect.moveCenter(place.center());
+}
+
+void FilterNote::draw(QPainter &painter, const QColor &foreground, const QColor &plate) const
+{
+    painter.fillPath(capsulePath(_rect), plate);
+    painter.setPen(foreground);
+    painter.drawText(_rect, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, _text);
+}

@@ -1,0 +1,91 @@
+#include "shell/triggers/KeyTable.h"
+
+#include "shell/base/Log.h"
+#include "support/DelimitedText.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace {
+
+// Far more than there are keys.
+constexpr qint64 largestTable = 1LL * 1024 * 1024;
+
+} // namespace
+
+KeyTable::KeyTable(const QString &path)
+{
+    QFile file(path);
+    QString problem;
+    if (!file.open(QIODevice::ReadOnly)) {
+        problem = file.errorString();
+    } else {
+        const QString text = DelimitedText::decoded(file.read(largestTable));
+        for (const QVariantMap &record : DelimitedText::records(text)) {
+            bool isNumber = false;
+            const int tag = record.value(QStringLiteral("tag")).toString().toInt(&isNumber);
+            if (isNumber) {
+                _keys.append({ record.value(QStringLiteral("title")).toString(), tag,
+                    record.value(QStringLiteral("key")).toString() });
+            }
+        }
+        if (_keys.isEmpty()) {
+            problem = QStringLiteral("it names no key");
+        }
+    }
+    if (!problem.isEmpty()) {
+        qCWarning(lcShell, "cannot use the key table %s: %s", qUtf8Printable(path),
+            qUtf8Printable(problem));
+    }
+}
+
+QList<KeyTable::Key> KeyTable::keys() const
+{
+    QList<Key> titled = _keys;
+    titled.removeIf([](const Key &key) { return key.title.isEmpty(); });
+    return titled;
+}
+
+QString KeyTable::hotKeyString(int hotKeyCode, int hotKeyModifiers) const
+{
+    const Key *const key = keyOf(hotKeyCode);
+    if (key == nullptr || key->title.isEmpty()) {
+        return tr("missing resource");
+    }
+    if (hotKeyCode < 0) {
+        return key->title;
+    }
+    QString prefix;
+    const auto add = [&](Modifier modifier, const QString &part, char16_t sign) {
+        if ((hotKeyModifiers & modifier) != 0) {
+            prefix += part.arg(QChar(sign));
+        }
+    };
+    add(Control, tr("%1 control + "), u'\u2303');
+    add(Option, tr("%1 option + "), u'\u2325');
+    add(Command, tr("%1 command + "), u'\u2318');
+    add(Shift, tr("%1 shift + "), u'\u21E7');
+    return prefix + key->title;
+}
+
+std::optional<HotKeyCombination> KeyTable::combination(int hotKeyCode, int hotKeyModifiers) const
+{
+    const Key *const key = keyOf(hotKeyCode);
+    if (hotKeyCode < 0 || key == nullptr || key->place.isEmpty()) {
+        return std::nullopt;
+    }
+    return HotKeyCombination { .key = key->place,
+        .control = (hotKeyModifiers & Control) != 0,
+        .option = (hotKeyModifiers & Option) != 0,
+        .command = (hotKeyModifiers & Command) != 0,
+        .shift = (hotKeyModifiers & Shift) != 0 };
+}
+
+// The first one counts.
+const KeyTable::Key *KeyTable::keyOf(int tag) const
+{
+    const auto found =
+        std::find_if(_keys.begin(), _keys.end(), [tag](const Key &key) { return key.tag == tag; });
+    return found == _keys.end() ? nullptr : &*found;
+}

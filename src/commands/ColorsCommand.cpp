@@ -39,12 +39,12 @@ QImage pictureOf(MeasuredFile &measured, const IconParameters &parameters,
     const ColorOptions &options, Desktop &desktop)
 {
     const QString path = QFileInfo(measured.file).absoluteFilePath();
-    const IconProvider &icons = desktop.icons();
     // First of all: asking for the flags of a broken application would log why it is broken.
-    if (const QString refusal = icons.refusal(path); !refusal.isEmpty()) {
+    if (const QString refusal = desktop.items().refusal(path); !refusal.isEmpty()) {
         fail(measured, refusal);
         return {};
     }
+    const IconProvider &icons = desktop.icons();
     const int size = options.size.value_or(parameters.iconSize());
     int largestStored = options.size ? 0 : LargestSize;
     IconSource source { path };

@@ -15,8 +15,3 @@ QImage IconProvider::tryDecode(const IconSource &, int, int, QString *problem) c
     *problem = QStringLiteral("this desktop reads no pictures");
     return {};
 }
-
-QString IconProvider::refusal(const QString &) const
-{
-    return {};
-}

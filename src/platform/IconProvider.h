@@ -47,10 +47,6 @@ public:
     virtual QImage tryDecode(
         const IconSource &source, int size, int largestStored, QString *problem) const;
 
-    // Why what is at a path is no application although only applications have such names; empty for
-    // any other name, and for an application. Silent.
-    virtual QString refusal(const QString &path) const;
-
 Q_SIGNALS:
     // The same bundles may have other icons now. Emitted on the main thread.
     void iconsChanged();

@@ -26,6 +26,11 @@ std::optional<QString> Items::genericNameOf(const QString &) const
     return std::nullopt;
 }
 
+QString Items::refusal(const QString &) const
+{
+    return {};
+}
+
 QString Items::nameOf(const QString &path)
 {
     if (path == QLatin1String("/")) {

@@ -48,6 +48,10 @@ public:
     // path.
     virtual std::optional<QString> genericNameOf(const QString &path) const;
 
+    // Why what is at a path is no application although only applications have such names; empty for
+    // any other name, and for an application. Silent.
+    virtual QString refusal(const QString &path) const;
+
     // The last path component without its extension: only the last dot counts, and a name that
     // begins with its only dot keeps it. That of the root is "/".
     static QString nameOf(const QString &path);

@@ -121,6 +121,23 @@ std::optional<QString> FreedesktopItems::genericNameOf(const QString &path) cons
     return entry ? std::optional(entry->genericName) : std::nullopt;
 }
 
+QString FreedesktopItems::refusal(const QString &path) const
+{
+    if (!isEntryName(path)) {
+        return {};
+    }
+    const DesktopEntry entry = DesktopEntry::fromFile(path, {});
+    switch (entry.kind) {
+    case DesktopEntry::Kind::Application:
+        break;
+    case DesktopEntry::Kind::Other:
+        return QStringLiteral("not an application");
+    case DesktopEntry::Kind::Broken:
+        return entry.problem;
+    }
+    return {};
+}
+
 QString FreedesktopItems::iconNameOf(const QString &bundlePath) const
 {
     if (isEntryName(bundlePath)) {

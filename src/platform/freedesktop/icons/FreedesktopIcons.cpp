@@ -1,6 +1,5 @@
 #include "platform/freedesktop/icons/FreedesktopIcons.h"
 
-#include "platform/freedesktop/entries/DesktopEntry.h"
 #include "platform/freedesktop/icons/IconThemeName.h"
 #include "platform/freedesktop/icons/IconWatcher.h"
 #include "platform/freedesktop/pictures/IconDecoder.h"
@@ -79,23 +78,6 @@ QImage FreedesktopIcons::tryDecode(
     const IconSource &source, int size, int largestStored, QString *problem) const
 {
     return decodeBest(source, size, largestStored, problem);
-}
-
-QString FreedesktopIcons::refusal(const QString &path) const
-{
-    if (!path.endsWith(QLatin1String(".desktop"))) {
-        return {};
-    }
-    const DesktopEntry entry = DesktopEntry::fromFile(path, {});
-    switch (entry.kind) {
-    case DesktopEntry::Kind::Application:
-        break;
-    case DesktopEntry::Kind::Other:
-        return QStringLiteral("not an application");
-    case DesktopEntry::Kind::Broken:
-        return entry.problem;
-    }
-    return {};
 }
 
 std::shared_ptr<const IconLookup> FreedesktopIcons::lookup() const

@@ -31,7 +31,6 @@ public:
     QImage decode(const IconSource &source, int size) const override;
     QImage tryDecode(
         const IconSource &source, int size, int largestStored, QString *problem) const override;
-    QString refusal(const QString &path) const override;
 
 private:
     QImage decodeBest(

@@ -145,7 +145,6 @@ QString XHotKeyGrab::grabAll(const Grab &grab)
     if (xcb_connection_has_error(connection) != 0) {
         whyNot = tr("there is no X display");
     }
-    _keyboard.connection().takeEventsLater();
     return whyNot;
 }
 
@@ -161,7 +160,6 @@ void XHotKeyGrab::ungrabAll(const Grab &grab)
         });
     }
     xcb_flush(connection.get());
-    connection.takeEventsLater();
 }
 
 void XHotKeyGrab::leave()
@@ -198,7 +196,6 @@ void XHotKeyGrab::setActiveWindowWatched(bool isWatched)
     const quint32 mask = isWatched ? XCB_EVENT_MASK_PROPERTY_CHANGE : XCB_EVENT_MASK_NO_EVENT;
     xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK, &mask);
     xcb_flush(connection.get());
-    connection.takeEventsLater();
 }
 
 void XHotKeyGrab::handleEvent(const xcb_generic_event_t *event)

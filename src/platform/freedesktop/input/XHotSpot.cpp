@@ -104,7 +104,6 @@ void XHotSpot::remove()
             _connection->get(), _connection->root(), XCB_CW_EVENT_MASK, &nothing);
         xcb_destroy_window(_connection->get(), _window);
         xcb_flush(_connection->get());
-        _connection->takeEventsLater();
     }
     _window = XCB_WINDOW_NONE;
     _isCheckDue = false;
@@ -222,7 +221,6 @@ void XHotSpot::refuse(xcb_window_t source, Atom message)
     std::memcpy(bytes.data(), &answer, sizeof(answer));
     xcb_send_event(_connection->get(), 0, source, XCB_EVENT_MASK_NO_EVENT, bytes.data());
     xcb_flush(_connection->get());
-    _connection->takeEventsLater();
 }
 
 bool XHotSpot::concernsCovering(const xcb_generic_event_t *event) const
@@ -266,7 +264,6 @@ void XHotSpot::check()
         // It has gone while something lay above.
         leave();
     }
-    _connection->takeEventsLater();
 }
 
 bool XHotSpot::isCovered() const
@@ -312,7 +309,6 @@ std::optional<bool> XHotSpot::isPointerInside() const
     xcb_connection_t *const server = _connection->get();
     const XReply<xcb_query_pointer_reply_t> pointer(
         xcb_query_pointer_reply(server, xcb_query_pointer(server, _window), nullptr));
-    _connection->takeEventsLater();
     if (!pointer) {
         return std::nullopt;
     }

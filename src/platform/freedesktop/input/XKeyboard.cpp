@@ -147,7 +147,6 @@ XKeyboard::XKeyboard(XConnection &connection)
         connect(&_connection, &XConnection::eventsTaken, this, &XKeyboard::refreshMap);
         readModifiers();
     }
-    _connection.takeEventsLater();
 }
 
 void XKeyboard::setUp()
@@ -183,7 +182,6 @@ QList<xcb_keycode_t> XKeyboard::keysNamed(const QString &name) const
     const quint32 which = XCB_XKB_NAME_DETAIL_KEY_NAMES | XCB_XKB_NAME_DETAIL_KEY_ALIASES;
     const XReply<xcb_xkb_get_names_reply_t> reply(xcb_xkb_get_names_reply(
         _connection.get(), xcb_xkb_get_names(_connection.get(), coreKeyboard, which), nullptr));
-    _connection.takeEventsLater();
     if (!reply) {
         return {};
     }
@@ -216,7 +214,6 @@ bool XKeyboard::isDown(xcb_keycode_t key) const
     }
     const XReply<xcb_query_keymap_reply_t> reply(
         xcb_query_keymap_reply(_connection.get(), xcb_query_keymap(_connection.get()), nullptr));
-    _connection.takeEventsLater();
     return reply && (reply->keys[key / 8] & (1U << (key % 8))) != 0;
 }
 
@@ -227,7 +224,6 @@ quint16 XKeyboard::heldModifiers() const
     }
     const XReply<xcb_xkb_get_state_reply_t> reply(xcb_xkb_get_state_reply(
         _connection.get(), xcb_xkb_get_state(_connection.get(), coreKeyboard), nullptr));
-    _connection.takeEventsLater();
     return reply ? quint16(reply->baseMods | reply->latchedMods) : quint16(0);
 }
 
@@ -243,7 +239,6 @@ void XKeyboard::setModifiersWatched(bool areWatched)
     xcb_xkb_select_events_aux(
         _connection.get(), coreKeyboard, XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, 0, 0, 0, &details);
     xcb_flush(_connection.get());
-    _connection.takeEventsLater();
 }
 
 void XKeyboard::takeNextKey(xcb_timestamp_t time)
@@ -261,7 +256,6 @@ void XKeyboard::answerKey(quint8 mode, xcb_timestamp_t time)
     if (isUsable()) {
         xcb_allow_events(_connection.get(), mode, time);
         xcb_flush(_connection.get());
-        _connection.takeEventsLater();
     }
 }
 
@@ -271,7 +265,6 @@ void XKeyboard::endGrab()
         xcb_connection_t *const connection = _connection.get();
         const XReply<xcb_generic_error_t> error(xcb_request_check(
             connection, xcb_ungrab_keyboard_checked(connection, XCB_CURRENT_TIME)));
-        _connection.takeEventsLater();
     }
 }
 
@@ -283,7 +276,6 @@ bool XKeyboard::isFocusAt(xcb_window_t window) const
     xcb_connection_t *const connection = _connection.get();
     const XReply<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
-    _connection.takeEventsLater();
     // What a program makes has its upper bits in common.
     const quint32 program = ~xcb_get_setup(connection)->resource_id_mask;
     return reply && (reply->focus & program) == (window & program);
@@ -295,7 +287,6 @@ void XKeyboard::setFocusWatched(xcb_window_t window, bool isWatched)
         const quint32 mask = isWatched ? XCB_EVENT_MASK_FOCUS_CHANGE : XCB_EVENT_MASK_NO_EVENT;
         xcb_change_window_attributes(_connection.get(), window, XCB_CW_EVENT_MASK, &mask);
         xcb_flush(_connection.get());
-        _connection.takeEventsLater();
     }
 }
 
@@ -345,7 +336,6 @@ void XKeyboard::refreshMap()
 void XKeyboard::readModifiers()
 {
     const ModifierMap map(_connection.get());
-    _connection.takeEventsLater();
     if (!map.isKnown()) {
         return;
     }

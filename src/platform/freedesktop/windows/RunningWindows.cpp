@@ -102,7 +102,6 @@ RunningWindows::RunningWindows(XConnection &connection, DesktopEntryIndex &entri
         qCWarning(lcPlatform, "nobody lists the windows of this display, so nothing seems to run");
     }
     refresh();
-    _connection.takeEventsLater();
 }
 
 void RunningWindows::handleEvent(const xcb_generic_event_t *event)

@@ -48,7 +48,6 @@ bool WindowPlace::isOnPresentDesktop(XConnection &connection, xcb_window_t windo
         numbers(connection, states).contains(connection.atom(XConnection::NetWmStateHidden));
     const QList<quint32> desktops = numbers(connection, desktop);
     const QList<quint32> presents = numbers(connection, present);
-    connection.takeEventsLater();
     // Without numbers there is one desktop only.
     const bool isHere = desktops.isEmpty() || presents.isEmpty() || desktops.first() == everyDesktop
         || desktops.first() == presents.first();
@@ -62,7 +61,6 @@ bool WindowPlace::hasKeyboard(XConnection &connection, xcb_window_t window)
     }
     const XReply<xcb_get_input_focus_reply_t> focus(xcb_get_input_focus_reply(
         connection.get(), xcb_get_input_focus(connection.get()), nullptr));
-    connection.takeEventsLater();
     return focus && focus->focus == window;
 }
 
@@ -73,7 +71,6 @@ bool WindowPlace::isPointerPressed(XConnection &connection)
     }
     const XReply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
         connection.get(), xcb_query_pointer(connection.get(), connection.root()), nullptr));
-    connection.takeEventsLater();
     constexpr quint16 buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
     return pointer && (pointer->mask & buttons) != 0;
 }
@@ -89,7 +86,6 @@ QString WindowPlace::windowManagerName(XConnection &connection)
     const XReply<xcb_get_property_reply_t> name = manager != XCB_WINDOW_NONE
         ? answer(connection, ask(connection, manager, XConnection::NetWmName))
         : nullptr;
-    connection.takeEventsLater();
     if (!name || name->format != 8) {
         return {};
     }

@@ -197,7 +197,6 @@ QList<WindowTraits> WindowTraitsReader::read(
             all.append(traits);
         }
     }
-    connection.takeEventsLater();
     return all;
 }
 

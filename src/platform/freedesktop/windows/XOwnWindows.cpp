@@ -271,7 +271,6 @@ QWindow *XOwnWindows::activeWindow() const
         return OwnWindows::activeWindow();
     }
     const xcb_window_t named = _windows.activeWindow();
-    _windows.connection().takeEventsLater();
     // For a moment none is; what was in front before counts until it has lasted.
     QWindow *const window = windowOf(named != XCB_WINDOW_NONE ? named : _active);
     return window != nullptr && window->isVisible() ? window : nullptr;
@@ -345,7 +344,6 @@ void XOwnWindows::takeNamed(xcb_window_t window)
 void XOwnWindows::takeToolkit()
 {
     takeNamed(_windows.activeWindow());
-    _windows.connection().takeEventsLater();
 }
 
 void XOwnWindows::setActive(QWindow *window)

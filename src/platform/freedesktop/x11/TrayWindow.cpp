@@ -53,7 +53,6 @@ void TrayWindow::listenTo(xcb_window_t window)
     const quint32 mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(_connection.get(), window, XCB_CW_EVENT_MASK, &mask);
     xcb_flush(_connection.get());
-    _connection.takeEventsLater();
 }
 
 void TrayWindow::handleEvent(const xcb_generic_event_t *event)
@@ -96,7 +95,6 @@ void TrayWindow::takeTray()
     if (tray != XCB_WINDOW_NONE && tray != _tray) {
         listenTo(tray);
     }
-    _connection.takeEventsLater();
     setTray(tray);
 }
 

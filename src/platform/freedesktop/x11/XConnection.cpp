@@ -1,5 +1,7 @@
 #include "platform/freedesktop/x11/XConnection.h"
 
+#include <QAbstractEventDispatcher>
+
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -69,6 +71,11 @@ XConnection::XConnection(QObject *parent)
     connect(_notifier.get(), &QSocketNotifier::activated, this, &XConnection::takeEvents);
     _nextTurn.setSingleShot(true);
     connect(&_nextTurn, &QTimer::timeout, this, &XConnection::takeEvents);
+    if (const auto *const loop = QAbstractEventDispatcher::instance()) {
+        // Which of the two comes depends on whether the loop may wait.
+        connect(loop, &QAbstractEventDispatcher::aboutToBlock, this, &XConnection::noticeQueued);
+        connect(loop, &QAbstractEventDispatcher::awake, this, &XConnection::noticeQueued);
+    }
 }
 
 XConnection::~XConnection()
@@ -118,8 +125,7 @@ void XConnection::tellManager(xcb_window_t window, Atom message, const QList<qui
 {
     if (isOpen()) {
         tellManagerOver(_connection, window, message, data);
-        xcb_flush(_connection);
-        takeEventsLater();
+        flushFromAnyThread();
     }
 }
 
@@ -137,8 +143,7 @@ void XConnection::map(xcb_window_t window)
 {
     if (isOpen()) {
         xcb_map_window(_connection, window);
-        xcb_flush(_connection);
-        takeEventsLater();
+        flushFromAnyThread();
     }
 }
 
@@ -160,7 +165,6 @@ void XConnection::askTime()
     xcb_change_property(_connection, XCB_PROP_MODE_APPEND, _clock, XCB_ATOM_WM_NAME,
         XCB_ATOM_STRING, 8, 0, nullptr);
     xcb_flush(_connection);
-    takeEventsLater();
 }
 
 void XConnection::takeTime(const xcb_generic_event_t *event)
@@ -174,10 +178,24 @@ void XConnection::takeTime(const xcb_generic_event_t *event)
     }
 }
 
-void XConnection::takeEventsLater()
+// Another thread may read events while it sends, and ours may be waiting for the socket.
+void XConnection::flushFromAnyThread()
 {
+    xcb_flush(_connection);
     QMetaObject::invokeMethod(
         this, [this] { _nextTurn.start(); }, Qt::QueuedConnection);
+}
+
+// The socket does not wake us for what the library has read already.
+void XConnection::noticeQueued()
+{
+    if (_queued || !isOpen()) {
+        return;
+    }
+    _queued.reset(xcb_poll_for_queued_event(_connection));
+    if (_queued || xcb_connection_has_error(_connection) != 0) {
+        _nextTurn.start();
+    }
 }
 
 // One lot at a time, so that windows that never stop changing leave time for everything else.
@@ -185,7 +203,10 @@ void XConnection::takeEvents()
 {
     XReply<xcb_generic_event_t> event;
     const auto next = [&] {
-        event.reset(isOpen() ? xcb_poll_for_event(_connection) : nullptr);
+        event = std::move(_queued);
+        if (!event && isOpen()) {
+            event.reset(xcb_poll_for_event(_connection));
+        }
         return event != nullptr;
     };
     bool hasAny = false;
@@ -195,7 +216,6 @@ void XConnection::takeEvents()
     }
     if (hasAny) {
         Q_EMIT eventsTaken();
-        takeEventsLater();
     }
     if (isOpen() && xcb_connection_has_error(_connection) != 0) {
         _isOpen = false;

@@ -3,7 +3,8 @@
 // server.
 //
 // Lives on the thread that made it, as a rule the main thread; requests that need no answer may be
-// made from any thread.
+// made from any thread. Events that the library reads while it waits for a reply are noticed the
+// next time that thread's event loop turns.
 
 #pragma once
 
@@ -92,10 +93,6 @@ public:
     // Asks for the server's present time without waiting for it. On its own thread only.
     void askTime();
 
-    // To be called whenever something was sent or an answer was waited for: what came in on the way
-    // would otherwise lie there until the next event wakes us. May be called from any thread.
-    void takeEventsLater();
-
 Q_SIGNALS:
     // An event or, with type 0, an error of a request that nobody waits for.
     void eventArrived(const xcb_generic_event_t *event);
@@ -109,6 +106,8 @@ Q_SIGNALS:
 private:
     bool connectToDisplay();
     bool findAtoms();
+    void noticeQueued();
+    void flushFromAnyThread();
     void takeEvents();
     void takeTime(const xcb_generic_event_t *event);
 
@@ -121,6 +120,8 @@ private:
     xcb_window_t _clock = XCB_WINDOW_NONE;
     std::array<xcb_atom_t, AtomCount> _atoms {};
     std::unique_ptr<QSocketNotifier> _notifier;
+    // The first event that the library had read before the event loop turned.
+    XReply<xcb_generic_event_t> _queued;
     // Comes after painting, which a posted event would not.
     QTimer _nextTurn;
 };

@@ -32,7 +32,6 @@ XSelection::XSelection(XConnection &connection, XConnection::Atom name)
     _owner = answer ? answer->owner : xcb_window_t(XCB_WINDOW_NONE);
     connect(&connection, &XConnection::eventArrived, this, &XSelection::handleEvent);
     connect(&connection, &XConnection::closed, this, [this] { setOwner(XCB_WINDOW_NONE); });
-    connection.takeEventsLater();
 }
 
 void XSelection::handleEvent(const xcb_generic_event_t *event)

@@ -63,7 +63,6 @@ void XSettings::watchOwner()
         const quint32 mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(_connection.get(), _manager.owner(), XCB_CW_EVENT_MASK, &mask);
         xcb_flush(_connection.get());
-        _connection.takeEventsLater();
     }
 }
 
@@ -94,7 +93,6 @@ QByteArray XSettings::read()
         xcb_get_property(
             _connection.get(), 0, _manager.owner(), settings, settings, 0, longestSettings),
         nullptr));
-    _connection.takeEventsLater();
     if (!reply || reply->format != 8) {
         return {};
     }

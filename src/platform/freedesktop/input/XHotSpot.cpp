@@ -1,13 +1,13 @@
 #include "platform/freedesktop/input/XHotSpot.h"
 
 #include "platform/freedesktop/x11/XAtoms.h"
+#include "platform/freedesktop/x11/XMessage.h"
 
 #include <QGuiApplication>
 #include <QScreen>
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <iterator>
 
 using namespace std::chrono_literals;
@@ -211,15 +211,8 @@ void XHotSpot::handleDrag(const xcb_client_message_event_t &message)
 
 void XHotSpot::refuse(xcb_window_t source, Atom message)
 {
-    xcb_client_message_event_t answer = {};
-    answer.response_type = XCB_CLIENT_MESSAGE;
-    answer.format = 32;
-    answer.window = source;
-    answer.type = _atoms[message];
-    answer.data.data32[0] = _window;
-    std::array<char, sizeof(answer)> bytes {};
-    std::memcpy(bytes.data(), &answer, sizeof(answer));
-    xcb_send_event(_connection->get(), 0, source, XCB_EVENT_MASK_NO_EVENT, bytes.data());
+    XMessage::send(_connection->get(), source, XCB_EVENT_MASK_NO_EVENT,
+        XMessage::make(source, _atoms[message], { _window }));
     xcb_flush(_connection->get());
 }
 

@@ -23,23 +23,18 @@ constexpr auto longestQuitting = 10s;
 // How many windows stand above a dialog at most; a circle of them has no end.
 constexpr int deepestDialog = 8;
 
-// The request of somebody who acts for the user, such as a task bar.
-constexpr quint32 fromPager = 2;
-
 // Empty when there is no such property.
 std::optional<QList<xcb_window_t>> windowsIn(
     const XConnection &connection, XConnection::Atom property)
 {
-    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection.get(),
+    const XPropertyReply reply(xcb_get_property_reply(connection.get(),
         xcb_get_property(connection.get(), 0, connection.root(), connection.atom(property),
             XCB_ATOM_WINDOW, 0, longestList),
         nullptr));
     if (!reply || reply->type != XCB_ATOM_WINDOW || reply->format != 32) {
         return std::nullopt;
     }
-    const auto *const start =
-        static_cast<const xcb_window_t *>(xcb_get_property_value(reply.get()));
-    return QList<xcb_window_t>(start, start + xcb_get_property_value_length(reply.get()) / 4);
+    return numbersIn(reply);
 }
 
 // Those that are there and shown.
@@ -440,8 +435,8 @@ xcb_window_t RunningWindows::activeWindow() const
 void RunningWindows::activate(xcb_window_t window)
 {
     if (window != XCB_WINDOW_NONE) {
-        _connection.tellManager(
-            window, XConnection::NetActiveWindow, { fromPager, XCB_CURRENT_TIME, XCB_WINDOW_NONE });
+        _connection.tellManager(window, XConnection::NetActiveWindow,
+            { XConnection::FromPager, XCB_CURRENT_TIME, XCB_WINDOW_NONE });
     }
 }
 

@@ -10,9 +10,6 @@ namespace {
 // States of the inter-client conventions.
 constexpr quint32 iconicState = 3;
 
-// The request of somebody who acts for the user.
-constexpr quint32 fromPager = 2;
-
 } // namespace
 
 std::optional<RunningProcess> WindowControl::processOf(const QString &bundlePath) const
@@ -84,8 +81,8 @@ void WindowControl::quit(const QString &bundlePath)
             continue;
         }
         if (window.isClosable) {
-            _windows.connection().tellManager(
-                window.window, XConnection::NetCloseWindow, { XCB_CURRENT_TIME, fromPager });
+            _windows.connection().tellManager(window.window, XConnection::NetCloseWindow,
+                { XCB_CURRENT_TIME, XConnection::FromPager });
         } else {
             qCDebug(
                 lcPlatform, "%s: a window cannot be closed politely", qUtf8Printable(bundlePath));

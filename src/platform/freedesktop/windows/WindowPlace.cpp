@@ -2,7 +2,6 @@
 
 namespace {
 
-constexpr quint32 everyDesktop = 0xffffffff;
 // In units of four bytes; a window has a handful of states.
 constexpr quint32 longestList = 64;
 
@@ -13,22 +12,14 @@ xcb_get_property_cookie_t ask(
         XCB_GET_PROPERTY_TYPE_ANY, 0, longestList);
 }
 
-XReply<xcb_get_property_reply_t> answer(
-    const XConnection &connection, xcb_get_property_cookie_t cookie)
+XPropertyReply answer(const XConnection &connection, xcb_get_property_cookie_t cookie)
 {
-    return XReply<xcb_get_property_reply_t>(
-        xcb_get_property_reply(connection.get(), cookie, nullptr));
+    return XPropertyReply(xcb_get_property_reply(connection.get(), cookie, nullptr));
 }
 
-// Empty when there is no such property.
 QList<quint32> numbers(const XConnection &connection, xcb_get_property_cookie_t cookie)
 {
-    const XReply<xcb_get_property_reply_t> reply = answer(connection, cookie);
-    if (!reply || reply->format != 32) {
-        return {};
-    }
-    const auto *const start = static_cast<const quint32 *>(xcb_get_property_value(reply.get()));
-    return { start, start + xcb_get_property_value_length(reply.get()) / 4 };
+    return numbersIn(answer(connection, cookie));
 }
 
 } // namespace
@@ -49,8 +40,8 @@ bool WindowPlace::isOnPresentDesktop(XConnection &connection, xcb_window_t windo
     const QList<quint32> desktops = numbers(connection, desktop);
     const QList<quint32> presents = numbers(connection, present);
     // Without numbers there is one desktop only.
-    const bool isHere = desktops.isEmpty() || presents.isEmpty() || desktops.first() == everyDesktop
-        || desktops.first() == presents.first();
+    const bool isHere = desktops.isEmpty() || presents.isEmpty()
+        || desktops.first() == XConnection::EveryDesktop || desktops.first() == presents.first();
     return shown && shown->map_state == XCB_MAP_STATE_VIEWABLE && !isHidden && isHere;
 }
 
@@ -83,12 +74,9 @@ QString WindowPlace::windowManagerName(XConnection &connection)
     const xcb_window_t manager =
         numbers(connection, ask(connection, connection.root(), XConnection::NetSupportingWmCheck))
             .value(0, XCB_WINDOW_NONE);
-    const XReply<xcb_get_property_reply_t> name = manager != XCB_WINDOW_NONE
-        ? answer(connection, ask(connection, manager, XConnection::NetWmName))
-        : nullptr;
-    if (!name || name->format != 8) {
+    if (manager == XCB_WINDOW_NONE) {
         return {};
     }
-    return QString::fromUtf8(static_cast<const char *>(xcb_get_property_value(name.get())),
-        xcb_get_property_value_length(name.get()));
+    return QString::fromUtf8(
+        bytesIn(answer(connection, ask(connection, manager, XConnection::NetWmName))));
 }

@@ -10,8 +10,6 @@ namespace {
 // In units of four bytes: nobody names a class in more, and a title of a megabyte is never read.
 constexpr quint32 longestProperty = 1024;
 
-using PropertyReply = XReply<xcb_get_property_reply_t>;
-
 // The properties that are read, one after the other, of each window.
 constexpr std::array<XConnection::Atom, 10> properties {
     XConnection::WmClass,
@@ -26,28 +24,10 @@ constexpr std::array<XConnection::Atom, 10> properties {
     XConnection::WmProtocols,
 };
 
-QByteArray bytesOf(const PropertyReply &reply)
-{
-    if (!reply || reply->format != 8) {
-        return {};
-    }
-    const auto *const start = static_cast<const char *>(xcb_get_property_value(reply.get()));
-    return QByteArray(start, xcb_get_property_value_length(reply.get()));
-}
-
 // Up to the first NUL.
 QString textOf(const QByteArray &bytes)
 {
     return QString::fromUtf8(bytes.constData());
-}
-
-QList<quint32> numbersOf(const PropertyReply &reply)
-{
-    if (!reply || reply->format != 32) {
-        return {};
-    }
-    const auto *const start = static_cast<const quint32 *>(xcb_get_property_value(reply.get()));
-    return QList<quint32>(start, start + xcb_get_property_value_length(reply.get()) / 4);
 }
 
 // The first type that is known here counts. A window without any is a dialog when it belongs to
@@ -80,45 +60,45 @@ bool isOtherMachine(const QString &name)
 }
 
 void takeProperty(WindowTraits &traits, const XConnection &connection, XConnection::Atom name,
-    const PropertyReply &reply)
+    const XPropertyReply &reply)
 {
     switch (name) {
     case XConnection::WmClass: {
-        const QByteArray bytes = bytesOf(reply);
+        const QByteArray bytes = bytesIn(reply);
         traits.instanceName = textOf(bytes);
         traits.className = textOf(bytes.mid(bytes.indexOf('\0') + 1));
         break;
     }
     case XConnection::GtkApplicationId:
-        traits.gtkApplicationId = textOf(bytesOf(reply));
+        traits.gtkApplicationId = textOf(bytesIn(reply));
         break;
     case XConnection::KdeNetWmDesktopFile:
-        traits.kdeDesktopFile = textOf(bytesOf(reply));
+        traits.kdeDesktopFile = textOf(bytesIn(reply));
         break;
     case XConnection::NetStartupId:
-        traits.startupId = textOf(bytesOf(reply));
+        traits.startupId = textOf(bytesIn(reply));
         break;
     case XConnection::WmTransientFor:
-        traits.transientFor = numbersOf(reply).value(0, XCB_WINDOW_NONE);
+        traits.transientFor = numbersIn(reply).value(0, XCB_WINDOW_NONE);
         break;
     case XConnection::NetWmPid:
-        traits.processId = numbersOf(reply).value(0);
+        traits.processId = numbersIn(reply).value(0);
         break;
     case XConnection::WmClientMachine:
-        traits.isElsewhere = isOtherMachine(textOf(bytesOf(reply)));
+        traits.isElsewhere = isOtherMachine(textOf(bytesIn(reply)));
         break;
     case XConnection::NetWmWindowType:
-        traits.isOrdinary = isOrdinaryType(connection, numbersOf(reply));
+        traits.isOrdinary = isOrdinaryType(connection, numbersIn(reply));
         break;
     case XConnection::NetWmState: {
-        const QList<quint32> states = numbersOf(reply);
+        const QList<quint32> states = numbersIn(reply);
         traits.isHidden = states.contains(connection.atom(XConnection::NetWmStateHidden));
         const bool isSkipped = states.contains(connection.atom(XConnection::NetWmStateSkipTaskbar));
         traits.isOrdinary = traits.isOrdinary && !isSkipped;
         break;
     }
     case XConnection::WmProtocols:
-        traits.isClosable = numbersOf(reply).contains(connection.atom(XConnection::WmDeleteWindow));
+        traits.isClosable = numbersIn(reply).contains(connection.atom(XConnection::WmDeleteWindow));
         break;
     default:
         break;
@@ -182,7 +162,7 @@ QList<WindowTraits> WindowTraitsReader::read(
         traits.window = windows[i];
         bool isThere = true;
         for (size_t k = 0; k < properties.size(); ++k) {
-            const PropertyReply reply(xcb_get_property_reply(server, asked[i][k], nullptr));
+            const XPropertyReply reply(xcb_get_property_reply(server, asked[i][k], nullptr));
             isThere = isThere && reply != nullptr;
             takeProperty(traits, connection, properties[k], reply);
         }

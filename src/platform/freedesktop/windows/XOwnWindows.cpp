@@ -15,11 +15,6 @@ namespace {
 
 constexpr std::chrono::milliseconds longestMoment(100);
 
-// Of the window-manager standard.
-constexpr quint32 everyDesktop = 0xffffffff;
-constexpr quint32 fromApplication = 1;
-constexpr quint32 fromPager = 2;
-
 // Null when it is none of ours.
 QWindow *windowOf(xcb_window_t id)
 {
@@ -168,7 +163,8 @@ void XOwnWindows::writeStates(QWindow &window, const Own &own)
     xcb_change_property(_connection, XCB_PROP_MODE_REPLACE, id, names.atom(XConnection::NetWmState),
         XCB_ATOM_ATOM, 32, quint32(states.size()), states.constData());
     xcb_change_property(_connection, XCB_PROP_MODE_REPLACE, id,
-        names.atom(XConnection::NetWmDesktop), XCB_ATOM_CARDINAL, 32, 1, &everyDesktop);
+        names.atom(XConnection::NetWmDesktop), XCB_ATOM_CARDINAL, 32, 1,
+        &XConnection::EveryDesktop);
     // That was for the last time, and would speak of a time long past.
     if (std::exchange(_owns[&window].hasStartupId, false)) {
         xcb_delete_property(_connection, id, names.atom(XConnection::NetStartupId));
@@ -182,11 +178,11 @@ void XOwnWindows::tellStates(QWindow &window, const Own &own)
     manager.tellManagerOver(_connection, id, XConnection::NetWmState,
         { quint32(own.taskBar == TaskBar::Skipped),
             manager.atom(XConnection::NetWmStateSkipTaskbar),
-            manager.atom(XConnection::NetWmStateSkipPager), fromApplication });
+            manager.atom(XConnection::NetWmStateSkipPager), XConnection::FromApplication });
     manager.tellManagerOver(_connection, id, XConnection::NetWmState,
-        { 1, manager.atom(XConnection::NetWmStateSticky), 0, fromApplication });
-    manager.tellManagerOver(
-        _connection, id, XConnection::NetWmDesktop, { everyDesktop, fromApplication });
+        { 1, manager.atom(XConnection::NetWmStateSticky), 0, XConnection::FromApplication });
+    manager.tellManagerOver(_connection, id, XConnection::NetWmDesktop,
+        { XConnection::EveryDesktop, XConnection::FromApplication });
     tellLevel(window, own.level);
 }
 
@@ -195,7 +191,7 @@ void XOwnWindows::tellLevel(QWindow &window, Level level)
     const XConnection &manager = _windows.connection();
     manager.tellManagerOver(_connection, idOf(&window), XConnection::NetWmState,
         { quint32(level == Level::Raised), manager.atom(XConnection::NetWmStateAbove), 0,
-            fromApplication });
+            XConnection::FromApplication });
     flush();
 }
 
@@ -254,7 +250,7 @@ void XOwnWindows::nameActive(QWindow &window, quint32 time)
 {
     _waiting = nullptr;
     _windows.connection().tellManagerOver(_connection, idOf(&window), XConnection::NetActiveWindow,
-        { fromPager, time, XCB_WINDOW_NONE });
+        { XConnection::FromPager, time, XCB_WINDOW_NONE });
     flush();
 }
 
@@ -308,7 +304,7 @@ OwnWindows::Former XOwnWindows::giveFrontBack()
         return Former::NotThere;
     }
     _windows.connection().tellManagerOver(_connection, _former, XConnection::NetActiveWindow,
-        { fromPager, XCB_CURRENT_TIME, XCB_WINDOW_NONE });
+        { XConnection::FromPager, XCB_CURRENT_TIME, XCB_WINDOW_NONE });
     flush();
     return Former::InFront;
 }

@@ -1,11 +1,13 @@
 #include "platform/freedesktop/x11/StartupDisplay.h"
 
+#include "platform/freedesktop/x11/XClock.h"
+#include "platform/freedesktop/x11/XConnection.h"
+#include "platform/freedesktop/x11/XMessage.h"
+
 #include <QDeadlineTimer>
 
-#include <array>
 #include <cerrno>
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <future>
 #include <memory>
@@ -16,12 +18,6 @@
 namespace {
 
 constexpr int longestAnswer = 1000; // milliseconds
-
-struct FreeAnswer
-{
-    void operator()(void *answer) const { std::free(answer); }
-};
-template <typename T> using Answer = std::unique_ptr<T, FreeAnswer>;
 
 struct Disconnect
 {
@@ -61,17 +57,8 @@ StartupDisplay::StartupDisplay()
     }
     _connection = opened.connection.release();
     _screen = opened.screen;
-    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(_connection));
-    for (int before = _screen; before > 0 && screens.rem > 1; --before) {
-        xcb_screen_next(&screens);
-    }
-    _root = screens.data->root;
-    _window = xcb_generate_id(_connection);
-    // In the order of the mask's bits.
-    const std::array<quint32, 2> values { 1, XCB_EVENT_MASK_PROPERTY_CHANGE };
-    xcb_create_window(_connection, XCB_COPY_FROM_PARENT, _window, _root, -1, -1, 1, 1, 0,
-        XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
-        XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values.data());
+    _root = XConnection::rootOf(_connection, _screen);
+    _window = XClock::make(_connection, _root);
 }
 
 StartupDisplay::~StartupDisplay()
@@ -101,9 +88,7 @@ std::optional<quint32> StartupDisplay::time()
     if (_connection == nullptr) {
         return {};
     }
-    // The server reports every change of a property with its time, even one that adds nothing.
-    xcb_change_property(_connection, XCB_PROP_MODE_APPEND, _window, XCB_ATOM_WM_NAME,
-        XCB_ATOM_STRING, 8, 0, nullptr);
+    XClock::ask(_connection, _window);
     if (!waitUntil([&] { return takeTime(&time); })) {
         return {};
     }
@@ -112,9 +97,9 @@ std::optional<quint32> StartupDisplay::time()
 
 bool StartupDisplay::takeTime(quint32 *time)
 {
-    while (const Answer<xcb_generic_event_t> event { xcb_poll_for_event(_connection) }) {
-        if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY) {
-            *time = reinterpret_cast<const xcb_property_notify_event_t *>(event.get())->time;
+    while (const XReply<xcb_generic_event_t> event { xcb_poll_for_event(_connection) }) {
+        if (const std::optional<quint32> told = XClock::timeIn(event.get(), _window)) {
+            *time = *told;
             return true;
         }
     }
@@ -125,13 +110,13 @@ xcb_atom_t StartupDisplay::atom(const QByteArray &name)
 {
     const xcb_intern_atom_cookie_t question =
         xcb_intern_atom(_connection, 0, quint16(name.size()), name.constData());
-    Answer<xcb_intern_atom_reply_t> answer;
+    XReply<xcb_intern_atom_reply_t> answer;
     const bool isAnswered = waitUntil([&] {
         void *reply = nullptr;
         xcb_generic_error_t *error = nullptr;
         const int isDone = xcb_poll_for_reply(_connection, question.sequence, &reply, &error);
         answer.reset(static_cast<xcb_intern_atom_reply_t *>(reply));
-        std::free(error);
+        const XReply<xcb_generic_error_t> freed(error);
         return isDone != 0;
     });
     return isAnswered && answer ? answer->atom : xcb_atom_t(XCB_ATOM_NONE);
@@ -142,11 +127,9 @@ void StartupDisplay::broadcast(const QByteArray &message)
     if (_connection == nullptr) {
         return;
     }
-    xcb_client_message_event_t part = {};
-    part.response_type = XCB_CLIENT_MESSAGE;
+    xcb_client_message_event_t part =
+        XMessage::make(_window, atom(QByteArrayLiteral("_NET_STARTUP_INFO_BEGIN")));
     part.format = 8;
-    part.window = _window;
-    part.type = atom(QByteArrayLiteral("_NET_STARTUP_INFO_BEGIN"));
     const xcb_atom_t next = atom(QByteArrayLiteral("_NET_STARTUP_INFO"));
     if (part.type == XCB_ATOM_NONE || next == XCB_ATOM_NONE) {
         return;
@@ -157,9 +140,7 @@ void StartupDisplay::broadcast(const QByteArray &message)
         const size_t count = qMin(sizeof(part.data.data8), size_t(size - sent));
         std::memset(part.data.data8, 0, sizeof(part.data.data8));
         std::memcpy(part.data.data8, message.constData() + sent, count);
-        std::array<char, sizeof(part)> bytes {};
-        std::memcpy(bytes.data(), &part, sizeof(part));
-        xcb_send_event(_connection, 0, _root, XCB_EVENT_MASK_PROPERTY_CHANGE, bytes.data());
+        XMessage::send(_connection, _root, XCB_EVENT_MASK_PROPERTY_CHANGE, part);
         part.type = next;
     }
     // The server drops what it has not read when it sees us go; its answer says that it has.

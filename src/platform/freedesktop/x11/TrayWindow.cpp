@@ -4,28 +4,14 @@
 
 #include <string>
 
-namespace {
-
-// Each screen has a tray of its own.
-std::string selectionName(const XConnection &connection)
-{
-    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
-    int number = 0;
-    for (; screens.rem > 1 && screens.data->root != connection.root(); ++number) {
-        xcb_screen_next(&screens);
-    }
-    return "_NET_SYSTEM_TRAY_S" + std::to_string(number);
-}
-
-} // namespace
-
 TrayWindow::TrayWindow(QObject *parent)
     : QObject(parent)
 {
     if (!_connection.isOpen()) {
         return;
     }
-    const std::string selection = selectionName(_connection);
+    // Each screen has a tray of its own.
+    const std::string selection = "_NET_SYSTEM_TRAY_S" + std::to_string(_connection.screen());
     _atoms = atomsNamed<AtomCount>(_connection.get(), { selection, "MANAGER" });
     connect(&_connection, &XConnection::eventArrived, this, &TrayWindow::handleEvent);
     connect(&_connection, &XConnection::closed, this, [this] {

@@ -1,8 +1,10 @@
 #include "platform/freedesktop/x11/XConnection.h"
 
+#include "platform/freedesktop/x11/XClock.h"
+#include "platform/freedesktop/x11/XMessage.h"
+
 #include <QAbstractEventDispatcher>
 
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -44,19 +46,6 @@ constexpr std::array<std::string_view, XConnection::AtomCount> atomNames {
     "_XSETTINGS_S",
 };
 
-xcb_client_message_event_t clientMessage(
-    xcb_window_t window, xcb_atom_t type, const QList<quint32> &data)
-{
-    xcb_client_message_event_t message = {};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = type;
-    const size_t count = qMin(size_t(data.size()), std::size(message.data.data32));
-    std::memcpy(message.data.data32, data.constData(), count * sizeof(quint32));
-    return message;
-}
-
 } // namespace
 
 XConnection::XConnection(QObject *parent)
@@ -92,12 +81,17 @@ bool XConnection::connectToDisplay()
     if (xcb_connection_has_error(_connection) != 0) {
         return false;
     }
-    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(_connection));
-    for (int before = _screen; screens.rem > 1 && before > 0; --before) {
+    _root = rootOf(_connection, _screen);
+    return true;
+}
+
+xcb_window_t XConnection::rootOf(xcb_connection_t *connection, int screen)
+{
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (int before = screen; screens.rem > 1 && before > 0; --before) {
         xcb_screen_next(&screens);
     }
-    _root = screens.data->root;
-    return true;
+    return screens.data->root;
 }
 
 bool XConnection::findAtoms()
@@ -132,11 +126,9 @@ void XConnection::tellManager(xcb_window_t window, Atom message, const QList<qui
 void XConnection::tellManagerOver(xcb_connection_t *connection, xcb_window_t window, Atom message,
     const QList<quint32> &data) const
 {
-    const xcb_client_message_event_t event = clientMessage(window, atom(message), data);
-    std::array<char, sizeof(event)> bytes {};
-    std::memcpy(bytes.data(), &event, sizeof(event));
-    xcb_send_event(connection, 0, _root,
-        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY, bytes.data());
+    XMessage::send(connection, _root,
+        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+        XMessage::make(window, atom(message), data));
 }
 
 void XConnection::map(xcb_window_t window)
@@ -147,34 +139,22 @@ void XConnection::map(xcb_window_t window)
     }
 }
 
-// The server reports every change of a property with its time, even one that adds nothing.
 void XConnection::askTime()
 {
     if (!isOpen()) {
         return;
     }
     if (_clock == XCB_WINDOW_NONE) {
-        _clock = xcb_generate_id(_connection);
-        // In the order of the mask's bits.
-        const std::array<quint32, 2> values { 1, XCB_EVENT_MASK_PROPERTY_CHANGE };
-        xcb_create_window(_connection, XCB_COPY_FROM_PARENT, _clock, _root, -1, -1, 1, 1, 0,
-            XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
-            XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values.data());
+        _clock = XClock::make(_connection, _root);
         connect(this, &XConnection::eventArrived, this, &XConnection::takeTime);
     }
-    xcb_change_property(_connection, XCB_PROP_MODE_APPEND, _clock, XCB_ATOM_WM_NAME,
-        XCB_ATOM_STRING, 8, 0, nullptr);
-    xcb_flush(_connection);
+    XClock::ask(_connection, _clock);
 }
 
 void XConnection::takeTime(const xcb_generic_event_t *event)
 {
-    if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY) {
-        return;
-    }
-    const auto *const change = reinterpret_cast<const xcb_property_notify_event_t *>(event);
-    if (change->window == _clock) {
-        Q_EMIT timeTold(change->time);
+    if (const std::optional<quint32> time = XClock::timeIn(event, _clock)) {
+        Q_EMIT timeTold(*time);
     }
 }
 

@@ -8,6 +8,8 @@
 
 #pragma once
 
+#include "platform/freedesktop/x11/XReply.h"
+
 #include <QList>
 #include <QObject>
 #include <QSocketNotifier>
@@ -15,16 +17,8 @@
 
 #include <array>
 #include <atomic>
-#include <cstdlib>
 #include <memory>
 #include <xcb/xcb.h>
-
-struct FreeReply
-{
-    void operator()(void *reply) const { std::free(reply); }
-};
-// An answer of the server. Null when the request failed: the window is gone, say.
-template <typename T> using XReply = std::unique_ptr<T, FreeReply>;
 
 class XConnection final : public QObject
 {
@@ -70,15 +64,27 @@ public:
         AtomCount,
     };
 
+    // Who wants something of the window manager: an application, or a program that acts for the
+    // user, such as a task bar.
+    static constexpr quint32 FromApplication = 1;
+    static constexpr quint32 FromPager = 2;
+    // In place of the number of a desktop.
+    static constexpr quint32 EveryDesktop = 0xffffffff;
+
     // Connects to the display that the environment names.
     explicit XConnection(QObject *parent = nullptr);
     ~XConnection() override;
+
+    // The root window of a screen; of the last one when there are not as many.
+    static xcb_window_t rootOf(xcb_connection_t *connection, int screen);
 
     // False when there is no display, or none any more. Nothing else may then be called.
     bool isOpen() const { return _isOpen; }
 
     xcb_connection_t *get() const { return _connection; }
     xcb_window_t root() const { return _root; }
+    // The number of the screen.
+    int screen() const { return _screen; }
     xcb_atom_t atom(Atom name) const { return _atoms[name]; }
 
     // Tells the window manager of the display about a window, as the window-manager standards want

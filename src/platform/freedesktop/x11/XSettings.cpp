@@ -89,15 +89,10 @@ QByteArray XSettings::read()
         return {};
     }
     const xcb_atom_t settings = _connection.atom(XConnection::XsettingsSettings);
-    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(_connection.get(),
+    return bytesIn(XPropertyReply(xcb_get_property_reply(_connection.get(),
         xcb_get_property(
             _connection.get(), 0, _manager.owner(), settings, settings, 0, longestSettings),
-        nullptr));
-    if (!reply || reply->format != 8) {
-        return {};
-    }
-    return QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
-        xcb_get_property_value_length(reply.get()));
+        nullptr)));
 }
 
 QHash<QByteArray, qint32> XSettings::numbersIn(const QByteArray &settings)

@@ -5,6 +5,7 @@
 #include "platform/freedesktop/base/FreedesktopPaths.h"
 #include "platform/freedesktop/base/Languages.h"
 #include "platform/freedesktop/base/ProcessMemory.h"
+#include "platform/freedesktop/base/SessionFolders.h"
 #include "platform/freedesktop/bus/BusInstance.h"
 #include "platform/freedesktop/bus/LauncherProgress.h"
 #include "platform/freedesktop/entries/DesktopEntryIndex.h"
@@ -27,11 +28,6 @@
 #include <atomic>
 
 namespace {
-
-QStringList currentDesktops()
-{
-    return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'), Qt::SkipEmptyParts);
-}
 
 class FreedesktopDesktop final : public Desktop
 {
@@ -129,7 +125,7 @@ private:
     {
         if (!_windows) {
             _windows = std::make_unique<RunningWindows>(
-                display(), _entries, _paths.dataFolders(), currentDesktops());
+                display(), _entries, _paths.dataFolders(), SessionFolders::currentDesktops());
             _control = std::make_unique<WindowControl>(*_windows);
             _raisable = _windows.get();
         }
@@ -143,7 +139,7 @@ private:
 
     FreedesktopPaths _paths;
     DesktopEntryIndex _entries { Languages::preferred() };
-    FreedesktopItems _items { _entries, _paths.dataFolders(), currentDesktops() };
+    FreedesktopItems _items { _entries, _paths.dataFolders(), SessionFolders::currentDesktops() };
     FreedesktopIcons _icons { [this](const QString &path) { return _items.iconNameOf(path); } };
     ProcessMemory _memory;
     FreedesktopDocuments _documents;

@@ -1,33 +1,10 @@
 #include "platform/freedesktop/base/FreedesktopPaths.h"
 
-#include "support/StandardPath.h"
+#include "platform/freedesktop/base/SessionFolders.h"
 
 #include <QDir>
-#include <QFile>
 
 namespace {
-
-// The absolute folders that a variable lists, in standard form.
-QStringList foldersIn(const char *variable)
-{
-    QStringList folders;
-    const QString value = QFile::decodeName(qgetenv(variable));
-    const QStringList parts = value.split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    for (const QString &part : parts) {
-        const QString folder = standardizedPath(part);
-        if (QDir::isAbsolutePath(folder)) {
-            folders.append(folder);
-        }
-    }
-    return folders;
-}
-
-// The one folder that a variable names; a colon has no meaning there.
-QString folderIn(const char *variable, const QString &usual)
-{
-    const QString folder = standardizedPath(QFile::decodeName(qgetenv(variable)));
-    return QDir::isAbsolutePath(folder) ? folder : standardizedPath(usual);
-}
 
 QString withTilde(const QString &path)
 {
@@ -39,14 +16,11 @@ QString withTilde(const QString &path)
 } // namespace
 
 FreedesktopPaths::FreedesktopPaths()
-    : _stateHome(folderIn("XDG_STATE_HOME", QStringLiteral("~/.local/state")))
-    , _configurationHome(folderIn("XDG_CONFIG_HOME", QStringLiteral("~/.config")))
+    : _dataFolders(SessionFolders::dataHome())
+    , _stateHome(SessionFolders::stateHome())
+    , _configurationHome(SessionFolders::configurationHome())
 {
-    _dataFolders.append(folderIn("XDG_DATA_HOME", QStringLiteral("~/.local/share")));
-    const QStringList shared = foldersIn("XDG_DATA_DIRS");
-    _dataFolders.append(shared.isEmpty()
-            ? QStringList { QStringLiteral("/usr/local/share"), QStringLiteral("/usr/share") }
-            : shared);
+    _dataFolders.append(SessionFolders::sharedData());
     _dataFolders.removeDuplicates();
 }
 

@@ -1,7 +1,5 @@
-// The folders of the XDG base directory specification, as the environment named them at
+// Where applications and our own files are in this session, by SessionFolders as they were at
 // construction.
-//
-// A variable that is not set, or that names no absolute folder, stands for its usual folder.
 
 #pragma once
 

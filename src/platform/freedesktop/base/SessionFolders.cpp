@@ -1,0 +1,62 @@
+#include "platform/freedesktop/base/SessionFolders.h"
+
+#include "support/StandardPath.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace {
+
+// A colon has no meaning there.
+QString folderIn(const char *variable, const QString &usual)
+{
+    const QString folder = standardizedPath(QFile::decodeName(qgetenv(variable)));
+    return QDir::isAbsolutePath(folder) ? folder : standardizedPath(usual);
+}
+
+QStringList foldersIn(const char *variable, const QStringList &usual)
+{
+    QStringList folders;
+    const QString value = QFile::decodeName(qgetenv(variable));
+    for (const QString &part : value.split(u':', Qt::SkipEmptyParts)) {
+        const QString folder = standardizedPath(part);
+        if (QDir::isAbsolutePath(folder)) {
+            folders.append(folder);
+        }
+    }
+    folders.removeDuplicates();
+    return folders.isEmpty() ? usual : folders;
+}
+
+} // namespace
+
+QString SessionFolders::dataHome()
+{
+    return folderIn("XDG_DATA_HOME", QStringLiteral("~/.local/share"));
+}
+
+QString SessionFolders::configurationHome()
+{
+    return folderIn("XDG_CONFIG_HOME", QStringLiteral("~/.config"));
+}
+
+QString SessionFolders::stateHome()
+{
+    return folderIn("XDG_STATE_HOME", QStringLiteral("~/.local/state"));
+}
+
+QStringList SessionFolders::sharedData()
+{
+    return foldersIn(
+        "XDG_DATA_DIRS", { QStringLiteral("/usr/local/share"), QStringLiteral("/usr/share") });
+}
+
+QStringList SessionFolders::sharedConfiguration()
+{
+    return foldersIn("XDG_CONFIG_DIRS", { QStringLiteral("/etc/xdg") });
+}
+
+QStringList SessionFolders::currentDesktops()
+{
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts);
+}

@@ -2,7 +2,7 @@
 
 #include "platform/freedesktop/base/FileState.h"
 #include "platform/freedesktop/base/GioPointer.h"
-#include "platform/freedesktop/base/IconKeyFile.h"
+#include "platform/freedesktop/base/KeyFile.h"
 #include "platform/freedesktop/x11/XSettings.h"
 
 // The reading of one value belongs to what is declared for those who write back ends.

@@ -1,5 +1,7 @@
 #include "platform/freedesktop/entries/EntryText.h"
 
+#include "platform/freedesktop/base/KeyFile.h"
+
 #include <algorithm>
 
 using namespace EntryText;
@@ -17,20 +19,7 @@ constexpr std::array<KnownKey, KeyCount> knownKeys { { { "Type" }, { "Name", tru
     { "Hidden" }, { "OnlyShowIn" }, { "NotShowIn" }, { "StartupWMClass" }, { "DBusActivatable" },
     { "Terminal" }, { "X-Flatpak" }, { "X-SnapInstanceName" } } };
 
-constexpr std::string_view blanks = " \t\r\n\v\f";
-
-std::string_view withoutLeadingBlanks(std::string_view text)
-{
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
-    return text;
-}
-
-std::string_view withoutTrailingBlanks(std::string_view text)
-{
-    return text.substr(0, text.find_last_not_of(blanks) + 1);
-}
-
-// Collects the raw values of the main group in one pass over the lines.
+// Takes the raw values that are wanted.
 class GroupReader final
 {
 public:
@@ -43,68 +32,38 @@ public:
     bool read(std::string_view text, QString *problem);
 
 private:
-    enum class Place { BeforeGroups, InGroup, InOtherGroup };
-
-    bool readLine(std::string_view line, QString *problem);
     void readPair(std::string_view key, std::string_view value);
     qsizetype rankOf(std::string_view language) const;
 
     const QList<QByteArray> &_languages;
     Values &_values;
-    Place _place = Place::BeforeGroups;
-    int _line = 0;
 };
 
 bool GroupReader::read(std::string_view text, QString *problem)
 {
-    constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-    if (text.substr(0, byteOrderMark.size()) == byteOrderMark) {
-        text.remove_prefix(byteOrderMark.size());
-    }
-    while (!text.empty()) {
-        const size_t length = std::min(text.find('\n'), text.size());
-        const std::string_view line = withoutTrailingBlanks(text.substr(0, length));
-        if (!readLine(withoutLeadingBlanks(line), problem)) {
+    KeyFileReader file(text);
+    bool hasGroup = false;
+    bool isInMainGroup = false;
+    while (file.readNext()) {
+        if (file.line() == KeyFileReader::Line::Group) {
+            isInMainGroup = file.group() == "Desktop Entry";
+            if (!hasGroup && !isInMainGroup) {
+                // GIO and the entry standard both want the main group to come first.
+                *problem = QStringLiteral("does not begin with [Desktop Entry]");
+                return false;
+            }
+            hasGroup = true;
+        } else if (!hasGroup || (isInMainGroup && file.line() != KeyFileReader::Line::Pair)) {
+            *problem = QStringLiteral("line %1 is not KEY=VALUE").arg(file.lineNumber());
             return false;
+        } else if (isInMainGroup) {
+            readPair(file.key(), file.value());
         }
-        text.remove_prefix(std::min(length + 1, text.size()));
     }
-    if (_place == Place::BeforeGroups) {
+    if (!hasGroup) {
         *problem = QStringLiteral("no [Desktop Entry]");
-        return false;
     }
-    return true;
-}
-
-bool GroupReader::readLine(std::string_view line, QString *problem)
-{
-    ++_line;
-    if (line.empty() || line.front() == '#') {
-        return true;
-    }
-    if (line.front() == '[' && line.back() == ']') {
-        if (line == "[Desktop Entry]") {
-            _place = Place::InGroup;
-        } else if (_place == Place::BeforeGroups) {
-            // GIO and the entry standard both want the main group to come first.
-            *problem = QStringLiteral("does not begin with [Desktop Entry]");
-            return false;
-        } else {
-            _place = Place::InOtherGroup;
-        }
-        return true;
-    }
-    if (_place == Place::InOtherGroup) {
-        return true;
-    }
-    const size_t equals = line.find('=');
-    if (_place == Place::BeforeGroups || equals == 0 || equals == std::string_view::npos) {
-        *problem = QStringLiteral("line %1 is not KEY=VALUE").arg(_line);
-        return false;
-    }
-    readPair(withoutTrailingBlanks(line.substr(0, equals)),
-        withoutLeadingBlanks(line.substr(equals + 1)));
-    return true;
+    return hasGroup;
 }
 
 void GroupReader::readPair(std::string_view key, std::string_view value)

@@ -1,6 +1,6 @@
 #include "platform/freedesktop/icons/IconTheme.h"
 
-#include "platform/freedesktop/base/IconKeyFile.h"
+#include "platform/freedesktop/base/KeyFile.h"
 
 #include <QFileInfo>
 #include <QHash>
@@ -96,30 +96,35 @@ static void addDirectories(std::vector<IconDirectory> &directories,
     }
 }
 
+static QByteArrayView viewOf(std::string_view text)
+{
+    return { text.data(), qsizetype(text.size()) };
+}
+
 static void parseDescription(IconTheme &theme, const QByteArray &text)
 {
     QHash<QByteArray, size_t> indexes;
-    QByteArrayView lastGroup;
     IconDirectory *current = nullptr;
-    visitKeyFile(text, [&](QByteArrayView group, QByteArrayView key, QByteArrayView value) {
-        if (group == "Icon Theme") {
+    for (KeyFileReader file({ text.constData(), size_t(text.size()) }); file.readNext();) {
+        const QByteArrayView key = viewOf(file.key());
+        const QByteArrayView value = viewOf(file.value());
+        if (file.line() == KeyFileReader::Line::Group) {
+            const std::string_view group = file.group();
+            const auto found =
+                indexes.constFind(QByteArray::fromRawData(group.data(), qsizetype(group.size())));
+            current = found == indexes.constEnd() ? nullptr : &theme.directories[*found];
+        } else if (file.line() == KeyFileReader::Line::Other) {
+            continue;
+        } else if (file.group() == "Icon Theme") {
             if (key == "Directories" || key == "ScaledDirectories") {
                 addDirectories(theme.directories, indexes, value);
             } else if (key == "Inherits") {
                 theme.inherits = QString::fromUtf8(value).split(u',', Qt::SkipEmptyParts);
             }
-            return;
-        }
-        if (group.data() != lastGroup.data()) {
-            lastGroup = group;
-            const auto found =
-                indexes.constFind(QByteArray::fromRawData(group.data(), group.size()));
-            current = found == indexes.constEnd() ? nullptr : &theme.directories[*found];
-        }
-        if (current != nullptr) {
+        } else if (current != nullptr && !file.group().empty()) {
             setKey(*current, key, value);
         }
-    });
+    }
     for (IconDirectory &directory : theme.directories) {
         directory.minSize = directory.minSize > 0 ? directory.minSize : directory.size;
         directory.maxSize = directory.maxSize > 0 ? directory.maxSize : directory.size;

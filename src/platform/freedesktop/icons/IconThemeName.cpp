@@ -1,7 +1,7 @@
 #include "platform/freedesktop/icons/IconThemeName.h"
 
 #include "platform/freedesktop/base/GioPointer.h"
-#include "platform/freedesktop/base/IconKeyFile.h"
+#include "platform/freedesktop/base/KeyFile.h"
 #include "platform/freedesktop/icons/IconTheme.h"
 
 #include <QXmlStreamReader>

@@ -1,22 +1,17 @@
 #include "platform/freedesktop/entries/DesktopFileIds.h"
 
+#include "platform/freedesktop/base/FolderReader.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
 
-#include <dirent.h>
-#include <memory>
 #include <sys/stat.h>
 
 namespace {
 
 // Nobody nests entries deeper; links can.
 constexpr int deepestFolder = 16;
-
-struct CloseDirectory
-{
-    void operator()(DIR *directory) const { ::closedir(directory); }
-};
 
 // Collects the IDs below one folder. Links to folders are followed, but no folder is entered twice.
 class IdCollector final
@@ -38,9 +33,10 @@ private:
 
 void IdCollector::visit(const QByteArray &folder, const QByteArray &idPrefix, int depth)
 {
-    const std::unique_ptr<DIR, CloseDirectory> directory(::opendir(folder.constData()));
+    FolderReader directory(folder);
     struct stat status = {};
-    if (!directory || depth > deepestFolder || ::fstat(::dirfd(directory.get()), &status) != 0) {
+    if (!directory.isOpen() || depth > deepestFolder
+        || ::fstat(directory.descriptor(), &status) != 0) {
         return;
     }
     const std::pair<quint64, quint64> identity(status.st_dev, status.st_ino);
@@ -48,7 +44,7 @@ void IdCollector::visit(const QByteArray &folder, const QByteArray &idPrefix, in
         return;
     }
     _visited.insert(identity);
-    while (const dirent *item = ::readdir(directory.get())) {
+    while (const dirent *const item = directory.next()) {
         if (item->d_name[0] != '.') {
             take(folder, idPrefix, *item, depth);
         }

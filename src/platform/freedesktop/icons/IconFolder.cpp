@@ -1,10 +1,11 @@
 #include "platform/freedesktop/icons/IconFolder.h"
 
+#include "platform/freedesktop/base/FolderReader.h"
+
 #include <QFile>
 #include <QHash>
 #include <QSet>
 
-#include <dirent.h>
 #include <sys/stat.h>
 
 static QByteArray stateOf(const QByteArray &path)
@@ -21,12 +22,8 @@ static QByteArray stateOf(const QByteArray &path)
 static QSet<QByteArray> namesIn(const QByteArray &path)
 {
     QSet<QByteArray> names;
-    const std::unique_ptr<DIR, int (*)(DIR *)> folder(::opendir(path.constData()), &::closedir);
-    while (folder != nullptr) {
-        const dirent *const entry = ::readdir(folder.get());
-        if (entry == nullptr) {
-            break;
-        }
+    FolderReader folder(path);
+    while (const dirent *const entry = folder.next()) {
         names.insert(QByteArray(entry->d_name));
     }
     return names;

@@ -1,11 +1,12 @@
 #include "platform/freedesktop/icons/IconListing.h"
 
+#include "platform/freedesktop/base/FolderReader.h"
+
 #include <QHash>
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <dirent.h>
 #include <map>
 #include <sys/stat.h>
 
@@ -105,13 +106,8 @@ void IconListing::readAll() const
 
 void IconListing::readFolder(int index) const
 {
-    const std::unique_ptr<DIR, int (*)(DIR *)> folder(
-        ::opendir(_folders[size_t(index)].constData()), &::closedir);
-    while (folder != nullptr) {
-        const dirent *const entry = ::readdir(folder.get());
-        if (entry == nullptr) {
-            break;
-        }
+    FolderReader folder(_folders[size_t(index)]);
+    while (const dirent *const entry = folder.next()) {
         addFile(index, entry->d_name);
     }
 }

@@ -60,14 +60,6 @@ QByteArray newStartupId(quint32 time)
         + QByteArray::number(time);
 }
 
-// A key of a message and its value, in quotes.
-QByteArray pair(const char *key, const QByteArray &value)
-{
-    QByteArray quoted = value;
-    quoted.replace('\\', "\\\\").replace('"', "\\\"");
-    return ' ' + QByteArray(key) + "=\"" + quoted + '"';
-}
-
 } // namespace
 
 LaunchContext::LaunchContext(const QString &path)
@@ -103,7 +95,7 @@ LaunchContext::LaunchContext(const QString &path)
 LaunchContext::~LaunchContext()
 {
     if (_isAnnounced) {
-        _display.broadcast("remove:" + pair("ID", _startupId));
+        _display.broadcast("remove", { { "ID", _startupId } });
     }
 }
 
@@ -114,18 +106,11 @@ void LaunchContext::announce(const Description &description)
     }
     const QString text =
         QCoreApplication::translate("LaunchContext", "Starting %1").arg(description.name);
-    QByteArray message = "new:" + pair("ID", _startupId)
-        + pair("SCREEN", QByteArray::number(_display.screen()))
-        + pair("NAME", description.name.toUtf8()) + pair("DESCRIPTION", text.toUtf8());
-    const auto add = [&message](const char *key, const QString &value) {
-        if (!value.isEmpty()) {
-            message += pair(key, value.toUtf8());
-        }
-    };
-    add("BIN", description.program);
-    add("ICON", description.icon);
-    add("WMCLASS", description.windowClass);
-    add("APPLICATION_ID", description.entryPath);
-    _display.broadcast(message);
+    _display.broadcast("new",
+        { { "ID", _startupId }, { "SCREEN", QByteArray::number(_display.screen()) },
+            { "NAME", description.name.toUtf8() }, { "DESCRIPTION", text.toUtf8() },
+            { "BIN", description.program.toUtf8() }, { "ICON", description.icon.toUtf8() },
+            { "WMCLASS", description.windowClass.toUtf8() },
+            { "APPLICATION_ID", description.entryPath.toUtf8() } });
     _isAnnounced = true;
 }

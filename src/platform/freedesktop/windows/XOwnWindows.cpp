@@ -45,10 +45,9 @@ quint32 timeIn(const QString &startupId)
 // to answer.
 void endStartup(const QString &startupId)
 {
-    QByteArray id = startupId.toUtf8();
-    id.replace('\\', "\\\\").replace('"', "\\\"");
-    QThreadPool::globalInstance()->start(
-        [message = "remove: ID=\"" + id + '"'] { StartupDisplay().broadcast(message); });
+    QThreadPool::globalInstance()->start([id = startupId.toUtf8()] {
+        StartupDisplay().broadcast("remove", { { "ID", id } });
+    });
 }
 
 } // namespace

@@ -122,11 +122,25 @@ xcb_atom_t StartupDisplay::atom(const QByteArray &name)
     return isAnswered && answer ? answer->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
-void StartupDisplay::broadcast(const QByteArray &message)
+void StartupDisplay::broadcast(const QByteArray &kind, const Values &values)
 {
     if (_connection == nullptr) {
         return;
     }
+    QByteArray message = kind + ':';
+    for (const auto &[key, value] : values) {
+        if (!value.isEmpty()) {
+            QByteArray quoted = value;
+            quoted.replace('\\', "\\\\").replace('"', "\\\"");
+            message += ' ' + key + "=\"" + quoted + '"';
+        }
+    }
+    send(message);
+}
+
+// In parts of the size that one event has room for.
+void StartupDisplay::send(const QByteArray &message)
+{
     xcb_client_message_event_t part =
         XMessage::make(_window, atom(QByteArrayLiteral("_NET_STARTUP_INFO_BEGIN")));
     part.format = 8;

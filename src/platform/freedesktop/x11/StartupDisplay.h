@@ -7,8 +7,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 
 #include <optional>
+#include <utility>
 #include <xcb/xcb.h>
 
 class StartupDisplay final
@@ -27,8 +29,11 @@ public:
     // second.
     std::optional<quint32> time();
 
-    // Sends a message of the start-up notification protocol to whoever listens.
-    void broadcast(const QByteArray &message);
+    // Tells window managers and panels of a start: "new", "change" or "remove", with its keys and
+    // their values. A value that is empty is left out.
+    // https://specifications.freedesktop.org/startup-notification-spec/startup-notification-latest.txt
+    using Values = QList<std::pair<QByteArray, QByteArray>>;
+    void broadcast(const QByteArray &kind, const Values &values);
 
 private:
     // Looks again whenever the server has sent something. False after a second of that.
@@ -36,6 +41,7 @@ private:
     // XCB_ATOM_NONE when the server does not answer.
     xcb_atom_t atom(const QByteArray &name);
     bool takeTime(quint32 *time);
+    void send(const QByteArray &message);
 
     xcb_connection_t *_connection = nullptr;
     int _screen = 0;

@@ -14,7 +14,6 @@ namespace {
 
 // In units of four bytes; more windows than anybody opens.
 constexpr quint32 longestList = 1 << 16;
-constexpr auto longestMoment = 100ms;
 // What a program may take to answer that it has been shown.
 constexpr auto longestShowing = 1s;
 // What it may take to ask the user about what is not saved.
@@ -77,9 +76,7 @@ RunningWindows::RunningWindows(XConnection &connection, DesktopEntryIndex &entri
 {
     _keeping.setSingleShot(true);
     _keeping.setInterval(longestShowing);
-    _noneActive.setSingleShot(true);
-    _noneActive.setInterval(longestMoment);
-    connect(&_noneActive, &QTimer::timeout, this, [this] { setActive(XCB_WINDOW_NONE); });
+    connect(&_noneActive, &NoneActive::timeout, this, [this] { setActive(XCB_WINDOW_NONE); });
     if (!_connection.isOpen()) {
         if (const QByteArray display = qgetenv("DISPLAY"); !display.isEmpty()) {
             qCWarning(lcPlatform, "display %s cannot be reached, so nothing seems to run",
@@ -342,8 +339,8 @@ void RunningWindows::takeActive()
     }
     const auto known = _known.find(_namedWindow);
     if (known == _known.end()) {
-        if (_activeWindow != XCB_WINDOW_NONE && !_noneActive.isActive()) {
-            _noneActive.start();
+        if (_activeWindow != XCB_WINDOW_NONE) {
+            _noneActive.begin();
         }
         return;
     }

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "platform/RunningApplications.h"
+#include "platform/freedesktop/windows/NoneActive.h"
 #include "platform/freedesktop/windows/WindowMatcher.h"
 #include "platform/freedesktop/x11/XConnection.h"
 
@@ -107,8 +108,7 @@ private:
     QTimer _keeping;
     // The applications that were asked to quit, and how long what they open counts as a question.
     QHash<QString, QDeadlineTimer> _expected;
-    // Runs while no window is active; between two windows that is for a moment only.
-    QTimer _noneActive;
+    NoneActive _noneActive;
 
     bool _isListDue = true;
     bool _isActiveDue = true;

@@ -9,11 +9,7 @@
 #include <QThreadPool>
 #include <QWindow>
 
-#include <chrono>
-
 namespace {
-
-constexpr std::chrono::milliseconds longestMoment(100);
 
 // Null when it is none of ours.
 QWindow *windowOf(xcb_window_t id)
@@ -61,9 +57,7 @@ XOwnWindows::XOwnWindows(RunningWindows &windows, xcb_connection_t *connection)
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &XOwnWindows::takeToolkit);
     connect(&_windows, &RunningWindows::activeWindowNamed, this, &XOwnWindows::takeNamed);
     connect(&_windows.connection(), &XConnection::timeTold, this, &XOwnWindows::takeTime);
-    _noneActive.setSingleShot(true);
-    _noneActive.setInterval(longestMoment);
-    connect(&_noneActive, &QTimer::timeout, this, [this] { setActive(nullptr); });
+    connect(&_noneActive, &NoneActive::timeout, this, [this] { setActive(nullptr); });
     _active = idOf(activeWindow());
     rememberFormer(_windows.activeWindow());
 }
@@ -280,7 +274,8 @@ void XOwnWindows::rememberFormer(xcb_window_t named)
         }
         return;
     }
-    const bool wasNone = _namedNone.isValid() && _namedNone.hasExpired(longestMoment.count());
+    const bool wasNone =
+        _namedNone.isValid() && _namedNone.hasExpired(NoneActive::LongestMoment.count());
     _namedNone.invalidate();
     if (windowOf(named) == nullptr) {
         _former = named;
@@ -329,8 +324,8 @@ void XOwnWindows::takeNamed(xcb_window_t window)
     const bool isGoing = own != nullptr && !own->isVisible();
     if (window != XCB_WINDOW_NONE && !isGoing) {
         setActive(own);
-    } else if (_active != XCB_WINDOW_NONE && !_noneActive.isActive()) {
-        _noneActive.start();
+    } else if (_active != XCB_WINDOW_NONE) {
+        _noneActive.begin();
     }
 }
 

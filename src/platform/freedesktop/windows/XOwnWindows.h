@@ -8,12 +8,12 @@
 #pragma once
 
 #include "platform/OwnWindows.h"
+#include "platform/freedesktop/windows/NoneActive.h"
 #include "platform/freedesktop/windows/SingleStep.h"
 
 #include <QElapsedTimer>
 #include <QHash>
 #include <QPointer>
-#include <QTimer>
 
 #include <optional>
 #include <xcb/xcb.h>
@@ -80,8 +80,7 @@ private:
     QString _managerName;
     // As announced last.
     xcb_window_t _active = XCB_WINDOW_NONE;
-    // Runs while no window is active; between two windows that is for a moment only.
-    QTimer _noneActive;
+    NoneActive _noneActive;
     // Of another program: in front now, or last before ours. None when there was no such window.
     xcb_window_t _former = XCB_WINDOW_NONE;
     // Since when the window manager names no window at all; not valid while it names one.

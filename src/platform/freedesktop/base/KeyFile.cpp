@@ -7,12 +7,21 @@
 namespace {
 
 constexpr qint64 largestKeyFile = 4 * 1024 * 1024;
-constexpr std::string_view blanks = " \t\r\n\v\f";
+bool isBlank(char character)
+{
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
 
+// By hand, since most lines of an entry are read only to be passed over.
 std::string_view trimmed(std::string_view text)
 {
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
-    return text.substr(0, text.find_last_not_of(blanks) + 1);
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
 }
 
 } // namespace

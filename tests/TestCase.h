@@ -13,7 +13,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-// A warning that a test did not announce fails it. Who has an init() of its own calls this one.
+// A warning that a test did not announce fails it. A test with an init() of its own calls this one.
 class TestCase : public QObject
 {
     Q_OBJECT

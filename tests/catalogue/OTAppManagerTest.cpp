@@ -60,9 +60,8 @@ private Q_SLOTS:
         start();
         for (int group = -1; group <= GroupCount; ++group) {
             const AppArray array = _manager->appArrayForGroup(group);
-            const bool isGroup = group >= 0 && group < GroupCount;
-            QCOMPARE(array.isNull(), !isGroup);
-            QCOMPARE(_manager->groupForAppArray(array), isGroup ? group : -1);
+            QCOMPARE(array.isNull(), group < 0 || group == GroupCount);
+            QCOMPARE(_manager->groupForAppArray(array), array.isNull() ? -1 : group);
         }
         QCOMPARE(_manager->groupForAppArray(AppArray(AppList())), -1);
     }

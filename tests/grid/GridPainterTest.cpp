@@ -333,13 +333,13 @@ private Q_SLOTS:
                 std::pair(Qt::yellow, false) }) {
             colors.winColor = window;
             setMenuColors(menu, colors);
-            const QPalette shown = menu.palette();
-            QCOMPARE(shown.color(QPalette::Window).lightness() < 110, isDark);
-            QVERIFY(Contrast::ratio(shown.color(QPalette::Window), shown.color(QPalette::Text))
-                >= Contrast::Enough);
-            QVERIFY(Contrast::ratio(
-                        shown.color(QPalette::Highlight), shown.color(QPalette::HighlightedText))
-                >= Contrast::Enough);
+            const auto shown = [&menu](
+                                   QPalette::ColorRole role) { return menu.palette().color(role); };
+            QCOMPARE(shown(QPalette::Window).lightness() < 110, isDark);
+            for (const auto &[ground, text] : { std::pair(QPalette::Window, QPalette::Text),
+                     std::pair(QPalette::Highlight, QPalette::HighlightedText) }) {
+                QVERIFY(Contrast::ratio(shown(ground), shown(text)) >= Contrast::Enough);
+            }
         }
         colors.winAlpha = 0;
         setMenuColors(menu, colors);

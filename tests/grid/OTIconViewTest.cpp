@@ -48,17 +48,12 @@ private Q_SLOTS:
         fill({ u"a"_s, u"b"_s });
         app(u"a"_s)->setIcon(filled(Qt::red));
         app(u"b"_s)->setIcon(filled(Qt::blue).scaled(32, 32));
-
         const QImage shown = _view->grab().toImage();
-
         // Margin 12, padding 2: icons fill 14 to 77 and 82 to 145, whatever size they were loaded
         // in.
-        QCOMPARE(shown.pixelColor(14, 14), QColor(Qt::red));
-        QCOMPARE(shown.pixelColor(77, 77), QColor(Qt::red));
-        QVERIFY(shown.pixelColor(78, 77) != QColor(Qt::red));
-        QCOMPARE(shown.pixelColor(82, 14), QColor(Qt::blue));
-        QCOMPARE(shown.pixelColor(145, 77), QColor(Qt::blue));
-
+        QVERIFY(shown.pixelColor(14, 14) == Qt::red && shown.pixelColor(77, 77) == Qt::red);
+        QVERIFY(shown.pixelColor(78, 77) != Qt::red);
+        QVERIFY(shown.pixelColor(82, 14) == Qt::blue && shown.pixelColor(145, 77) == Qt::blue);
         // Behind what runs there is something, and nothing in a cell that is empty.
         const QColor behind = shown.pixelColor(13, 40);
         _desktop->run({ app(u"a"_s)->path() });
@@ -74,41 +69,29 @@ private Q_SLOTS:
         fill({ u"a"_s });
         const AppRef lost = _manager->appForPath(_home->filePath(u"elsewhere/a"_s));
         _manager->moveApp(lost, UserGroup, 0, 0);
-        _view->setGroupToShow(UserGroup);
-        _view->resize(_view->viewSize().toSize());
-        const QRectF rect = _view->rectOfApp(lost);
-        QVERIFY(!rect.isEmpty());
-
-        QTest::mouseClick(_view.get(), Qt::LeftButton, {},
-            Geometry::flipped(rect, _view->height()).center().toPoint());
-
+        showGroup(UserGroup);
+        const QRectF rect = Geometry::flipped(_view->rectOfApp(lost), _view->height());
+        QTest::mouseClick(_view.get(), Qt::LeftButton, {}, rect.center().toPoint());
         QCOMPARE(_manager->userApps1D(), AppList { app(u"a"_s) });
-        QVERIFY(!_view->coordsOfApp(app(u"a"_s)).isEmpty());
-        QTest::mouseClick(_view.get(), Qt::LeftButton, {}, middleOf(u"a"_s));
+        click(u"a"_s, {});
         QTRY_COMPARE(_desktop->launched(), QStringList { u"a"_s });
     }
 
     void aChangedOrientation_leadsToALayoutAndAReadingOrder()
     {
-        const QString orientation = u"groupOrientation"_s;
-        const QString readingOrder = u"iconReadingOrder"_s;
         fill({ u"a"_s, u"b"_s, u"c"_s });
         _view->setGroupToShow(IncludedGroup);
         QSignalSpy asked(&center(), &NotificationCenter::N_SubviewNeedsResizing);
-
-        _defaults->setObject(orientation, 1);
-        QCOMPARE(_defaults->integerForKey(readingOrder), 2);
-        QCOMPARE(asked.size(), 1);
-        QCOMPARE(_view->groupShown(), int(IncludedGroup));
-        // The reading order stays the same here, and the layout must follow all the same.
-        _defaults->setObject(orientation, 0);
-        QCOMPARE(asked.size(), 2);
-        QCOMPARE(_view->groupShown(), int(Included1DGroup));
-        _defaults->setObject(orientation, 2);
-        QCOMPARE(_defaults->integerForKey(readingOrder), 1);
-        QCOMPARE(_view->groupShown(), int(IncludedGroup));
-        _defaults->setObject(orientation, 7);
-        QCOMPARE(asked.size(), 3);
+        // The reading order stays the same at 0, and the layout must follow all the same.
+        for (const auto &[orientation, readingOrder, group, layouts] :
+            { std::tuple(1, 2, int(IncludedGroup), 1), std::tuple(0, 2, int(Included1DGroup), 2),
+                std::tuple(2, 1, int(IncludedGroup), 3),
+                std::tuple(7, 1, int(IncludedGroup), 3) }) {
+            _defaults->setObject(GridKeys::groupOrientation, orientation);
+            QCOMPARE(_defaults->integerForKey(u"iconReadingOrder"_s), readingOrder);
+            QCOMPARE(_view->groupShown(), group);
+            QCOMPARE(asked.size(), layouts);
+        }
     }
 
     void typing_filters_andReturnLaunchesTheOnlyOne()

@@ -97,50 +97,36 @@ private Q_SLOTS:
         }
     }
 
-    // What was typed at 0, and is no longer fresh at 1000; what it is scrolled by; the outcomes,
-    // each with the filter it leaves, and those of the wheel turned round.
+    // What was typed at 0, when it is scrolled (at 1000 it is no longer fresh) and by what; the
+    // outcomes, each with the filter it leaves, and those of the wheel turned round.
     void filter_decidesWhatScrollingDoes()
     {
-        const QPointF up(0, 1.2), left(6, 0.5);
-        const struct
-        {
-            QString filter;
-            qint64 now;
-            QList<QPointF> deltas;
-            QString outcomes, reversed;
-        } rows[] {
-            { {}, 0, { up, up }, u"cz cy "_s, u"ca cb "_s },
-            { u"b"_s, 0, { up, up, up }, u"ca c cz "_s, u"cc cd ce "_s },
-            { u"y"_s, 0, { -up, -up, -up }, u"cz c ca "_s, u"cx cw cv "_s },
-            { u"m"_s, 0, { { 0, 0.5 }, { 0, 0.5 }, { 0, 0.1 } }, u"-m -m cl "_s, u"-m -m cn "_s },
-            { u"m"_s, 0, { up * 0.75, up * -0.75, up * -0.75, up * -0.75 }, u"-m -m -m cn "_s,
-                u"-m -m -m cl "_s },
-            // A dead zone; as far sideways; beyond ASCII.
-            { u"m"_s, 0, { { 0, 1 }, { 0.00005, 0.00005 }, { 0, 0.001 } }, u"-m -m cl "_s,
-                u"-m -m cn "_s },
-            { u"7"_s, 0, { { 1.2, 1.2 } }, u"c "_s, u"c "_s },
-            { u"é"_s, 0, { up }, u"c "_s, u"c "_s },
-            { u"ab"_s, 999, { up }, u"-ab "_s, u"-ab "_s },
-            { u"ab"_s, 1000, { up }, u"cz "_s, u"ca "_s },
-            { u"ab"_s, 1000, { up / 2 }, u"c "_s, u"c "_s },
-            { u"ab"_s, 999, { left, left, left }, u"-ab -ab -ab "_s, u"-ab -ab -ab "_s },
-            { u"ab"_s, 1000, { left, left, left }, u"c - > "_s, u"c - > "_s },
-            { u"𐐨"_s, 999, { left, left, left }, u"-𐐨 -𐐨 -𐐨 "_s, u"-𐐨 -𐐨 -𐐨 "_s },
-            { u"𐐨"_s, 1000, { left, left, left }, u"-𐐨 -𐐨 >𐐨 "_s, u"-𐐨 -𐐨 >𐐨 "_s },
-        };
-        for (const auto &[filter, now, deltas, outcomes, reversed] : rows) {
+        for (const QString &row :
+            { u"|0|0,1.2 0,1.2|cz cy |ca cb "_s, u"b|0|0,1.2 0,1.2 0,1.2|ca c cz |cc cd ce "_s,
+                u"y|0|0,-1.2 0,-1.2 0,-1.2|cz c ca |cx cw cv "_s,
+                u"m|0|0,0.5 0,0.5 0,0.1|-m -m cl |-m -m cn "_s,
+                u"m|0|0,0.9 0,-0.9 0,-0.9 0,-0.9|-m -m -m cn |-m -m -m cl "_s,
+                // A dead zone; as far sideways; beyond ASCII.
+                u"m|0|0,1 0.00005,0.00005 0,0.001|-m -m cl |-m -m cn "_s, u"7|0|1.2,1.2|c |c "_s,
+                u"é|0|0,1.2|c |c "_s, u"ab|999|0,1.2|-ab |-ab "_s, u"ab|1000|0,1.2|cz |ca "_s,
+                u"ab|1000|0,0.6|c |c "_s, u"ab|999|6,0.5 6,0.5 6,0.5|-ab -ab -ab |-ab -ab -ab "_s,
+                u"ab|1000|6,0.5 6,0.5 6,0.5|c - > |c - > "_s,
+                u"𐐨|999|6,0.5 6,0.5 6,0.5|-𐐨 -𐐨 -𐐨 |-𐐨 -𐐨 -𐐨 "_s,
+                u"𐐨|1000|6,0.5 6,0.5 6,0.5|-𐐨 -𐐨 >𐐨 |-𐐨 -𐐨 >𐐨 "_s }) {
+            const QStringList part = row.split(u'|');
             for (const bool isReversed : { false, true }) {
                 SwipeDetector detector;
                 GridWheel wheel(detector);
                 TypeFilter typed;
-                typeInto(typed, filter);
+                typeInto(typed, part[0]);
                 QString found;
-                for (const QPointF &delta : deltas) {
-                    found +=
-                        letterOf(wheel.scroll(delta.x(), delta.y(), 0, isReversed, typed, now));
+                for (const QString &delta : part[2].split(u' ')) {
+                    const QStringList way = delta.split(u',');
+                    found += letterOf(wheel.scroll(way[0].toDouble(), way[1].toDouble(), 0,
+                        isReversed, typed, part[1].toLongLong()));
                     found += typed.string() + u' ';
                 }
-                QCOMPARE(found, isReversed ? reversed : outcomes);
+                QCOMPARE(found, part[isReversed ? 4 : 3]);
             }
         }
     }

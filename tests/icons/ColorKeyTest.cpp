@@ -96,12 +96,11 @@ private Q_SLOTS:
 
     void whatCannotBeJudged_isTold()
     {
-        for (const auto &[icon, problem] : std::initializer_list<std::pair<QString, Problem>> {
-                 { {}, Problem::NoColors }, { u"0 1 1 0"_s, Problem::ZeroPixelQuantity } }) {
+        for (const auto &[icon, problem] : { std::pair(u""_s, Problem::NoColors),
+                 std::pair(u"0 1 1 0"_s, Problem::ZeroPixelQuantity) }) {
             const ColorKey key = pickAndSortColors(colors(icon), asked({}));
             QCOMPARE(key.problem, problem);
-            QCOMPARE(key.colorSortValue, 10.0);
-            QVERIFY(key.sortedColors.isEmpty());
+            QVERIFY(key.colorSortValue == 10.0 && key.sortedColors.isEmpty());
         }
     }
 
@@ -118,20 +117,18 @@ private Q_SLOTS:
         }
     }
 
+    // "primary secondary grey", and the order.
     void otherColors_followInReverse()
     {
         const HclColors icon = colors(u"0 0 0 0, 0 0 0 1, 0 0 0 2, 0 0 0 3"_s);
-        const struct
-        {
-            int primary, secondary, gray;
-            const char *expected;
-        } rows[] { { 0, 0, 2, "0 0 3 1 2" }, { 3, 3, 0, "3 3 2 1 0" }, { 1, 1, 3, "1 1 2 0 3" },
-            { 1, 1, -1, "1 1 3 2 0" }, { 2, 2, 2, "2 2 3 1 0" }, { 1, 3, 1, "1 3 2 0 1" },
-            { 2, 0, 3, "2 0 2 1 3" }, { -1, 0, 0, "" }, { 4, 0, 0, "" }, { 0, -1, 0, "" },
-            { 0, 4, 0, "" } };
-        for (const auto &[primary, secondary, gray, expected] : rows) {
-            QCOMPARE(counts(colorArrayForPrimaryIndex(icon, primary, secondary, gray)),
-                QString::fromLatin1(expected));
+        for (const QString &row :
+            { u"0 0 2:0 0 3 1 2"_s, u"3 3 0:3 3 2 1 0"_s, u"1 1 3:1 1 2 0 3"_s,
+                u"1 1 -1:1 1 3 2 0"_s, u"2 2 2:2 2 3 1 0"_s, u"1 3 1:1 3 2 0 1"_s,
+                u"2 0 3:2 0 2 1 3"_s, u"-1 0 0:"_s, u"4 0 0:"_s, u"0 -1 0:"_s, u"0 4 0:"_s }) {
+            const QStringList part = row.split(u':'), index = part[0].split(u' ');
+            QCOMPARE(counts(colorArrayForPrimaryIndex(
+                         icon, index[0].toInt(), index[1].toInt(), index[2].toInt())),
+                part[1]);
         }
         QVERIFY(colorArrayForPrimaryIndex({}, 0, 0, 0).isEmpty());
     }

@@ -106,22 +106,6 @@ private Q_SLOTS:
         }
     }
 
-    void measuredIcons_haveTheirKeys()
-    {
-        constexpr double Red = 0.03381777572023835640, Gray = 1.23011994445758965335;
-        const IconParameters secondary = asked(0, true);
-        const std::tuple<QString, double, IconParameters> rows[] { { u"64*r"_s, Red, asked() },
-            { u"64*r"_s, 0.95048444238690502306, asked(30) },
-            { u"64*n"_s, 0.35477328636378548033, asked() }, { u"64*g"_s, Gray + 0.5, secondary },
-            { u"32*k 32*w"_s, 1.24999999033333365556, asked() },
-            { u"61*g 3*r"_s, 1.01690888786011917820, secondary },
-            { u"60*g 4*r"_s, Red, secondary } };
-        for (const auto &[picture, key, parameters] : rows) {
-            const IconMeasurement measured = measureIcon(image(picture), parameters);
-            QVERIFY(isNear(pickAndSortColors(measured.colors, parameters).colorSortValue, key));
-        }
-    }
-
     void shownColors_areThoseOfTheIcon()
     {
         const HclColors colors = measureIcon(image(u"gb"_s), asked()).colors;

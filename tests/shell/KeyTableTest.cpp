@@ -2,6 +2,8 @@
 
 #include "shell/ShellTest.h"
 
+
+#include "shell/ShellTest.h"
 #include <QSet>
 #include <QTemporaryFile>
 

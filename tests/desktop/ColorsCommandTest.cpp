@@ -128,23 +128,6 @@ private Q_SLOTS:
         QVERIFY(!text.output.contains('\x1b'));
     }
 
-    void whatIsNoApplication_isNotReadAsAPicture()
-    {
-        write(u"picture.desktop"_s, filled({ 2, 2 }, Qt::red));
-        _runner->write(u"link.desktop"_s, "[Desktop Entry]\nType=Link\nURL=http://a\n");
-        _runner->write(u"broken.desktop"_s, "[Desktop Entry]\nType=Application\nName=a\n");
-        write(u"red.png"_s, filled({ 2, 2 }, Qt::red));
-        _runner->write(u"cut.png"_s, _runner->read(u"red.png"_s).chopped(9));
-        _runner->writeEntry(u"cut"_s, "Icon=" + _runner->path(u"cut.png"_s).toUtf8() + "\n");
-        const auto result = run({ u"picture.desktop"_s, u"link.desktop"_s, u"broken.desktop"_s,
-            u"apps/cut.desktop"_s });
-        QCOMPARE(result.errorLines,
-            QStringList({ u"ortu: picture.desktop: binary"_s,
-                u"ortu: link.desktop: not an application"_s, u"ortu: broken.desktop: no Exec"_s,
-                u"ortu: apps/cut.desktop: its icon %1: cut off or damaged"_s.arg(
-                    _runner->path(u"cut.png"_s)) }));
-    }
-
     void names_areDataForTheTerminal()
     {
         const QString name = u"a\n\x1b[31mb\u0085.png"_s;
@@ -230,30 +213,6 @@ private Q_SLOTS:
         const auto laidOut = _runner->run(
             QStringList { u"--layout"_s, u"6"_s, u"--bounds"_s, u"900x90"_s } + byColor);
         QVERIFY(isInOrder(laidOut.output, { "  red", "  blue", "  black" }));
-    }
-
-    void picturesOfMorePixelsThanPoints_areDrawnSharply()
-    {
-        QByteArray stripes;
-        for (int x = 0; x < 64; x += 2) {
-            stripes +=
-                "<rect width='1' height='64' fill='#f00' x='" + QByteArray::number(x) + "'/>";
-        }
-        _runner->write(u"icon.svg"_s,
-            "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 64 64'>"
-            "<rect width='64' height='64' fill='#00f'/>"
-                + stripes + "</svg>");
-        _runner->writeEntry(u"a"_s, "Icon=" + _runner->path(u"icon.svg"_s).toUtf8() + "\n");
-        _runner->scanOnlyOwnApplications();
-        const QString file = _runner->path(u"picture.png"_s);
-        QCOMPARE(_runner->run({ u"--screenshot"_s, file, u"--scale"_s, u"2"_s }).exitCode, 0);
-        const QImage picture(file);
-        int mixed = 0;
-        for (int x = 0; x < picture.width(); ++x) {
-            const QColor color = picture.pixelColor(x, picture.height() / 2);
-            mixed += color.red() > 90 && color.blue() > 90 ? 1 : 0;
-        }
-        QCOMPARE(mixed, 0);
     }
 
 private:

@@ -8,13 +8,7 @@
 
 #include <QApplication>
 #include <QScreen>
-#include <QSignalSpy>
-#include <QTest>
 #include <QWidget>
-
-#include <memory>
-
-using namespace Qt::Literals::StringLiterals;
 
 Q_DECLARE_METATYPE(ActivationStamp)
 
@@ -45,22 +39,170 @@ class HotSpotDesktopTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void places_areTurnedIntoPixels_data();
-    void places_areTurnedIntoPixels();
-    void thePointer_entersAndLeaves_data();
-    void thePointer_entersAndLeaves();
-    void aPointerThatRestsThere_hasNotEntered();
-    void anotherPlace_isTheOnlyOne();
-    void noPlace_isRefused();
-    void windowsAbove_doNotHideIt_data();
-    void windowsAbove_doNotHideIt();
-    void aWindowThatComesBetween_isNoExitOfThePointer();
-    void aPointerThatGoesUnderCover_hasLeft();
-    void whoHoldsThePointer_keepsItAway();
-    void aDrag_entersAndIsRefused();
-    void theWholeThing_waitsActsAndIsRed();
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".?"_s));
+        QCOMPARE(QGuiApplication::platformName(), u"xcb"_s);
+        Pointer::move(Pointer::away);
+        _desktop = makeFreedesktopDesktop();
+        _spot = &_desktop->hotSpot();
+        _entered = std::make_unique<QSignalSpy>(_spot, &HotSpot::entered);
+        _left = std::make_unique<QSignalSpy>(_spot, &HotSpot::left);
+    }
+
+    void cleanup() { _desktop.reset(); }
+
+    void places_areTurnedIntoPixels()
+    {
+        const QRect whole(0, 0, 1280, 800);
+        QCOMPARE(XHotSpot::devicePixels({ 1276, 796, 4, 4 }, whole, 1), QRect(1276, 796, 4, 4));
+        QCOMPARE(XHotSpot::devicePixels({ 0, 28, 1, 744 }, whole, 2), QRect(0, 56, 2, 1488));
+        // A second screen, whose origin is in pixels already.
+        QCOMPARE(XHotSpot::devicePixels({ 2560, 796, 4, 4 }, { 2560, 0, 1280, 800 }, 2),
+            QRect(2560, 1592, 8, 9));
+        // 1000 pixels are 333 points, and 333 points are 999 pixels.
+        QCOMPARE(XHotSpot::devicePixels({ 332, 28, 1, 277 }, { 0, 0, 333, 333 }, 3),
+            QRect(996, 84, 4, 831));
+    }
+
+    void thePointer_entersAndLeaves()
+    {
+        const QList<QPoint> places { { 0, 0 }, { 0, 400 }, { 0, 799 }, { 640, 799 }, { 1279, 799 },
+            { 1279, 400 }, { 1279, 0 } };
+        const QRectF frame = OTHotSpotWindow::screenFrame();
+        for (int i = 0; i < places.size(); ++i) {
+            const OTHotSpotWindow window(
+                *_spot, OTHotSpotWindow::hotSpotRect(i + 1, frame), nullptr);
+            Pointer::move(places[i]);
+            QTRY_COMPARE(_entered->count(), i + 1);
+            QVERIFY(_entered->last().first().value<ActivationStamp>().time != 0);
+            QCOMPARE(_left->count(), i);
+            Pointer::move(Pointer::away);
+            QTRY_COMPARE(_left->count(), i + 1);
+        }
+    }
+
+    void aPointerThatRestsThere_hasNotEntered()
+    {
+        Pointer::move(inCorner);
+        QVERIFY(_spot->place(corner));
+        Pointer::move(Pointer::away);
+        Pointer::move(inCorner);
+        QTRY_COMPARE(_entered->count(), 1);
+        QCOMPARE(_left->count(), 0);
+    }
+
+    void anotherPlace_isTheOnlyOne()
+    {
+        QVERIFY(_spot->place(corner));
+        Pointer::move(inCorner);
+        QTRY_COMPARE(_entered->count(), 1);
+        QVERIFY(_spot->place(QRect(1276, 0, 4, 4)));
+        QCOMPARE(_left->count(), 1);
+        Pointer::move(Pointer::away);
+        Pointer::move(inCorner);
+        Pointer::move({ 1278, 2 });
+        QTRY_COMPARE(_entered->count(), 2);
+        _spot->remove();
+        QCOMPARE(_left->count(), 2);
+        Pointer::move(Pointer::away);
+        Pointer::move({ 1278, 2 });
+        QVERIFY(_spot->place(corner));
+        QCOMPARE(_entered->count(), 2);
+    }
+
+    void windowsAbove_doNotHideIt()
+    {
+        QVERIFY(_spot->place(corner));
+        const auto enters = [this] {
+            Pointer::move(Pointer::away);
+            Pointer::move(inCorner);
+            return !_entered->isEmpty();
+        };
+        for (const Qt::WindowFlags flags : { Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint,
+                 Qt::FramelessWindowHint | Qt::BypassWindowManagerHint }) {
+            _entered->clear();
+            const auto first = shown({ 0, 500, 300, 300 }, flags);
+            const auto second = shown({ 0, 600, 200, 200 }, flags);
+            first->raise();
+            // It may take its time to rise: another one might insist.
+            QTRY_VERIFY(enters());
+        }
+    }
+
+    void aWindowThatComesBetween_isNoExitOfThePointer()
+    {
+        QVERIFY(_spot->place(corner));
+        Pointer::move(inCorner);
+        QTRY_COMPARE(_entered->count(), 1);
+        for (int i = 0; i < 3; ++i) {
+            const auto window =
+                shown({ 0, 500, 300, 300 }, Qt::Window | Qt::BypassWindowManagerHint);
+        }
+        QCOMPARE(_left->count(), 0);
+        Pointer::move(Pointer::away);
+        QTRY_COMPARE(_left->count(), 1);
+        QCOMPARE(_entered->count(), 1);
+    }
+
+    // The program does not get to raise the spot before the pointer has gone.
+    void aPointerThatGoesUnderCover_hasLeft()
+    {
+        QVERIFY(_spot->place(corner));
+        Pointer::move(inCorner);
+        QTRY_COMPARE(_entered->count(), 1);
+        Pointer::use({ u"mousemove"_s, u"1"_s, u"797"_s, u"mousemove"_s, u"2"_s, u"798"_s });
+        QWidget cover(nullptr, Qt::Window | Qt::BypassWindowManagerHint);
+        cover.setGeometry(0, 500, 300, 300);
+        cover.show();
+        QProcess::execute(u"xdotool"_s, { u"mousemove"_s, u"150"_s, u"650"_s });
+        QTRY_COMPARE(_left->count(), 1);
+        QCOMPARE(_entered->count(), 1);
+    }
+
+    void aDrag_entersAndIsRefused()
+    {
+        QVERIFY(_spot->place(corner));
+        Pointer::Drag drag;
+        Pointer::move({ 20, 780 });
+        Pointer::move(inCorner);
+        QTRY_COMPARE(_entered->count(), 1);
+        QVERIFY(_entered->first().first().value<ActivationStamp>().time != 0);
+        Pointer::move({ 3, 797 });
+        Pointer::move({ 30, 770 });
+        QTRY_COMPARE(_left->count(), 1);
+        Pointer::move({ 20, 780 });
+        Pointer::move(inCorner);
+        QTRY_COMPARE(_entered->count(), 2);
+        QCOMPARE(drag.drop(), QByteArray("refused"));
+        QTRY_COMPARE(_left->count(), 2);
+    }
+
+    void theWholeThing_waitsActsAndIsRed()
+    {
+        UserDefaults defaults;
+        UserDefaults::setStandard(&defaults);
+        defaults.registerDefaults(
+            { { u"cursorHotSpotDelay"_s, 0.35F }, { u"highlightHotSpots"_s, false } });
+        defaults.setObject(u"highlightHotSpots"_s, true);
+        int actions = 0;
+        const QRectF rect = OTHotSpotWindow::hotSpotRect(4, OTHotSpotWindow::screenFrame());
+        OTHotSpotWindow window(*_spot, rect, [&](const ActivationStamp &stamp) {
+            ++actions;
+            QVERIFY(stamp.time != 0);
+        });
+        const QPoint middle(640, 799);
+        const QColor before = pixelAt(middle);
+        Pointer::move(middle);
+        QTRY_COMPARE(pixelAt(middle), QColor(Qt::red));
+        QVERIFY(!window.view().isActiveWindow());
+        QTRY_COMPARE(actions, 1);
+        // The mark takes nothing away from the spot below.
+        QVERIFY(_left->isEmpty());
+        Pointer::move(Pointer::away);
+        QTRY_COMPARE(pixelAt(middle), before);
+        QCOMPARE(actions, 1);
+    }
 
 private:
     std::unique_ptr<Desktop> _desktop;
@@ -68,225 +210,6 @@ private:
     std::unique_ptr<QSignalSpy> _entered;
     std::unique_ptr<QSignalSpy> _left;
 };
-
-void HotSpotDesktopTest::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".?"_s));
-    QCOMPARE(QGuiApplication::platformName(), u"xcb"_s);
-    Pointer::move(Pointer::away);
-    _desktop = makeFreedesktopDesktop();
-    _spot = &_desktop->hotSpot();
-    _entered = std::make_unique<QSignalSpy>(_spot, &HotSpot::entered);
-    _left = std::make_unique<QSignalSpy>(_spot, &HotSpot::left);
-}
-
-void HotSpotDesktopTest::cleanup()
-{
-    _desktop.reset();
-}
-
-void HotSpotDesktopTest::places_areTurnedIntoPixels_data()
-{
-    QTest::addColumn<QRect>("area");
-    QTest::addColumn<QRect>("screen");
-    QTest::addColumn<qreal>("ratio");
-    QTest::addColumn<QRect>("pixels");
-
-    const QRect whole(0, 0, 1280, 800);
-    QTest::newRow("plain") << QRect(1276, 796, 4, 4) << whole << 1.0 << QRect(1276, 796, 4, 4);
-    QTest::newRow("fine") << QRect(0, 28, 1, 744) << whole << 2.0 << QRect(0, 56, 2, 1488);
-    QTest::newRow("second screen, whose origin is in pixels already")
-        << QRect(2560, 796, 4, 4) << QRect(2560, 0, 1280, 800) << 2.0 << QRect(2560, 1592, 8, 9);
-    // 1000 pixels are 333 points, and 333 points are 999 pixels.
-    const QRect odd(0, 0, 333, 333);
-    QTest::newRow("the last pixel is no whole point")
-        << QRect(332, 28, 1, 277) << odd << 3.0 << QRect(996, 84, 4, 831);
-}
-
-void HotSpotDesktopTest::places_areTurnedIntoPixels()
-{
-    QFETCH(QRect, area);
-    QFETCH(QRect, screen);
-    QFETCH(qreal, ratio);
-    QTEST(XHotSpot::devicePixels(area, screen, ratio), "pixels");
-}
-
-void HotSpotDesktopTest::thePointer_entersAndLeaves_data()
-{
-    QTest::addColumn<int>("location");
-    QTest::addColumn<QPoint>("inside");
-
-    QTest::newRow("upper left") << 1 << QPoint(0, 0);
-    QTest::newRow("left") << 2 << QPoint(0, 400);
-    QTest::newRow("lower left") << 3 << QPoint(0, 799);
-    QTest::newRow("bottom") << 4 << QPoint(640, 799);
-    QTest::newRow("lower right") << 5 << QPoint(1279, 799);
-    QTest::newRow("right") << 6 << QPoint(1279, 400);
-    QTest::newRow("upper right") << 7 << QPoint(1279, 0);
-}
-
-void HotSpotDesktopTest::thePointer_entersAndLeaves()
-{
-    QFETCH(int, location);
-    QFETCH(QPoint, inside);
-    const QRectF frame = OTHotSpotWindow::screenFrame();
-    const OTHotSpotWindow window(*_spot, OTHotSpotWindow::hotSpotRect(location, frame), nullptr);
-    QVERIFY(window.isPlaced());
-    Pointer::move(inside);
-    QTRY_COMPARE(_entered->count(), 1);
-    QVERIFY(_entered->first().first().value<ActivationStamp>().time != 0);
-    QCOMPARE(_left->count(), 0);
-    Pointer::move(Pointer::away);
-    QTRY_COMPARE(_left->count(), 1);
-    QCOMPARE(_entered->count(), 1);
-}
-
-void HotSpotDesktopTest::aPointerThatRestsThere_hasNotEntered()
-{
-    Pointer::move(inCorner);
-    QVERIFY(_spot->place(corner));
-    Pointer::move(Pointer::away);
-    Pointer::move(inCorner);
-    QTRY_COMPARE(_entered->count(), 1);
-    QCOMPARE(_left->count(), 0);
-}
-
-void HotSpotDesktopTest::anotherPlace_isTheOnlyOne()
-{
-    QVERIFY(_spot->place(corner));
-    Pointer::move(inCorner);
-    QTRY_COMPARE(_entered->count(), 1);
-    QVERIFY(_spot->place(QRect(1276, 0, 4, 4)));
-    QCOMPARE(_left->count(), 1);
-    Pointer::move(Pointer::away);
-    Pointer::move(inCorner);
-    Pointer::move({ 1278, 2 });
-    QTRY_COMPARE(_entered->count(), 2);
-    _spot->remove();
-    QCOMPARE(_left->count(), 2);
-    Pointer::move(Pointer::away);
-    Pointer::move({ 1278, 2 });
-    QVERIFY(_spot->place(corner));
-    QCOMPARE(_entered->count(), 2);
-}
-
-void HotSpotDesktopTest::noPlace_isRefused()
-{
-    QVERIFY(!_spot->place({}));
-    QVERIFY(!_spot->place(QRect(1280, 0, 4, 4)));
-}
-
-void HotSpotDesktopTest::windowsAbove_doNotHideIt_data()
-{
-    QTest::addColumn<Qt::WindowFlags>("flags");
-
-    QTest::newRow("ordinary") << Qt::WindowFlags(Qt::Window | Qt::FramelessWindowHint);
-    QTest::newRow("on top") << Qt::WindowFlags(
-        Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    QTest::newRow("not managed") << Qt::WindowFlags(Qt::Window | Qt::BypassWindowManagerHint);
-}
-
-void HotSpotDesktopTest::windowsAbove_doNotHideIt()
-{
-    QFETCH(Qt::WindowFlags, flags);
-    QVERIFY(_spot->place(corner));
-    const auto first = shown({ 0, 500, 300, 300 }, flags);
-    const auto second = shown({ 0, 600, 200, 200 }, flags);
-    first->raise();
-    // It may take its time to rise: somebody else might insist.
-    QTRY_VERIFY([this] {
-        Pointer::move(Pointer::away);
-        Pointer::move(inCorner);
-        return !_entered->isEmpty();
-    }());
-}
-
-void HotSpotDesktopTest::aWindowThatComesBetween_isNoExitOfThePointer()
-{
-    QVERIFY(_spot->place(corner));
-    Pointer::move(inCorner);
-    QTRY_COMPARE(_entered->count(), 1);
-    for (int i = 0; i < 3; ++i) {
-        const auto window = shown({ 0, 500, 300, 300 }, Qt::Window | Qt::BypassWindowManagerHint);
-    }
-    QCOMPARE(_left->count(), 0);
-    Pointer::move(Pointer::away);
-    QTRY_COMPARE(_left->count(), 1);
-    QCOMPARE(_entered->count(), 1);
-}
-
-// The program does not get to raise the spot before the pointer has gone.
-void HotSpotDesktopTest::aPointerThatGoesUnderCover_hasLeft()
-{
-    QVERIFY(_spot->place(corner));
-    Pointer::move(inCorner);
-    QTRY_COMPARE(_entered->count(), 1);
-    Pointer::use({ u"mousemove"_s, u"1"_s, u"797"_s, u"mousemove"_s, u"2"_s, u"798"_s });
-    QWidget cover(nullptr, Qt::Window | Qt::BypassWindowManagerHint);
-    cover.setGeometry(0, 500, 300, 300);
-    cover.show();
-    QProcess::execute(u"xdotool"_s, { u"mousemove"_s, u"150"_s, u"650"_s });
-    QTRY_COMPARE(_left->count(), 1);
-    QCOMPARE(_entered->count(), 1);
-}
-
-void HotSpotDesktopTest::whoHoldsThePointer_keepsItAway()
-{
-    QVERIFY(_spot->place(corner));
-    const auto window = shown({ 300, 300, 200, 200 }, Qt::Window | Qt::BypassWindowManagerHint);
-    Pointer::move({ 400, 400 });
-    Pointer::press();
-    Pointer::move(inCorner);
-    Pointer::release();
-    Pointer::move(Pointer::away);
-    Pointer::move(inCorner);
-    QTRY_COMPARE(_entered->count(), 1);
-    QCOMPARE(_left->count(), 0);
-}
-
-void HotSpotDesktopTest::aDrag_entersAndIsRefused()
-{
-    QVERIFY(_spot->place(corner));
-    Pointer::Drag drag;
-    Pointer::move({ 20, 780 });
-    Pointer::move(inCorner);
-    QTRY_COMPARE(_entered->count(), 1);
-    QVERIFY(_entered->first().first().value<ActivationStamp>().time != 0);
-    Pointer::move({ 3, 797 });
-    Pointer::move({ 30, 770 });
-    QTRY_COMPARE(_left->count(), 1);
-    Pointer::move({ 20, 780 });
-    Pointer::move(inCorner);
-    QTRY_COMPARE(_entered->count(), 2);
-    QCOMPARE(drag.drop(), QByteArray("refused"));
-    QTRY_COMPARE(_left->count(), 2);
-}
-
-void HotSpotDesktopTest::theWholeThing_waitsActsAndIsRed()
-{
-    UserDefaults defaults;
-    UserDefaults::setStandard(&defaults);
-    defaults.registerDefaults(
-        { { u"cursorHotSpotDelay"_s, 0.35F }, { u"highlightHotSpots"_s, false } });
-    defaults.setObject(u"highlightHotSpots"_s, true);
-    int actions = 0;
-    const QRectF rect = OTHotSpotWindow::hotSpotRect(4, OTHotSpotWindow::screenFrame());
-    OTHotSpotWindow window(*_spot, rect, [&](const ActivationStamp &stamp) {
-        ++actions;
-        QVERIFY(stamp.time != 0);
-    });
-    const QPoint middle(640, 799);
-    const QColor before = pixelAt(middle);
-    Pointer::move(middle);
-    QTRY_COMPARE(pixelAt(middle), QColor(Qt::red));
-    QVERIFY(!window.view().isActiveWindow());
-    QTRY_COMPARE(actions, 1);
-    // The mark takes nothing away from the spot below.
-    QVERIFY(_left->isEmpty());
-    Pointer::move(Pointer::away);
-    QTRY_COMPARE(pixelAt(middle), before);
-    QCOMPARE(actions, 1);
-}
 
 QTEST_MAIN(HotSpotDesktopTest)
 

@@ -1,20 +1,12 @@
 // Whether the desktop wants movement, by each of the ways in which desktops say so.
 
+#include "desktop/Programs.h"
 #include "platform/FileTree.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
 #include "platform/freedesktop/x11/XSettings.h"
 
 #include <QGuiApplication>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QTest>
 #include <QtEndian>
-
-#include <cstdlib>
-#include <memory>
-#include <xcb/xcb.h>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -48,42 +40,17 @@ QByteArray settings(qint32 animations, bool isBigEndian)
 }
 
 // A settings daemon, until it goes.
-class Daemon
+class Daemon : public XClient
 {
 public:
-    Daemon()
-        : _connection(xcb_connect(nullptr, nullptr))
-        , _window(xcb_generate_id(_connection))
-    {
-        const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(_connection)).data->root;
-        xcb_create_window(_connection, XCB_COPY_FROM_PARENT, _window, root, 0, 0, 1, 1, 0,
-            XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-        xcb_set_selection_owner(_connection, _window, atom("_XSETTINGS_S0"), XCB_CURRENT_TIME);
-        xcb_flush(_connection);
-    }
-    ~Daemon() { xcb_disconnect(_connection); }
-    Q_DISABLE_COPY_MOVE(Daemon)
-
+    Daemon() { own("_XSETTINGS_S0"); }
     void write(const QByteArray &bytes)
     {
         const xcb_atom_t name = atom("_XSETTINGS_SETTINGS");
-        xcb_change_property(_connection, XCB_PROP_MODE_REPLACE, _window, name, name, 8,
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, name, name, 8,
             quint32(bytes.size()), bytes.constData());
-        xcb_flush(_connection);
+        xcb_flush(connection);
     }
-
-private:
-    xcb_atom_t atom(const QByteArray &name)
-    {
-        xcb_intern_atom_reply_t *const reply = xcb_intern_atom_reply(_connection,
-            xcb_intern_atom(_connection, 0, quint16(name.size()), name.constData()), nullptr);
-        const xcb_atom_t atom = reply->atom;
-        std::free(reply);
-        return atom;
-    }
-
-    xcb_connection_t *_connection;
-    xcb_window_t _window;
 };
 
 } // namespace
@@ -93,14 +60,114 @@ class MotionTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void settingsDaemon_isHeard();
-    void settingsThatAreDamaged_endEarly();
-    void settingsFiles_areReadAgain_data();
-    void settingsFiles_areReadAgain();
-    void choiceInGSettings_isHeard();
-    void firstThatSaysAnything_decides();
+    // GLib remembers from the first question on where schemas and settings are.
+    void initTestCase()
+    {
+        _tree.add(u"schemas/a.gschema.xml"_s,
+            "<schemalist><schema id='org.gnome.desktop.interface' "
+            "path='/org/gnome/desktop/interface/'>"
+            "<key name='enable-animations' type='b'><default>true</default></key>"
+            "</schema></schemalist>");
+        QCOMPARE(QProcess::execute(u"glib-compile-schemas"_s, { _tree.path(u"schemas"_s) }), 0);
+        choose(nullptr);
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(_tree.path(u"config"_s)));
+        qputenv("XDG_CONFIG_DIRS", QFile::encodeName(_tree.path(u"system"_s)));
+        qputenv("GSETTINGS_SCHEMA_DIR", QFile::encodeName(_tree.path(u"schemas"_s)));
+        qputenv("GSETTINGS_BACKEND", "keyfile");
+    }
+
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        qputenv("XDG_CURRENT_DESKTOP", "Test");
+    }
+
+    void settingsDaemon_isHeard()
+    {
+        const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
+        const Motion &motion = desktop->motion();
+        QVERIFY(!motion.isReduced());
+        for (const bool isBigEndian : { false, true }) {
+            Daemon daemon;
+            daemon.write(settings(0, isBigEndian));
+            QTRY_VERIFY(motion.isReduced());
+            daemon.write(settings(1, isBigEndian));
+            QTRY_VERIFY(!motion.isReduced());
+            daemon.write(settings(0, isBigEndian));
+            QTRY_VERIFY(motion.isReduced());
+            // Right from the start, before anything can have been told.
+            QVERIFY(makeFreedesktopDesktop()->motion().isReduced());
+        }
+        QTRY_VERIFY(!motion.isReduced());
+    }
+
+    void settingsFiles_areReadAgain_data()
+    {
+        QTest::addColumn<QByteArray>("desktop");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("still");
+        QTest::addColumn<QByteArray>("moving");
+        const QByteArray toolkit = "[Settings]\ngtk-enable-animations=";
+        const QByteArray kde = "[KDE]\nAnimationDurationFactor=";
+        QTest::newRow("GTK 3") << QByteArray("Test") << u"config/gtk-3.0/settings.ini"_s
+                               << toolkit + "0" << toolkit + "1";
+        QTest::newRow("GTK 4") << QByteArray("Test") << u"config/gtk-4.0/settings.ini"_s
+                               << toolkit + "false" << toolkit + "true";
+        QTest::newRow("of the system") << QByteArray("KDE") << u"system/gtk-4.0/settings.ini"_s
+                                       << toolkit + "0" << QByteArray();
+        QTest::newRow("KDE") << QByteArray("KDE") << u"config/kdeglobals"_s << kde + "0"
+                             << kde + "0.5";
+    }
+
+    void settingsFiles_areReadAgain()
+    {
+        QFETCH(QByteArray, desktop);
+        QFETCH(QString, file);
+        QFETCH(QByteArray, still);
+        QFETCH(QByteArray, moving);
+        qputenv("XDG_CURRENT_DESKTOP", desktop);
+        const std::unique_ptr<Desktop> made = makeFreedesktopDesktop();
+        QVERIFY(!made->motion().isReduced());
+        const QString path = _tree.add(file, still);
+        QVERIFY(made->motion().isReduced());
+        _tree.add(file, moving);
+        QVERIFY(!made->motion().isReduced());
+        _tree.add(file, still);
+        QVERIFY(made->motion().isReduced());
+        QVERIFY(QFile::remove(path));
+        QVERIFY(!made->motion().isReduced());
+    }
+
+    void choiceInGSettings_isHeard()
+    {
+        const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
+        QVERIFY(!desktop->motion().isReduced());
+        choose("false");
+        QTRY_VERIFY(desktop->motion().isReduced());
+        choose("true");
+        QTRY_VERIFY(!desktop->motion().isReduced());
+        choose(nullptr);
+    }
+
+    void firstThatSaysAnything_decides()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "KDE");
+        const std::unique_ptr<Desktop> kde = makeFreedesktopDesktop();
+        qputenv("XDG_CURRENT_DESKTOP", "GNOME");
+        const std::unique_ptr<Desktop> gnome = makeFreedesktopDesktop();
+        const auto answers = [&] {
+            return std::pair(kde->motion().isReduced(), gnome->motion().isReduced());
+        };
+        _tree.add(u"config/gtk-3.0/settings.ini"_s, "[Settings]\ngtk-enable-animations=0\n");
+        QTRY_COMPARE(answers(), std::pair(true, true));
+        choose("true");
+        QTRY_COMPARE(answers(), std::pair(false, false));
+        Daemon daemon;
+        daemon.write(settings(0, false));
+        QTRY_COMPARE(answers(), std::pair(true, true));
+        _tree.add(u"config/kdeglobals"_s, "[KDE]\nAnimationDurationFactor=1\n");
+        QCOMPARE(answers(), std::pair(false, true));
+    }
 
 private:
     void choose(const char *value)
@@ -113,128 +180,6 @@ private:
 
     FileTree _tree;
 };
-
-// GLib remembers from the first question on where schemas and settings are.
-void MotionTest::initTestCase()
-{
-    _tree.add(u"schemas/a.gschema.xml"_s,
-        "<schemalist><schema id='org.gnome.desktop.interface' path='/org/gnome/desktop/interface/'>"
-        "<key name='enable-animations' type='b'><default>true</default></key>"
-        "</schema></schemalist>");
-    QCOMPARE(QProcess::execute(u"glib-compile-schemas"_s, { _tree.path(u"schemas"_s) }), 0);
-    choose(nullptr);
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(_tree.path(u"config"_s)));
-    qputenv("XDG_CONFIG_DIRS", QFile::encodeName(_tree.path(u"system"_s)));
-    qputenv("GSETTINGS_SCHEMA_DIR", QFile::encodeName(_tree.path(u"schemas"_s)));
-    qputenv("GSETTINGS_BACKEND", "keyfile");
-}
-
-void MotionTest::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-    qputenv("XDG_CURRENT_DESKTOP", "Test");
-}
-
-void MotionTest::settingsDaemon_isHeard()
-{
-    const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
-    const Motion &motion = desktop->motion();
-    QVERIFY(!motion.isReduced());
-    for (const bool isBigEndian : { false, true }) {
-        Daemon daemon;
-        daemon.write(settings(0, isBigEndian));
-        QTRY_VERIFY(motion.isReduced());
-        daemon.write(settings(1, isBigEndian));
-        QTRY_VERIFY(!motion.isReduced());
-        daemon.write(settings(0, isBigEndian));
-        QTRY_VERIFY(motion.isReduced());
-        // Right from the start, before anything can have been told.
-        QVERIFY(makeFreedesktopDesktop()->motion().isReduced());
-    }
-    QTRY_VERIFY(!motion.isReduced());
-}
-
-void MotionTest::settingsThatAreDamaged_endEarly()
-{
-    const QByteArray whole = settings(0, false);
-    QCOMPARE(XSettings::numbersIn(whole).value("Gtk/EnableAnimations", 1), 0);
-    for (qsizetype size = 0; size < whole.size(); ++size) {
-        QVERIFY(XSettings::numbersIn(whole.left(size)).isEmpty());
-    }
-    QByteArray endless = whole;
-    endless.replace(8, 4, "\xff\xff\xff\xff");
-    QCOMPARE(XSettings::numbersIn(endless), XSettings::numbersIn(whole));
-    // A text longer than anything.
-    endless.replace(endless.indexOf("\5"), 4, "\xff\xff\xff\xff");
-    QVERIFY(XSettings::numbersIn(endless).isEmpty());
-}
-
-void MotionTest::settingsFiles_areReadAgain_data()
-{
-    QTest::addColumn<QByteArray>("desktop");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QByteArray>("still");
-    QTest::addColumn<QByteArray>("moving");
-    const QByteArray toolkit = "[Settings]\ngtk-enable-animations=";
-    const QByteArray kde = "[KDE]\nAnimationDurationFactor=";
-    QTest::newRow("GTK 3") << QByteArray("Test") << u"config/gtk-3.0/settings.ini"_s
-                           << toolkit + "0" << toolkit + "1";
-    QTest::newRow("GTK 4") << QByteArray("Test") << u"config/gtk-4.0/settings.ini"_s
-                           << toolkit + "false" << toolkit + "true";
-    QTest::newRow("of the system")
-        << QByteArray("KDE") << u"system/gtk-4.0/settings.ini"_s << toolkit + "0" << QByteArray();
-    QTest::newRow("KDE") << QByteArray("KDE") << u"config/kdeglobals"_s << kde + "0" << kde + "0.5";
-}
-
-void MotionTest::settingsFiles_areReadAgain()
-{
-    QFETCH(QByteArray, desktop);
-    QFETCH(QString, file);
-    QFETCH(QByteArray, still);
-    QFETCH(QByteArray, moving);
-    qputenv("XDG_CURRENT_DESKTOP", desktop);
-    const std::unique_ptr<Desktop> made = makeFreedesktopDesktop();
-    QVERIFY(!made->motion().isReduced());
-    const QString path = _tree.add(file, still);
-    QVERIFY(made->motion().isReduced());
-    _tree.add(file, moving);
-    QVERIFY(!made->motion().isReduced());
-    _tree.add(file, still);
-    QVERIFY(made->motion().isReduced());
-    QVERIFY(QFile::remove(path));
-    QVERIFY(!made->motion().isReduced());
-}
-
-void MotionTest::choiceInGSettings_isHeard()
-{
-    const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
-    QVERIFY(!desktop->motion().isReduced());
-    choose("false");
-    QTRY_VERIFY(desktop->motion().isReduced());
-    choose("true");
-    QTRY_VERIFY(!desktop->motion().isReduced());
-    choose(nullptr);
-}
-
-void MotionTest::firstThatSaysAnything_decides()
-{
-    qputenv("XDG_CURRENT_DESKTOP", "KDE");
-    const std::unique_ptr<Desktop> kde = makeFreedesktopDesktop();
-    qputenv("XDG_CURRENT_DESKTOP", "GNOME");
-    const std::unique_ptr<Desktop> gnome = makeFreedesktopDesktop();
-    const auto answers = [&] {
-        return std::pair(kde->motion().isReduced(), gnome->motion().isReduced());
-    };
-    _tree.add(u"config/gtk-3.0/settings.ini"_s, "[Settings]\ngtk-enable-animations=0\n");
-    QTRY_COMPARE(answers(), std::pair(true, true));
-    choose("true");
-    QTRY_COMPARE(answers(), std::pair(false, false));
-    Daemon daemon;
-    daemon.write(settings(0, false));
-    QTRY_COMPARE(answers(), std::pair(true, true));
-    _tree.add(u"config/kdeglobals"_s, "[KDE]\nAnimationDurationFactor=1\n");
-    QCOMPARE(answers(), std::pair(false, true));
-}
 
 QTEST_MAIN(MotionTest)
 

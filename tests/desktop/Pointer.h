@@ -2,11 +2,9 @@
 
 #pragma once
 
-#include <QCoreApplication>
+#include "desktop/Programs.h"
+
 #include <QPoint>
-#include <QProcess>
-#include <QStringList>
-#include <QTest>
 
 namespace Pointer {
 
@@ -16,7 +14,7 @@ constexpr QPoint away(400, 600);
 inline void use(const QStringList &arguments)
 {
     QProcess process;
-    process.start(QStringLiteral("xdotool"), arguments);
+    process.start(u"xdotool"_s, arguments);
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.readAllStandardError(), QByteArray());
     QCOMPARE(process.exitCode(), 0);
@@ -26,50 +24,39 @@ inline void use(const QStringList &arguments)
 
 inline void move(const QPoint &to)
 {
-    use({ QStringLiteral("mousemove"), QString::number(to.x()), QString::number(to.y()) });
+    use({ u"mousemove"_s, QString::number(to.x()), QString::number(to.y()) });
 }
 
 inline void press(int button = 1)
 {
-    use({ QStringLiteral("mousedown"), QString::number(button) });
+    use({ u"mousedown"_s, QString::number(button) });
 }
 
 inline void release(int button = 1)
 {
-    use({ QStringLiteral("mouseup"), QString::number(button) });
+    use({ u"mouseup"_s, QString::number(button) });
 }
 
 // Drags a file out of another program.
-class Drag
+class Drag : public OtherProcess
 {
 public:
     Drag()
+        : OtherProcess(qEnvironmentVariable("ORTU_DRAG_SOURCE"), {})
     {
-        _source.start(qEnvironmentVariable("ORTU_DRAG_SOURCE"), {});
-        use({ QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--onlyvisible"),
-            QStringLiteral("--name"), QStringLiteral("^Drag Source$") });
+        use({ u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, u"^Drag Source$"_s });
         move({ 640, 340 });
         press();
         move({ 655, 340 });
         move({ 670, 340 });
     }
-    ~Drag()
-    {
-        _source.terminate();
-        _source.waitForFinished();
-    }
-    Q_DISABLE_COPY_MOVE(Drag)
-
     // What became of the file.
     QByteArray drop()
     {
         release();
-        [this] { QTRY_VERIFY(_source.canReadLine()); }();
-        return _source.readLine().trimmed();
+        [this] { QTRY_VERIFY(canReadLine()); }();
+        return readLine().trimmed();
     }
-
-private:
-    QProcess _source;
 };
 
 } // namespace Pointer

@@ -49,12 +49,89 @@ class ReadmeTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void callsDoWhatTheySay_data();
-    void callsDoWhatTheySay();
-    void optionsAreInTheHelp();
-    void aMissingFile_isRefused();
-    void cleanupTestCase();
+    void initTestCase()
+    {
+        QVERIFY(documented(u"ortu --"_s).size() > 10);
+        _runner.writeEntry(u"alpha"_s, "Icon=" + _picture.toUtf8() + "\n");
+        _runner.scanOnlyOwnApplications();
+        QImage red(8, 8, QImage::Format_RGB32);
+        red.fill(Qt::red);
+        QVERIFY(red.save(_picture));
+    }
+
+    void callsDoWhatTheySay_data()
+    {
+        const QHash<QString, QString> samples { { u"FILE…"_s, _picture }, { u"FILE.png"_s, _drawn },
+            { u"OUT.png"_s, _drawn }, { u"GROUP"_s, u"allApps"_s }, { u"WxH"_s, u"800x600"_s },
+            { u"X,Y"_s, u"20,20"_s }, { u"…"_s, u"30,30"_s }, { u"N"_s, u"2"_s },
+            { u"F"_s, u"2"_s }, { u"KEY"_s, u"iconPadding"_s }, { u"VALUE"_s, u"3"_s } };
+        QTest::addColumn<QStringList>("arguments");
+        for (const QString &call : documented(u"ortu\\b"_s)) {
+            for (const QString &variant : variants(call)) {
+                QStringList arguments = variant.split(u' ').mid(1);
+                for (QString &argument : arguments) {
+                    argument = samples.value(argument, argument);
+                }
+                QTest::newRow(qPrintable(variant)) << arguments;
+            }
+        }
+    }
+
+    void callsDoWhatTheySay()
+    {
+        QFETCH(const QStringList, arguments);
+        const QString verb = arguments.value(0);
+        const bool doesShow = !verb.startsWith(u"--") || verb == u"--show" || verb == u"--toggle";
+        if (_ortu.state() == QProcess::NotRunning) {
+            _runner.start(_ortu, doesShow ? arguments : QStringList());
+            QTRY_VERIFY_WITH_TIMEOUT(isVisible(), 20'000);
+        }
+        QCOMPARE(tell(doesShow ? u"--hide"_s : u"--show"_s), 0);
+        QTRY_COMPARE(isVisible(), !doesShow);
+        QFile::remove(_drawn);
+
+        const auto result = _runner.run(arguments);
+
+        QCOMPARE(result.errorLines.join(u'\n'), QString());
+        QCOMPARE(result.exitCode, 0);
+        QTRY_COMPARE(isVisible(), verb != u"--hide" && verb != u"--quit");
+        const QStringList printing { u"--status"_s, u"--list"_s, u"--layout"_s, u"--version"_s };
+        QVERIFY(!printing.contains(verb) || !result.output.isEmpty());
+        QVERIFY(!arguments.contains(u"--json"_s) || !result.json().isNull());
+        QVERIFY(!arguments.contains(_drawn) || !QImage(_drawn).isNull());
+        // The next start finds nothing in its way.
+        if (doesShow || verb == u"--quit") {
+            QCOMPARE(tell(u"--quit"_s), doesShow ? 0 : 1);
+            QVERIFY(_ortu.waitForFinished());
+        }
+    }
+
+    void optionsAreInTheHelp()
+    {
+        const QByteArray help = _runner.run({ u"--help"_s }).output;
+        for (const QString &text : documented(u"(?:ortu )?--"_s)) {
+            for (const QString &word : text.split(u' ').filter(QRegularExpression(u"^\\[?--"_s))) {
+                const QByteArray option = word.mid(word.indexOf(u'-')).remove(u']').toUtf8();
+                QVERIFY2(help.contains(option), option);
+            }
+        }
+    }
+
+    void aMissingFile_isRefused()
+    {
+        QCOMPARE(tell(u"--hide"_s), 0);
+        const auto result = _runner.run({ _picture, _runner.path(u"none.png"_s) });
+        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(result.errorLines.size(), 1);
+        QVERIFY(result.errorLines[0].contains(u"none.png"));
+        QVERIFY(!isVisible());
+    }
+
+    void cleanupTestCase()
+    {
+        _ortu.terminate();
+        _ortu.waitForFinished();
+    }
 
 private:
     bool isVisible() const
@@ -69,90 +146,6 @@ private:
     const QString _drawn = _runner.path(u"out.png"_s);
     QProcess _ortu;
 };
-
-void ReadmeTest::initTestCase()
-{
-    QVERIFY(documented(u"ortu --"_s).size() > 10);
-    _runner.writeEntry(u"alpha"_s, "Icon=" + _picture.toUtf8() + "\n");
-    _runner.scanOnlyOwnApplications();
-    QImage red(8, 8, QImage::Format_RGB32);
-    red.fill(Qt::red);
-    QVERIFY(red.save(_picture));
-}
-
-void ReadmeTest::cleanupTestCase()
-{
-    _ortu.terminate();
-    _ortu.waitForFinished();
-}
-
-void ReadmeTest::callsDoWhatTheySay_data()
-{
-    const QHash<QString, QString> samples { { u"FILE…"_s, _picture }, { u"FILE.png"_s, _drawn },
-        { u"OUT.png"_s, _drawn }, { u"GROUP"_s, u"allApps"_s }, { u"WxH"_s, u"800x600"_s },
-        { u"X,Y"_s, u"20,20"_s }, { u"…"_s, u"30,30"_s }, { u"N"_s, u"2"_s }, { u"F"_s, u"2"_s },
-        { u"KEY"_s, u"iconPadding"_s }, { u"VALUE"_s, u"3"_s } };
-    QTest::addColumn<QStringList>("arguments");
-    for (const QString &call : documented(u"ortu\\b"_s)) {
-        for (const QString &variant : variants(call)) {
-            QStringList arguments = variant.split(u' ').mid(1);
-            for (QString &argument : arguments) {
-                argument = samples.value(argument, argument);
-            }
-            QTest::newRow(qPrintable(variant)) << arguments;
-        }
-    }
-}
-
-void ReadmeTest::callsDoWhatTheySay()
-{
-    QFETCH(const QStringList, arguments);
-    const QString verb = arguments.value(0);
-    const bool doesShow = !verb.startsWith(u"--") || verb == u"--show" || verb == u"--toggle";
-    if (_ortu.state() == QProcess::NotRunning) {
-        _runner.start(_ortu, doesShow ? arguments : QStringList());
-        QTRY_VERIFY_WITH_TIMEOUT(isVisible(), 20'000);
-    }
-    QCOMPARE(tell(doesShow ? u"--hide"_s : u"--show"_s), 0);
-    QTRY_COMPARE(isVisible(), !doesShow);
-    QFile::remove(_drawn);
-
-    const auto result = _runner.run(arguments);
-
-    QCOMPARE(result.errorLines.join(u'\n'), QString());
-    QCOMPARE(result.exitCode, 0);
-    QTRY_COMPARE(isVisible(), verb != u"--hide" && verb != u"--quit");
-    const QStringList printing { u"--status"_s, u"--list"_s, u"--layout"_s, u"--version"_s };
-    QVERIFY(!printing.contains(verb) || !result.output.isEmpty());
-    QVERIFY(!arguments.contains(u"--json"_s) || !result.json().isNull());
-    QVERIFY(!arguments.contains(_drawn) || !QImage(_drawn).isNull());
-    // The next start finds nothing in its way.
-    if (doesShow || verb == u"--quit") {
-        QCOMPARE(tell(u"--quit"_s), doesShow ? 0 : 1);
-        QVERIFY(_ortu.waitForFinished());
-    }
-}
-
-void ReadmeTest::optionsAreInTheHelp()
-{
-    const QByteArray help = _runner.run({ u"--help"_s }).output;
-    for (const QString &text : documented(u"(?:ortu )?--"_s)) {
-        for (const QString &word : text.split(u' ').filter(QRegularExpression(u"^\\[?--"_s))) {
-            const QByteArray option = word.mid(word.indexOf(u'-')).remove(u']').toUtf8();
-            QVERIFY2(help.contains(option), option);
-        }
-    }
-}
-
-void ReadmeTest::aMissingFile_isRefused()
-{
-    QCOMPARE(tell(u"--hide"_s), 0);
-    const auto result = _runner.run({ _picture, _runner.path(u"none.png"_s) });
-    QCOMPARE(result.exitCode, 1);
-    QCOMPARE(result.errorLines.size(), 1);
-    QVERIFY(result.errorLines[0].contains(u"none.png"));
-    QVERIFY(!isVisible());
-}
 
 QTEST_GUILESS_MAIN(ReadmeTest)
 

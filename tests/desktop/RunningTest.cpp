@@ -4,83 +4,26 @@
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "catalogue/ScanFolders.h"
+#include "desktop/Programs.h"
 #include "platform/FileTree.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
-#include <QElapsedTimer>
-#include <QProcess>
-#include <QSignalSpy>
-#include <QTest>
-
-#include <memory>
-
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
-
-constexpr int patience = 20'000; // milliseconds
-
-QString outputOf(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished();
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
-// The identifiers of the windows of a class, as the window manager lists them.
-QStringList windowsOf(const QString &className)
-{
-    QStringList ids;
-    const QStringList lines = outputOf(u"wmctrl"_s, { u"-lx"_s }).split(u'\n', Qt::SkipEmptyParts);
-    for (const QString &line : lines) {
-        if (line.section(u' ', 2, -1, QString::SectionSkipEmpty).startsWith(className + u'.')) {
-            ids.append(line.section(u' ', 0, 0));
-        }
-    }
-    return ids;
-}
-
-QString windowProperty(const QString &window, const QString &name)
-{
-    return outputOf(u"xprop"_s, { u"-id"_s, window, name });
-}
 
 bool isIconified(const QString &window)
 {
-    return windowProperty(window, u"_NET_WM_STATE"_s).contains(u"_NET_WM_STATE_HIDDEN"_s)
-        && windowProperty(window, u"WM_STATE"_s).contains(u"Iconic"_s);
+    return propertyOf(window, u"_NET_WM_STATE"_s).contains(u"_NET_WM_STATE_HIDDEN"_s)
+        && propertyOf(window, u"WM_STATE"_s).contains(u"Iconic"_s);
 }
 
-QString activeWindow()
-{
-    const QString text = outputOf(u"xprop"_s, { u"-root"_s, u"_NET_ACTIVE_WINDOW"_s });
-    // What others see by now, we are to see as well.
-    QCoreApplication::processEvents();
-    return u"0x"_s + text.section(u"0x"_s, -1).rightJustified(8, u'0');
-}
-
-// Windows shown by a helper, gone with this.
-class StrangeWindows
+class StrangeWindows : public OtherProcess
 {
 public:
     explicit StrangeWindows(const QStringList &arguments)
-    {
-        _process.start(qEnvironmentVariable("ORTU_STRANGE_WINDOWS"), arguments);
-        _process.waitForStarted();
-    }
-    ~StrangeWindows()
-    {
-        _process.closeWriteChannel();
-        _process.waitForFinished();
-    }
-    void tell(const QByteArray &line) { _process.write(line + '\n'); }
-    qint64 processId() const { return _process.processId(); }
-
-private:
-    QProcess _process;
+        : OtherProcess(qEnvironmentVariable("ORTU_STRANGE_WINDOWS"), arguments)
+    { }
 };
 
 } // namespace
@@ -90,317 +33,292 @@ class RunningTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void applications_areControlled();
-    void aRunningApplication_isRaisedInsteadOfStarted();
-    void strangeWindows_areTakenForWhatTheyAre();
-    void manyWindows_comeAndGo();
-    void documents_areOfferedToTheApplicationsOfTheSystem();
-    void anotherWindowManager_keepsTheList();
+    void initTestCase()
+    {
+        const auto entry = [this](const char *id, const QByteArray &lines) {
+            _home.add(u"data/applications/%1.desktop"_s.arg(QLatin1String(id)),
+                "[Desktop Entry]\nType=Application\nName=" + QByteArray(id) + '\n' + lines);
+        };
+        entry("calculator", "Exec=xcalc\nStartupWMClass=XCalc\n");
+        entry("processes", "Exec=htop\nTerminal=true\n");
+        for (const char *id : { "debian-xterm", "org.gnome.baobab", "org.xfce.mousepad" }) {
+            const QString name = u"applications/%1.desktop"_s.arg(QLatin1String(id));
+            _home.addLink(u"data/"_s + name, u"/usr/share/"_s + name);
+        }
+        QCOMPARE(
+            QProcess::execute(u"update-desktop-database"_s, { _home.path(u"data/applications"_s) }),
+            0);
+        // All that they need of the system but its other applications and its other programs.
+        const QStringList needed =
+            QDir(u"/usr/share"_s).entryList(QDir::AllDirs | QDir::NoDotAndDotDot);
+        for (const QString &name : needed) {
+            if (name != u"applications") {
+                _home.addLink(u"share/"_s + name, u"/usr/share/"_s + name);
+            }
+        }
+        qputenv("XDG_DATA_DIRS", QFile::encodeName(_home.path(u"share"_s)));
+        qputenv("PATH",
+            QFile::encodeName(_home.addPrograms(u"bin"_s,
+                { u"xterm"_s, u"mousepad"_s, u"htop"_s, u"xcalc"_s, u"baobab"_s, u"cat"_s,
+                    u"openbox"_s, u"wmctrl"_s, u"xprop"_s })));
+        qputenv("HOME", QFile::encodeName(_home.path()));
+        for (const char *name : { "DATA", "CONFIG", "STATE", "CACHE" }) {
+            const QString folder = QString::fromLatin1(name).toLower();
+            qputenv(QByteArray("XDG_") + name + "_HOME", QFile::encodeName(_home.path(folder)));
+        }
+    }
+
+    void init()
+    {
+        _desktop = makeFreedesktopDesktop();
+        _defaults = std::make_unique<UserDefaults>();
+        UserDefaults::setStandard(_defaults.get());
+        OTAppManager::registerDefaults();
+        ScanFolders::registerDefaults(*_defaults, _desktop->searchPaths());
+        _defaults->registerDefaults({ { u"maximumIconSize"_s, 16 } });
+        _manager = std::make_unique<OTAppManager>(*_desktop, OTAppManager::Use::Inspection);
+        _manager->rescanAllAppsPrioritizingGroup(-1);
+    }
+
+    void cleanup()
+    {
+        // What is only just starting cannot be asked yet.
+        const auto quitAll = [this] {
+            for (const AppRef &app : _manager->runningApps()) {
+                app->quit();
+            }
+            return running().isEmpty();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(quitAll(), patience);
+        _manager.reset();
+        _desktop.reset();
+        UserDefaults::setStandard(nullptr);
+    }
+
+    void applications_areControlled()
+    {
+        struct Case
+        {
+            QString id, process;
+            AppRef app;
+            QString window, processFolder;
+        };
+        std::vector<Case> cases {
+            { u"debian-xterm"_s, u"xterm"_s, {}, {}, {} },
+            { u"org.xfce.mousepad"_s, u"mousepad"_s, {}, {}, {} },
+            { u"calculator"_s, u"xcalc"_s, {}, {}, {} },
+            { u"org.gnome.baobab"_s, u"baobab"_s, {}, {}, {} },
+            // In a terminal, whose window is the newest of that kind then.
+            { u"processes"_s, u"xterm"_s, {}, {}, {} },
+        };
+        QStringList ids;
+        for (Case &one : cases) {
+            const AppRef app = one.app = launched(one.id);
+            ids.append(one.id);
+            QCOMPARE(running(), ids);
+            one.window = windowsOf(one.process).constLast();
+            QTRY_COMPARE_WITH_TIMEOUT(activeWindow(), one.window, patience);
+            QTRY_COMPARE(_manager->activeApp()->path(), app->path());
+            QVERIFY(app->pid());
+            one.processFolder = u"/proc/%1"_s.arg(*app->pid());
+            QCOMPARE(outputOf(u"cat"_s, { one.processFolder + "/comm"_L1 }), one.process);
+            QCOMPARE(app->psn().low, quint32(ids.size()));
+            QVERIFY(app->isVisible());
+        }
+        for (const Case &one : cases) {
+            QVERIFY(one.app->activate());
+            QTRY_COMPARE(activeWindow(), one.window);
+            QTRY_COMPARE(_manager->activeApp()->path(), one.app->path());
+            QCOMPARE(_manager->lastActiveApp()->path(), one.app->path());
+        }
+        for (const Case &one : cases) {
+            one.app->hide();
+            QTRY_VERIFY(isIconified(one.window));
+            QTRY_VERIFY(!one.app->isVisible());
+            QVERIFY(_manager->isAppRunning(one.app));
+        }
+        QVERIFY(cases[0].app->activate());
+        QTRY_COMPARE(activeWindow(), cases[0].window);
+        QTRY_COMPARE(_manager->activeApp()->path(), cases[0].app->path());
+        // Programs with a newer toolkit may ask for the front themselves, whenever they get to it.
+        for (const int index : { 0, 2, 4, 1, 3 }) {
+            const Case &one = cases[size_t(index)];
+            one.app->show();
+            QTRY_VERIFY(!isIconified(one.window));
+            QTRY_VERIFY(one.app->isVisible());
+            if (index % 2 == 0) {
+                QTRY_COMPARE(activeWindow(), cases[0].window);
+            }
+        }
+        for (const Case &one : cases) {
+            ids.removeFirst();
+            _manager->quitApp(one.app);
+            QTRY_VERIFY_WITH_TIMEOUT(
+                !outputOf(u"wmctrl"_s, { u"-l"_s }).contains(one.window), patience);
+            // Its end counts, not when somebody takes note of it.
+            QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(one.processFolder + "/exe"_L1), patience);
+            QTRY_COMPARE(running(), ids);
+            QVERIFY(!one.app->pid() && one.app->psn() == ProcessSerialNumber());
+            QVERIFY(!one.app->activate() && !one.app->isVisible());
+        }
+    }
+
+    void aRunningApplication_isRaisedInsteadOfStarted()
+    {
+        const AppRef terminal = launched(u"debian-xterm"_s);
+        const QString first = windowsOf(u"xterm"_s).value(0);
+        QProcess second;
+        second.start(u"xterm"_s, QStringList());
+        QTRY_COMPARE_WITH_TIMEOUT(windowsOf(u"xterm"_s).size(), 2, patience);
+        const QString newest = windowsOf(u"xterm"_s).value(1);
+        QTRY_COMPARE(activeWindow(), newest);
+        QCOMPARE(running(), QStringList(u"debian-xterm"_s));
+
+        launched(u"calculator"_s);
+        QTRY_COMPARE(activeWindow(), windowsOf(u"xcalc"_s).value(0));
+        QVERIFY(terminal->launchWithPasteboard(nullptr));
+        QTRY_COMPARE(activeWindow(), newest);
+        outputOf(u"wmctrl"_s, { u"-ia"_s, first });
+        QTRY_COMPARE(activeWindow(), first);
+        QTRY_COMPARE(_manager->activeApp()->path(), terminal->path());
+        QVERIFY(app(u"calculator"_s)->activate());
+        QTRY_COMPARE(activeWindow(), windowsOf(u"xcalc"_s).value(0));
+        // The one that was used last, and hidden ones come back.
+        terminal->hide();
+        QTRY_VERIFY(!terminal->isVisible());
+        QVERIFY(terminal->launchWithPasteboard(nullptr));
+        QTRY_COMPARE(activeWindow(), first);
+        QCOMPARE(windowsOf(u"xterm"_s).size(), 2);
+        terminal->quit();
+        QTRY_COMPARE_WITH_TIMEOUT(windowsOf(u"xterm"_s).size(), 0, patience);
+        QTRY_COMPARE(second.state(), QProcess::NotRunning);
+    }
+
+    void strangeWindows_areTakenForWhatTheyAre()
+    {
+        const AppRef terminal = launched(u"debian-xterm"_s);
+        const QString pid = QString::number(*terminal->pid());
+        {
+            const StrangeWindows liar({ u"1"_s, u"Liar"_s, u"pid="_s + pid, u"title=1000000"_s });
+            QTRY_COMPARE(windowsOf(u"Liar"_s).size(), 1);
+            QTRY_COMPARE(activeWindow(), windowsOf(u"Liar"_s).value(0));
+            QTRY_VERIFY(!_manager->activeApp());
+            QCOMPARE(running(), QStringList(u"debian-xterm"_s));
+            QCOMPARE(_manager->lastActiveApp()->path(), terminal->path());
+        }
+        {
+            const StrangeWindows skipped({ u"1"_s, u"XCalc"_s, u"skip"_s });
+            StrangeWindows renamed({ u"1"_s, u"Odd"_s });
+            QTRY_COMPARE(windowsOf(u"Odd"_s).size(), 1);
+            QTRY_COMPARE(windowsOf(u"XCalc"_s).size(), 1);
+            QTRY_COMPARE(activeWindow(), windowsOf(u"Odd"_s).value(0));
+            QCOMPARE(running(), QStringList(u"debian-xterm"_s));
+            renamed.tell("XCalc");
+            QTRY_COMPARE(running(), QStringList({ u"debian-xterm"_s, u"calculator"_s }));
+            QTRY_COMPARE(_manager->activeApp()->path(), app(u"calculator"_s)->path());
+            QCOMPARE(*app(u"calculator"_s)->pid(), renamed.processId());
+            renamed.tell("Odd");
+            QTRY_COMPARE(running(), QStringList(u"debian-xterm"_s));
+        }
+        {
+            // Asked to close, it stays; the window manager would end it.
+            const StrangeWindows rude({ u"1"_s, u"XCalc"_s, u"rude"_s });
+            const AppRef calculator = app(u"calculator"_s);
+            QTRY_VERIFY(_manager->isAppRunning(calculator));
+            calculator->quit();
+            calculator->hide();
+            QTRY_VERIFY(!calculator->isVisible());
+            QCOMPARE(windowsOf(u"XCalc"_s).size(), 1);
+        }
+        QTRY_COMPARE(running(), QStringList(u"debian-xterm"_s));
+        // A dialog under another name belongs to the window below it.
+        StrangeWindows dialogs({ u"3"_s, u"Odd"_s, u"dialog"_s });
+        QTRY_COMPARE(windowsOf(u"Odd"_s).size(), 3);
+        outputOf(u"xprop"_s,
+            (u"-f WM_CLASS 8s -set WM_CLASS XCalc -id "_s + windowsOf(u"Odd"_s)[0]).split(u' '));
+        QTRY_COMPARE(running(), QStringList({ u"debian-xterm"_s, u"calculator"_s }));
+        outputOf(u"wmctrl"_s, { u"-ia"_s, windowsOf(u"Odd"_s).value(1) });
+        QTRY_VERIFY(_manager->activeApp());
+        QTRY_COMPARE(_manager->activeApp()->path(), app(u"calculator"_s)->path());
+    }
+
+    void manyWindows_comeAndGo()
+    {
+        const OTApp nothing(QString(), *_desktop);
+        nothing.show();
+        QVERIFY(!nothing.isVisible() && !nothing.activate());
+        {
+            const StrangeWindows many({ u"500"_s, u"XCalc"_s });
+            QTRY_COMPARE_WITH_TIMEOUT(windowsOf(u"XCalc"_s).size(), 500, patience);
+            QTRY_COMPARE(running(), QStringList(u"calculator"_s));
+            QCOMPARE(*app(u"calculator"_s)->pid(), many.processId());
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(running(), QStringList(), patience);
+        // Gone before anybody can ask about them.
+        for (int i = 0; i < 20; ++i) {
+            StrangeWindows brief({ u"20"_s, u"XCalc"_s });
+            brief.tell("close");
+        }
+        launched(u"debian-xterm"_s);
+        QTRY_COMPARE(running(), QStringList(u"debian-xterm"_s));
+    }
+
+    // Last, because the first window manager is gone after it.
+    void anotherWindowManager_keepsTheList()
+    {
+        launched(u"debian-xterm"_s);
+        launched(u"calculator"_s);
+        const AppRef terminal = _manager->runningApps().constFirst();
+        QSignalSpy ended(&_desktop->runningApplications(), &RunningApplications::terminated);
+        QProcess manager;
+        manager.start(u"openbox"_s, { u"--sm-disable"_s, u"--replace"_s });
+        const auto checkWindow = [] {
+            return outputOf(u"xprop"_s, { u"-root"_s, u"_NET_SUPPORTING_WM_CHECK"_s });
+        };
+        const QString before = checkWindow();
+        QTRY_VERIFY_WITH_TIMEOUT(
+            checkWindow() != before && checkWindow().contains(u"0x"_s), patience);
+        QCOMPARE(ended.count(), 0);
+        QCOMPARE(_manager->runningApps().constFirst(), terminal);
+        launched(u"org.xfce.mousepad"_s);
+        QCOMPARE(
+            running(), QStringList({ u"debian-xterm"_s, u"calculator"_s, u"org.xfce.mousepad"_s }));
+        cleanup();
+        init();
+        manager.kill();
+        manager.waitForFinished();
+    }
 
 private:
-    AppRef launched(const QString &id) const;
-    AppRef app(const QString &id) const;
-    QStringList running() const;
+    AppRef launched(const QString &id) const
+    {
+        const AppRef launching = app(id);
+        if (!launching->launchWithPasteboard(nullptr)
+            || !QTest::qWaitFor([&] { return _manager->isAppRunning(launching); }, patience)) {
+            qCritical("%s did not start", qUtf8Printable(id));
+        }
+        return launching;
+    }
+    AppRef app(const QString &id) const
+    {
+        return _manager->appForPath(_home.path(u"data/applications/%1.desktop"_s.arg(id)));
+    }
+
+    // In the order of their launch, by ID.
+    QStringList running() const
+    {
+        QStringList ids;
+        for (const AppRef &app : _manager->runningApps()) {
+            ids.append(app->path().section(u'/', -1).chopped(8));
+        }
+        return ids;
+    }
 
     FileTree _home;
     std::unique_ptr<Desktop> _desktop;
     std::unique_ptr<UserDefaults> _defaults;
     std::unique_ptr<OTAppManager> _manager;
 };
-
-void RunningTest::initTestCase()
-{
-    const auto entry = [this](const char *id, const QByteArray &lines) {
-        _home.add(u"data/applications/%1.desktop"_s.arg(QLatin1String(id)),
-            "[Desktop Entry]\nType=Application\nName=" + QByteArray(id) + '\n' + lines);
-    };
-    entry("calculator", "Exec=xcalc\nStartupWMClass=XCalc\n");
-    entry("processes", "Exec=htop\nTerminal=true\n");
-    for (const char *id : { "debian-xterm", "org.gnome.baobab", "org.xfce.mousepad" }) {
-        const QString name = u"applications/%1.desktop"_s.arg(QLatin1String(id));
-        _home.addLink(u"data/"_s + name, u"/usr/share/"_s + name);
-    }
-    QCOMPARE(
-        QProcess::execute(u"update-desktop-database"_s, { _home.path(u"data/applications"_s) }), 0);
-    // All that they need of the system but its other applications and its other programs.
-    const QStringList needed =
-        QDir(u"/usr/share"_s).entryList(QDir::AllDirs | QDir::NoDotAndDotDot);
-    for (const QString &name : needed) {
-        if (name != u"applications") {
-            _home.addLink(u"share/"_s + name, u"/usr/share/"_s + name);
-        }
-    }
-    qputenv("XDG_DATA_DIRS", QFile::encodeName(_home.path(u"share"_s)));
-    qputenv("PATH",
-        QFile::encodeName(_home.addPrograms(u"bin"_s,
-            { u"xterm"_s, u"mousepad"_s, u"htop"_s, u"xcalc"_s, u"baobab"_s, u"cat"_s, u"openbox"_s,
-                u"wmctrl"_s, u"xprop"_s })));
-    qputenv("HOME", QFile::encodeName(_home.path()));
-    for (const char *name : { "DATA", "CONFIG", "STATE", "CACHE" }) {
-        const QString folder = QString::fromLatin1(name).toLower();
-        qputenv(QByteArray("XDG_") + name + "_HOME", QFile::encodeName(_home.path(folder)));
-    }
-}
-
-void RunningTest::init()
-{
-    _desktop = makeFreedesktopDesktop();
-    _defaults = std::make_unique<UserDefaults>();
-    UserDefaults::setStandard(_defaults.get());
-    OTAppManager::registerDefaults();
-    ScanFolders::registerDefaults(*_defaults, _desktop->searchPaths());
-    _defaults->registerDefaults({ { u"maximumIconSize"_s, 16 } });
-    _manager = std::make_unique<OTAppManager>(*_desktop, OTAppManager::Use::Inspection);
-    _manager->rescanAllAppsPrioritizingGroup(-1);
-}
-
-void RunningTest::cleanup()
-{
-    // What is only just starting cannot be asked yet.
-    const auto quitAll = [this] {
-        for (const AppRef &app : _manager->runningApps()) {
-            app->quit();
-        }
-        return running().isEmpty();
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(quitAll(), patience);
-    _manager.reset();
-    _desktop.reset();
-    UserDefaults::setStandard(nullptr);
-}
-
-AppRef RunningTest::app(const QString &id) const
-{
-    return _manager->appForPath(_home.path(u"data/applications/%1.desktop"_s.arg(id)));
-}
-
-// In the order of their launch, by ID.
-QStringList RunningTest::running() const
-{
-    QStringList ids;
-    for (const AppRef &app : _manager->runningApps()) {
-        ids.append(app->path().section(u'/', -1).chopped(8));
-    }
-    return ids;
-}
-
-AppRef RunningTest::launched(const QString &id) const
-{
-    const AppRef launching = app(id);
-    if (!launching->launchWithPasteboard(nullptr)
-        || !QTest::qWaitFor([&] { return _manager->isAppRunning(launching); }, patience)) {
-        qCritical("%s did not start", qUtf8Printable(id));
-    }
-    return launching;
-}
-
-void RunningTest::applications_areControlled()
-{
-    struct Case
-    {
-        QString id, process;
-        AppRef app;
-        QString window, processFolder;
-    };
-    std::vector<Case> cases {
-        { u"debian-xterm"_s, u"xterm"_s, {}, {}, {} },
-        { u"org.xfce.mousepad"_s, u"mousepad"_s, {}, {}, {} },
-        { u"calculator"_s, u"xcalc"_s, {}, {}, {} },
-        { u"org.gnome.baobab"_s, u"baobab"_s, {}, {}, {} },
-        // In a terminal, whose window is the newest of that kind then.
-        { u"processes"_s, u"xterm"_s, {}, {}, {} },
-    };
-    QStringList ids;
-    for (Case &one : cases) {
-        const AppRef app = one.app = launched(one.id);
-        ids.append(one.id);
-        QCOMPARE(running(), ids);
-        one.window = windowsOf(one.process).constLast();
-        QTRY_COMPARE_WITH_TIMEOUT(activeWindow(), one.window, patience);
-        QTRY_COMPARE(_manager->activeApp()->path(), app->path());
-        QVERIFY(app->pid());
-        one.processFolder = u"/proc/%1"_s.arg(*app->pid());
-        QCOMPARE(outputOf(u"cat"_s, { one.processFolder + "/comm"_L1 }), one.process);
-        QCOMPARE(app->psn().low, quint32(ids.size()));
-        QVERIFY(app->isVisible());
-    }
-    for (const Case &one : cases) {
-        QVERIFY(one.app->activate());
-        QTRY_COMPARE(activeWindow(), one.window);
-        QTRY_COMPARE(_manager->activeApp()->path(), one.app->path());
-        QCOMPARE(_manager->lastActiveApp()->path(), one.app->path());
-    }
-    for (const Case &one : cases) {
-        one.app->hide();
-        QTRY_VERIFY(isIconified(one.window));
-        QTRY_VERIFY(!one.app->isVisible());
-        QVERIFY(_manager->isAppRunning(one.app));
-    }
-    QVERIFY(cases[0].app->activate());
-    QTRY_COMPARE(activeWindow(), cases[0].window);
-    QTRY_COMPARE(_manager->activeApp()->path(), cases[0].app->path());
-    // Programs with a newer toolkit may ask for the front themselves, whenever they get to it.
-    for (const int index : { 0, 2, 4, 1, 3 }) {
-        const Case &one = cases[size_t(index)];
-        one.app->show();
-        QTRY_VERIFY(!isIconified(one.window));
-        QTRY_VERIFY(one.app->isVisible());
-        if (index % 2 == 0) {
-            QTRY_COMPARE(activeWindow(), cases[0].window);
-        }
-    }
-    for (const Case &one : cases) {
-        ids.removeFirst();
-        _manager->quitApp(one.app);
-        QTRY_VERIFY_WITH_TIMEOUT(
-            !outputOf(u"wmctrl"_s, { u"-l"_s }).contains(one.window), patience);
-        // Its end counts, not when somebody takes note of it.
-        QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(one.processFolder + "/exe"_L1), patience);
-        QTRY_COMPARE(running(), ids);
-        QVERIFY(!one.app->pid() && one.app->psn() == ProcessSerialNumber());
-        QVERIFY(!one.app->activate() && !one.app->isVisible());
-    }
-}
-
-void RunningTest::aRunningApplication_isRaisedInsteadOfStarted()
-{
-    const AppRef terminal = launched(u"debian-xterm"_s);
-    const QString first = windowsOf(u"xterm"_s).value(0);
-    QProcess second;
-    second.start(u"xterm"_s, QStringList());
-    QTRY_COMPARE_WITH_TIMEOUT(windowsOf(u"xterm"_s).size(), 2, patience);
-    const QString newest = windowsOf(u"xterm"_s).value(1);
-    QTRY_COMPARE(activeWindow(), newest);
-    QCOMPARE(running(), QStringList(u"debian-xterm"_s));
-
-    launched(u"calculator"_s);
-    QTRY_COMPARE(activeWindow(), windowsOf(u"xcalc"_s).value(0));
-    QVERIFY(terminal->launchWithPasteboard(nullptr));
-    QTRY_COMPARE(activeWindow(), newest);
-    outputOf(u"wmctrl"_s, { u"-ia"_s, first });
-    QTRY_COMPARE(activeWindow(), first);
-    QTRY_COMPARE(_manager->activeApp()->path(), terminal->path());
-    QVERIFY(app(u"calculator"_s)->activate());
-    QTRY_COMPARE(activeWindow(), windowsOf(u"xcalc"_s).value(0));
-    // The one that was used last, and hidden ones come back.
-    terminal->hide();
-    QTRY_VERIFY(!terminal->isVisible());
-    QVERIFY(terminal->launchWithPasteboard(nullptr));
-    QTRY_COMPARE(activeWindow(), first);
-    QCOMPARE(windowsOf(u"xterm"_s).size(), 2);
-    terminal->quit();
-    QTRY_COMPARE_WITH_TIMEOUT(windowsOf(u"xterm"_s).size(), 0, patience);
-    QTRY_COMPARE(second.state(), QProcess::NotRunning);
-}
-
-void RunningTest::strangeWindows_areTakenForWhatTheyAre()
-{
-    const AppRef terminal = launched(u"debian-xterm"_s);
-    const QString pid = QString::number(*terminal->pid());
-    {
-        const StrangeWindows liar({ u"1"_s, u"Liar"_s, u"pid="_s + pid, u"title=1000000"_s });
-        QTRY_COMPARE(windowsOf(u"Liar"_s).size(), 1);
-        QTRY_COMPARE(activeWindow(), windowsOf(u"Liar"_s).value(0));
-        QTRY_VERIFY(!_manager->activeApp());
-        QCOMPARE(running(), QStringList(u"debian-xterm"_s));
-        QCOMPARE(_manager->lastActiveApp()->path(), terminal->path());
-    }
-    {
-        const StrangeWindows skipped({ u"1"_s, u"XCalc"_s, u"skip"_s });
-        StrangeWindows renamed({ u"1"_s, u"Odd"_s });
-        QTRY_COMPARE(windowsOf(u"Odd"_s).size(), 1);
-        QTRY_COMPARE(windowsOf(u"XCalc"_s).size(), 1);
-        QTRY_COMPARE(activeWindow(), windowsOf(u"Odd"_s).value(0));
-        QCOMPARE(running(), QStringList(u"debian-xterm"_s));
-        renamed.tell("XCalc");
-        QTRY_COMPARE(running(), QStringList({ u"debian-xterm"_s, u"calculator"_s }));
-        QTRY_COMPARE(_manager->activeApp()->path(), app(u"calculator"_s)->path());
-        QCOMPARE(*app(u"calculator"_s)->pid(), renamed.processId());
-        renamed.tell("Odd");
-        QTRY_COMPARE(running(), QStringList(u"debian-xterm"_s));
-    }
-    {
-        // Asked to close, it stays; the window manager would end it.
-        const StrangeWindows rude({ u"1"_s, u"XCalc"_s, u"rude"_s });
-        const AppRef calculator = app(u"calculator"_s);
-        QTRY_VERIFY(_manager->isAppRunning(calculator));
-        calculator->quit();
-        calculator->hide();
-        QTRY_VERIFY(!calculator->isVisible());
-        QCOMPARE(windowsOf(u"XCalc"_s).size(), 1);
-    }
-    QTRY_COMPARE(running(), QStringList(u"debian-xterm"_s));
-    // A dialog under another name belongs to the window below it.
-    StrangeWindows dialogs({ u"3"_s, u"Odd"_s, u"dialog"_s });
-    QTRY_COMPARE(windowsOf(u"Odd"_s).size(), 3);
-    outputOf(u"xprop"_s,
-        { u"-id"_s, windowsOf(u"Odd"_s).constFirst(), u"-f"_s, u"WM_CLASS"_s, u"8s"_s, u"-set"_s,
-            u"WM_CLASS"_s, u"XCalc"_s });
-    QTRY_COMPARE(running(), QStringList({ u"debian-xterm"_s, u"calculator"_s }));
-    outputOf(u"wmctrl"_s, { u"-ia"_s, windowsOf(u"Odd"_s).value(1) });
-    QTRY_VERIFY(_manager->activeApp());
-    QTRY_COMPARE(_manager->activeApp()->path(), app(u"calculator"_s)->path());
-}
-
-void RunningTest::manyWindows_comeAndGo()
-{
-    const OTApp nothing(QString(), *_desktop);
-    nothing.show();
-    QVERIFY(!nothing.isVisible() && !nothing.activate());
-    {
-        const StrangeWindows many({ u"500"_s, u"XCalc"_s });
-        QTRY_COMPARE_WITH_TIMEOUT(windowsOf(u"XCalc"_s).size(), 500, patience);
-        QTRY_COMPARE(running(), QStringList(u"calculator"_s));
-        QCOMPARE(*app(u"calculator"_s)->pid(), many.processId());
-    }
-    QTRY_COMPARE_WITH_TIMEOUT(running(), QStringList(), patience);
-    // Gone before anybody can ask about them.
-    for (int i = 0; i < 20; ++i) {
-        StrangeWindows brief({ u"20"_s, u"XCalc"_s });
-        brief.tell("close");
-    }
-    launched(u"debian-xterm"_s);
-    QTRY_COMPARE(running(), QStringList(u"debian-xterm"_s));
-}
-
-void RunningTest::documents_areOfferedToTheApplicationsOfTheSystem()
-{
-    const QUrl text = QUrl::fromLocalFile(_home.add(u"documents/a.c"_s, "int main(void);\n"));
-    const QUrl picture = QUrl::fromLocalFile(_home.add(u"documents/a.png"_s, "\x89PNG\r\n\x1a\n"));
-    const QStringList editor { app(u"org.xfce.mousepad"_s)->path() };
-    QCOMPARE(pathsFromApps(_manager->allAppsThatCanAcceptURL(text)), editor);
-    QCOMPARE(pathsFromApps(_manager->allAppsThatPreferURL(text)), editor);
-    QVERIFY(_manager->allAppsThatCanAcceptURL(picture).isEmpty());
-    QVERIFY(_manager->allAppsThatPreferURL(picture).isEmpty());
-}
-
-// Last, because the first window manager is gone after it.
-void RunningTest::anotherWindowManager_keepsTheList()
-{
-    launched(u"debian-xterm"_s);
-    launched(u"calculator"_s);
-    const AppRef terminal = _manager->runningApps().constFirst();
-    QSignalSpy ended(&_desktop->runningApplications(), &RunningApplications::terminated);
-    QProcess manager;
-    manager.start(u"openbox"_s, { u"--sm-disable"_s, u"--replace"_s });
-    const auto checkWindow = [] {
-        return outputOf(u"xprop"_s, { u"-root"_s, u"_NET_SUPPORTING_WM_CHECK"_s });
-    };
-    const QString before = checkWindow();
-    QTRY_VERIFY_WITH_TIMEOUT(checkWindow() != before && checkWindow().contains(u"0x"_s), patience);
-    QCOMPARE(ended.count(), 0);
-    QCOMPARE(_manager->runningApps().constFirst(), terminal);
-    launched(u"org.xfce.mousepad"_s);
-    QCOMPARE(
-        running(), QStringList({ u"debian-xterm"_s, u"calculator"_s, u"org.xfce.mousepad"_s }));
-    cleanup();
-    init();
-    manager.kill();
-    manager.waitForFinished();
-}
 
 QTEST_GUILESS_MAIN(RunningTest)
 #include "RunningTest.moc"

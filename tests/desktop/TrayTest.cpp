@@ -8,15 +8,8 @@
 #include <QIcon>
 #include <QMenu>
 #include <QPixmap>
-#include <QRegularExpression>
 #include <QScreen>
-#include <QSignalSpy>
-#include <QTest>
 #include <QWidget>
-
-#include <memory>
-
-using namespace Qt::Literals::StringLiterals;
 
 Q_DECLARE_METATYPE(ActivationStamp)
 
@@ -50,18 +43,150 @@ class TrayTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void withoutATray_nothingIsShown();
-    void aLateTray_takesTheItem();
-    void presses_areReported();
-    void aDragOntoTheItem_isReportedAndRefused();
-    void aTrayThatRestarts_getsTheItemBack();
-    void aHiddenItem_isGone();
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".?"_s));
+        QCOMPARE(QGuiApplication::platformName(), u"xcb"_s);
+        Pointer::move(Pointer::away);
+        _desktop = makeFreedesktopDesktop();
+        _item = &_desktop->statusItem();
+    }
+
+    void cleanup()
+    {
+        _desktop.reset();
+        _tray.terminate();
+        _tray.waitForFinished();
+    }
+
+    void withoutATray_nothingIsShown()
+    {
+        _item->show(plainIcon(Qt::green), u"Ortu"_s, _menu);
+        _item->setIcon(plainIcon(Qt::blue));
+        // The bus has answered by then.
+        QCoreApplication::processEvents();
+        Pointer::move(Pointer::away);
+        QVERIFY(!_item->isShown());
+        _item->hide();
+    }
+
+    void aLateTray_takesTheItem()
+    {
+        QSignalSpy changes(_item, &StatusItem::isShownChanged);
+        showItem();
+        QCOMPARE(changes.last().first().toBool(), true);
+        _item->setIcon(plainIcon(Qt::blue));
+        QTRY_VERIFY(!placeOf(Qt::blue).isNull());
+    }
+
+    void presses_areReported()
+    {
+        showItem();
+        QSignalSpy pressed(_item, &StatusItem::pressed);
+        QSignalSpy dragged(_item, &StatusItem::dragged);
+        QSignalSpy released(_item, &StatusItem::released);
+        QSignalSpy menuWanted(_item, &StatusItem::menuWanted);
+        QSignalSpy activated(_item, &StatusItem::activated);
+        const QPoint inside = place();
+        QVERIFY(_item->place().contains(inside));
+        Pointer::move(inside);
+        Pointer::press();
+        QTRY_COMPARE(pressed.count(), 1);
+        QVERIFY(pressed.first().first().value<ActivationStamp>().time != 0);
+        Pointer::move(Pointer::away);
+        QTRY_VERIFY(!dragged.isEmpty());
+        QCOMPARE(dragged.last().first().toBool(), false);
+        Pointer::move(inside);
+        QTRY_COMPARE(dragged.last().first().toBool(), true);
+        Pointer::release();
+        QTRY_COMPARE(released.count(), 1);
+        QCOMPARE(released.first().first().toBool(), true);
+        // Twice quickly is two presses.
+        Pointer::use({ u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"20"_s, u"1"_s });
+        QTRY_COMPARE(released.count(), 3);
+        QCOMPARE(pressed.count(), 3);
+        Pointer::use({ u"click"_s, u"3"_s });
+        QTRY_COMPARE(menuWanted.count(), 1);
+        QCOMPARE(menuWanted.first().first().toPoint(), inside);
+        QVERIFY(!_menu.isVisible());
+        QCOMPARE(activated.count(), 0);
+    }
+
+    void aDragOntoTheItem_isReportedAndRefused()
+    {
+        showItem();
+        QSignalSpy dragEntered(_item, &StatusItem::dragEntered);
+        QSignalSpy dragged(_item, &StatusItem::dragged);
+        const QPoint inside = place();
+        Pointer::Drag drag;
+        for (int i = 1; i <= 2; ++i) {
+            Pointer::move(inside - QPoint(0, 40));
+            Pointer::move(inside);
+            QTRY_COMPARE(dragEntered.count(), i);
+            Pointer::move(inside + QPoint(1, 1));
+            Pointer::move(inside + QPoint(2, 2));
+            Pointer::move(inside - QPoint(0, 40));
+            QTRY_COMPARE(dragged.count(), i);
+            QCOMPARE(dragged.last().first().toBool(), false);
+        }
+        Pointer::move(inside);
+        QTRY_COMPARE(dragEntered.count(), 3);
+        QCOMPARE(drag.drop(), QByteArray("refused"));
+        QTRY_COMPARE(dragged.count(), 3);
+    }
+
+    void aTrayThatRestarts_getsTheItemBack()
+    {
+        showItem();
+        for (int i = 0; i < 2; ++i) {
+            _tray.terminate();
+            QTRY_VERIFY(!_item->isShown());
+            QTRY_COMPARE(_tray.state(), QProcess::NotRunning);
+            startTray();
+            QTRY_VERIFY(_item->isShown());
+            QTRY_VERIFY(_item->reportsPresses());
+        }
+        QTRY_VERIFY(!placeOf(Qt::green).isNull());
+        QSignalSpy pressed(_item, &StatusItem::pressed);
+        Pointer::move(place());
+        Pointer::press();
+        Pointer::release();
+        QTRY_COMPARE(pressed.count(), 1);
+    }
+
+    void aHiddenItem_isGone()
+    {
+        showItem();
+        // Not while one of its own events is on its way.
+        connect(_item, &StatusItem::pressed, _item, [this] { _item->hide(); });
+        Pointer::move(place());
+        Pointer::press();
+        Pointer::release();
+        QTRY_VERIFY(!_item->isShown());
+        QTRY_VERIFY(placeOf(Qt::green).isNull());
+        QVERIFY(!_item->reportsPresses());
+        _item->show(plainIcon(Qt::blue), u"Ortu"_s, _menu);
+        QTRY_VERIFY(_item->isShown());
+        QTRY_VERIFY(!placeOf(Qt::blue).isNull());
+    }
 
 private:
-    void startTray();
-    void showItem();
+    void startTray()
+    {
+        _tray.setStandardErrorFile(QProcess::nullDevice());
+        _tray.start(u"trayer"_s,
+            { u"--edge"_s, u"bottom"_s, u"--align"_s, u"right"_s, u"--height"_s, u"24"_s });
+    }
+
+    void showItem()
+    {
+        _item->show(plainIcon(Qt::green), u"Ortu"_s, _menu);
+        startTray();
+        QTRY_VERIFY(_item->isShown());
+        QTRY_VERIFY(_item->reportsPresses());
+        QTRY_VERIFY(!placeOf(Qt::green).isNull());
+    }
+
     QPoint place() const { return placeOf(Qt::green) + QPoint(8, 8); }
 
     QProcess _tray;
@@ -69,149 +194,6 @@ private:
     std::unique_ptr<Desktop> _desktop;
     StatusItem *_item = nullptr;
 };
-
-void TrayTest::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".?"_s));
-    QCOMPARE(QGuiApplication::platformName(), u"xcb"_s);
-    Pointer::move(Pointer::away);
-    _desktop = makeFreedesktopDesktop();
-    _item = &_desktop->statusItem();
-}
-
-void TrayTest::cleanup()
-{
-    _desktop.reset();
-    _tray.terminate();
-    _tray.waitForFinished();
-}
-
-void TrayTest::startTray()
-{
-    _tray.setStandardErrorFile(QProcess::nullDevice());
-    _tray.start(u"trayer"_s,
-        { u"--edge"_s, u"bottom"_s, u"--align"_s, u"right"_s, u"--height"_s, u"24"_s });
-}
-
-void TrayTest::showItem()
-{
-    _item->show(plainIcon(Qt::green), u"Ortu"_s, _menu);
-    startTray();
-    QTRY_VERIFY(_item->isShown());
-    QTRY_VERIFY(_item->reportsPresses());
-    QTRY_VERIFY(!placeOf(Qt::green).isNull());
-}
-
-void TrayTest::withoutATray_nothingIsShown()
-{
-    _item->show(plainIcon(Qt::green), u"Ortu"_s, _menu);
-    _item->setIcon(plainIcon(Qt::blue));
-    // The bus has answered by then.
-    QCoreApplication::processEvents();
-    Pointer::move(Pointer::away);
-    QVERIFY(!_item->isShown());
-    _item->hide();
-}
-
-void TrayTest::aLateTray_takesTheItem()
-{
-    QSignalSpy changes(_item, &StatusItem::isShownChanged);
-    showItem();
-    QCOMPARE(changes.last().first().toBool(), true);
-    _item->setIcon(plainIcon(Qt::blue));
-    QTRY_VERIFY(!placeOf(Qt::blue).isNull());
-}
-
-void TrayTest::presses_areReported()
-{
-    showItem();
-    QSignalSpy pressed(_item, &StatusItem::pressed);
-    QSignalSpy dragged(_item, &StatusItem::dragged);
-    QSignalSpy released(_item, &StatusItem::released);
-    QSignalSpy menuWanted(_item, &StatusItem::menuWanted);
-    QSignalSpy activated(_item, &StatusItem::activated);
-    const QPoint inside = place();
-    QVERIFY(_item->place().contains(inside));
-    Pointer::move(inside);
-    Pointer::press();
-    QTRY_COMPARE(pressed.count(), 1);
-    QVERIFY(pressed.first().first().value<ActivationStamp>().time != 0);
-    Pointer::move(Pointer::away);
-    QTRY_VERIFY(!dragged.isEmpty());
-    QCOMPARE(dragged.last().first().toBool(), false);
-    Pointer::move(inside);
-    QTRY_COMPARE(dragged.last().first().toBool(), true);
-    Pointer::release();
-    QTRY_COMPARE(released.count(), 1);
-    QCOMPARE(released.first().first().toBool(), true);
-    // Twice quickly is two presses.
-    Pointer::use({ u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"20"_s, u"1"_s });
-    QTRY_COMPARE(released.count(), 3);
-    QCOMPARE(pressed.count(), 3);
-    Pointer::use({ u"click"_s, u"3"_s });
-    QTRY_COMPARE(menuWanted.count(), 1);
-    QCOMPARE(menuWanted.first().first().toPoint(), inside);
-    QVERIFY(!_menu.isVisible());
-    QCOMPARE(activated.count(), 0);
-}
-
-void TrayTest::aDragOntoTheItem_isReportedAndRefused()
-{
-    showItem();
-    QSignalSpy dragEntered(_item, &StatusItem::dragEntered);
-    QSignalSpy dragged(_item, &StatusItem::dragged);
-    const QPoint inside = place();
-    Pointer::Drag drag;
-    for (int i = 1; i <= 2; ++i) {
-        Pointer::move(inside - QPoint(0, 40));
-        Pointer::move(inside);
-        QTRY_COMPARE(dragEntered.count(), i);
-        Pointer::move(inside + QPoint(1, 1));
-        Pointer::move(inside + QPoint(2, 2));
-        Pointer::move(inside - QPoint(0, 40));
-        QTRY_COMPARE(dragged.count(), i);
-        QCOMPARE(dragged.last().first().toBool(), false);
-    }
-    Pointer::move(inside);
-    QTRY_COMPARE(dragEntered.count(), 3);
-    QCOMPARE(drag.drop(), QByteArray("refused"));
-    QTRY_COMPARE(dragged.count(), 3);
-}
-
-void TrayTest::aTrayThatRestarts_getsTheItemBack()
-{
-    showItem();
-    for (int i = 0; i < 2; ++i) {
-        _tray.terminate();
-        QTRY_VERIFY(!_item->isShown());
-        QTRY_COMPARE(_tray.state(), QProcess::NotRunning);
-        startTray();
-        QTRY_VERIFY(_item->isShown());
-        QTRY_VERIFY(_item->reportsPresses());
-    }
-    QTRY_VERIFY(!placeOf(Qt::green).isNull());
-    QSignalSpy pressed(_item, &StatusItem::pressed);
-    Pointer::move(place());
-    Pointer::press();
-    Pointer::release();
-    QTRY_COMPARE(pressed.count(), 1);
-}
-
-void TrayTest::aHiddenItem_isGone()
-{
-    showItem();
-    // Not while one of its own events is on its way.
-    connect(_item, &StatusItem::pressed, _item, [this] { _item->hide(); });
-    Pointer::move(place());
-    Pointer::press();
-    Pointer::release();
-    QTRY_VERIFY(!_item->isShown());
-    QTRY_VERIFY(placeOf(Qt::green).isNull());
-    QVERIFY(!_item->reportsPresses());
-    _item->show(plainIcon(Qt::blue), u"Ortu"_s, _menu);
-    QTRY_VERIFY(_item->isShown());
-    QTRY_VERIFY(!placeOf(Qt::blue).isNull());
-}
 
 QTEST_MAIN(TrayTest)
 

@@ -81,5 +81,4 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(FrameChangeTest)
-
 #include "FrameChangeTest.moc"

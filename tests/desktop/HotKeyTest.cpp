@@ -106,7 +106,6 @@ private Q_SLOTS:
         QVERIFY(run(u"setxkbmap"_s, u"-keycodes evdev -layout us"_s));
         _ours = std::make_unique<Program>();
     }
-
     void cleanup()
     {
         for (const int key : { Tab, F5, F, Control }) {
@@ -128,7 +127,6 @@ private Q_SLOTS:
         row("all", { u"AC04"_s, true, true, true, true }, { Control, Alt, Super, Shift, F });
         row("another name of the key", { .key = u"AC12"_s, .shift = true }, { Shift, Backslash });
     }
-
     void itIsPressed_withItsOwnModifiers()
     {
         QFETCH(const HotKeyCombination, combination);
@@ -139,8 +137,7 @@ private Q_SLOTS:
             const auto toggle = [&] { return locks.isEmpty() || strike(locks); };
             QVERIFY(toggle());
             const auto unlock = qScopeGuard(toggle);
-            QVERIFY(strike(chord));
-            QVERIFY(hasArrived(_ours->pressed, 1));
+            QVERIFY(strike(chord) && hasArrived(_ours->pressed, 1));
             QVERIFY(_ours->pressed.takeFirst().at(0).value<ActivationStamp>().time > 0);
         }
         // One modifier more or less is another key.
@@ -156,17 +153,13 @@ private Q_SLOTS:
             const qsizetype before = _ours->keys.size();
             return QTest::qWaitFor([&] { return _ours->keys.size() > before + 10; });
         };
-        QVERIFY(press({ Control, Tab }));
-        QVERIFY(goesOnRepeating());
+        QVERIFY(press({ Control, Tab }) && goesOnRepeating());
         // Also without its modifier, and when the keyboard changes in a way that does not concern
         // it.
-        QVERIFY(release({ Control }));
-        QVERIFY(goesOnRepeating());
-        QVERIFY(setKeyboard(u"-layout fr"_s));
-        QVERIFY(press({ Tab }));
+        QVERIFY(release({ Control }) && goesOnRepeating());
+        QVERIFY(setKeyboard(u"-layout fr"_s) && press({ Tab }));
         QCOMPARE(_ours->pressed.size(), 1);
-        QVERIFY(release({ Tab }));
-        QVERIFY(strike({ Control, Tab }));
+        QVERIFY(release({ Tab }) && strike({ Control, Tab }));
         QVERIFY(hasArrived(_ours->pressed, 2));
     }
 
@@ -180,8 +173,7 @@ private Q_SLOTS:
         // The first of them stops the repeating.
         QVERIFY(strike({ Shift, F }) && strike({ Q }) && strike({ Shift, Q }));
         QTRY_COMPARE(other.typed(), (Keys { F, Q, Shift, Q }));
-        QVERIFY(release({ F5 }));
-        QVERIFY(strike({ F5 }));
+        QVERIFY(release({ F5 }) && strike({ F5 }));
         QVERIFY(hasArrived(_ours->pressed, 2));
         QCOMPARE(other.typed().size(), 4);
     }
@@ -193,8 +185,7 @@ private Q_SLOTS:
         QCOMPARE(_ours->hotKey.registerKey({ .key = u"FK05"_s }), QString());
         QVERIFY(release({ F5 }));
         QTRY_VERIFY(!_ours->hotKey.findChild<QTimer *>()->isActive());
-        QVERIFY(strike({ F5 }));
-        QVERIFY(hasArrived(_ours->pressed, 1));
+        QVERIFY(strike({ F5 }) && hasArrived(_ours->pressed, 1));
         // Repetitions are ours.
         _ours->hotKey.unregisterKey();
         QVERIFY(press({ F5 }));
@@ -207,23 +198,18 @@ private Q_SLOTS:
     {
         QCOMPARE(_ours->hotKey.registerKey({ .key = u"AD01"_s, .option = true }), QString());
         for (const char *layout : { "fr", "us(dvorak)", "ru", "us,ru" }) {
-            QVERIFY(setKeyboard(u"-layout "_s + QLatin1String(layout)));
-            QVERIFY(strike({ Alt, Q }));
+            QVERIFY(setKeyboard(u"-layout "_s + QLatin1String(layout)) && strike({ Alt, Q }));
             QVERIFY(hasArrived(_ours->pressed, 1));
             _ours->pressed.clear();
         }
         QCOMPARE(_ours->hotKey.registerKey({ .key = u"HOME"_s }), QString());
-        QVERIFY(setKeyboard(u"-keycodes xfree86"_s));
-        QVERIFY(strike({ Home }));
-        QVERIFY(strike({ OtherHome }));
-        QVERIFY(hasArrived(_ours->pressed, 1));
+        QVERIFY(setKeyboard(u"-keycodes xfree86"_s) && strike({ Home }));
+        QVERIFY(strike({ OtherHome }) && hasArrived(_ours->pressed, 1));
         QVERIFY(_ours->registration.isEmpty());
         // This one is not there at all.
         const QString whyNot = _ours->hotKey.registerKey({ .key = u"FK20"_s });
-        QVERIFY(!whyNot.isEmpty());
-        QVERIFY(setKeyboard(u"-keycodes evdev"_s));
-        QVERIFY(strike({ F20 }));
-        QVERIFY(hasArrived(_ours->pressed, 2));
+        QVERIFY(!whyNot.isEmpty() && setKeyboard(u"-keycodes evdev"_s));
+        QVERIFY(strike({ F20 }) && hasArrived(_ours->pressed, 2));
         QVERIFY(setKeyboard(u"-keycodes xfree86"_s));
         QCOMPARE(_ours->registration, (QList<QVariantList> { { QString() }, { whyNot } }));
     }
@@ -267,8 +253,7 @@ private Q_SLOTS:
         QRasterWindow window;
         window.show();
         QTRY_COMPARE(_ours->registration, QList<QVariantList> { { QString() } });
-        QVERIFY(strike({ Control, Tab }));
-        QVERIFY(hasArrived(_ours->pressed, 1));
+        QVERIFY(strike({ Control, Tab }) && hasArrived(_ours->pressed, 1));
         _ours->hotKey.unregisterKey();
         QTRY_VERIFY(other.holdKey(Tab, XCB_MOD_MASK_CONTROL));
     }
@@ -288,8 +273,7 @@ private Q_SLOTS:
                 const bool isShift = key == Shift;
                 QVERIFY(strike({ CapsLock }));
                 QVERIFY(strike({ key, isShift ? Control : Shift, Q }));
-                QVERIFY(strike({ CapsLock }));
-                QVERIFY(hasArrived(_ours->changes, 4));
+                QVERIFY(strike({ CapsLock }) && hasArrived(_ours->changes, 4));
                 const auto held = [&](int i) {
                     return _ours->changes.at(i).at(0).value<Qt::KeyboardModifiers>();
                 };
@@ -307,15 +291,13 @@ private Q_SLOTS:
         _ours->tap.setEnabled(true);
         _ours->tap.setEnabled(false);
         const QSignalSpy events(&_ours->connection, &XConnection::eventArrived);
-        QVERIFY(strike({ Shift }));
-        QVERIFY(press({ Control }));
+        QVERIFY(strike({ Shift }) && press({ Control }));
         QVERIFY(hasArrived(_ours->changes, 0));
         // The answer to the question just asked.
         QCOMPARE(events.size(), 1);
         // What went down meanwhile is no news, that it goes up is.
         _ours->tap.setEnabled(true);
-        QVERIFY(_ours->tap.isEnabled());
-        QVERIFY(release({ Control }));
+        QVERIFY(_ours->tap.isEnabled() && release({ Control }));
         QVERIFY(hasArrived(_ours->changes, 1));
         QCOMPARE(_ours->changes.at(0).at(0).value<Qt::KeyboardModifiers>(), Qt::NoModifier);
     }
@@ -351,5 +333,4 @@ private:
 };
 
 QTEST_MAIN(HotKeyTest)
-
 #include "HotKeyTest.moc"

@@ -118,7 +118,6 @@ private Q_SLOTS:
         QTest::newRow("KDE") << QByteArray("KDE") << u"config/kdeglobals"_s << kde + "0"
                              << kde + "0.5";
     }
-
     void settingsFiles_areReadAgain()
     {
         QFETCH(QByteArray, desktop);
@@ -133,8 +132,7 @@ private Q_SLOTS:
         _tree.add(file, moving);
         QVERIFY(!made->motion().isReduced());
         _tree.add(file, still);
-        QVERIFY(made->motion().isReduced());
-        QVERIFY(QFile::remove(path));
+        QVERIFY(made->motion().isReduced() && QFile::remove(path));
         QVERIFY(!made->motion().isReduced());
     }
 
@@ -182,5 +180,4 @@ private:
 };
 
 QTEST_MAIN(MotionTest)
-
 #include "MotionTest.moc"

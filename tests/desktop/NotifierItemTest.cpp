@@ -51,7 +51,6 @@ private Q_SLOTS:
         _menu.addAction(u"Quit Ortu"_s);
         _item->show(picture(), u"Ortu"_s, _menu);
     }
-
     void cleanup() { _desktop.reset(); }
 
     // The first to run: the toolkit decides once.
@@ -120,5 +119,4 @@ private:
 };
 
 QTEST_MAIN(NotifierItemTest)
-
 #include "NotifierItemTest.moc"

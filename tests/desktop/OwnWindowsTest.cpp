@@ -67,7 +67,6 @@ private Q_SLOTS:
         QTest::failOnWarning(QRegularExpression(u".*"_s));
         _desktop = makeFreedesktopDesktop();
     }
-
     void cleanup() { _desktop.reset(); }
 
     void standing_holdsEachTimeAWindowIsShown()
@@ -118,7 +117,6 @@ private Q_SLOTS:
         // What we are up against: left to itself, the panel is refused.
         QTest::newRow("not asked for") << false << false << true;
     }
-
     void activation_takesTheKeyboardFromWhatIsBeingTypedInto()
     {
         QFETCH(bool, isAsked);
@@ -221,7 +219,6 @@ private Q_SLOTS:
             }
             QTRY_COMPARE(QGuiApplication::focusWindow(), &panel.window());
             QCOMPARE(told, {});
-
             // From one of ours to the other one, and back when that goes.
             second.show();
             own().activate(second.window(), {});

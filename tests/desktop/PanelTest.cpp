@@ -60,7 +60,6 @@ private Q_SLOTS:
         // Away from where windows come up.
         xdotool(u"mousemove 1270 790"_s);
     }
-
     void cleanup()
     {
         if (_ortu.state() != QProcess::NotRunning) {
@@ -80,7 +79,6 @@ private Q_SLOTS:
         start();
         QCOMPARE(frontWindow(), panel());
         QVERIFY(isCentred(frameOf(panel()), screen));
-
         tell(u"--toggle"_s);
         QTRY_VERIFY(!isVisible());
         QTRY_VERIFY(isInFront());
@@ -112,8 +110,7 @@ private Q_SLOTS:
         // Between the icons.
         pointAt({ 18 + 3, 30 + 3 });
         xdotool(u"click 3"_s);
-        QVERIFY(closesByEscape());
-        QVERIFY(isActive());
+        QVERIFY(closesByEscape() && isActive());
 
         pointAt({ frameOf(panel()).width() - 23, 18 });
         xdotool(u"click 1"_s);
@@ -134,13 +131,11 @@ private Q_SLOTS:
         };
         xrandr(u"--newmode small 0 1000 0 0 0 700 0 0 0"_s);
         xrandr(u"--addmode screen small"_s);
-
         xrandr(u"--output screen --mode small"_s);
         QTRY_VERIFY(isCentred(frameOf(panel()), { 0, 0, 1000, 700 }));
         QVERIFY(isVisible());
         xrandr(u"--output screen --mode 1280x800"_s);
         QTRY_VERIFY(isCentred(frameOf(panel()), screen));
-
         // Hidden meanwhile, it comes up where it belongs.
         tell(u"--hide"_s);
         QTRY_VERIFY(panel().isEmpty());
@@ -166,12 +161,10 @@ private Q_SLOTS:
         };
 
         _runner->write(name, "rubbish");
-        QVERIFY(isUsable());
-        QVERIFY(QFile::remove(path));
+        QVERIFY(isUsable() && QFile::remove(path));
         QVERIFY(isUsable());
         QFile::remove(path);
-        QVERIFY(QDir().mkpath(path + u"/inside"_s));
-        QVERIFY(isUsable());
+        QVERIFY(QDir().mkpath(path + u"/inside"_s) && isUsable());
         QVERIFY(QDir(path).removeRecursively());
         // Replaced as a whole, by something of a later version among other things.
         QByteArray later = good;
@@ -238,7 +231,6 @@ private Q_SLOTS:
         QTRY_VERIFY(isActive());
         QCOMPARE(ownWindows().size(), 1);
         QCOMPARE(ended.readAllStandardError(), QByteArray());
-
         // By the verb, after which another start finds the name and the hot key free.
         for (int round = 0; round < 5; ++round) {
             tell(u"--quit"_s);
@@ -282,5 +274,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(PanelTest)
-
 #include "PanelTest.moc"

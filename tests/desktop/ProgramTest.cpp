@@ -66,7 +66,6 @@ private Q_SLOTS:
             _runner->writeEntry(u"app%1"_s.arg(i));
         }
         _runner->scanOnlyOwnApplications();
-
         // Seven cells of 68 points at an aspect of 3: two rows of four, (24 + 4 × 68) × (24 + 2 ×
         // 68).
         const auto result = _runner->run({ u"--layout"_s, u"6"_s, u"--bounds"_s, u"924x324"_s,
@@ -85,8 +84,7 @@ private Q_SLOTS:
         QCOMPARE(at[0][u"row"_s].toInt(), 0);
         QCOMPARE(at[0][u"column"_s].toInt(), 0);
         QCOMPARE(at[1][u"margin"_s].toInt(), 2);
-        QVERIFY(at[1][u"row"_s].isNull());
-        QVERIFY(at[2][u"bunch"_s].isNull());
+        QVERIFY(at[1][u"row"_s].isNull() && at[2][u"bunch"_s].isNull());
     }
 
     void preferencesAreSetResetAndRefused()
@@ -129,9 +127,7 @@ private Q_SLOTS:
         _runner->writeEntry(u"red"_s, "Icon=" + _runner->path(u"red.png"_s).toUtf8() + "\n");
         _runner->scanOnlyOwnApplications();
         const QString file = _runner->path(u"picture.png"_s);
-
         const auto result = _runner->run({ u"--screenshot"_s, file, u"--scale"_s, u"2"_s });
-
         QCOMPARE(result.exitCode, 0);
         QCOMPARE(result.errorLines, QStringList());
         const QImage picture(file);
@@ -142,7 +138,6 @@ private Q_SLOTS:
         QCOMPARE(picture.pixelColor(middle, 152), QColor(200, 10, 20));
         QCOMPARE(picture.pixelColor(middle - 63, 89), QColor(200, 10, 20));
         QVERIFY(picture.pixelColor(middle - 66, 86) != QColor(200, 10, 20));
-
         QCOMPARE(_runner->run({ u"--screenshot"_s, u"/nonexistent/a.png"_s }).exitCode, 1);
     }
 
@@ -151,7 +146,6 @@ private Q_SLOTS:
         const auto wrong = _runner->run({ u"--list"_s, u"11"_s });
         QCOMPARE(wrong.exitCode, 2);
         QCOMPARE(wrong.errorLines.size(), 1);
-
         for (const char *variable : { "DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM" }) {
             _runner->set(variable, QString());
         }
@@ -159,7 +153,6 @@ private Q_SLOTS:
         QCOMPARE(shown.exitCode, 1);
         QCOMPARE(shown.errorLines.size(), 1);
         QCOMPARE(_runner->run({ u"--version"_s }).exitCode, 0);
-
         // A home that Qt would take for another one.
         QProcess shell;
         shell.start(
@@ -254,5 +247,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(ProgramTest)
-
 #include "ProgramTest.moc"

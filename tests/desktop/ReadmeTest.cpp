@@ -76,7 +76,6 @@ private Q_SLOTS:
             }
         }
     }
-
     void callsDoWhatTheySay()
     {
         QFETCH(const QStringList, arguments);
@@ -123,8 +122,7 @@ private Q_SLOTS:
         const auto result = _runner.run({ _picture, _runner.path(u"none.png"_s) });
         QCOMPARE(result.exitCode, 1);
         QCOMPARE(result.errorLines.size(), 1);
-        QVERIFY(result.errorLines[0].contains(u"none.png"));
-        QVERIFY(!isVisible());
+        QVERIFY(result.errorLines[0].contains(u"none.png") && !isVisible());
     }
 
     void cleanupTestCase()
@@ -148,5 +146,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(ReadmeTest)
-
 #include "ReadmeTest.moc"

@@ -79,7 +79,6 @@ private Q_SLOTS:
         _manager = std::make_unique<OTAppManager>(*_desktop, OTAppManager::Use::Inspection);
         _manager->rescanAllAppsPrioritizingGroup(-1);
     }
-
     void cleanup()
     {
         // What is only just starting cannot be asked yet.

@@ -46,12 +46,10 @@ private Q_SLOTS:
     void init()
     {
         QTest::failOnWarning(QRegularExpression(u".?"_s));
-        QCOMPARE(QGuiApplication::platformName(), u"xcb"_s);
         Pointer::move(Pointer::away);
         _desktop = makeFreedesktopDesktop();
         _item = &_desktop->statusItem();
     }
-
     void cleanup()
     {
         _desktop.reset();
@@ -68,15 +66,6 @@ private Q_SLOTS:
         Pointer::move(Pointer::away);
         QVERIFY(!_item->isShown());
         _item->hide();
-    }
-
-    void aLateTray_takesTheItem()
-    {
-        QSignalSpy changes(_item, &StatusItem::isShownChanged);
-        showItem();
-        QCOMPARE(changes.last().first().toBool(), true);
-        _item->setIcon(plainIcon(Qt::blue));
-        QTRY_VERIFY(!placeOf(Qt::blue).isNull());
     }
 
     void presses_areReported()
@@ -119,33 +108,27 @@ private Q_SLOTS:
         QSignalSpy dragged(_item, &StatusItem::dragged);
         const QPoint inside = place();
         Pointer::Drag drag;
-        for (int i = 1; i <= 2; ++i) {
-            Pointer::move(inside - QPoint(0, 40));
-            Pointer::move(inside);
-            QTRY_COMPARE(dragEntered.count(), i);
-            Pointer::move(inside + QPoint(1, 1));
-            Pointer::move(inside + QPoint(2, 2));
-            Pointer::move(inside - QPoint(0, 40));
-            QTRY_COMPARE(dragged.count(), i);
-            QCOMPARE(dragged.last().first().toBool(), false);
-        }
+        Pointer::move(inside - QPoint(0, 40));
         Pointer::move(inside);
-        QTRY_COMPARE(dragEntered.count(), 3);
+        QTRY_COMPARE(dragEntered.count(), 1);
+        Pointer::move(inside + QPoint(1, 1));
+        Pointer::move(inside - QPoint(0, 40));
+        QTRY_COMPARE(dragged.count(), 1);
+        QCOMPARE(dragged.last().first().toBool(), false);
+        Pointer::move(inside);
+        QTRY_COMPARE(dragEntered.count(), 2);
         QCOMPARE(drag.drop(), QByteArray("refused"));
-        QTRY_COMPARE(dragged.count(), 3);
+        QTRY_COMPARE(dragged.count(), 2);
     }
 
     void aTrayThatRestarts_getsTheItemBack()
     {
         showItem();
-        for (int i = 0; i < 2; ++i) {
-            _tray.terminate();
-            QTRY_VERIFY(!_item->isShown());
-            QTRY_COMPARE(_tray.state(), QProcess::NotRunning);
-            startTray();
-            QTRY_VERIFY(_item->isShown());
-            QTRY_VERIFY(_item->reportsPresses());
-        }
+        _tray.terminate();
+        QTRY_VERIFY(!_item->isShown());
+        QTRY_COMPARE(_tray.state(), QProcess::NotRunning);
+        startTray();
+        QTRY_VERIFY(_item->isShown() && _item->reportsPresses());
         QTRY_VERIFY(!placeOf(Qt::green).isNull());
         QSignalSpy pressed(_item, &StatusItem::pressed);
         Pointer::move(place());
@@ -154,9 +137,11 @@ private Q_SLOTS:
         QTRY_COMPARE(pressed.count(), 1);
     }
 
-    void aHiddenItem_isGone()
+    void aLateTray_takesTheItem_untilItIsHidden()
     {
+        QSignalSpy changes(_item, &StatusItem::isShownChanged);
         showItem();
+        QCOMPARE(changes.last().first().toBool(), true);
         // Not while one of its own events is on its way.
         connect(_item, &StatusItem::pressed, _item, [this] { _item->hide(); });
         Pointer::move(place());
@@ -182,8 +167,7 @@ private:
     {
         _item->show(plainIcon(Qt::green), u"Ortu"_s, _menu);
         startTray();
-        QTRY_VERIFY(_item->isShown());
-        QTRY_VERIFY(_item->reportsPresses());
+        QTRY_VERIFY(_item->isShown() && _item->reportsPresses());
         QTRY_VERIFY(!placeOf(Qt::green).isNull());
     }
 
@@ -196,5 +180,4 @@ private:
 };
 
 QTEST_MAIN(TrayTest)
-
 #include "TrayTest.moc"

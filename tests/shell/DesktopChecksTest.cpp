@@ -25,8 +25,7 @@ private Q_SLOTS:
         const QVariantMap elsewhere { { u"org.ortu.Ortu"_s, u"x"_s } };
         QVariantMap both = elsewhere;
         both.insert(u"org.ortu.ortu"_s, u"AllSpaces"_s);
-        QVERIFY(isHappyWith({}, {}));
-        QVERIFY(isHappyWith({}, elsewhere));
+        QVERIFY(isHappyWith({}, {}) && isHappyWith({}, elsewhere));
         for (const QVariant &empty : QVariantList { QVariantMap(), QString(), QByteArray() }) {
             QVERIFY(isHappyWith(empty, {}));
         }
@@ -47,8 +46,7 @@ private Q_SLOTS:
             QVERIFY(isHappy());
             QFile file(_path);
             QVERIFY(file.open(QIODevice::ReadWrite) && file.write(bytes) >= 0 && file.flush());
-            QVERIFY(isHappy());
-            QVERIFY(file.seek(0));
+            QVERIFY(isHappy() && file.seek(0));
             QCOMPARE(file.readAll(), QByteArray(bytes));
             QCOMPARE(QDir(_folder.path()).entryList(QDir::Files).size(), 1);
         }

@@ -84,7 +84,6 @@ private Q_SLOTS:
         }
         QCOMPARE(_faded->alpha, 0.01);
         QVERIFY(_ends->isEmpty() && !_faded->isHidden);
-
         _animation->setCurrentTime(1000);
         QCOMPARE(_slid->frame, End);
         QCOMPARE(_faded->alpha, 0.0);
@@ -108,12 +107,10 @@ private Q_SLOTS:
     {
         _animation->stopAnimation();
         QCOMPARE(_slid->frame, Start);
-
         _animation->startAnimation();
         _animation->setCurrentTime(500);
         _animation->stop();
         QVERIFY(_faded->alpha == 0.5 && !_faded->isHidden && _stops->isEmpty());
-
         _animation->startAnimation();
         _animation->stopAnimation();
         QCOMPARE(_slid->frame, End);

@@ -55,7 +55,6 @@ private Q_SLOTS:
         _view->setAttribute(Qt::WA_TranslucentBackground);
         _view->resize(200, 100);
     }
-
     void cleanup() { UserDefaults::setStandard(nullptr); }
     void itIsAFilledRoundedRectangle()
     {
@@ -89,7 +88,6 @@ private Q_SLOTS:
             const QPoint point(i % 200, i / 200);
             QCOMPARE(part.pixel(point), region.contains(point) ? whole.pixel(point) : 0U);
         }
-
         // What was there does not shine through.
         look.drawWindowBorder = false;
         QCOMPARE(drawn(look, { 200, 100 }, 1, region, 3).pixel(80, 50), Panel);
@@ -125,7 +123,6 @@ private Q_SLOTS:
         QCOMPARE(seenAt({ 0, 99 }), qRgb(33, 34, 34));
         set("windowAlpha", 0.0);
         QCOMPARE(seenAt({ 100, 50 }), qRgb(222, 224, 228));
-
         // What is at least half covered belongs to the window.
         const QRegion mask = OTBkgndView::roundedMask({ 200, 100 });
         QCOMPARE(mask.boundingRect(), QRect(0, 0, 200, 100));

@@ -102,7 +102,6 @@ private Q_SLOTS:
         QCOMPARE(_desktop->windows.lastTime, 5U);
         _controller->applicationShouldHandleReopen();
         QVERIFY(isShown());
-
         QElapsedTimer clock;
         clock.start();
         QTRY_VERIFY(clock.hasExpired(OTController::ReopenGuard + 10));
@@ -114,8 +113,7 @@ private Q_SLOTS:
         lowerAll();
         QTRY_VERIFY(clock.hasExpired(2 * OTController::ReopenGuard + 20));
         _controller->applicationShouldHandleReopen();
-        QVERIFY(isShown());
-        QVERIFY(_controller->isActive());
+        QVERIFY(isShown() && _controller->isActive());
     }
 
     void lostFocusHides_aMovedPanelLater()
@@ -123,7 +121,6 @@ private Q_SLOTS:
         launch();
         lowerAll();
         QVERIFY(!isShown() && !isTimerEndingIn(30'000));
-
         _controller->showMainWindow();
         moveAway();
         lowerAll();
@@ -245,8 +242,7 @@ private Q_SLOTS:
         QCOMPARE(_desktop->windows.taskBar,
             dockIcon ? OwnWindows::TaskBar::Listed : OwnWindows::TaskBar::Skipped);
         QCOMPARE(_alerts.size(), alert.isEmpty() ? 0 : 1);
-        QVERIFY(_alerts.value(0).startsWith(alert));
-        QVERIFY(!_alerts.value(0).contains(u"%1"_s));
+        QVERIFY(_alerts.value(0).startsWith(alert) && !_alerts.value(0).contains(u"%1"_s));
         if (hotKey == 0) {
             QVERIFY(_alerts[0].endsWith(u"\n\n"_s + _controller->hotKeyString()));
         }
@@ -323,8 +319,7 @@ private Q_SLOTS:
         set("showAppInStatusBar", true);
         set("showAppInStatusBar", false);
         QCOMPARE(_alerts.size(), 3);
-        QVERIFY(_alerts[2].startsWith(u"You have no access"_s));
-        QVERIFY(isShown());
+        QVERIFY(_alerts[2].startsWith(u"You have no access"_s) && isShown());
     }
 
     void quittingAsksWhoHasNoMenu_data()
@@ -475,7 +470,6 @@ private Q_SLOTS:
         QCOMPARE(_desktop->journal,
             QStringList({ u"progress 1/4"_s, u"progress 3/4"_s, u"progress ends"_s }));
         QCOMPARE(icon(), usual);
-
         // Nothing is there to show it where there is no entry in the task bar.
         endController();
         set("showIconInDock", false);

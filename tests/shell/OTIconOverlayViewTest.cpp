@@ -51,20 +51,17 @@ private Q_SLOTS:
         fill(6);
         show();
         QVERIFY(overlay().labelRect().isEmpty());
-
         select(u"app2"_s);
         QVERIFY(isLabelBeside(u"app2"_s));
         NotificationCenter &center = NotificationCenter::defaultCenter();
         Q_EMIT center.N_SelectedAppChanged(_window.get(), app(u"app3"_s), QRectF(0, 0, 9, 9));
         QVERIFY(isLabelBeside(u"app2"_s));
-
         // The panel is larger than the grid, and so there is room for it by the last icon too.
         set("groupOrientation", 0);
         select(u"app5"_s);
         QVERIFY(isLabelBelow(u"app5"_s));
         set("tabletMode", true);
         QCOMPARE(overlay().labelRect().bottom() + 1, cell(u"app5"_s).top() - 4);
-
         grid().selectCoords({});
         QVERIFY(overlay().labelRect().isEmpty());
         QCOMPARE(timers(), QList<int>());
@@ -74,7 +71,6 @@ private Q_SLOTS:
     {
         QTest::addColumn<std::optional<QString>>("kind");
         QTest::addColumn<QString>("expected");
-
         using Kind = std::optional<QString>;
         QTest::newRow("known by its path") << Kind() << u"/apps/Write"_s;
         QTest::newRow("of a kind") << Kind(u"Text Editor"_s) << u"Write (Text Editor)"_s;
@@ -82,7 +78,6 @@ private Q_SLOTS:
         QTest::newRow("that does not say") << Kind(QString()) << u"Write"_s;
         QTest::newRow("that says it already") << Kind(u"write"_s) << u"Write"_s;
     }
-
     void whereTheSelectionRests_theNameGrows()
     {
         QFETCH(std::optional<QString>, kind);
@@ -90,7 +85,6 @@ private Q_SLOTS:
         _naming->kind = kind;
         fill({ u"Paint.xyz"_s, u"Write.xyz"_s });
         show();
-
         select(u"Write.xyz"_s);
         QCOMPARE(timers(), QList<int> { 2000 });
         QCOMPARE(overlay().label(), u"Write"_s);
@@ -159,8 +153,7 @@ private Q_SLOTS:
         }
         set("maximumIconSize", 128);
         QCOMPARE(timers().size(), 1);
-        QVERIFY(timers().constFirst() < 1000);
-        QVERIFY(isLabelBelow(u"app1"_s));
+        QVERIFY(timers().constFirst() < 1000 && isLabelBelow(u"app1"_s));
     }
 
     void theNameMovesWhenTheBandsTurn()
@@ -189,8 +182,7 @@ private Q_SLOTS:
         Q_EMIT center.N_ShowProgressStep(0, 0, {});
         QCOMPARE(overlay().label(), u"app0"_s);
         _manager->excludeApp(app(u"app0"_s));
-        QVERIFY(grid().isEmpty());
-        QVERIFY(overlay().labelRect().isEmpty() && timers().isEmpty());
+        QVERIFY(grid().isEmpty() && overlay().labelRect().isEmpty() && timers().isEmpty());
     }
 
     void whatIsTypedStandsInTheMiddle()

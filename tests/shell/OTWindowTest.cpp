@@ -42,10 +42,8 @@ private Q_SLOTS:
         const QSize grid = _window->iconView().viewSize().toSize();
         // The low corner is the origin of a y that grows upwards.
         QCOMPARE(frame(), QRect(QPoint(0, -(grid + Frame).height()), grid + Frame));
-
         QSignalSpy shown(_window.get(), &OTWindow::shown);
         _window->show({ .time = 1234, .startupId = {} });
-
         QCOMPARE(shown.size(), 1);
         QCOMPARE(_desktop->windows.lastTime, 1234U);
         QCOMPARE(frame().size(), grid + Frame);
@@ -116,10 +114,8 @@ private Q_SLOTS:
         _window->hide();
         QCOMPARE(announced.mid(2, 2), QStringList({ u"will"_s, u"did"_s }));
         QCOMPARE(announced.count(u"will"_s), announced.count(u"did"_s));
-        QVERIFY(wanted != before.size());
-        QVERIFY(!_window->overlay().isHidden());
+        QVERIFY(wanted != before.size() && !_window->overlay().isHidden());
         QVERIFY(!_window->iconView().graphicsEffect());
-
         // Only those who want movement get it.
         _desktop->movement.isStill = true;
         _window->show();
@@ -154,11 +150,9 @@ private Q_SLOTS:
         QVERIFY(grid().appAtCoords(grid().selectedCoords()));
         set("groupShownWhenWindowClosed", 3);
         QSignalSpy hidden(_window.get(), &OTWindow::hidden);
-
         _window->hide();
         QVERIFY(!_window->isShown());
         QTRY_COMPARE(hidden.size(), 1);
-
         QCOMPARE(_defaults->integerForKey(u"groupShownWhenWindowClosed"_s), qint64(All1DGroup));
         QCOMPARE(grid().filterSubstring(), QString());
         QVERIFY(!grid().appAtCoords(grid().selectedCoords()));
@@ -184,8 +178,7 @@ private Q_SLOTS:
             _window->show();
             return isAwayByUser && !isAwayByItself && frame().topLeft() == centred;
         };
-        QVERIFY(!isAway({}) && !isAway({ 15, -15 }));
-        QVERIFY(isAway({ 18, 0 }) && isAway({ 0, -18 }));
+        QVERIFY(!isAway({}) && !isAway({ 15, -15 }) && isAway({ 18, 0 }) && isAway({ 0, -18 }));
     }
 
     void itSlidesOutOfTheWayAndBack()
@@ -203,8 +196,7 @@ private Q_SLOTS:
         QVERIFY(comesTo(centred));
         _window->move(away);
         _window->slideToCenter();
-        QVERIFY(frame().topLeft() != centred);
-        QVERIFY(comesTo(centred));
+        QVERIFY(frame().topLeft() != centred && comesTo(centred));
         _window->slideBack();
         QVERIFY(comesTo(away));
         _window->slideOnscreen();
@@ -323,7 +315,6 @@ private Q_SLOTS:
         show();
         QVERIFY(_window->mask().isEmpty());
         QVERIFY(qAlpha(_window->grab().toImage().pixel(_window->width() / 2, 3)) < 255);
-
         _desktop->blending.setActive(false);
         QCOMPARE(_window->mask(), OTBkgndView::roundedMask(_window->size()));
         QVERIFY(!_window->mask().contains(QPoint(0, 0)));
@@ -336,7 +327,6 @@ private Q_SLOTS:
         QVERIFY(!_window->isVisible());
         _window->show();
         QCOMPARE(_window->windowOpacity(), 1.0);
-
         _desktop->blending.setActive(true);
         QVERIFY(_window->mask().isEmpty());
     }
@@ -348,8 +338,7 @@ private Q_SLOTS:
         fill(4);
         QCursor::setPos(right->geometry().center());
         _window->show();
-        QVERIFY(!_window->hasBeenMoved());
-        QVERIFY(right->availableGeometry().contains(frame()));
+        QVERIFY(!_window->hasBeenMoved() && right->availableGeometry().contains(frame()));
         QTRY_COMPARE(_window->devicePixelRatio(), 2.0);
         // While it is there the pointer does not matter.
         const QRect there = frame();
@@ -364,8 +353,7 @@ private Q_SLOTS:
         dragPanelTo(there.topLeft());
         QTRY_COMPARE(_window->screen(), right);
         grid().forceRowColCountForRows(1, 0);
-        QVERIFY(right->availableGeometry().contains(frame()));
-        QVERIFY(!_window->hasBeenMoved());
+        QVERIFY(right->availableGeometry().contains(frame()) && !_window->hasBeenMoved());
     }
 
     void aChangedOrMissingScreenCentresIt()
@@ -374,11 +362,9 @@ private Q_SLOTS:
         show();
         const QPoint centred = frame().topLeft();
         QScreen *const screen = QGuiApplication::primaryScreen();
-
         _window->move(20, 20);
         Q_EMIT qGuiApp->screenRemoved(QGuiApplication::screens().constLast());
         QTRY_COMPARE(frame().topLeft(), centred);
-
         // A hidden panel has nowhere to slide to.
         _window->hide();
         QTRY_VERIFY(!_window->isVisible());

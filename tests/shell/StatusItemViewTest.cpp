@@ -50,7 +50,6 @@ private Q_SLOTS:
         _actions.clear();
         makeView(Click::PerformsAction);
     }
-
     void cleanup()
     {
         _menu.hide();
@@ -101,7 +100,6 @@ private Q_SLOTS:
         _menu.hide();
         Q_EMIT _item.menuWanted({ 50, 60 });
         QCOMPARE(_menu.pos(), QPoint(50, 60));
-
         const QRect screen = QGuiApplication::primaryScreen()->geometry();
         for (int tall = 0; tall < 40; tall += 39) {
             for (int i = 0; i < tall; ++i) {

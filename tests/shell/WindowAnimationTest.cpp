@@ -40,11 +40,9 @@ private Q_SLOTS:
         QVERIFY(_window->isVisible() && _window->windowOpacity() < 0.1);
         const int flushed = _ownWindows.count;
         setTime(500);
-        QVERIFY(_ownWindows.count > flushed);
-        QVERIFY(qAbs(_window->windowOpacity() - 0.315) < 0.01);
+        QVERIFY(_ownWindows.count > flushed && qAbs(_window->windowOpacity() - 0.315) < 0.01);
         setTime(1000);
         QCOMPARE(_window->windowOpacity(), 1.0);
-
         _opacityWhenShown = -1;
         show();
         QCOMPARE(_window->windowOpacity(), 1.0);
@@ -76,12 +74,10 @@ private Q_SLOTS:
         const double opacity = _window->windowOpacity();
         QVERIFY(opacity > 0.3 && opacity < 0.45);
         show();
-        QVERIFY(qAbs(_window->windowOpacity() - opacity) < 0.02);
-        QVERIFY(!_animation->isFadingOut());
+        QVERIFY(qAbs(_window->windowOpacity() - opacity) < 0.02 && !_animation->isFadingOut());
         setTime(1000);
         QCOMPARE(_window->windowOpacity(), 1.0);
         QVERIFY(_window->isVisible() && _fadedOut->isEmpty() && _opacityWhenShown == -1);
-
         // Somebody else was quicker to hide it.
         _animation->fadeOutOver(1);
         setTime(500);
@@ -125,7 +121,6 @@ private Q_SLOTS:
         QCOMPARE(_window->geometry().x(), 110);
         QVERIFY(!_window->isVisible() && !_animation->isFadingOut() && _fadedOut->size() == 1);
         QCOMPARE(_window->windowOpacity(), 0.0);
-
         // The display has ceased to blend meanwhile.
         _mayFade = true;
         show();

@@ -1,7 +1,7 @@
 // What the X server shows of a window that changes its size, while the program does not get round
 // to painting.
 
-#include "shell/FrameChange.h"
+#include "shell/panel/FrameChange.h"
 
 #include "desktop/Programs.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"

@@ -2,8 +2,8 @@
 
 #include "platform/HotSpot.h"
 
-#include "shell/OTHotSpotWindow.h"
 #include "shell/ShellTest.h"
+#include "shell/triggers/OTHotSpotWindow.h"
 #include "support/UserDefaults.h"
 
 #include <QGuiApplication>

@@ -1,9 +1,9 @@
 #include "shell/triggers/KeyTable.h"
 
+#include "shell/triggers/KeyTable.h"
+
 #include "shell/ShellTest.h"
 
-
-#include "shell/ShellTest.h"
 #include <QSet>
 #include <QTemporaryFile>
 

@@ -1,8 +1,8 @@
 // What presses on the status item come to, and how it shows progress.
 
 #include "platform/StatusItem.h"
-#include "shell/OTStatusItemView.h"
 #include "shell/ShellTest.h"
+#include "shell/triggers/OTStatusItemView.h"
 #include "support/NotificationCenter.h"
 
 #include <QIcon>

@@ -1,7 +1,5 @@
 #include "shell/triggers/KeyTable.h"
 
-#include "shell/triggers/KeyTable.h"
-
 #include "shell/ShellTest.h"
 
 #include <QSet>

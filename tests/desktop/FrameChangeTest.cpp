@@ -18,7 +18,7 @@ constexpr QRgb SmallColor = qRgb(200, 100, 0);
 constexpr QRgb LargeColor = qRgb(0, 100, 200);
 
 // In one colour for each size.
-class Content : public QWidget
+class Colored : public QWidget
 {
 public:
     using QWidget::QWidget;
@@ -28,6 +28,19 @@ protected:
     {
         QPainter(this).fillRect(rect(), QColor(size() == Large.size() ? LargeColor : SmallColor));
     }
+};
+
+// Draws nothing itself.
+class Content : public QWidget
+{
+public:
+    using QWidget::QWidget;
+
+protected:
+    void resizeEvent(QResizeEvent *) override { _colored.resize(size()); }
+
+private:
+    Colored _colored { this };
 };
 
 // As another program sees it.
@@ -76,6 +89,10 @@ private Q_SLOTS:
                 QCOMPARE(screenAt(Small.center()), SmallColor);
                 QCOMPARE(screenAt(Large.center() - QPoint(150, 0)), behind);
             }
+            change.setFrame(Large);
+            change.setFrame(Small);
+            QTRY_VERIFY(window.updatesEnabled());
+            QCOMPARE(screenAt(Small.center()), SmallColor);
         }
     }
 };

@@ -1,7 +1,9 @@
 #include "platform/freedesktop/x11/XMessage.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 
 xcb_client_message_event_t XMessage::make(
     xcb_window_t window, xcb_atom_t type, const QList<quint32> &data)
@@ -12,7 +14,7 @@ xcb_client_message_event_t XMessage::make(
     message.window = window;
     message.type = type;
     const size_t count = qMin(size_t(data.size()), std::size(message.data.data32));
-    std::memcpy(message.data.data32, data.constData(), count * sizeof(quint32));
+    std::copy_n(data.constBegin(), count, std::begin(message.data.data32));
     return message;
 }
 

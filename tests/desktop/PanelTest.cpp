@@ -73,7 +73,8 @@ private Q_SLOTS:
     {
         const OtherProcess terminal(u"xterm"_s, { u"-T"_s, u"Terminal"_s });
         const auto isInFront = [] {
-            return frontWindow() == windowsBy(u"--name ^Terminal$"_s).value(0);
+            const QString window = windowsBy(u"--name ^Terminal$"_s).value(0);
+            return !window.isEmpty() && frontWindow() == window;
         };
         QTRY_VERIFY_WITH_TIMEOUT(isInFront(), patience);
         start();

@@ -192,10 +192,12 @@ private:
             _tree->add(u"Ortu/%1.plist"_s.arg(name), PropertyList::toXml(value));
         };
         const QVariantList a { _tree->path(u"apps/a"_s) };
-        store(u"AllApplications"_s, QVariantList { a });
+        // Of a list in braces some compilers make a copy.
+        const QVariantList bunches { QVariant(a) };
+        store(u"AllApplications"_s, bunches);
         store(u"ExcludedApplications"_s, a);
         store(u"Preferences"_s, QVariantMap { { u"other"_s, 1 } });
-        store(u"UserApplications"_s, QVariantList { a });
+        store(u"UserApplications"_s, bunches);
         store(u"UserApplications1D"_s, a);
     }
     Contents files() const

@@ -1,7 +1,7 @@
 // How the windows of this program stand among those of others.
 //
-// The base class is a desktop without habits: it does what the toolkit does by itself, and knows
-// what the toolkit knows.
+// The base class is a desktop without habits: it does what Qt does by itself, and knows
+// what Qt knows.
 
 #pragma once
 
@@ -38,8 +38,8 @@ public:
     // desktop. Unknown where the desktop does not tell windows of other programs apart.
     virtual Former giveFrontBack();
 
-    // The window of ours that is in front; null when none is. Asks the desktop, since the toolkit
-    // believes itself out of front while somebody else has grabbed a key.
+    // The window of ours that is in front; null when none is. Asks the desktop, since Qt
+    // believes itself out of front while another program has grabbed a key.
     virtual QWindow *activeWindow() const;
 
     // Whether keys go to this window. May be later than that it is named as the active one.
@@ -53,7 +53,7 @@ public:
     // Ends that. To be called once the window has its frame.
     virtual void clearNextContent(QWindow &window);
 
-    // Sends on at once what was asked of the display: the toolkit keeps it back until it has drawn
+    // Sends on at once what was asked of the display: Qt keeps it back until it has drawn
     // something.
     virtual void flush();
 

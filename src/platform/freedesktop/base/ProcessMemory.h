@@ -1,8 +1,5 @@
-// The memory of this process at rest.
-//
-// Loading leaves behind freed memory in the pool of every thread, and the code of everything that
-// was needed once: Qt's start, decoders, parsers. The code comes back from the system's cache of
-// files with one fault for sixteen pages.
+// The memory of this process at rest: loading leaves behind freed memory in the pool of every
+// thread.
 
 #pragma once
 

@@ -1,6 +1,6 @@
 // What the system knows of a process: how it was started, and what it runs.
 //
-// All of it is read from /proc, once, and may be missing: the process is gone, or somebody else's.
+// All of it is read from /proc, once, and may be missing: the process is gone, or another user's.
 
 #pragma once
 

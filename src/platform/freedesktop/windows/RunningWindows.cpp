@@ -74,8 +74,9 @@ RunningWindows::RunningWindows(XConnection &connection, DesktopEntryIndex &entri
     : _connection(connection)
     , _matcher(entries, dataFolders, desktops)
 {
-    _keeping.setSingleShot(true);
-    _keeping.setInterval(longestShowing);
+    _handingBack.setSingleShot(true);
+    _handingBack.setInterval(longestShowing);
+    connect(&_handingBack, &QTimer::timeout, this, [this] { _shown.clear(); });
     connect(&_noneActive, &NoneActive::timeout, this, [this] { setActive(XCB_WINDOW_NONE); });
     if (!_connection.isOpen()) {
         if (const QByteArray display = qgetenv("DISPLAY"); !display.isEmpty()) {
@@ -91,7 +92,8 @@ RunningWindows::RunningWindows(XConnection &connection, DesktopEntryIndex &entri
     connect(&_connection, &XConnection::closed, this, &RunningWindows::forgetAll);
     selectEvents(_connection, _connection.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
     if (!windowsIn(_connection, XConnection::NetClientList)) {
-        qCWarning(lcPlatform, "nobody lists the windows of this display, so nothing seems to run");
+        qCWarning(lcPlatform,
+            "no window manager lists the windows of this display, so nothing seems to run");
     }
     refresh();
 }
@@ -351,8 +353,8 @@ void RunningWindows::takeActive()
     }
     // Its application may have become known only now.
     setActive(_namedWindow);
-    if (_keeping.isActive() && _keptAgainst.contains(_activeApplication)) {
-        activate(_keptActive);
+    if (_shown.remove(_namedWindow)) {
+        activate(_frontBefore);
     }
 }
 
@@ -413,9 +415,9 @@ bool RunningWindows::raise(const QString &bundlePath)
         return false;
     }
     activate(window);
-    // Whatever was to be kept out of the front is wanted there now.
+    // What is asked for last wins.
     QMetaObject::invokeMethod(
-        this, [this] { _keeping.stop(); }, Qt::QueuedConnection);
+        this, [this] { _shown.clear(); }, Qt::QueuedConnection);
     return true;
 }
 
@@ -437,21 +439,16 @@ void RunningWindows::activate(xcb_window_t window)
     }
 }
 
-void RunningWindows::keepActive(xcb_window_t window, const QString &against)
+void RunningWindows::handBack(
+    xcb_window_t front, const QSet<xcb_window_t> &shown, const QString &bundlePath)
 {
-    const QString application = _known.value(window).application;
-    if (window == XCB_WINDOW_NONE || application == against) {
+    if (front == XCB_WINDOW_NONE || _known.value(front).application == bundlePath) {
         return;
     }
-    // What is in front may be what is being kept out of there.
-    if (!_keeping.isActive() || !_keptAgainst.contains(application)) {
-        _keptActive = window;
-        _keptAgainst.clear();
+    // What is in front may have come there by being shown just now.
+    if (!_handingBack.isActive() || !_shown.contains(front)) {
+        _frontBefore = front;
     }
-    if (_known.value(_keptActive).application == against) {
-        return;
-    }
-    _keptAgainst.insert(against);
-    _keeping.start();
-    activate(_keptActive);
+    _shown += shown;
+    _handingBack.start();
 }

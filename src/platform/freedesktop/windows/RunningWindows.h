@@ -44,15 +44,16 @@ public:
     bool raise(const QString &bundlePath);
 
     // The window that the window manager names as the active one at this moment; none also where
-    // nobody names one.
+    // none is named.
     xcb_window_t activeWindow() const;
-    // Whether somebody on this display names the active window, be it none. As last heard.
+    // Whether a window manager names the active window, be it none. As last heard.
     bool isActiveNamed() const { return _isActiveNamed; }
     // Asks for a window to become that. May be called from any thread.
     void activate(xcb_window_t window);
-    // Asks for a window to stay that, should windows of an application try to take its place within
-    // the next moments: some do when they are shown, and not all at once.
-    void keepActive(xcb_window_t window, const QString &against);
+    // Asks for the window in front to be active again, once for each window of an application that
+    // was shown and becomes active within the next moment: some window managers activate what is
+    // shown.
+    void handBack(xcb_window_t front, const QSet<xcb_window_t> &shown, const QString &bundlePath);
 
     // Brings a window that the application opens within the next moments to the front, if one of
     // ours is there: to ask whether to save a document, say. Window managers leave such a window
@@ -103,9 +104,10 @@ private:
     bool _isActiveNamed = false;
     QString _activeApplication;
     quint64 _switches = 0;
-    xcb_window_t _keptActive = XCB_WINDOW_NONE;
-    QSet<QString> _keptAgainst;
-    QTimer _keeping;
+    // Active before windows were shown, and those of them that have not been active since.
+    xcb_window_t _frontBefore = XCB_WINDOW_NONE;
+    QSet<xcb_window_t> _shown;
+    QTimer _handingBack;
     // The applications that were asked to quit, and how long what they open counts as a question.
     QHash<QString, QDeadlineTimer> _expected;
     NoneActive _noneActive;

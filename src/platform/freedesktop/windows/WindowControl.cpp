@@ -39,16 +39,16 @@ bool WindowControl::isVisible(const QString &bundlePath) const
 // which is not what was asked for.
 void WindowControl::show(const QString &bundlePath)
 {
-    const xcb_window_t active = _windows.activeWindow();
-    bool isAnyShown = false;
+    const xcb_window_t front = _windows.activeWindow();
+    QSet<xcb_window_t> shown;
     for (const WindowTraits &window : _windows.windowsOf(bundlePath)) {
         if (window.isHidden) {
             _windows.connection().map(window.window);
-            isAnyShown = true;
+            shown.insert(window.window);
         }
     }
-    if (isAnyShown) {
-        _windows.keepActive(active, bundlePath);
+    if (!shown.isEmpty()) {
+        _windows.handBack(front, shown, bundlePath);
     }
 }
 

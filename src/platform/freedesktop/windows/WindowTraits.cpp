@@ -7,7 +7,7 @@
 
 namespace {
 
-// In units of four bytes: nobody names a class in more, and a title of a megabyte is never read.
+// In units of four bytes: no class is longer, and a title of a megabyte is never read.
 constexpr quint32 longestProperty = 1024;
 
 // The properties that are read, one after the other, of each window.

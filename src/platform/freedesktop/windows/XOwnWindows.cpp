@@ -66,7 +66,7 @@ XOwnWindows::Own &XOwnWindows::ownOf(QWindow &window)
 {
     if (!_owns.contains(&window)) {
         connect(&window, &QWindow::visibleChanged, this, [this, &window](bool isVisible) {
-            // The toolkit asks for the window to be shown only after this.
+            // Qt asks for the window to be shown only after this.
             QMetaObject::invokeMethod(
                 &window, [this, &window] { handleShown(window); }, Qt::QueuedConnection);
             if (!isVisible) {
@@ -140,7 +140,7 @@ void XOwnWindows::handleShown(QWindow &window)
     }
 }
 
-// The toolkit adds its own states to these when it shows the window.
+// Qt adds its own states to these when it shows the window.
 void XOwnWindows::writeStates(QWindow &window, const Own &own)
 {
     const XConnection &names = _windows.connection();
@@ -199,7 +199,7 @@ void XOwnWindows::setLevel(QWindow &window, Level level)
     }
 }
 
-// The toolkit's own request is not used where there is a window manager: it would carry the time of
+// Qt's own request is not used where there is a window manager: it would carry the time of
 // the last event that came to us, and window managers take a request with an old time for an
 // attempt to steal the keyboard.
 void XOwnWindows::activate(QWindow &window, const ActivationStamp &stamp)
@@ -329,7 +329,7 @@ void XOwnWindows::takeNamed(xcb_window_t window)
     }
 }
 
-// Stands in where nobody names the active window, and where the one who does forgets to say that it
+// Stands in where no window manager names the active window, and where one forgets to say that it
 // has gone.
 void XOwnWindows::takeToolkit()
 {

@@ -1,9 +1,9 @@
-// Our windows on an X server, as its window manager sees them. What is asked goes over the
-// toolkit's own connection, so that it comes in order with what the toolkit asks.
+// Our windows on an X server, as its window manager sees them. What is asked goes over
+// Qt's own connection, so that it comes in order with what Qt asks.
 //
-// The window that is in front is the one that the window manager names: the toolkit looks for the
+// The window that is in front is the one that the window manager names: Qt looks for the
 // keyboard instead, which anybody may grab for a moment, and waits before it tells. Where nobody
-// names one, the toolkit is believed.
+// names one, Qt is believed.
 
 #pragma once
 
@@ -25,7 +25,7 @@ class XOwnWindows final : public OwnWindows
     Q_OBJECT
 
 public:
-    // The connection is the toolkit's. Both outlive this.
+    // The connection is Qt's. Both outlive this.
     XOwnWindows(RunningWindows &windows, xcb_connection_t *connection);
 
     void setStanding(QWindow &window, TaskBar taskBar, Level level) override;

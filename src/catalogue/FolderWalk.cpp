@@ -46,7 +46,7 @@ bool FolderWalk::isListable(const QString &root)
 {
     const QFileInfo info(root);
     if (!info.exists()) {
-        // A link that leads nowhere or round in a circle is somebody's mistake, an absent folder is
+        // A link that leads nowhere or round in a circle is a mistake, an absent folder is
         // not.
         if (info.isSymLink()) {
             qCWarning(lcCatalogue, "cannot scan %s: the link leads nowhere", qUtf8Printable(root));

@@ -102,7 +102,7 @@ void OTApp::takeIcon(const QImage &icon)
 
 void OTApp::setIcon(const QImage &icon)
 {
-    // Whoever sets an icon does not wait for another one.
+    // An application whose icon was set waits for no other one.
     _awaitedIcon.reset();
     const bool isSameIcon = icon.isNull() ? _icon.isNull() : icon.cacheKey() == _icon.cacheKey();
     if (!isSameIcon) {

@@ -39,7 +39,7 @@ QString applySettings(const Invocation &invocation);
 
 int run(const Invocation &invocation, Desktop &desktop);
 
-// Runs the program until its end, unless somebody else was quicker.
+// Runs the program until its end, unless another start was quicker.
 int start(const Invocation &invocation, Desktop &desktop, SingleInstance &instance);
 // Whether an icon is still being decoded, which may take long. Until it ends, the desktop must
 // live.

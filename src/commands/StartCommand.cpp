@@ -15,7 +15,7 @@
 
 namespace {
 
-// The first text of a program costs its toolkit a good part of the start: all fonts of the system
+// The first text of a program costs Qt a good part of the start: all fonts of the system
 // are looked through. That is done beside what needs no text.
 void readyFonts()
 {

@@ -163,8 +163,8 @@ void GridItem::doAction(const QString &name)
         view->selectCoordsByKeys(coords());
         return;
     }
-    // Later, and where the icon is then: whoever asked waits for an answer, and would wait until a
-    // menu is closed.
+    // Later, and where the icon is then: the screen reader waits for an answer, and would wait
+    // until a menu is closed.
     const bool isMenu = name == showMenuAction();
     QMetaObject::invokeMethod(
         view,

@@ -1,5 +1,5 @@
 // What the wheel does to the grid: vertically it walks a letter of the filter through the alphabet,
-// a horizontal swipe asks for the next or the previous group. While somebody types it does nothing.
+// a horizontal swipe asks for the next or the previous group. While the user types it does nothing.
 
 #pragma once
 

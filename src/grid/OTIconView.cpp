@@ -20,7 +20,7 @@ namespace {
 constexpr int MostLaunches = 32;
 
 // For what is under way when the grid goes, in milliseconds.
-constexpr int LongestFarewell = 1000;
+constexpr int LongestWaitForLaunches = 1000;
 
 // Icons arrive by the hundred; painting each on its own would take longer than loading it. In
 // milliseconds, less than a frame of a screen.
@@ -86,10 +86,10 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     updateColors();
 }
 
-// A launch may wait for a program that never answers; nobody shall wait for that.
+// A launch may wait for a program that never answers; the end of this program does not.
 OTIconView::~OTIconView()
 {
-    if (!_launches->waitForDone(LongestFarewell)) {
+    if (!_launches->waitForDone(LongestWaitForLaunches)) {
         static_cast<void>(_launches.release());
     }
 }

@@ -158,7 +158,7 @@ QImage OTIconView::pictureOf(const AppRef &app)
     if (icon.width() == edge) {
         return icon;
     }
-    // Icons come anew now and then, and nobody says which of the old ones are gone.
+    // Icons come anew now and then, and no signal says which of the old ones are gone.
     if (_scaledIcons.size() > 2 * _cellApps.size()) {
         _scaledIcons.clear();
     }

@@ -288,7 +288,7 @@ void OTIconView::takeModifiers(const ModifierKeys &modifiers)
 void OTIconView::wheelEvent(QWheelEvent *event)
 {
     const bool isReversed = UserDefaults::standard().boolForKey(GridKeys::reverseScrollWheel);
-    // On X the toolkit turns the wheel on its side while Alt is held, which here means something
+    // On X Qt turns the wheel on its side while Alt is held, which here means something
     // else.
     const bool isTurned = event->modifiers().testFlag(Qt::AltModifier)
         && QGuiApplication::platformName() == QLatin1String("xcb");

@@ -1,5 +1,5 @@
 // The program's own pictures. They are drawn from vector files by the one library that is needed
-// for that anyway: the toolkit's way to load any picture brings in every picture format there is.
+// for that anyway: Qt's way to load any picture brings in every picture format there is.
 
 #pragma once
 

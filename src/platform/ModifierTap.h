@@ -1,4 +1,4 @@
-// Listens to the modifier keys of the whole session, whoever has the keyboard.
+// Listens to the modifier keys of the whole session, whichever window has the keyboard.
 //
 // The base class is a desktop where that cannot be had.
 

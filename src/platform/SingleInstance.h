@@ -1,7 +1,7 @@
 // The one running program of a session, and how other starts of it talk to it.
 //
-// The base class is a session in which programs cannot find each other: there is nobody to tell
-// anything, and nobody ever asks.
+// The base class is a session in which programs cannot find each other: there is no one to tell
+// anything, and no request ever comes.
 
 #pragma once
 
@@ -50,7 +50,7 @@ public:
         Granted,
         // Another one is.
         Taken,
-        // Nobody can be; one line has said why.
+        // None can be the only one; one line has said why.
         Impossible,
     };
 

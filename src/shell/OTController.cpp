@@ -220,7 +220,7 @@ void OTController::openFiles(const QList<QUrl> &files)
     }
 }
 
-// Once nobody is waiting for the program.
+// Once the program is idle.
 void OTController::giveMemoryBackSoon()
 {
     QTimer::singleShot(MemoryPause, this, [this] {

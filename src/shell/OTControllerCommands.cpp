@@ -129,7 +129,7 @@ void OTController::openHomeURL()
     QDesktopServices::openUrl(QUrl(_info.stringForKey(QStringLiteral("OTHomeURL"))));
 }
 
-// Somebody who has no menu may have meant to close the panel.
+// A user without a menu may have meant to close the panel.
 void OTController::quitApp(Quitting quitting)
 {
     const bool isMenuGone = _runningDockless && !_desktop.statusItem().isShown();
@@ -143,7 +143,7 @@ void OTController::quitApp(Quitting quitting)
             return;
         }
     }
-    // Asked to quit, the toolkit would ask the panel first, which fades and stays for that time.
+    // Asked to quit, Qt would ask the panel first, which fades and stays for that time.
     QCoreApplication::exit();
 }
 

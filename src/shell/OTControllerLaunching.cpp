@@ -30,7 +30,7 @@ const QString showNoUIAccessWarning = QStringLiteral("showNoUIAccessWarning");
 const QString showWindowAtLaunch = QStringLiteral("showWindowAtLaunch");
 } // namespace Key
 
-// As read by whoever has it before him.
+// As the user reads it.
 Alert information(const QString &message, const QString &text)
 {
     return { .style = Alert::Style::Informational,
@@ -93,7 +93,7 @@ void OTController::applicationWillFinishLaunching()
 void OTController::applicationDidFinishLaunching(const std::optional<InstanceRequest> &request)
 {
     _finishedLaunching = true;
-    // Somebody who asks for the panel gets it.
+    // A request for the panel is answered with it.
     if (request
         && (request->verb != InstanceRequest::Verb::Activate
             || _userDefaults.boolForKey(Key::showWindowAtLaunch))) {

@@ -29,7 +29,7 @@ int Alerts::run(const Alert &alert, QWidget *parent)
     // A copy: while the alert is shown, another presenter may come into force.
     const Presenter presenter = presenterInForce();
     if (!presenter) {
-        qCWarning(lcSupport, "nobody can answer \"%s\": taken as \"%s\"",
+        qCWarning(lcSupport, "no one can answer \"%s\": taken as \"%s\"",
             qUtf8Printable(alert.messageText),
             qUtf8Printable(alert.buttons.value(alert.safeAnswer())));
         return alert.safeAnswer();

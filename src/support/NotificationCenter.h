@@ -66,7 +66,7 @@ Q_SIGNALS:
     // else does, the sender also writes a line into the log.
     void N_UserMessage(const QString &message);
     void applicationDidFinishLaunching();
-    // Somebody asks that the panel be shown, as if the program had been started again.
+    // Another program asks that the panel be shown, as if the program had been started again.
     void applicationOpenUntitledFile();
 
 protected:

@@ -223,7 +223,7 @@ QVariant XmlReader::data()
 }
 
 // The text of the current element to its end. QXmlStreamReader::readElementText() would pass over
-// an entity that nobody declared.
+// an entity that is not declared.
 QString XmlReader::text()
 {
     QString result;

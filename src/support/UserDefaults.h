@@ -1,7 +1,7 @@
 // The user's preferences: stored values above registered defaults.
 //
 // A value for this run (--set) stands above a stored one and is never written. Keys of stored
-// values that nobody registered are kept as they are: they may belong to another version. The file
+// values that are not registered are kept as they are: they may belong to another version. The file
 // is an XML property list; a change that another program makes to it is noticed and announced like
 // one made here. Writing happens under a lock beside the file and re-reads it first, so that two
 // programs do not undo each other. The type of a registered default is the type of its preference:
@@ -50,7 +50,7 @@ public:
     QString stringForKey(const QString &key) const;
     QVariantList arrayForKey(const QString &key) const;
 
-    // The registered default; invalid for a key that nobody registered.
+    // The registered default; invalid for a key that is not registered.
     QVariant defaultForKey(const QString &key) const;
     // Every registered key, sorted.
     QStringList registeredKeys() const;

@@ -30,7 +30,7 @@ private Q_SLOTS:
             if (taken.isEmpty()) {
                 alert.buttons.clear();
             }
-            expectWarning(u"nobody can answer \"Erase\nall\\?\": taken as \"%1\""_s.arg(taken));
+            expectWarning(u"no one can answer \"Erase\nall\\?\": taken as \"%1\""_s.arg(taken));
             QCOMPARE(Alerts::run(alert), answer);
         }
     }

@@ -83,7 +83,8 @@ public:
         }
     }
 
-    // What somebody has chosen. Empty when nobody has, or when there is no such key.
+    // What the user or an administrator has set. Empty when the key has its default or does not
+    // exist.
     std::optional<bool> chosen() const
     {
         if (!_backend) {

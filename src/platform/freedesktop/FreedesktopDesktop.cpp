@@ -95,10 +95,10 @@ public:
     }
 
 private:
-    // Null where the toolkit draws on anything but an X server.
+    // Null where Qt draws on anything but an X server.
     static const QNativeInterface::QX11Application *x11Toolkit()
     {
-        // The toolkit's display without screens answers for X as well, without a connection.
+        // Qt's display without screens answers for X as well, without a connection.
         const auto *const shown = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
         const bool isX11 =
             shown != nullptr && QGuiApplication::platformName() == QLatin1String("xcb");

@@ -14,10 +14,10 @@
 
 namespace {
 
-// Of what the toolkit docks into a tray.
+// Of what Qt docks into a tray.
 constexpr const char *widgetClass = "QSystemTrayIconSys";
 
-// What the toolkit has decided, when the first item was made.
+// What Qt has decided, when the first item was made.
 std::optional<bool> isOnTheBus;
 
 bool isThereADisplay()
@@ -110,7 +110,7 @@ void TrayStatusItem::review()
     }
 }
 
-// The server knows best; where it cannot be asked, the toolkit knows a little.
+// The server knows best; where it cannot be asked, Qt knows a little.
 bool TrayStatusItem::isDocked() const
 {
     return _hasHadWidget ? _trayWindow->isDocked() : _item->geometry().isValid();
@@ -153,7 +153,7 @@ void TrayStatusItem::removeItem()
     _isPressed = false;
 }
 
-// The toolkit tells of clicks only. But what it docks is a widget like any other, which it makes
+// Qt tells of clicks only. But what it docks is a widget like any other, which it makes
 // once it has heard of a tray, and again when there is another.
 void TrayStatusItem::awaitWidget()
 {
@@ -241,7 +241,7 @@ bool TrayStatusItem::handleWindowEvent(QEvent &event)
     }
 }
 
-// Middle clicks are nobody's.
+// Middle clicks have no meaning.
 bool TrayStatusItem::handleMouse(QMouseEvent &event)
 {
     const bool isInside = _widget->rect().contains(event.position().toPoint());

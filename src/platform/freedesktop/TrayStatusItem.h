@@ -1,7 +1,7 @@
-// The status item of a freedesktop system: on the session bus where somebody shows such items, in
+// The status item of a freedesktop system: on the session bus where a program shows such items, in
 // the display's tray otherwise.
 //
-// The first of the two that appears is the one for the life of the process, since the toolkit
+// The first of the two that appears is the one for the life of the process, since Qt
 // decides once; it is not asked before, however long that takes, and never while the answer could
 // be slow. An item whose host goes comes back with the next one. A host on the bus tells only that
 // the item was chosen; a tray lets us feel every press.
@@ -61,7 +61,7 @@ private:
     std::unique_ptr<NotifierHost> _notifierHost;
     std::unique_ptr<TrayWindow> _trayWindow;
     QSystemTrayIcon *_item = nullptr;
-    // What the toolkit docks into a tray.
+    // What Qt docks into a tray.
     QPointer<QWidget> _widget;
     bool _hasHadWidget = false;
     bool _isShown = false;

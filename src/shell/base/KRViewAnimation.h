@@ -31,7 +31,7 @@ struct AnimatedView
     // Called at the end of each step.
     std::function<void()> flush;
 
-    // A window of its own: geometry and opacity. Whoever knows the windows must outlive it.
+    // A window of its own: geometry and opacity. The object that knows the windows must outlive it.
     static AnimatedView window(QWidget &window, OwnWindows &ownWindows);
 };
 

@@ -172,8 +172,8 @@ void OTWindow::show(const ActivationStamp &stamp)
         _taskBar == TaskBar::Listed ? OwnWindows::TaskBar::Listed : OwnWindows::TaskBar::Skipped,
         _level);
     _animation->fadeInOver(fadeTime, [this] { _frameChange->showVeiled(); });
-    // A panel that comes back before the toolkit has noticed that it went has kept the focus there,
-    // but is nobody's active window.
+    // A panel that comes back before Qt has noticed that it went has kept the focus there,
+    // but is not the active window.
     if (QGuiApplication::focusWindow() == windowHandle() && !isActiveWindow()) {
         QApplication::setActiveWindow(this);
     }

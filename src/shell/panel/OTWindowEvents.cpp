@@ -96,7 +96,7 @@ void OTWindow::hideEvent(QHideEvent *event)
     QWidget::hideEvent(event);
 }
 
-// Somebody outside asks; whether and how it is hidden is not for the toolkit to say.
+// Another program asks; whether and how it is hidden is not for Qt to decide.
 void OTWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore();

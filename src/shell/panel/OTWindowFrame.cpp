@@ -47,7 +47,7 @@ void OTWindow::subviewDidResize(QObject *view)
     const QRectF centred = PanelFrame::centredOn(currentFrame(), size);
     const QRectF inside = PanelFrame::constrained(centred, visibleFrame());
     // Larger than the screen in both directions, it has no place there.
-    // Whoever has it in hand wants it to follow.
+    // One that the user drags follows at once.
     const bool isHeld = _drag && _drag->isMoving;
     changeFrame(inside.isEmpty() ? centred : inside, isHeld ? Change::AtOnce : Change::AsPreferred);
     layOutGrid();

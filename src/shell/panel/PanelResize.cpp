@@ -102,7 +102,7 @@ PanelResize::PanelResize(
     , _frameChange(frameChange)
     , _ownWindows(ownWindows)
 {
-    _farewell.setAnimationCurve(KRViewAnimation::easeOut());
+    _fadeOfOldGrid.setAnimationCurve(KRViewAnimation::easeOut());
     _fade.setAnimationCurve(KRViewAnimation::easeIn());
     // By themselves, and when finish() brings them there.
     for (const auto ended :
@@ -152,12 +152,12 @@ void PanelResize::fadeOldGrid(double seconds)
         old->setAlpha(alpha);
     };
     view.hide = [old] { old->deleteLater(); };
-    _farewell.setViewAnimations({ { .view = view,
+    _fadeOfOldGrid.setViewAnimations({ { .view = view,
         .startFrame = std::nullopt,
         .endFrame = std::nullopt,
         .fade = ViewAnimation::Fade::Out } });
-    _farewell.setSeconds(seconds);
-    _farewell.startAnimation();
+    _fadeOfOldGrid.setSeconds(seconds);
+    _fadeOfOldGrid.startAnimation();
 }
 
 void PanelResize::comeBack()
@@ -173,7 +173,7 @@ void PanelResize::comeBack()
 
 void PanelResize::finish()
 {
-    _farewell.stopAnimation();
+    _fadeOfOldGrid.stopAnimation();
     _growth.stopAnimation();
     _fade.stopAnimation();
 }

@@ -49,7 +49,7 @@ private:
     Step _step = Step::Idle;
     // The grid as it is faded in.
     AnimatedView _view;
-    KRViewAnimation _farewell;
+    KRViewAnimation _fadeOfOldGrid;
     KRViewAnimation _growth;
     KRViewAnimation _fade;
 };

@@ -29,7 +29,7 @@ namespace {
 
 // Milliseconds.
 constexpr int LabelTime = 2000;
-// Nobody waits longer for the bubble to go, in seconds.
+// The longest fade of the bubble, in seconds.
 constexpr double LongestReset = 3600;
 constexpr float LabelAlpha = 0.8F;
 constexpr float MessageAlpha = 0.97F;

@@ -162,7 +162,7 @@ void OTStatusItemView::startMenuTimer()
     _menuTimer.start(holdTime);
 }
 
-// The pointer is at the item, or nobody would have asked.
+// Only a click asks, so the pointer is at the item.
 void OTStatusItemView::openMenu()
 {
     popUpMenu(QCursor::pos());

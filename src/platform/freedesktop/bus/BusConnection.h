@@ -1,8 +1,9 @@
 // A connection of our own to the session bus, by way of QtDBus. (GIO's is SessionBus.)
 //
-// It is opened when it is first asked for, closed at the end of this object, and nobody else's:
-// what happens to it happens to its owner alone. A bus that goes away leaves a connection that is
-// not connected; no bus at all is the same. Needs no application object. Lives on one thread.
+// It is opened when it is first asked for, closed at the end of this object, and shared with no
+// other: what happens to it happens to its owner alone. A bus that goes away leaves a connection
+// that is not connected; no bus at all is the same. Needs no application object. Lives on one
+// thread.
 
 #pragma once
 

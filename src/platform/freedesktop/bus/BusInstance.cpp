@@ -154,7 +154,7 @@ SingleInstance::Claim BusInstance::claim(Status status)
     return Claim::Impossible;
 }
 
-// Before the name is ours: whoever waits for it asks at once.
+// Before the name is ours: programs that wait for it ask at once.
 void BusInstance::offer(const Status &status)
 {
     _object = std::make_unique<QObject>();

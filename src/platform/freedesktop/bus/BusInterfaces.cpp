@@ -48,7 +48,7 @@ void ApplicationInterface::ActivateAction(const QString &action, const QVariantL
 
 void ApplicationInterface::refuse(const QDBusMessage &message, const QString &reason)
 {
-    qCDebug(lcPlatform, "another program asks in vain: %s", qUtf8Printable(reason));
+    qCDebug(lcPlatform, "refused a call of another program: %s", qUtf8Printable(reason));
     message.setDelayedReply(true);
     _connection.send(message.createErrorReply(QDBusError::InvalidArgs, reason));
 }

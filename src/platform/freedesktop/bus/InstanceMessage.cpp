@@ -36,7 +36,7 @@ QString actionOf(Verb verb)
     return {};
 }
 
-// Nobody can tell an identifier from a token, so one goes as both.
+// An identifier cannot be told from a token, so one goes as both.
 QVariantMap platformDataOf(const ActivationStamp &stamp)
 {
     QString startupId = stamp.startupId;

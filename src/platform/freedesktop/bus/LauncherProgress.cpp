@@ -8,7 +8,7 @@
 
 namespace {
 
-// More often than this nobody can see.
+// More often than this cannot be seen.
 constexpr auto shortestInterval = std::chrono::milliseconds(100);
 
 } // namespace

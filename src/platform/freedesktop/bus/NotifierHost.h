@@ -1,7 +1,7 @@
-// Whether somebody shows status items that register on the session bus:
+// Whether a program shows status items that register on the session bus:
 // https://www.freedesktop.org/wiki/Specifications/StatusNotifierItem/
 //
-// Nobody is waited for, and nobody is started for the sake of the answer.
+// Asking does not block, and starts no program.
 
 #pragma once
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Nobody nests entries deeper; links can.
+// Entries are not nested deeper; links can be.
 constexpr int deepestFolder = 16;
 
 // Collects the IDs below one folder. Links to folders are followed, but no folder is entered twice.

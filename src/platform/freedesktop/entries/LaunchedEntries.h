@@ -10,7 +10,7 @@
 
 namespace LaunchedEntries {
 
-// To be called before the program can run. An empty identifier is nobody's and is not kept.
+// To be called before the program can run. An empty identifier is not kept.
 void remember(const QString &startupId, const QString &path);
 
 // The path, as it was given to be launched, of the desktop entry or of the bundle. Empty when the

@@ -20,7 +20,7 @@ FreedesktopIcons::FreedesktopIcons(
     , _lookup(std::make_shared<const IconLookup>(_places, IconThemeName::current(_places)))
 {
     if (QCoreApplication::instance() != nullptr) {
-        // Not now: watching takes longer than all of the above, and nobody needs it to start.
+        // Not now: watching takes longer than all of the above, and the start does not need it.
         QTimer::singleShot(0, this, &FreedesktopIcons::startWatching);
     }
 }
@@ -121,7 +121,7 @@ static void filterCategory(QLoggingCategory *category)
     previousFilter(category);
     const std::string_view name = category->categoryName();
     for (const std::string_view quiet : { "qt.svg", "qt.gui.imageio", "qt.imageformats" }) {
-        // Nobody has Qt's debug messages unless by asking for them.
+        // Qt's debug messages are off unless asked for.
         if (name.starts_with(quiet) && !category->isDebugEnabled()) {
             category->setEnabled(QtInfoMsg, false);
             category->setEnabled(QtWarningMsg, false);

@@ -43,12 +43,12 @@ private:
     const std::function<QString(const QString &)> _iconNameOf;
     const IconPlaces _places;
     mutable std::mutex _mutex;
-    // Only the pointer is guarded; whoever holds a look-up needs no lock.
+    // Only the pointer is guarded; a look-up that is held needs no lock.
     std::shared_ptr<const IconLookup> _lookup;
     std::unique_ptr<IconWatcher> _watcher;
 };
 
 // Keeps the picture libraries from printing lines of their own about files they cannot read:
-// whoever decodes says so in one. A category that was asked for explicitly (QT_LOGGING_RULES) is
+// the decoder says so in one. A category that was asked for explicitly (QT_LOGGING_RULES) is
 // left alone. Process-wide; calling it again changes nothing.
 void quietImageLibraries();

@@ -1,9 +1,9 @@
 // The picture files in a list of folders, by name: what a theme without a usable index is searched
 // with.
 //
-// The folders are read once, at the first question; whoever asks meanwhile waits. After that it
-// never changes and may be asked from any thread. Folders that are links to one another are read
-// once.
+// The folders are read once, at the first question; other threads that ask meanwhile wait. After
+// that it never changes and may be asked from any thread. Folders that are links to one another are
+// read once.
 
 #pragma once
 

@@ -237,7 +237,7 @@ void XHotKeyGrab::handlePress(const xcb_key_press_event_t *event)
         return;
     }
     const bool isPress = isOurs && event->detail != _held
-        && (event->state & _keyboard.modifiers().four()) == _taken.modifiers;
+        && (event->state & _keyboard.modifiers().hotKeyMask()) == _taken.modifiers;
     if (!isPress) {
         if (event->detail == _held) {
             _heldCheck.start();

@@ -52,7 +52,7 @@ XHotSpot::XHotSpot(QObject *parent)
 
 XHotSpot::~XHotSpot()
 {
-    // Nobody is to hear from an object that goes.
+    // No signal comes from a destructor.
     blockSignals(true);
     remove();
 }

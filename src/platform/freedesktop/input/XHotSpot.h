@@ -28,8 +28,8 @@ public:
     bool place(const QRect &area) override;
     void remove() override;
 
-    // A place in the coordinates of windows, on a screen with these, in pixels of the display. The
-    // toolkit rounds the size of a screen to whole points; a place at the far edges takes in what
+    // A place in the coordinates of windows, on a screen with these, in pixels of the display.
+    // Qt rounds the size of a screen to whole points; a place at the far edges takes in what
     // may have been lost by that.
     static QRect devicePixels(const QRect &area, const QRect &screen, qreal devicePixelRatio);
 

@@ -345,7 +345,7 @@ void XKeyboard::readModifiers()
     modifiers.command = commandBit(map, modifiers.option);
     modifiers.thirdLevel = map.bitOf({ ThirdLevelShift, ModeSwitch });
     modifiers.locks |= map.bitOf({ NumLock }) | map.bitOf({ ScrollLock });
-    modifiers.locks &= quint16(~modifiers.four());
+    modifiers.locks &= quint16(~modifiers.hotKeyMask());
     modifiers.keys = map.keys();
     _modifiers = modifiers;
 }

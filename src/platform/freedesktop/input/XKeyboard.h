@@ -28,8 +28,8 @@ public:
         // Of the keys that are modifiers of any kind.
         QList<xcb_keycode_t> keys;
 
-        // The four that go with a hot key.
-        quint16 four() const
+        // The modifiers that a hot key may have.
+        quint16 hotKeyMask() const
         {
             return quint16(XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | option | command);
         }

@@ -16,7 +16,7 @@
 
 namespace {
 
-// A file that nobody can execute.
+// A file without execute permission.
 constexpr const char *noProgram = "/dev/null";
 
 // All that the child needs, made before it starts: it may not take memory.

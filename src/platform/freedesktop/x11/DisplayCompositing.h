@@ -12,7 +12,7 @@ class DisplayCompositing final : public Compositing
     Q_OBJECT
 
 public:
-    // The connection outlives this; null where the toolkit draws on anything but an X server.
+    // The connection outlives this; null where Qt draws on anything but an X server.
     explicit DisplayCompositing(XConnection *connection);
 
     // Right from the start; later as the server last told, which it does through the event loop.

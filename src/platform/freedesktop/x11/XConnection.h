@@ -1,5 +1,5 @@
-// A connection to the X server of our own, beside the one of the toolkit: what is asked and
-// selected here leaves the toolkit's events alone, and is simply not there where there is no X
+// A connection to the X server of our own, beside the one of Qt: what is asked and
+// selected here leaves Qt's events alone, and is simply not there where there is no X
 // server.
 //
 // Lives on the thread that made it, as a rule the main thread; requests that need no answer may be
@@ -100,7 +100,7 @@ public:
     void askTime();
 
 Q_SIGNALS:
-    // An event or, with type 0, an error of a request that nobody waits for.
+    // An event or, with type 0, an error of a request without a cookie that is waited for.
     void eventArrived(const xcb_generic_event_t *event);
     // The answer, in the server's own milliseconds.
     void timeTold(quint32 time);

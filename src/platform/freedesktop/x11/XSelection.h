@@ -14,7 +14,7 @@ public:
     // from then on.
     XSelection(XConnection &connection, XConnection::Atom name);
 
-    // None when nobody does.
+    // None when no window does.
     xcb_window_t owner() const { return _owner; }
 
 Q_SIGNALS:

@@ -20,7 +20,7 @@ public:
     // The connection is open, and outlives this.
     explicit XSettings(XConnection &connection);
 
-    // Empty when nobody sets it, or when it is no number.
+    // Empty when it is not set, or is no number.
     std::optional<qint32> number(const QByteArray &name);
 
     // The numbers in what a daemon has written; what follows damage is left out.

@@ -1,6 +1,7 @@
 #include "grid/GridAccessible.h"
 
 #include "catalogue/OTApp.h"
+#include "grid/GridGroups.h"
 #include "grid/OTIconView.h"
 #include "support/Geometry.h"
 
@@ -176,7 +177,7 @@ void GridItem::doAction(const QString &name)
             if (isMenu) {
                 view->openMenuAt(place);
             } else {
-                view->launchCoords(place);
+                view->commands().launchApp(view->appAtCoords(place));
             }
         },
         Qt::QueuedConnection);
@@ -246,7 +247,7 @@ OTIconView *GridAccessible::view() const
 QString GridAccessible::text(QAccessible::Text kind) const
 {
     if (view() && kind == QAccessible::Name) {
-        return view()->groupTitle();
+        return GridGroups::titleOf(view()->groupShown());
     }
     if (view() && kind == QAccessible::Description && view()->isEmpty()) {
         return view()->emptyHint();

@@ -1,10 +1,109 @@
 #include "grid/GridGroups.h"
 
+#include "catalogue/OTAppManager.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("OTIconView", text);
+}
+
+} // namespace
+
 int groupToShowConsideringModifiers(int group, bool isOptionHeld, qint64 orientation)
 {
-    if (isOptionHeld && (group == 1 || group == 2)) {
-        group += 4;
+    if (isOptionHeld && (group == IncludedGroup || group == Included1DGroup)) {
+        group += AllGroup - IncludedGroup;
     }
-    const bool isBunched = group == 1 || group == 3 || group == 5 || group == 8;
-    return orientation == 0 && isBunched ? group + 1 : group;
+    return orientation == 0 && GridGroups::isBunched(group) ? group + 1 : group;
+}
+
+bool GridGroups::isFavourites(int group)
+{
+    return group == UserGroup || group == User1DGroup;
+}
+
+bool GridGroups::isExcluded(int group)
+{
+    return group == ExcludedGroup || group == Excluded1DGroup;
+}
+
+bool GridGroups::isBunched(int group)
+{
+    return group == IncludedGroup || group == ExcludedGroup || group == AllGroup
+        || group == UserGroup;
+}
+
+QString GridGroups::listOf(int group)
+{
+    switch (group) {
+    case RunningGroup:
+        return QStringLiteral("runningApps");
+    case IncludedGroup:
+    case Included1DGroup:
+        return QStringLiteral("includedApps");
+    case ExcludedGroup:
+    case Excluded1DGroup:
+        return QStringLiteral("excludedApps");
+    case AllGroup:
+    case All1DGroup:
+        return QStringLiteral("allApps");
+    case UserGroup:
+    case User1DGroup:
+        return QStringLiteral("userApps");
+    default:
+        return {};
+    }
+}
+
+QString GridGroups::titleOf(int group)
+{
+    switch (group) {
+    case RunningGroup:
+        return tr("Running applications");
+    case IncludedGroup:
+    case Included1DGroup:
+        return tr("Included applications");
+    case ExcludedGroup:
+    case Excluded1DGroup:
+        return tr("Excluded applications");
+    case AllGroup:
+    case All1DGroup:
+        return tr("All applications");
+    case MissingGroup:
+        return tr("Missing applications");
+    case UserGroup:
+    case User1DGroup:
+        return tr("Favorites");
+    default:
+        return {};
+    }
+}
+
+QString GridGroups::hintWhenEmpty(int group, Known known)
+{
+    switch (group) {
+    case RunningGroup:
+        return tr("Nothing is running. An application appears here while it runs.");
+    case ExcludedGroup:
+    case Excluded1DGroup:
+        return tr("Nothing is excluded. Choose Exclude in an application's menu.");
+    case MissingGroup:
+        return tr("Nothing is missing. What was excluded and is gone appears here.");
+    case UserGroup:
+    case User1DGroup:
+        return tr("No favourites yet. Choose Add Favorite in an application's menu.");
+    case IncludedGroup:
+    case Included1DGroup:
+        if (known == Known::Applications) {
+            return tr("Everything is excluded. Choose Include in an application's menu.");
+        }
+        break;
+    default:
+        break;
+    }
+    return tr("No applications were found in the folders that are searched.");
 }

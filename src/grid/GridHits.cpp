@@ -143,3 +143,19 @@ Coords GridLayout::coordsOfPoint2(const QPointF &point) const
     }
     return coords;
 }
+
+std::vector<QRectF> GridLayout::marksThatDiffer(const Coords &one, const Coords &other) const
+{
+    std::vector<QRectF> marks;
+    const auto add = [&](quint64 first, quint64 second, const std::vector<QRectF> &rects) {
+        for (const quint64 index : { first, second }) {
+            if (first != second && index < rects.size()) {
+                marks.push_back(rects[index]);
+            }
+        }
+    };
+    add(one.bunch, other.bunch, _bunchRects);
+    add(one.spacer, other.spacer, _bunchSpacingRects);
+    add(one.margin, other.margin, _marginRects);
+    return marks;
+}

@@ -29,6 +29,17 @@ GridSettings GridInput::settings()
     return settings;
 }
 
+bool GridInput::readAlong(qint64 orientation)
+{
+    UserDefaults &defaults = UserDefaults::standard();
+    const qint64 readingOrder = orientation == 2 ? 1 : 2;
+    if (defaults.integerForKey(GridKeys::iconReadingOrder) == readingOrder) {
+        return false;
+    }
+    defaults.setObject(GridKeys::iconReadingOrder, readingOrder);
+    return true;
+}
+
 GridContents GridInput::contents(const AppArray &array, int group)
 {
     GridContents contents;

@@ -11,6 +11,9 @@ namespace GridInput {
 void registerDefaults();
 // The preferences in force.
 GridSettings settings();
+// Bands side by side read across, stacked bands read down: sets the reading order that goes with an
+// orientation. False when it is set already.
+bool readAlong(qint64 orientation);
 // The shape of a group's list.
 GridContents contents(const AppArray &array, int group);
 // The applications of the cells, row by row, null where a cell is empty.

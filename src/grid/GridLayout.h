@@ -50,6 +50,8 @@ public:
     const std::vector<QRectF> &bunchRects() const { return _bunchRects; }
     const std::vector<QRectF> &bunchSpacingRects() const { return _bunchSpacingRects; }
     const std::vector<QRectF> &marginRects() const { return _marginRects; }
+    // The bunches, gaps and margins that only one of the two names.
+    std::vector<QRectF> marksThatDiffer(const Coords &one, const Coords &other) const;
 
     bool isValidRow(quint64 row, quint64 column) const
     {

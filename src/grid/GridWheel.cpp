@@ -2,6 +2,9 @@
 
 #include "grid/TypeFilter.h"
 
+#include <QGuiApplication>
+#include <QWheelEvent>
+
 #include <cmath>
 
 namespace {
@@ -9,6 +12,10 @@ namespace {
 // Smaller movements are noise.
 constexpr double DeadZone = 0.0001;
 constexpr float SwipeThreshold = 10;
+
+// What a wheel reports for a line, down and across.
+constexpr double VerticalUnit = 100;
+constexpr double HorizontalUnit = 10;
 
 GridWheel::Outcome outcomeOf(TypeFilter::Wheel wheel)
 {
@@ -24,6 +31,17 @@ GridWheel::Outcome outcomeOf(TypeFilter::Wheel wheel)
 }
 
 } // namespace
+
+// On X Qt turns the wheel on its side while Alt is held, which here means something else.
+GridWheel::Outcome GridWheel::turned(
+    const QWheelEvent &event, bool isReversed, TypeFilter &filter, qint64 now)
+{
+    const bool isTurned = event.modifiers().testFlag(Qt::AltModifier)
+        && QGuiApplication::platformName() == QLatin1String("xcb");
+    const QPoint delta = isTurned ? event.angleDelta().transposed() : event.angleDelta();
+    return scroll(delta.x() / HorizontalUnit, delta.y() / VerticalUnit,
+        double(event.timestamp()) / 1000, isReversed, filter, now);
+}
 
 GridWheel::Outcome GridWheel::scroll(
     double deltaX, double deltaY, double timeStamp, bool isReversed, TypeFilter &filter, qint64 now)

@@ -6,6 +6,7 @@
 #include "grid/ScrollAccumulator.h"
 #include "grid/SwipeDetector.h"
 
+class QWheelEvent;
 class TypeFilter;
 
 class GridWheel final
@@ -23,6 +24,9 @@ public:
     explicit GridWheel(SwipeDetector &detector = SwipeDetector::shared())
         : _detector(detector)
     { }
+
+    // A turn of a wheel as Qt reports it; now is in milliseconds.
+    Outcome turned(const QWheelEvent &event, bool isReversed, TypeFilter &filter, qint64 now);
 
     // Vertical deltas are in lines, a hundred units of angle; horizontal ones in ten units of
     // angle. The time stamp is in seconds, now in milliseconds. A filter that is cleared counts as

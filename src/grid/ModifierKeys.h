@@ -23,3 +23,19 @@ struct ModifierKeys
 
     bool operator==(const ModifierKeys &other) const = default;
 };
+
+// Takes no account of modifiers that are held for another reason, until they are released.
+class HeldModifiers final
+{
+public:
+    void ignore(Qt::KeyboardModifiers modifiers) { _ignored = modifiers; }
+    // Which of those that are held now count.
+    ModifierKeys counted(Qt::KeyboardModifiers held)
+    {
+        _ignored &= held;
+        return ModifierKeys::of(held & ~_ignored);
+    }
+
+private:
+    Qt::KeyboardModifiers _ignored;
+};

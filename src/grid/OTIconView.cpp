@@ -1,53 +1,24 @@
 #include "grid/OTIconView.h"
 
-#include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "grid/CellLook.h"
 #include "grid/GridAccessible.h"
 #include "grid/GridGroups.h"
 #include "grid/GridHost.h"
 #include "grid/GridInput.h"
 #include "grid/GridKeys.h"
+#include "platform/Desktop.h"
 #include "support/Geometry.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <cmath>
 #include <tuple>
 
 namespace {
-
-// As many launches may be under way at once; a launch that waits for a slow program holds up no
-// other.
-constexpr int MostLaunches = 32;
-
-// For what is under way when the grid goes, in milliseconds.
-constexpr int LongestWaitForLaunches = 1000;
-
-// Icons arrive by the hundred; painting each on its own would take longer than loading it. In
-// milliseconds, less than a frame of a screen.
-constexpr int RepaintInterval = 10;
-
-// The list whose changes concern a group, by the name under which the catalogue announces it.
-QString listKey(int group)
-{
-    switch (group) {
-    case RunningGroup:
-        return QStringLiteral("runningApps");
-    case IncludedGroup:
-    case Included1DGroup:
-        return QStringLiteral("includedApps");
-    case ExcludedGroup:
-    case Excluded1DGroup:
-        return QStringLiteral("excludedApps");
-    case AllGroup:
-    case All1DGroup:
-        return QStringLiteral("allApps");
-    case UserGroup:
-    case User1DGroup:
-        return QStringLiteral("userApps");
-    default:
-        return {};
-    }
-}
 
 // The panel takes another size when one of these changes.
 auto figures(const GridLayout &layout)
@@ -62,15 +33,17 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     : QWidget(parent)
     , _appManager(appManager)
     , _host(host)
+    , _pictures(appManager.desktop().icons())
+    , _iconRepaint(*this)
+    , _commands(*this, appManager, host)
+    , _menu(*this, _commands, appManager)
 {
     _layout.setSettings(GridInput::settings());
-    _launches->setMaxThreadCount(MostLaunches);
-    _repaintTimer.setSingleShot(true);
-    _repaintTimer.setInterval(RepaintInterval);
-    connect(&_repaintTimer, &QTimer::timeout, this, &OTIconView::repaintDirtyCells);
     connect(
         &UserDefaults::standard(), &UserDefaults::changed, this, &OTIconView::preferenceDidChange);
     connect(&appManager, &OTAppManager::didChange, this, &OTIconView::listDidChange);
+    connect(&_pictures, &CellPictures::pictureChanged, this, &OTIconView::appIconDidChange);
+    connect(&_menu, &AppMenu::isOpenChanged, this, &OTIconView::menuIsOpenDidChange);
     const NotificationCenter &center = NotificationCenter::defaultCenter();
     connect(&center, &NotificationCenter::N_AppIconChanged, this, &OTIconView::appIconDidChange);
     connect(&center, &NotificationCenter::N_ShowProgressStep, this, &OTIconView::showProgressStep);
@@ -84,14 +57,6 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     _runningPaths = PathSet(appManager.runningApps());
     GridAccessible::install();
     updateColors();
-}
-
-// A launch may wait for a program that never answers; the end of this program does not.
-OTIconView::~OTIconView()
-{
-    if (!_launches->waitForDone(LongestWaitForLaunches)) {
-        static_cast<void>(_launches.release());
-    }
 }
 
 void OTIconView::registerDefaults()
@@ -122,66 +87,14 @@ int OTIconView::mappedGroup(int group) const
         group, _modifiers.option, _layout.settings().groupOrientation);
 }
 
-bool OTIconView::isFavouritesGroup() const
-{
-    return _groupShown == UserGroup || _groupShown == User1DGroup;
-}
-
-bool OTIconView::isExcludedGroup() const
-{
-    return _groupShown == ExcludedGroup || _groupShown == Excluded1DGroup;
-}
-
-QString OTIconView::groupTitle() const
-{
-    switch (_groupShown) {
-    case RunningGroup:
-        return tr("Running applications");
-    case IncludedGroup:
-    case Included1DGroup:
-        return tr("Included applications");
-    case ExcludedGroup:
-    case Excluded1DGroup:
-        return tr("Excluded applications");
-    case AllGroup:
-    case All1DGroup:
-        return tr("All applications");
-    case MissingGroup:
-        return tr("Missing applications");
-    case UserGroup:
-    case User1DGroup:
-        return tr("Favorites");
-    default:
-        return {};
-    }
-}
-
 QString OTIconView::emptyHint() const
 {
     if (!isEmpty() || _appManager.isBusyScanning()) {
         return {};
     }
-    switch (_groupShown) {
-    case RunningGroup:
-        return tr("Nothing is running. An application appears here while it runs.");
-    case ExcludedGroup:
-    case Excluded1DGroup:
-        return tr("Nothing is excluded. Choose Exclude in an application's menu.");
-    case MissingGroup:
-        return tr("Nothing is missing. What was excluded and is gone appears here.");
-    case UserGroup:
-    case User1DGroup:
-        return tr("No favourites yet. Choose Add Favorite in an application's menu.");
-    case IncludedGroup:
-    case Included1DGroup:
-        if (!_appManager.allApps1D().isEmpty()) {
-            return tr("Everything is excluded. Choose Include in an application's menu.");
-        }
-        break;
-    default:
-        break;
-    }
-    return tr("No applications were found in the folders that are searched.");
+    return GridGroups::hintWhenEmpty(_groupShown,
+        _appManager.allApps1D().isEmpty() ? GridGroups::Known::Nothing
+                                          : GridGroups::Known::Applications);
 }
 
 void OTIconView::updateLayout()
@@ -203,9 +116,7 @@ void OTIconView::resizeView(Resizing resizing)
     _layout.setMaxIconViewSize(_host.maxIconViewSize());
     _layout.setFrameSize(size());
     _layout.calcRowColCount();
-    fillCells();
-    keepSelection(before);
-    update();
+    refillCells(before);
     if (isAnotherList) {
         Q_EMIT groupShownChanged(_groupShown);
     }
@@ -219,68 +130,31 @@ void OTIconView::forceRowColCountForRows(quint64 rows, quint64 orCols)
 {
     const Arrangement before = arrangement();
     _layout.forceRowColCountForRows(rows, orCols);
-    fillCells();
-    keepSelection(before);
-    update();
+    refillCells(before);
     Q_EMIT NotificationCenter::defaultCenter().N_SubviewNeedsResizing(this);
 }
 
 // Keys select an application; the pointer selects what lies under it, and whether it still rests
 // there only its next move tells.
-void OTIconView::keepSelection(const Arrangement &before)
+void OTIconView::refillCells(const Arrangement &before)
 {
+    _cells = GridCells(_layout, _appsShown);
     if (_isSelectedByKeys) {
         selectCoordsByKeys(coordsOfApp(before.selected));
-    } else if (_cellApps != before.cellApps || !_layout.hasSamePlaces(before.layout)) {
+    } else if (!(_cells == before.cells) || !_layout.hasSamePlaces(before.layout)) {
         selectCoords({});
     }
-}
-
-void OTIconView::fillCells()
-{
-    _cellApps = GridInput::appsOfCells(_layout, _appsShown);
-    _cellOfPath.clear();
-    for (qsizetype cell = 0; cell < _cellApps.size(); ++cell) {
-        if (_cellApps[cell] && !_cellOfPath.contains(_cellApps[cell]->path())) {
-            _cellOfPath.insert(_cellApps[cell]->path(), cell);
-        }
-    }
-}
-
-Coords OTIconView::coordsOfApp(const AppRef &app) const
-{
-    Coords coords;
-    const auto cell = app ? _cellOfPath.constFind(app->path()) : _cellOfPath.constEnd();
-    if (cell != _cellOfPath.constEnd()) {
-        coords.row = quint64(*cell) / _layout.columnCount();
-        coords.col = quint64(*cell) % _layout.columnCount();
-    }
-    return coords;
-}
-
-QList<Coords> OTIconView::occupiedCells() const
-{
-    QList<Coords> cells;
-    for (qsizetype cell = 0; cell < _cellApps.size(); ++cell) {
-        if (_cellApps[cell]) {
-            cells.append(
-                { quint64(cell) / _layout.columnCount(), quint64(cell) % _layout.columnCount() });
-        }
-    }
-    return cells;
-}
-
-AppRef OTIconView::appAtCoords(const Coords &coords) const
-{
-    return _layout.isValidRow(coords.row, coords.col)
-        ? _cellApps[qsizetype(coords.row * _layout.columnCount() + coords.col)]
-        : nullptr;
+    update();
 }
 
 void OTIconView::preferenceDidChange(const QString &key, const QVariant &, const QVariant &newValue)
 {
     if (key == GridKeys::groupOrientation) {
-        orientationDidChange(newValue.toLongLong());
+        // A reading order that changes leads here again.
+        const qint64 orientation = newValue.toLongLong();
+        if (orientation >= 0 && orientation <= 2 && !GridInput::readAlong(orientation)) {
+            updateLayout();
+        }
     } else if (key == GridKeys::iconReadingOrder || key == GridKeys::iconPadding
         || key == GridKeys::iconSpacing || key == GridKeys::minimizeEmptyCells) {
         updateLayout();
@@ -293,21 +167,6 @@ void OTIconView::preferenceDidChange(const QString &key, const QVariant &, const
     }
 }
 
-void OTIconView::orientationDidChange(qint64 orientation)
-{
-    if (orientation < 0 || orientation > 2) {
-        return;
-    }
-    // Bands side by side read across, stacked bands read down. The layout follows the reading
-    // order, except where that stays as it was.
-    const qint64 readingOrder = orientation == 2 ? 1 : 2;
-    if (UserDefaults::standard().integerForKey(GridKeys::iconReadingOrder) == readingOrder) {
-        updateLayout();
-    } else {
-        UserDefaults::standard().setObject(GridKeys::iconReadingOrder, readingOrder);
-    }
-}
-
 void OTIconView::listDidChange(const QString &key)
 {
     const bool areRunning = key == QLatin1String("runningApps");
@@ -316,7 +175,7 @@ void OTIconView::listDidChange(const QString &key)
     } else if (key == QLatin1String("excludedApps1D") || key == QLatin1String("excludedApps")) {
         _excludedPaths = PathSet(_appManager.excludedApps1D());
     }
-    if (_groupShown >= 0 && key == listKey(_groupShown)) {
+    if (_groupShown >= 0 && key == GridGroups::listOf(_groupShown)) {
         resizeView(Resizing::WhenChanged);
     } else if (areRunning) {
         update();
@@ -328,6 +187,11 @@ QRect OTIconView::onWidget(const QRectF &rect) const
     return Geometry::flipped(rect, height()).toAlignedRect();
 }
 
+QRect OTIconView::onScreen(const Coords &cell) const
+{
+    return onWidget(rectOfCoords(cell)).translated(mapToGlobal(QPoint(0, 0)));
+}
+
 QPointF OTIconView::inView(const QPointF &onWidget) const
 {
     return Geometry::flipped(onWidget, height());
@@ -336,4 +200,99 @@ QPointF OTIconView::inView(const QPointF &onWidget) const
 void OTIconView::resizeEvent(QResizeEvent *)
 {
     _layout.setFrameSize(size());
+}
+
+void OTIconView::updateColors()
+{
+    _colors = GridColors::fromPreferences();
+    update();
+}
+
+void OTIconView::showProgressStep(int step, int count, const QString &label)
+{
+    if (_scanNotice.showProgressStep(step, count, label)) {
+        repaint();
+    }
+}
+
+void OTIconView::setNeedsDisplayForApp(const AppRef &app)
+{
+    setNeedsDisplayForCoords(coordsOfApp(app));
+}
+
+void OTIconView::setNeedsDisplayForCoords(const Coords &coords)
+{
+    if (_layout.isValidRow(coords.row, coords.col)) {
+        update(paintedRect(_layout.cellAt(coords.row, coords.col).rect));
+    }
+}
+
+void OTIconView::appIconDidChange(const AppRef &app)
+{
+    const QRectF rect = rectOfApp(app);
+    if (!rect.isEmpty()) {
+        _iconRepaint.add(paintedRect(rect));
+    }
+}
+
+// Where ratios are not whole, edges are brought onto whole pixels, a little beyond the cell.
+QRect OTIconView::paintedRect(const QRectF &cell) const
+{
+    const qreal ratio = devicePixelRatioF();
+    const int beyond = ratio == std::floor(ratio) ? 0 : 1;
+    return onWidget(cell).adjusted(-beyond, -beyond, beyond, beyond);
+}
+
+CellLook OTIconView::lookOf(quint64 row, quint64 column, const AppRef &app) const
+{
+    CellFacts facts;
+    facts.hasApp = app != nullptr;
+    if (!app) {
+        return cellLook(facts);
+    }
+    facts.group = _groupShown;
+    facts.isFilteredOut = isAppKeyFilteredOut(app);
+    facts.isSelected = row == _selectedCoords.row && column == _selectedCoords.col;
+    facts.isMouseButtonDown = _press.mouseDownPoint.has_value() || _press.isMenu;
+    facts.isExcluded = _excludedPaths.contains(app);
+    facts.isRunning = _runningPaths.contains(app);
+    facts.isFunctionKeyHeld = _modifiers.function;
+    return cellLook(facts);
+}
+
+void OTIconView::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    const qreal ratio = painter.deviceTransform().m11();
+    const int iconEdge = int(std::lround(qreal(_layout.iconWidth()) * ratio));
+    _pictures.prepare(iconEdge, ratio, _cells.count());
+    GridPainter grid(painter, _layout, _colors, height());
+    grid.drawBackground(rect());
+    if (_scanNotice.isShown()) {
+        grid.drawScanText(rect(), _scanNotice.step(), _scanNotice.label());
+        return;
+    }
+    drawCells(grid, event->region());
+    // What the pointer is over needs no mark.
+    if (_isSelectedByKeys && selectedApp()) {
+        grid.drawFocus(_selectedCoords.row, _selectedCoords.col);
+    }
+    if (!_appsShown.isFlat()) {
+        grid.drawSeparators(_selectedCoords, false);
+    }
+}
+
+void OTIconView::drawCells(GridPainter &painter, const QRegion &region)
+{
+    for (quint64 row = 0; row < _layout.rowCount(); ++row) {
+        for (quint64 column = 0; column < _layout.columnCount(); ++column) {
+            const QRectF cell = _layout.cellAt(row, column).rect;
+            if (cell.isEmpty() || !region.intersects(paintedRect(cell))) {
+                continue;
+            }
+            const AppRef app = appAtCoords({ row, column });
+            painter.drawCell(row, column, lookOf(row, column, app), _runningPaths.contains(app),
+                app ? _pictures.pictureOf(app) : QImage());
+        }
+    }
 }

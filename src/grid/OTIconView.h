@@ -8,30 +8,27 @@
 #pragma once
 
 #include "catalogue/AppArray.h"
+#include "grid/AppCommands.h"
+#include "grid/AppMenu.h"
+#include "grid/CellPictures.h"
 #include "grid/Coords.h"
+#include "grid/GatheredRepaint.h"
+#include "grid/GridCells.h"
 #include "grid/GridLayout.h"
 #include "grid/GridPainter.h"
 #include "grid/GridWheel.h"
 #include "grid/ModifierKeys.h"
+#include "grid/ScanNotice.h"
 #include "grid/TypeFilter.h"
 
 #include <QElapsedTimer>
-#include <QHash>
-#include <QImage>
-#include <QPointer>
-#include <QRegion>
-#include <QThreadPool>
-#include <QTimer>
 #include <QVariant>
 #include <QWidget>
 
-#include <memory>
 #include <optional>
 
 class GridHost;
 class OTAppManager;
-class QMenu;
-class QMimeData;
 struct CellLook;
 
 class OTIconView : public QWidget
@@ -43,7 +40,6 @@ public:
 
     // Catalogue and host must outlive the view. Nothing is shown until setGroupToShow().
     OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent = nullptr);
-    ~OTIconView() override;
 
     // Registers the preferences that the grid reads. To be called once, before anything reads them.
     static void registerDefaults();
@@ -67,24 +63,24 @@ public:
     // The size of the whole grid; of the view as it is when no application is shown.
     QSizeF viewSize() const { return _layout.viewSize(); }
     // Whether the group shown holds no application.
-    bool isEmpty() const { return _cellOfPath.isEmpty(); }
+    bool isEmpty() const { return _cells.isEmpty(); }
     const GridLayout &gridLayout() const { return _layout; }
     QSize sizeHint() const override { return viewSize().toSize(); }
 
     Coords coordsOfPoint(const QPointF &point) const { return _layout.coordsOfPoint(point); }
     // Found by equality; only row and column are set.
-    Coords coordsOfApp(const AppRef &app) const;
-    AppRef appAtCoords(const Coords &coords) const;
+    Coords coordsOfApp(const AppRef &app) const { return _cells.coordsOfApp(app); }
+    AppRef appAtCoords(const Coords &coords) const { return _cells.appAtCoords(coords); }
     AppRef appAtPoint(const QPointF &point) const { return appAtCoords(coordsOfPoint(point)); }
     QRectF rectOfCoords(const Coords &coords) const { return _layout.rectOfCoords(coords); }
     QRectF rectOfApp(const AppRef &app) const { return rectOfCoords(coordsOfApp(app)); }
+    // The cell in the coordinates of the screen, y downwards.
+    QRect onScreen(const Coords &cell) const;
 
     // The cells that hold an application, in the order of the grid's rows.
-    QList<Coords> occupiedCells() const;
+    QList<Coords> occupiedCells() const { return _cells.occupied(); }
     bool isAppRunning(const AppRef &app) const { return _runningPaths.contains(app); }
     bool isAppExcluded(const AppRef &app) const { return _excludedPaths.contains(app); }
-    // What the shown group is called.
-    QString groupTitle() const;
     // Why the shown group has nothing to show and what can be done about it, for people; empty
     // while it has something, and while applications are looked for.
     QString emptyHint() const;
@@ -95,24 +91,29 @@ public:
     bool keyPressed(const QKeyEvent &event);
     bool performKeyEquivalent(const QKeyEvent &event);
     bool handleKeyDown(const QKeyEvent &event);
-    bool handleKeyUp(const QKeyEvent &event);
     // Text that comes ready made, from an input method.
     void textCommitted(const QString &text);
     // Clears the filter. False when there was none.
     bool handleCancelOperation();
 
     const QString &filterSubstring() const { return _filter.string(); }
-    void resetFilterSubstring();
+    void resetFilterSubstring() { _filter.reset(); }
     void sendFilterSubstringNotification();
     bool isAppKeyFilteredOut(const AppRef &app) const;
     // The applications of the shown group that the filter leaves, in the group's order.
     AppList keyFilteredApps1D() const;
 
     const Coords &selectedCoords() const { return _selectedCoords; }
+    AppRef selectedApp() const { return appAtCoords(_selectedCoords); }
     // As the pointer does.
     void selectCoords(const Coords &coords);
     // As the arrow keys do: Return launches the application, and the selection goes with it.
     void selectCoordsByKeys(const Coords &coords);
+    // As what has selected the present cell.
+    void selectKeepingKeys(const Coords &coords)
+    {
+        _isSelectedByKeys ? selectCoordsByKeys(coords) : selectCoords(coords);
+    }
     // Ends whatever the user has begun: modifiers, filter, selection.
     void reset();
     // To be called when the window is no longer the one that is used.
@@ -121,33 +122,18 @@ public:
     // The modifiers that are held now; they count only while the window is the active one.
     void modifierKeysChanged(Qt::KeyboardModifiers modifiers);
     // To be called when their releases will not be reported, since another window has the keyboard.
-    void forgetModifiers();
+    void forgetModifiers() { takeModifiers({}); }
     // Modifiers that are held for another reason count only after their release.
-    void ignoreHeldModifiers(Qt::KeyboardModifiers modifiers);
+    void ignoreHeldModifiers(Qt::KeyboardModifiers held) { _heldModifiers.ignore(held); }
 
     // Follows the pointer; for a window that sees its moves before the view does.
-    void myMouseMoved(const QPointF &inView);
+    void myMouseMoved(const QPointF &inView) { selectCoords(coordsOfPoint(inView)); }
 
-    // Launches on a thread of its own and lets the window hide. A favourite that is gone is looked
-    // for instead.
-    void launchApp(const AppRef &app, const QMimeData *withPasteboard = nullptr);
-    void launchCoords(const Coords &coords) { launchApp(appAtCoords(coords)); }
-
-    // The menu for the application in the selected cell, null when there is none. The caller owns
-    // it; it acts on that application wherever it is then, and on nothing when it is gone.
-    QMenu *contextualMenu();
+    // What can be done to the application in the selected cell, and the menu that offers it.
+    AppCommands &commands() { return _commands; }
+    AppMenu &menu() { return _menu; }
+    // Opens the menu over a cell, which it selects; nothing where that is empty.
     void openMenuAt(const Coords &coords);
-
-    // What the menu does, to the application in the selected cell.
-    void includeSelectedApp();
-    void excludeSelectedApp();
-    void addSelectedAppToUser();
-    void addSelectedAppToUserNewGroup();
-    void removeSelectedAppFromUser();
-    void showSelectedApp();
-    void hideSelectedApp();
-    void quitSelectedApp();
-    void showAppInFinder();
 
     // Text in place of the grid while a long scan goes on; a count below 1 ends it.
     void showProgressStep(int step, int count, const QString &label);
@@ -161,8 +147,6 @@ Q_SIGNALS:
     // The pointer was pressed on an icon and has moved away from there. A drag that is run for it
     // takes the release of the button; without one a release on the same icon is a click.
     void dragWanted(const Coords &start);
-    // The menu of an icon opens, or has begun to close.
-    void menuIsOpenChanged(bool isOpen);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -174,47 +158,45 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
-    void preferenceDidChange(
-        const QString &key, const QVariant &oldValue, const QVariant &newValue);
-    void orientationDidChange(qint64 orientation);
-    void listDidChange(const QString &key);
-    void appIconDidChange(const AppRef &app);
-    void repaintDirtyCells();
-
     // What lay where before a layout pass.
     struct Arrangement
     {
         GridLayout layout;
-        AppList cellApps;
+        GridCells cells;
         AppRef selected;
     };
 
+    // What is held down.
+    struct Press
+    {
+        // Of the left button, in the view.
+        std::optional<QPointF> mouseDownPoint;
+        AppRef app;
+        bool isDragWanted = false;
+        // The press has opened a menu and lasts as long as that.
+        bool isMenu = false;
+    };
+
+    void preferenceDidChange(
+        const QString &key, const QVariant &oldValue, const QVariant &newValue);
+    void listDidChange(const QString &key);
+    void appIconDidChange(const AppRef &app);
+
     int mappedGroup(int group) const;
-    bool isFavouritesGroup() const;
-    bool isExcludedGroup() const;
-    Arrangement arrangement() const { return { _layout, _cellApps, selectedApp() }; }
-    void fillCells();
-    void keepSelection(const Arrangement &before);
+    Arrangement arrangement() const { return { _layout, _cells, selectedApp() }; }
+    void refillCells(const Arrangement &before);
     void takeModifiers(const ModifierKeys &modifiers);
-    void selectKeepingKeys(const Coords &coords);
 
     CellLook lookOf(quint64 row, quint64 column, const AppRef &app) const;
     void drawCells(GridPainter &painter, const QRegion &region);
-    QImage pictureOf(const AppRef &app);
-    QImage sharpIconOf(const AppRef &app, const QImage &icon);
     void setNeedsDisplayForCoords(const Coords &coords);
 
     qint64 now() const { return _clock.elapsed(); }
     void filterChanged();
     bool moveSelection(int key);
     bool changeLineCount(int by);
-
-    void clicked(const AppRef &app, const QPoint &onScreen);
-    void openMenu(const QPoint &onScreen);
-    void menuWillHide();
-    void addActions(QMenu &menu, const AppRef &app);
-    AppRef selectedApp() const { return appAtCoords(_selectedCoords); }
-    void showPoof();
+    void menuIsOpenDidChange(bool isOpen);
+    void selectUnderPointer();
     void updateCursor();
 
     QRect onWidget(const QRectF &rect) const;
@@ -227,47 +209,25 @@ private:
     int _groupToShow = 1;
     int _groupShown = -1;
     AppArray _appsShown;
-    // The application of each cell, row by row, and the first cell of each path.
-    AppList _cellApps;
-    QHash<QString, qsizetype> _cellOfPath;
-
-    GridColors _colors;
-    // Icons in the size in which they are drawn, where that is not the size in which they were
-    // loaded.
-    QHash<qint64, QImage> _scaledIcons;
-    int _scaledSize = 0;
-    // Icons loaded for a screen with more pixels than points, by those they stand for; null while
-    // they are on their way.
-    QHash<qint64, QImage> _sharpIcons;
-    qreal _paintRatio = 1;
-    // Cells whose icons arrived since the last repaint.
-    QRegion _dirtyCells;
-    QTimer _repaintTimer;
+    GridCells _cells;
     PathSet _excludedPaths;
     PathSet _runningPaths;
-    bool _showIconSpectrums = false;
-    bool _isBusyScanning = false;
-    QElapsedTimer _scanTime;
-    QString _scanningStep;
-    QString _scanningLabel;
+
+    GridColors _colors;
+    CellPictures _pictures;
+    GatheredRepaint _iconRepaint;
+    ScanNotice _scanNotice;
 
     QElapsedTimer _clock;
     TypeFilter _filter;
     GridWheel _wheel;
     ModifierKeys _modifiers;
-    Qt::KeyboardModifiers _ignoredModifiers;
+    HeldModifiers _heldModifiers;
     Coords _selectedCoords;
     // The selection was moved by keys, not by the pointer.
     bool _isSelectedByKeys = false;
+    Press _press;
 
-    // Where a button was pressed; set only while it is down.
-    std::optional<QPointF> _mouseDownPoint;
-    AppRef _pressedApp;
-    bool _isDragWanted = false;
-    // Where a click was that is being dealt with.
-    std::optional<QPoint> _clickOnScreen;
-    QPointer<QMenu> _menu;
-    // The menu was opened by a press, which lasts as long as the menu.
-    bool _isMenuPressed = false;
-    std::unique_ptr<QThreadPool> _launches = std::make_unique<QThreadPool>();
+    AppCommands _commands;
+    AppMenu _menu;
 };

@@ -45,6 +45,20 @@ TypeFilter::Press TypeFilter::press(
     return { true, launches };
 }
 
+bool TypeFilter::type(const QString &text, qint64 now)
+{
+    const QString before = _string;
+    bool isTyped = false;
+    for (const char32_t character : text.toStdU32String()) {
+        const QString typed = QString::fromUcs4(&character, 1);
+        isTyped = press(
+                      typed, false, [] { return false; }, now)
+                      .isHandled
+            || isTyped;
+    }
+    return isTyped || _string != before;
+}
+
 // False for a character that no filter has.
 bool TypeFilter::edit(char32_t character)
 {

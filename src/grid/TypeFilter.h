@@ -55,6 +55,10 @@ public:
     Press press(const QString &characters, bool isRepeat, const std::function<bool()> &isOneLeft,
         qint64 now);
 
+    // Takes text that is no single key, such as an input method's; it launches nothing. True when
+    // the filter is to be announced.
+    bool type(const QString &text, qint64 now);
+
     // Empties the filter and forgets how far the wheel was turned; it stays as fresh as it was.
     void reset();
     // The filter is no longer fresh.

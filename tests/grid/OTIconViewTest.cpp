@@ -133,7 +133,7 @@ private Q_SLOTS:
         QVERIFY(_view->selectedCoords().isEmpty());
         _view.reset();
         _view = std::make_unique<OTIconView>(*_manager, _host);
-        QVERIFY(type(u"a"_s) && !press(Qt::Key_Down) && !_view->contextualMenu());
+        QVERIFY(type(u"a"_s) && !press(Qt::Key_Down) && !_view->menu().contextualMenu());
         QVERIFY(_view->keyFilteredApps1D().isEmpty());
     }
 
@@ -368,7 +368,7 @@ private Q_SLOTS:
             _desktop->isShown = !state.contains(u"hidden"_s);
             showGroup(group);
             hover(u"a"_s);
-            const std::unique_ptr<QMenu> menu(_view->contextualMenu());
+            const std::unique_ptr<QMenu> menu = _view->menu().contextualMenu();
             QVERIFY(menu);
             QStringList items;
             for (const QAction *action : menu->actions()) {
@@ -383,7 +383,7 @@ private Q_SLOTS:
         fill({ u"a"_s, u"b"_s, u"c"_s });
         const auto chosen = [this](const QString &name, const QString &item, auto meanwhile) {
             hover(name);
-            const std::unique_ptr<QMenu> menu(_view->contextualMenu());
+            const std::unique_ptr<QMenu> menu = _view->menu().contextualMenu();
             meanwhile();
             for (QAction *action : menu->actions()) {
                 if (action->text() == item) {

@@ -53,7 +53,7 @@ void OTWindow::keyPressEvent(QKeyEvent *event)
 void OTWindow::keyReleaseEvent(QKeyEvent *event)
 {
     _iconView->modifierKeysChanged(heldModifiers(*event));
-    event->setAccepted(_iconView->handleKeyUp(*event));
+    event->ignore();
 }
 
 void OTWindow::inputMethodEvent(QInputMethodEvent *event)

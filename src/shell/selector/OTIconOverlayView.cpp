@@ -93,7 +93,7 @@ OTIconOverlayView::OTIconOverlayView(
             followGrid();
         }
     });
-    connect(&_iconView, &OTIconView::menuIsOpenChanged, this, &OTIconOverlayView::setIsMenuOpen);
+    connect(&_iconView.menu(), &AppMenu::isOpenChanged, this, &OTIconOverlayView::setIsMenuOpen);
     // The grid has laid out its list by then.
     connect(&appManager, &OTAppManager::didChange, this, &OTIconOverlayView::followGrid);
     connect(&UserDefaults::standard(), &UserDefaults::changed, this,

@@ -1,9 +1,11 @@
-// The part of the grid that keys, wheel and modifiers drive, and the selection.
+// The part of the grid that keys, wheel, modifiers and pointer drive, and the selection.
 
-#include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "grid/DisappearingCursor.h"
 #include "grid/FilterMatch.h"
 #include "grid/GridAccessible.h"
+#include "grid/GridGroups.h"
+#include "grid/GridHost.h"
 #include "grid/GridKeys.h"
 #include "grid/KeyCharacters.h"
 #include "grid/OTIconView.h"
@@ -11,23 +13,24 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QCursor>
 #include <QKeyEvent>
-#include <QMenu>
+#include <QMouseEvent>
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
 
 constexpr double ResetInterval = 1.0; // seconds
 
-// What a wheel reports for a line, down and across.
-constexpr double VerticalUnit = 100;
-constexpr double HorizontalUnit = 10;
-
 constexpr qint64 ColorOrder = 2;
+
+// A press that moves farther, on either axis, begins a drag.
+constexpr qreal DragThreshold = 2.0;
 
 } // namespace
 
@@ -52,7 +55,7 @@ bool OTIconView::performKeyEquivalent(const QKeyEvent &event)
     case Qt::Key_Dead_Grave:
         if (UserDefaults::standard().integerForKey(GridKeys::groupContentsSortOrder)
             == ColorOrder) {
-            _showIconSpectrums = !_showIconSpectrums;
+            _pictures.setAreSpectrumsShown(!_pictures.areSpectrumsShown());
             update();
         }
         return true;
@@ -64,9 +67,7 @@ bool OTIconView::performKeyEquivalent(const QKeyEvent &event)
 // Rows, or columns where bands are stacked; only a group in bunches has them to choose.
 bool OTIconView::changeLineCount(int by)
 {
-    const bool isBunched = _groupShown == IncludedGroup || _groupShown == ExcludedGroup
-        || _groupShown == AllGroup || _groupShown == UserGroup;
-    if (!isBunched) {
+    if (!GridGroups::isBunched(_groupShown)) {
         return false;
     }
     const bool areColumns = _layout.settings().groupOrientation == 1;
@@ -79,22 +80,16 @@ bool OTIconView::changeLineCount(int by)
 bool OTIconView::handleKeyDown(const QKeyEvent &event)
 {
     const QString characters = KeyCharacters::of(event);
-    bool isOneLeft = false;
-    AppRef left;
-    const auto findOneLeft = [&] {
-        const AppList apps = keyFilteredApps1D();
-        isOneLeft = apps.size() == 1;
-        left = isOneLeft ? apps.constFirst() : nullptr;
-        return isOneLeft;
-    };
     const bool isReturn = KeyCharacters::isReturn(characters);
+    // Before the key itself clears the filter.
+    const AppList left = isReturn ? keyFilteredApps1D() : AppList();
+    const bool isOneLeft = left.size() == 1;
     const AppRef selected = selectedApp();
-    // The filter may be cleared by the key itself.
     const bool isSelectionMeant =
         isReturn && _isSelectedByKeys && selected && !isAppKeyFilteredOut(selected);
     const QString before = _filter.string();
-    const TypeFilter::Press press =
-        _filter.press(characters, event.isAutoRepeat(), findOneLeft, now());
+    const TypeFilter::Press press = _filter.press(
+        characters, event.isAutoRepeat(), [&] { return isOneLeft; }, now());
     if (!press.isHandled) {
         // A filter whose time was up goes even with a key that means nothing.
         if (_filter.string() != before) {
@@ -103,46 +98,28 @@ bool OTIconView::handleKeyDown(const QKeyEvent &event)
         return false;
     }
     filterChanged();
-    if (press.launches && left) {
-        launchApp(left);
+    if (press.launches) {
+        _commands.launchApp(left.constFirst());
     } else if (isSelectionMeant && !isOneLeft) {
-        launchApp(selected);
+        _commands.launchApp(selected);
     }
     return true;
 }
 
-bool OTIconView::handleKeyUp(const QKeyEvent &)
-{
-    return false;
-}
-
 void OTIconView::textCommitted(const QString &text)
 {
-    const QString before = _filter.string();
-    const auto launchesNothing = [] { return false; };
-    bool isTyped = false;
-    for (const char32_t character : text.toStdU32String()) {
-        const QString typed = QString::fromUcs4(&character, 1);
-        isTyped = _filter.press(typed, false, launchesNothing, now()).isHandled || isTyped;
-    }
-    if (isTyped || _filter.string() != before) {
+    if (_filter.type(text, now())) {
         filterChanged();
     }
 }
 
 bool OTIconView::handleCancelOperation()
 {
-    if (_filter.isEmpty()) {
-        return false;
+    const bool isCancelled = _filter.cancelOperation();
+    if (isCancelled) {
+        filterChanged();
     }
-    resetFilterSubstring();
-    filterChanged();
-    return true;
-}
-
-void OTIconView::resetFilterSubstring()
-{
-    _filter.reset();
+    return isCancelled;
 }
 
 void OTIconView::filterChanged()
@@ -176,7 +153,7 @@ bool OTIconView::moveSelection(int key)
         return selectedApp() != nullptr;
     }
     const std::optional<SelectionSteps::Step> step = SelectionSteps::stepOf(key);
-    if (!step || _cellOfPath.isEmpty()) {
+    if (!step || isEmpty()) {
         return false;
     }
     const auto isLit = [this](quint64 row, quint64 column) {
@@ -207,16 +184,9 @@ void OTIconView::selectCoords(const Coords &coords)
             this, app, app ? rectOfApp(app) : QRectF());
         GridAccessible::selectionChanged(this);
     }
-    const auto redisplay = [this](quint64 before, quint64 now, const std::vector<QRectF> &rects) {
-        for (const quint64 index : { before, now }) {
-            if (before != now && index < rects.size()) {
-                update(onWidget(rects[index]));
-            }
-        }
-    };
-    redisplay(old.bunch, coords.bunch, _layout.bunchRects());
-    redisplay(old.spacer, coords.spacer, _layout.bunchSpacingRects());
-    redisplay(old.margin, coords.margin, _layout.marginRects());
+    for (const QRectF &mark : _layout.marksThatDiffer(old, coords)) {
+        update(onWidget(mark));
+    }
 }
 
 void OTIconView::selectCoordsByKeys(const Coords &coords)
@@ -226,21 +196,13 @@ void OTIconView::selectCoordsByKeys(const Coords &coords)
     setNeedsDisplayForCoords(coords);
 }
 
-void OTIconView::selectKeepingKeys(const Coords &coords)
-{
-    _isSelectedByKeys ? selectCoordsByKeys(coords) : selectCoords(coords);
-}
-
 void OTIconView::reset()
 {
     _modifiers = {};
     resetFilterSubstring();
     selectCoords({});
-    _mouseDownPoint.reset();
-    _pressedApp.reset();
-    _isDragWanted = false;
-    _isMenuPressed = false;
-    _showIconSpectrums = false;
+    _press = {};
+    _pictures.setAreSpectrumsShown(false);
     updateCursor();
 }
 
@@ -251,24 +213,13 @@ void OTIconView::resignFirstResponder()
     resizeView(Resizing::WhenChanged);
 }
 
-void OTIconView::ignoreHeldModifiers(Qt::KeyboardModifiers modifiers)
-{
-    _ignoredModifiers = modifiers;
-}
-
 void OTIconView::modifierKeysChanged(Qt::KeyboardModifiers modifiers)
 {
     // While a menu is open the grid stays as it was when that was asked for.
-    if (!isActiveWindow() || (_menu && _menu->isVisible())) {
+    if (!isActiveWindow() || _menu.isVisible()) {
         return;
     }
-    _ignoredModifiers &= modifiers;
-    takeModifiers(ModifierKeys::of(modifiers & ~_ignoredModifiers));
-}
-
-void OTIconView::forgetModifiers()
-{
-    takeModifiers({});
+    takeModifiers(_heldModifiers.counted(modifiers));
 }
 
 void OTIconView::takeModifiers(const ModifierKeys &modifiers)
@@ -288,14 +239,8 @@ void OTIconView::takeModifiers(const ModifierKeys &modifiers)
 void OTIconView::wheelEvent(QWheelEvent *event)
 {
     const bool isReversed = UserDefaults::standard().boolForKey(GridKeys::reverseScrollWheel);
-    // On X Qt turns the wheel on its side while Alt is held, which here means something
-    // else.
-    const bool isTurned = event->modifiers().testFlag(Qt::AltModifier)
-        && QGuiApplication::platformName() == QLatin1String("xcb");
-    const QPoint delta = isTurned ? event->angleDelta().transposed() : event->angleDelta();
     NotificationCenter &center = NotificationCenter::defaultCenter();
-    switch (_wheel.scroll(delta.x() / HorizontalUnit, delta.y() / VerticalUnit,
-        double(event->timestamp()) / 1000, isReversed, _filter, now())) {
+    switch (_wheel.turned(*event, isReversed, _filter, now())) {
     case GridWheel::Outcome::Nothing:
         break;
     case GridWheel::Outcome::FilterAnnounced:
@@ -310,5 +255,124 @@ void OTIconView::wheelEvent(QWheelEvent *event)
     case GridWheel::Outcome::PreviousGroup:
         Q_EMIT center.N_SelectPrevIconGroup(this);
         break;
+    }
+}
+
+void OTIconView::mousePressEvent(QMouseEvent *event)
+{
+    const QPointF point = inView(event->position());
+    const bool isLeft = event->button() == Qt::LeftButton;
+    if (!isLeft && event->button() != Qt::RightButton) {
+        event->ignore();
+        return;
+    }
+    // A finger has not moved there before.
+    selectCoords(coordsOfPoint(point));
+    const AppRef app = appAtPoint(point);
+    const bool opensMenu = app && (!isLeft || event->modifiers().testFlag(Qt::MetaModifier));
+    // A menu that opens takes the release of its button.
+    _press = { isLeft && !opensMenu ? std::optional(point) : std::nullopt, app };
+    if (app) {
+        setNeedsDisplayForApp(app);
+    }
+    if (isLeft && !app) {
+        _host.mousePressed(event);
+    }
+    if (opensMenu) {
+        _press.isMenu = _menu.open(event->globalPosition().toPoint());
+    }
+    event->setAccepted(isLeft || app);
+}
+
+void OTIconView::mouseMoveEvent(QMouseEvent *event)
+{
+    const QPointF point = inView(event->position());
+    if (!_press.mouseDownPoint) {
+        myMouseMoved(point);
+        return;
+    }
+    const QPointF way = point - *_press.mouseDownPoint;
+    const bool isFar = std::abs(way.x()) > DragThreshold || std::abs(way.y()) > DragThreshold;
+    const bool canBeDragged =
+        _groupShown != -1 && _groupShown != RunningGroup && _groupShown != MissingGroup;
+    if (isFar && canBeDragged && !_press.isDragWanted && event->buttons().testFlag(Qt::LeftButton)
+        && appAtPoint(*_press.mouseDownPoint)) {
+        _press.isDragWanted = true;
+        Q_EMIT dragWanted(coordsOfPoint(*_press.mouseDownPoint));
+    }
+}
+
+void OTIconView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::RightButton) {
+        _press.mouseDownPoint.reset();
+        setNeedsDisplayForCoords(_selectedCoords);
+        return;
+    }
+    if (event->button() != Qt::LeftButton) {
+        event->ignore();
+        return;
+    }
+    modifierKeysChanged(event->modifiers());
+    // A click on the inactive window counts as well.
+    _modifiers = _heldModifiers.counted(event->modifiers());
+    // The cells may have been filled anew since.
+    const Press press = std::exchange(_press, {});
+    const AppRef pressed = press.mouseDownPoint ? press.app : nullptr;
+    const QPointF point = inView(event->position());
+    setNeedsDisplayForCoords(_selectedCoords);
+    // However far the pointer was meanwhile: a drag takes the release for itself.
+    if (pressed && pressed == appAtPoint(point)) {
+        _commands.clicked(pressed, _modifiers, event->globalPosition().toPoint());
+    } else {
+        myMouseMoved(point);
+        _host.mouseReleased(event);
+    }
+}
+
+// While the menu is open the pointer is in it, and the application stays selected.
+void OTIconView::leaveEvent(QEvent *)
+{
+    if (!_menu.exists()) {
+        selectCoords({});
+    }
+}
+
+void OTIconView::openMenuAt(const Coords &coords)
+{
+    selectKeepingKeys(coords);
+    if (selectedApp()) {
+        _menu.open(onScreen(coords).center());
+    }
+}
+
+void OTIconView::menuIsOpenDidChange(bool isOpen)
+{
+    if (isOpen) {
+        return;
+    }
+    _press.isMenu = false;
+    setNeedsDisplayForCoords(_selectedCoords);
+    // What was chosen comes first, and the press that closes a menu may open the next one.
+    QMetaObject::invokeMethod(this, &OTIconView::selectUnderPointer, Qt::QueuedConnection);
+}
+
+// A menu had the pointer, which is elsewhere now, within the grid or not.
+void OTIconView::selectUnderPointer()
+{
+    modifierKeysChanged(QGuiApplication::queryKeyboardModifiers());
+    if (!_menu.isVisible() && !_isSelectedByKeys) {
+        const QPoint pointer = QCursor::pos();
+        const bool isOverGrid = QApplication::widgetAt(pointer) == this;
+        selectCoords(isOverGrid ? coordsOfPoint(inView(mapFromGlobal(pointer))) : Coords());
+    }
+}
+
+void OTIconView::updateCursor()
+{
+    if (_modifiers.shift && _groupShown > RunningGroup) {
+        setCursor(disappearingItemCursor());
+    } else {
+        unsetCursor();
     }
 }

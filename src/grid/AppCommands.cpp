@@ -1,0 +1,155 @@
+#include "grid/AppCommands.h"
+
+#include "catalogue/OTApp.h"
+#include "catalogue/OTAppManager.h"
+#include "grid/GridGroups.h"
+#include "grid/GridHost.h"
+#include "grid/Log.h"
+#include "grid/OTIconView.h"
+#include "grid/PoofEffect.h"
+#include "platform/Desktop.h"
+#include "support/NotificationCenter.h"
+
+#include <limits>
+
+namespace {
+
+// The end of a list of whatever length; the catalogue clamps it.
+constexpr qsizetype AtTheEnd = std::numeric_limits<qint32>::max();
+
+} // namespace
+
+void AppCommands::launchApp(const AppRef &app, const QMimeData *withPasteboard)
+{
+    if (!app) {
+        return;
+    }
+    if (!app->isPathValid()) {
+        if (GridGroups::isFavourites(_view.groupShown())) {
+            _appManager.locateUserApps();
+        } else {
+            qCWarning(lcGrid, "Invalid application path: %s", qUtf8Printable(app->path()));
+            Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+                OTIconView::tr("%1 cannot be started: it is no longer there.")
+                    .arg(app->displayName()));
+        }
+        return;
+    }
+    _launches.start([app, documents = OTApp::documentsOnPasteboard(withPasteboard)] {
+        app->launchWithDocuments(documents);
+    });
+    _host.hide();
+}
+
+void AppCommands::performAction(const AppRef &app, const QString &id)
+{
+    _launches.start([app, id] { app->performAction(id); });
+    _host.hide();
+}
+
+void AppCommands::clicked(const AppRef &app, const ModifierKeys &modifiers, const QPoint &onScreen)
+{
+    _clickOnScreen = onScreen;
+    _view.selectCoords(_view.coordsOfApp(app));
+    _view.setNeedsDisplayForApp(app);
+    if (modifiers.shift) {
+        if (GridGroups::isFavourites(_view.groupShown())) {
+            removeSelectedAppFromUser();
+        } else if (_view.groupShown() != RunningGroup) {
+            if (indexOfApp(_appManager.excludedApps1D(), app) >= 0) {
+                includeSelectedApp();
+            } else {
+                excludeSelectedApp();
+            }
+        }
+    } else if (modifiers.command) {
+        showAppInFinder();
+    } else {
+        launchApp(app);
+    }
+    _clickOnScreen.reset();
+}
+
+void AppCommands::includeSelectedApp()
+{
+    const AppRef app = _view.selectedApp();
+    if (app && indexOfApp(_appManager.excludedApps1D(), app) >= 0) {
+        if (GridGroups::isExcluded(_view.groupShown())) {
+            showPoof();
+        }
+        _appManager.includeApp(app);
+        _view.setNeedsDisplayForApp(app);
+    }
+}
+
+void AppCommands::excludeSelectedApp()
+{
+    const AppRef app = _view.selectedApp();
+    if (app && indexOfApp(_appManager.excludedApps1D(), app) < 0) {
+        if (!GridGroups::isExcluded(_view.groupShown())) {
+            showPoof();
+        }
+        _appManager.excludeApp(app);
+        _view.setNeedsDisplayForApp(app);
+    }
+}
+
+void AppCommands::addSelectedAppToUser()
+{
+    if (const AppRef app = _view.selectedApp()) {
+        _appManager.moveApp(app, UserGroup, /*bunch=*/0, AtTheEnd);
+    }
+}
+
+void AppCommands::addSelectedAppToUserNewGroup()
+{
+    if (const AppRef app = _view.selectedApp()) {
+        _appManager.moveApp(app, UserGroup, AtTheEnd, /*index=*/0);
+    }
+}
+
+void AppCommands::removeSelectedAppFromUser()
+{
+    if (const AppRef app = _view.selectedApp()) {
+        _appManager.removeAppsFromUserApps({ app });
+        _view.setNeedsDisplayForApp(app);
+    }
+}
+
+void AppCommands::showSelectedApp()
+{
+    if (const AppRef app = _view.selectedApp()) {
+        app->show();
+    }
+}
+
+void AppCommands::hideSelectedApp()
+{
+    if (const AppRef app = _view.selectedApp()) {
+        app->hide();
+    }
+}
+
+void AppCommands::quitSelectedApp()
+{
+    if (const AppRef app = _view.selectedApp()) {
+        _appManager.quitApp(app);
+    }
+}
+
+// Asking a file browser may take a while.
+void AppCommands::showAppInFinder()
+{
+    if (const AppRef app = _view.selectedApp()) {
+        _launches.start([app] { app->revealInFinder(); });
+    }
+}
+
+// Where the click was, otherwise in the middle of the cell.
+void AppCommands::showPoof()
+{
+    if (_view.selectedApp() && _appManager.desktop().compositing().isActive()) {
+        const QPoint middle = _view.onScreen(_view.selectedCoords()).center();
+        PoofEffect::show(_clickOnScreen.value_or(middle), &_view);
+    }
+}

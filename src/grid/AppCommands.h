@@ -1,0 +1,57 @@
+// What the user does to the applications of a grid: starts them, files them into groups, shows,
+// hides and ends them.
+
+#pragma once
+
+#include "catalogue/AppList.h"
+#include "grid/LaunchQueue.h"
+
+#include <QPoint>
+
+#include <optional>
+
+class GridHost;
+class OTAppManager;
+class OTIconView;
+class QMimeData;
+struct ModifierKeys;
+
+class AppCommands final
+{
+public:
+    // All of them must outlive the commands.
+    AppCommands(OTIconView &view, OTAppManager &appManager, GridHost &host)
+        : _view(view)
+        , _appManager(appManager)
+        , _host(host)
+    { }
+
+    // Launches on a thread of its own and lets the window hide. A favourite that is gone is looked
+    // for instead. Null does nothing.
+    void launchApp(const AppRef &app, const QMimeData *withPasteboard = nullptr);
+    // Does what the application itself offers under this identifier, likewise.
+    void performAction(const AppRef &app, const QString &id);
+    // What a click at a point of the screen means with these modifiers. Selects the application.
+    void clicked(const AppRef &app, const ModifierKeys &modifiers, const QPoint &onScreen);
+
+    // Of the application in the selected cell; nothing where that is empty.
+    void includeSelectedApp();
+    void excludeSelectedApp();
+    void addSelectedAppToUser();
+    void addSelectedAppToUserNewGroup();
+    void removeSelectedAppFromUser();
+    void showSelectedApp();
+    void hideSelectedApp();
+    void quitSelectedApp();
+    void showAppInFinder();
+
+private:
+    void showPoof();
+
+    OTIconView &_view;
+    OTAppManager &_appManager;
+    GridHost &_host;
+    LaunchQueue _launches;
+    // Where a click was that is being dealt with.
+    std::optional<QPoint> _clickOnScreen;
+};

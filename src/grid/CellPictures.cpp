@@ -1,0 +1,63 @@
+#include "grid/CellPictures.h"
+
+#include "catalogue/OTApp.h"
+#include "icons/IconLoader.h"
+#include "icons/NamedImages.h"
+
+#include <QPointer>
+
+void CellPictures::prepare(int edge, qreal ratio, qsizetype cellCount)
+{
+    if (edge != _edge) {
+        _scaledIcons.clear();
+        _sharpIcons.clear();
+        _edge = edge;
+    }
+    _ratio = ratio;
+    // Icons come anew now and then, and no signal says which of the old ones are gone.
+    for (QHash<qint64, QImage> *const icons : { &_scaledIcons, &_sharpIcons }) {
+        if (icons->size() > 2 * cellCount) {
+            icons->clear();
+        }
+    }
+}
+
+QImage CellPictures::pictureOf(const AppRef &app)
+{
+    QImage icon = _areSpectrumsShown ? app->spectrumIcon() : app->icon();
+    if (_ratio > 1 && !_areSpectrumsShown) {
+        icon = sharpIconOf(app, icon);
+    }
+    if (icon.width() == _edge) {
+        return icon;
+    }
+    QImage &scaled = _scaledIcons[icon.cacheKey()];
+    if (scaled.isNull()) {
+        scaled = icon.scaled(_edge, _edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    }
+    return scaled;
+}
+
+// An icon is loaded in points, which is how it is measured.
+QImage CellPictures::sharpIconOf(const AppRef &app, const QImage &icon)
+{
+    const qint64 key = icon.cacheKey();
+    const bool isPlaceholder =
+        key == NamedImages::dot().cacheKey() || key == NamedImages::notfound().cacheKey();
+    if (isPlaceholder || icon.width() >= _edge) {
+        return icon;
+    }
+    const auto sharp = _sharpIcons.constFind(key);
+    if (sharp != _sharpIcons.constEnd()) {
+        return sharp->isNull() ? icon : *sharp;
+    }
+    _sharpIcons.insert(key, {});
+    const auto take = [pictures = QPointer(this), app, key](const LoadedIcon &loaded) {
+        if (pictures && !loaded.image.isNull() && pictures->_sharpIcons.contains(key)) {
+            pictures->_sharpIcons[key] = loaded.image;
+            Q_EMIT pictures->pictureChanged(app);
+        }
+    };
+    IconLoader::sharedIconLoader().addOperation({ app->path(), _edge, take }, _icons);
+    return icon;
+}

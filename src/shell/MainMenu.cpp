@@ -2,6 +2,9 @@
 
 #include <QAction>
 
+#include <algorithm>
+#include <utility>
+
 MainMenu::MainMenu(HomePage homePage, QObject *parent)
     : QObject(parent)
 {
@@ -15,16 +18,37 @@ MainMenu::MainMenu(HomePage homePage, QObject *parent)
     }
     _menu.addSeparator();
     add(tr("Quit Ortu"), Command::Quit);
+    fillStatusItemMenu();
 }
 
-QString MainMenu::titleOf(Command command) const
+// A separator before each new line; of some lines no command is offered.
+void MainMenu::fillStatusItemMenu()
 {
-    for (const QAction *const action : _menu.actions()) {
-        if (action->data() == QVariant(int(command))) {
-            return action->text();
+    static const QList<QList<Command>> lines {
+        { Command::ShowHidePanel },
+        { Command::About, Command::RescanAllApps },
+        { Command::HomePage },
+        { Command::Quit },
+    };
+    for (const QList<Command> &line : lines) {
+        bool isFirstOfLine = !_statusItemMenu.isEmpty();
+        for (const Command command : line) {
+            if (QAction *const action = actionOf(command)) {
+                if (std::exchange(isFirstOfLine, false)) {
+                    _statusItemMenu.addSeparator();
+                }
+                _statusItemMenu.addAction(action);
+            }
         }
     }
-    return {};
+}
+
+QAction *MainMenu::actionOf(Command command) const
+{
+    const QList<QAction *> actions = _menu.actions();
+    const auto found = std::find_if(actions.cbegin(), actions.cend(),
+        [command](const QAction *action) { return action->data() == QVariant(int(command)); });
+    return found == actions.cend() ? nullptr : *found;
 }
 
 void MainMenu::add(const QString &title, Command command)

@@ -1,5 +1,4 @@
-// The one menu with every command of the program. What else offers commands takes its titles from
-// here.
+// The menus with the commands of the program: the panel's, and that of the status item.
 
 #pragma once
 
@@ -19,14 +18,17 @@ public:
     explicit MainMenu(HomePage homePage, QObject *parent = nullptr);
 
     QMenu &menu() { return _menu; }
-    // Empty for a command that is not offered.
-    QString titleOf(Command command) const;
+    // The same commands in the shorter order of the status item.
+    QMenu &statusItemMenu() { return _statusItemMenu; }
 
 Q_SIGNALS:
     void chosen(Command command);
 
 private:
+    void fillStatusItemMenu();
+    QAction *actionOf(Command command) const;
     void add(const QString &title, Command command);
 
     QMenu _menu;
+    QMenu _statusItemMenu;
 };

@@ -5,14 +5,11 @@
 #include "grid/DropStack.h"
 #include "grid/MenuColors.h"
 #include "grid/OTIconView.h"
-#include "icons/IconLoader.h"
 #include "platform/Desktop.h"
 #include "shell/OTNSAppSubclass.h"
 #include "shell/panel/OTWindow.h"
 #include "shell/panel/PanelButton.h"
 #include "shell/selector/OTIconOverlayView.h"
-#include "shell/triggers/OTHotSpotWindow.h"
-#include "shell/triggers/OTStatusItemView.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 #include "support/NotificationCenter.h"
@@ -45,16 +42,19 @@ OTController::OTController(Desktop &desktop, OTAppManager &appManager, OTWindow 
     , _info(info)
     , _userDefaults(UserDefaults::standard())
     , _mainMenu(homePageOf(info))
+    , _activation(desktop.ownWindows(), mainWindow)
+    , _memoryRelease(desktop.memory(), mainWindow)
+    , _triggers(
+          desktop, _mainMenu.statusItemMenu(),
+          [this](const ActivationStamp &stamp) { showHideMainWindow(stamp); },
+          [this](const ActivationStamp &stamp) { hotKeyPressed(stamp); })
+    , _access(_triggers, [this](const Alert &alert) { runAlert(alert); })
+    , _scanProgress(desktop.taskBarProgress(), mainWindow)
 {
     _windowCloseTimer.setSingleShot(true);
-    _frontTimer.setSingleShot(true);
-    connect(&_windowCloseTimer, &QTimer::timeout, this,
-        &OTController::mainWindowUnusedAndShouldBeHidden);
-    connect(&_frontTimer, &QTimer::timeout, this, &OTController::frontDidNotCome);
+    connect(&_windowCloseTimer, &QTimer::timeout, this, &OTController::hideMainWindow);
     awakeFromNib();
 }
-
-OTController::~OTController() = default;
 
 void OTController::awakeFromNib()
 {
@@ -64,8 +64,10 @@ void OTController::awakeFromNib()
         &center, &NotificationCenter::N_ShowProgressStep, this, &OTController::showProgressStep);
     connect(&center, &NotificationCenter::applicationOpenUntitledFile, this,
         [this] { applicationOpenUntitledFile(); });
-    connect(&_desktop.ownWindows(), &OwnWindows::activeWindowChanged, this,
-        &OTController::activeWindowDidChange);
+    connect(&_activation, &Activation::didBecomeActive, this,
+        &OTController::applicationDidBecomeActive);
+    connect(&_activation, &Activation::willResignActive, this,
+        &OTController::applicationWillResignActive);
     connect(&_desktop.runningApplications(), &RunningApplications::questionAsked, this,
         &OTController::implicitHideMainWindow);
     connect(&_mainWindow, &OTWindow::closeWanted, this, &OTController::explicitHideMainWindow);
@@ -73,13 +75,8 @@ void OTController::awakeFromNib()
         const QWidget &gear = _mainWindow.prefsButton();
         openMainMenu(gear.mapToGlobal(gear.rect().bottomLeft()));
     });
-    connect(&_mainWindow, &OTWindow::hidden, this, [this] {
-        // No icon can take the files any more.
-        DropStack::sharedDropStack().free();
-        giveMemoryBackSoon();
-    });
-    connect(&IconLoader::sharedIconLoader(), &IconLoader::finished, this,
-        &OTController::giveMemoryBackSoon);
+    // No icon can take the files any more.
+    connect(&_mainWindow, &OTWindow::hidden, this, [] { DropStack::sharedDropStack().free(); });
     connect(&_mainWindow, &OTWindow::menuWanted, this, &OTController::openMainMenu);
     OTIconOverlayView *const overlay = &_mainWindow.overlay();
     connect(&_mainMenu.menu(), &QMenu::aboutToShow, overlay,
@@ -87,20 +84,12 @@ void OTController::awakeFromNib()
     connect(&_mainMenu.menu(), &QMenu::aboutToHide, overlay,
         [overlay] { overlay->setIsMenuOpen(false); });
     connect(&_mainMenu, &MainMenu::chosen, this, &OTController::performCommand);
-    for (QMenu *const menu : { &_mainMenu.menu(), &_statusItemMenu }) {
+    for (QMenu *const menu : { &_mainMenu.menu(), &_mainMenu.statusItemMenu() }) {
         followColors(*menu, [this] { return _mainWindow.iconView().colors(); });
     }
-    connectTriggers();
-    registerHotKey();
-    updateStatusBar();
-    updateCursorHotSpot();
-}
-
-bool OTController::isActive() const
-{
-    const QWindow *const front = _desktop.ownWindows().activeWindow();
-    const bool isPanel = front && front == _mainWindow.windowHandle();
-    return front && !(isPanel && _mainWindow.isNonActivating());
+    connect(
+        &_triggers, &Triggers::statusItemShownChanged, this, &OTController::hasMenuAccessChanged);
+    connect(&_access, &AccessCheck::willWarn, this, &OTController::bringAlertToFront);
 }
 
 void OTController::showMainWindow(const ActivationStamp &stamp)
@@ -108,14 +97,12 @@ void OTController::showMainWindow(const ActivationStamp &stamp)
     if (_mainWindow.isShown() || !_finishedLaunching) {
         return;
     }
-    if (!isInFront()) {
-        awaitFront();
+    if (!_activation.isInFront()) {
+        _activation.awaitFront(Activation::Loss::NotReported);
     }
     _mainWindow.show(stamp);
     // That the panel's end took the focus away may not have been heard of yet.
-    if (_didBecomeActiveDate.isValid()) {
-        _didBecomeActiveDate.start();
-    }
+    _activation.restartTime();
 }
 
 void OTController::applicationOpenUntitledFile(const ActivationStamp &stamp)
@@ -130,8 +117,7 @@ void OTController::hideMainWindow()
     }
     _mainMenu.menu().close();
     cancelWindowCloseTimer();
-    _frontTimer.stop();
-    _isLossPostponed = false;
+    _activation.stopAwaiting();
     _mainWindow.hide();
 }
 
@@ -199,12 +185,19 @@ void OTController::showHideMainWindow(const ActivationStamp &stamp)
     }
 }
 
+// What is typed next is meant for the panel that comes up.
+void OTController::hotKeyPressed(const ActivationStamp &stamp)
+{
+    showHideMainWindow(stamp);
+    if (_mainWindow.isShown()) {
+        _desktop.hotKey().handKeysTo(*_mainWindow.windowHandle());
+    }
+}
+
 // The click that has made the program active is not to hide the panel as well.
 void OTController::applicationShouldHandleReopen(const ActivationStamp &stamp)
 {
-    const bool isActiveForLong =
-        _didBecomeActiveDate.isValid() && _didBecomeActiveDate.hasExpired(ReopenGuard);
-    if (isActiveForLong && _mainWindow.isShown()) {
+    if (_activation.hasBeenActiveFor(ReopenGuard) && _mainWindow.isShown()) {
         explicitHideMainWindow();
         return;
     }
@@ -220,59 +213,13 @@ void OTController::openFiles(const QList<QUrl> &files)
     }
 }
 
-// Once the program is idle.
-void OTController::giveMemoryBackSoon()
-{
-    QTimer::singleShot(MemoryPause, this, [this] {
-        const bool isAtRest =
-            !_mainWindow.isVisible() && IconLoader::sharedIconLoader().pendingCount() == 0;
-        if (isAtRest) {
-            _desktop.memory().giveBack();
-        }
-    });
-}
-
-void OTController::startWindowCloseTimerWithTimeInterval(double seconds)
-{
-    _windowCloseTimer.start(int(seconds * 1000));
-}
-
-void OTController::cancelWindowCloseTimer()
-{
-    _windowCloseTimer.stop();
-}
-
-void OTController::mainWindowUnusedAndShouldBeHidden()
-{
-    cancelWindowCloseTimer();
-    hideMainWindow();
-}
-
-void OTController::activeWindowDidChange()
-{
-    const bool isActiveNow = isActive();
-    if (isActiveNow == _isActive) {
-        return;
-    }
-    _isActive = isActiveNow;
-    if (isActiveNow) {
-        applicationDidBecomeActive();
-    } else {
-        applicationWillResignActive();
-        _didBecomeActiveDate.invalidate();
-    }
-}
-
 void OTController::applicationDidBecomeActive()
 {
     cancelWindowCloseTimer();
-    _frontTimer.stop();
-    _isLossPostponed = false;
     if (_userDefaults.boolForKey(QStringLiteral("showOnBecomeActive"))) {
         showMainWindow();
     }
     _desktop.modifierTap().setEnabled(true);
-    _didBecomeActiveDate.start();
 }
 
 void OTController::applicationWillResignActive()
@@ -280,11 +227,10 @@ void OTController::applicationWillResignActive()
     _desktop.modifierTap().setEnabled(false);
     // A question on the panel would be left without it; and a panel that does not activate the
     // program may have become the one in front.
-    if (QApplication::activeModalWidget() || isInFront()) {
+    if (QApplication::activeModalWidget() || _activation.isInFront()) {
         return;
     }
-    if (_frontTimer.isActive()) {
-        _isLossPostponed = true;
+    if (_activation.isLossPostponed()) {
         return;
     }
     implicitHideMainWindow();
@@ -298,28 +244,9 @@ int OTController::runAlert(const Alert &alert)
 {
     const int answer = Alerts::run(alert, _mainWindow.isShown() ? &_mainWindow : nullptr);
     // Window managers differ in what they focus when a dialog closes.
-    if (_mainWindow.isShown() && !isInFront()) {
-        awaitFront();
-        _isLossPostponed = true;
+    if (_mainWindow.isShown() && !_activation.isInFront()) {
+        _activation.awaitFront(Activation::Loss::Reported);
         activate();
     }
     return answer;
-}
-
-void OTController::awaitFront()
-{
-    _isLossPostponed = false;
-    _frontTimer.start(FrontWait);
-}
-
-void OTController::frontDidNotCome()
-{
-    if (std::exchange(_isLossPostponed, false)) {
-        applicationWillResignActive();
-    }
-}
-
-bool OTController::isInFront() const
-{
-    return _desktop.ownWindows().activeWindow() != nullptr;
 }

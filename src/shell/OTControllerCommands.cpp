@@ -2,62 +2,27 @@
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
-#include "grid/OTIconView.h"
 #include "icons/ProgramImages.h"
 #include "platform/Desktop.h"
-#include "shell/IconProgress.h"
+#include "shell/KeyboardWait.h"
 #include "shell/OTController.h"
 #include "shell/OTNSAppSubclass.h"
+#include "shell/ProgramStatus.h"
 #include "shell/panel/OTWindow.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 #include "support/UserDefaults.h"
 
 #include <QApplication>
-#include <QDeadlineTimer>
 #include <QDesktopServices>
 #include <QUrl>
 
 namespace {
 
-// Between two pictures of the progress, in milliseconds.
-constexpr int progressInterval = 100;
-// For the keyboard, which a window manager may refuse, in milliseconds.
-constexpr int longestKeyboardWait = 1000;
-// Between two looks whether it has come: window managers name the active window before they give it
-// the keyboard.
-constexpr int keyboardLook = 3;
 // Until a start shows the panel without waiting for the applications.
 constexpr int longestSilentScan = 150;
-constexpr QSize iconSize(128, 128);
-
-QJsonValue pathOf(const AppRef &app)
-{
-    return app ? QJsonValue(app->path()) : QJsonValue();
-}
 
 } // namespace
-
-// A script that asks for the panel types into it next, so it is answered when that has the
-// keyboard.
-void OTController::keepWaitingForKeyboard(const std::shared_ptr<void> &caller)
-{
-    const auto isDue = [this] {
-        return !_mainWindow.isShown() || _mainWindow.isNonActivating()
-            || _desktop.ownWindows().hasKeyboard(*_mainWindow.windowHandle());
-    };
-    if (!caller || isDue()) {
-        return;
-    }
-    auto *const wait = new QTimer(this);
-    const QDeadlineTimer deadline(longestKeyboardWait);
-    connect(wait, &QTimer::timeout, wait, [wait, caller, isDue, deadline] {
-        if (isDue() || deadline.hasExpired()) {
-            wait->deleteLater();
-        }
-    });
-    wait->start(keyboardLook);
-}
 
 void OTController::perform(const InstanceRequest &request)
 {
@@ -89,7 +54,11 @@ void OTController::perform(const InstanceRequest &request)
     case InstanceRequest::Verb::Status:
         break;
     }
-    keepWaitingForKeyboard(request.caller);
+    const auto isDue = [this] {
+        return !_mainWindow.isShown() || _mainWindow.isNonActivating()
+            || _desktop.ownWindows().hasKeyboard(*_mainWindow.windowHandle());
+    };
+    keepWaitingForKeyboard(request.caller, isDue, this);
 }
 
 void OTController::performCommand(MainMenu::Command command)
@@ -132,7 +101,7 @@ void OTController::openHomeURL()
 // A user without a menu may have meant to close the panel.
 void OTController::quitApp(Quitting quitting)
 {
-    const bool isMenuGone = _runningDockless && !_desktop.statusItem().isShown();
+    const bool isMenuGone = _access.isAppRunningDockless() && !_desktop.statusItem().isShown();
     if (quitting == Quitting::Asking && isMenuGone) {
         activate();
         const Alert alert { .style = Alert::Style::Warning,
@@ -149,21 +118,7 @@ void OTController::quitApp(Quitting quitting)
 
 QJsonObject OTController::status() const
 {
-    const OTIconView &grid = _mainWindow.iconView();
-    const AppRef selected = grid.appAtCoords(grid.selectedCoords());
-    QJsonObject status {
-        { QStringLiteral("visible"), _mainWindow.isShown() },
-        { QStringLiteral("active"), isActive() },
-        { QStringLiteral("group"), grid.groupShown() },
-        { QStringLiteral("filter"), grid.filterSubstring() },
-        { QStringLiteral("selected"), pathOf(selected) },
-        { QStringLiteral("hotKey"), _hotKeyProblem.isEmpty() ? hotKeyString() : QJsonValue() },
-        { QStringLiteral("scanning"), _appManager.isBusyScanning() },
-    };
-    if (!_hotKeyProblem.isEmpty()) {
-        status.insert(QStringLiteral("hotKeyProblem"), _hotKeyProblem);
-    }
-    return status;
+    return programStatus(_mainWindow, _appManager, _triggers, isActive());
 }
 
 void OTController::setApplicationIcon()
@@ -174,23 +129,14 @@ void OTController::setApplicationIcon()
 void OTController::showProgressStep(int step, int count)
 {
     if (count < 1) {
-        if (_lastProgress.isValid()) {
-            _lastProgress.invalidate();
-            _desktop.taskBarProgress().end();
-            _mainWindow.setWindowIcon(QApplication::windowIcon());
-        }
+        _scanProgress.end();
         return;
     }
     // A search that takes long is seen going on.
     if (_launchStamp && _launchTime.hasExpired(longestSilentScan)) {
         showLaunchedPanel();
     }
-    if (_runningDockless
-        || (_lastProgress.isValid() && !_lastProgress.hasExpired(progressInterval))) {
-        return;
+    if (!_access.isAppRunningDockless()) {
+        _scanProgress.show(step, count);
     }
-    _lastProgress.start();
-    _desktop.taskBarProgress().show(step, count);
-    static const QImage blank = ProgramImages::picture(QStringLiteral("ortu_icon_blank"), iconSize);
-    _mainWindow.setWindowIcon(QPixmap::fromImage(IconProgress::progressIcon(blank, step, count)));
 }

@@ -19,57 +19,23 @@
 
 namespace {
 
-// How long the row of status icons may take to show ours, in milliseconds.
-constexpr int longestTrayWait = 3000;
-
 namespace Key {
 const QString applicationLaunchCount = QStringLiteral("applicationLaunchCount");
 const QString showIconInDock = QStringLiteral("showIconInDock");
-const QString showNoMouseAccessWarning = QStringLiteral("showNoMouseAccessWarning");
-const QString showNoUIAccessWarning = QStringLiteral("showNoUIAccessWarning");
 const QString showWindowAtLaunch = QStringLiteral("showWindowAtLaunch");
 } // namespace Key
-
-// As the user reads it.
-Alert information(const QString &message, const QString &text)
-{
-    return { .style = Alert::Style::Informational,
-        .messageText = message,
-        .informativeText = text,
-        .buttons = { OTController::tr("Ok") } };
-}
-
-Alert warning(const QString &message, const QString &text)
-{
-    Alert alert = information(message, text);
-    alert.style = Alert::Style::Warning;
-    return alert;
-}
 
 } // namespace
 
 void OTController::registerDefaults()
 {
     OTWindow::registerDefaults();
+    Triggers::registerDefaults();
+    AccessCheck::registerDefaults();
     UserDefaults::standard().registerDefaults({
-        { TriggerKeys::hotKeyCode, 48 },
-        { TriggerKeys::hotKeyModifiers, 4096 },
         { QStringLiteral("startAtLogin"), false },
-        { TriggerKeys::showAppInStatusBar, true },
-        { TriggerKeys::statusBarTogglesWindow, true },
-        { Key::showIconInDock, true },
         { QStringLiteral("showOnBecomeActive"), false },
         { QStringLiteral("hideOnResignActive"), false },
-        { QStringLiteral("nonActivatingPanel"), false },
-        { QStringLiteral("tabletMode"), false },
-        { QStringLiteral("tabletHandedness"), 1 },
-        { Key::showNoMouseAccessWarning, true },
-        { Key::showNoUIAccessWarning, true },
-        { TriggerKeys::cursorHotSpotLocation, 0 },
-        { QStringLiteral("highlightHotSpots"), false },
-        { QStringLiteral("cursorHotSpotDelay"), 0.35 },
-        { QStringLiteral("groupToShowWhenWindowOpens"), 1 },
-        { QStringLiteral("groupShownWhenWindowClosed"), -1 },
         { Key::showWindowAtLaunch, true },
     });
 }
@@ -83,11 +49,11 @@ void OTController::launch(const std::optional<InstanceRequest> &request)
 // An information property list that makes the program an agent is overruled by the preference.
 void OTController::applicationWillFinishLaunching()
 {
-    _runningDockless = _info.boolForKey(QStringLiteral("LSUIElement"))
+    const bool isDockless = _info.boolForKey(QStringLiteral("LSUIElement"))
         && !_userDefaults.boolForKey(Key::showIconInDock);
-    _mainWindow.setTaskBar(
-        _runningDockless ? OTWindow::TaskBar::Skipped : OTWindow::TaskBar::Listed);
-    setupEventTap();
+    _access.setRunningDockless(isDockless);
+    _mainWindow.setTaskBar(isDockless ? OTWindow::TaskBar::Skipped : OTWindow::TaskBar::Listed);
+    _triggers.setupEventTap();
 }
 
 void OTController::applicationDidFinishLaunching(const std::optional<InstanceRequest> &request)
@@ -113,12 +79,11 @@ void OTController::applicationDidFinishLaunching(const std::optional<InstanceReq
     // Once the panel has been drawn: that must not wait for the disk.
     QTimer::singleShot(0, this, [this, launchCount] {
         setApplicationIcon();
-        checkAccess();
+        _access.checkAccess();
         _userDefaults.setObject(Key::applicationLaunchCount, launchCount + 1);
         checkDesktop();
-        if (_mainWindow.isShown() && !isInFront()) {
-            awaitFront();
-            _isLossPostponed = true;
+        if (_mainWindow.isShown() && !_activation.isInFront()) {
+            _activation.awaitFront(Activation::Loss::Reported);
         }
         Q_EMIT NotificationCenter::defaultCenter().applicationDidFinishLaunching();
     });
@@ -128,28 +93,6 @@ void OTController::showLaunchedPanel()
 {
     if (const auto stamp = std::exchange(_launchStamp, std::nullopt)) {
         applicationOpenUntitledFile(*stamp);
-    }
-}
-
-// A status item that is still on its way is no reason to warn.
-void OTController::checkAccess()
-{
-    if (!hasMouseAccess() && _userDefaults.boolForKey(TriggerKeys::showAppInStatusBar)) {
-        QTimer::singleShot(longestTrayWait, this, &OTController::warnOfMissingAccess);
-    } else {
-        warnOfMissingAccess();
-    }
-}
-
-void OTController::warnOfMissingAccess()
-{
-    if (!hasMouseAccess() && !hasKeyboardAccess()
-        && _userDefaults.boolForKey(Key::showNoUIAccessWarning)) {
-        bringAlertToFront();
-        alertIfNoAccess();
-    } else if (!hasMouseAccess() && _userDefaults.boolForKey(Key::showNoMouseAccessWarning)) {
-        bringAlertToFront();
-        alertIfNoMouseAccess();
     }
 }
 
@@ -172,7 +115,7 @@ void OTController::checkDesktop()
     const QString folder = _desktop.searchPaths().libraryFolder(SearchPaths::Domain::User)
         + QStringLiteral("/Preferences");
     if (!DesktopChecks::isOrtuHappyWithMissionControl(folder, _info.bundleIdentifier())) {
-        runAlert(warning(tr("Mission Control currently contains multiple desktops."),
+        runAlert(Alert::warning(tr("Mission Control currently contains multiple desktops."),
             tr("For Ortu to function properly, please control-click on Ortu's Dock icon and "
                "assign it to 'All Desktops'.")));
     }
@@ -187,88 +130,23 @@ void OTController::rescanAllApps(Sender sender)
     _appManager.rescanAllAppsPrioritizingGroup(group);
 }
 
-// The item may be wanted, but have no place.
-bool OTController::isStatusItemShown() const
+void OTController::setHotKey(int hotKeyCode, int hotKeyModifiers)
 {
-    return _userDefaults.boolForKey(TriggerKeys::showAppInStatusBar)
-        && _desktop.statusItem().isShown();
-}
-
-bool OTController::hasMenuAccess() const
-{
-    if (isStatusItemShown()) {
-        return true;
-    }
-    return _finishedLaunching ? !_runningDockless : _userDefaults.boolForKey(Key::showIconInDock);
-}
-
-bool OTController::hasMouseAccess() const
-{
-    return isStatusItemShown() || _userDefaults.boolForKey(Key::showIconInDock)
-        || _userDefaults.integerForKey(TriggerKeys::cursorHotSpotLocation) > 0;
-}
-
-bool OTController::hasKeyboardAccess() const
-{
-    return _userDefaults.integerForKey(TriggerKeys::hotKeyCode) >= 0;
-}
-
-void OTController::alertIfNoAccess()
-{
-    if (hasMouseAccess() || hasKeyboardAccess()) {
-        return;
-    }
-    runAlert(warning(tr("You have no access to Ortu from the menu bar, the dock icon, a cursor hot "
-                        "spot or a hot key."),
-        tr("You will only be able to re-open the window by double-clicking the application icon "
-           "in the Finder.")));
-}
-
-void OTController::alertIfNoMouseAccess()
-{
-    if (hasMouseAccess()) {
-        return;
-    }
-    if (!hasKeyboardAccess()) {
-        alertIfNoAccess();
-        return;
-    }
-    runAlert(warning(
-        tr("You only have access to Ortu using the following hot key:\n\n%1").arg(hotKeyString()),
-        tr("You can also re-open the window by double-clicking the application icon in the "
-           "Finder.")));
+    _triggers.chooseHotKey(hotKeyCode, hotKeyModifiers);
+    _access.alertIfNoAccess();
+    _triggers.registerHotKey();
 }
 
 void OTController::preferenceDidChange(const QString &key)
 {
     if (key == TriggerKeys::showAppInStatusBar) {
-        if (!_userDefaults.boolForKey(key)) {
-            alertIfNoMouseAccess();
+        if (!Triggers::isStatusItemWanted()) {
+            _access.alertIfNoMouseAccess();
         }
-        updateStatusBar();
+        _triggers.updateStatusBar();
         Q_EMIT hasMenuAccessChanged();
     } else if (key == Key::showIconInDock) {
-        showIconInDockDidChange();
+        _access.showIconInDockDidChange();
         Q_EMIT hasMenuAccessChanged();
-    } else if (key == TriggerKeys::statusBarTogglesWindow) {
-        updateStatusBar();
-    } else if (key == TriggerKeys::cursorHotSpotLocation) {
-        updateCursorHotSpot();
-    } else if (key == TriggerKeys::hotKeyCode || key == TriggerKeys::hotKeyModifiers) {
-        if (!_isSettingHotKey) {
-            Q_EMIT hotKeyStringChanged();
-            registerHotKey();
-        }
     }
-}
-
-void OTController::showIconInDockDidChange()
-{
-    if (!_finishedLaunching) {
-        return;
-    }
-    if (!std::exchange(_haveAlertedUserAboutRequiredRestart, true)) {
-        runAlert(information(tr("You must restart Ortu for this option to take effect."), {}));
-    }
-    alertIfNoMouseAccess();
 }

@@ -2,6 +2,8 @@
 
 #include "support/Log.h"
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace {
@@ -18,6 +20,21 @@ bool isButton(const Alert &alert, int index)
 }
 
 } // namespace
+
+Alert Alert::information(const QString &message, const QString &text)
+{
+    return { .style = Style::Informational,
+        .messageText = message,
+        .informativeText = text,
+        .buttons = { QCoreApplication::translate("Alerts", "Ok") } };
+}
+
+Alert Alert::warning(const QString &message, const QString &text)
+{
+    Alert alert = information(message, text);
+    alert.style = Style::Warning;
+    return alert;
+}
 
 int Alert::safeAnswer() const
 {

@@ -30,6 +30,10 @@ struct Alert
     // and for a program without windows. It must not do what cannot be undone.
     int safeButton = LastButton;
 
+    // Something to read, with the button "Ok".
+    static Alert information(const QString &message, const QString &text = {});
+    static Alert warning(const QString &message, const QString &text = {});
+
     // safeButton as an index of `buttons`; the last one when it is none. 0 without buttons.
     int safeAnswer() const;
 };

@@ -191,7 +191,7 @@ private Q_SLOTS:
         launch();
         const MessageBubble &message = _window->overlay().message();
         QCOMPARE(message.text(),
-            _controller->hotKeyString()
+            _controller->triggers().hotKeyString()
                 + u" does not summon Ortu: another program holds this key."_s);
         // Told again only when it is news.
         _window->overlay().setMessage({});
@@ -236,16 +236,16 @@ private Q_SLOTS:
         const auto note = [&found](bool hasIt, const QString &name) {
             found += hasIt ? QStringList(name) : QStringList();
         };
-        note(_controller->hasMenuAccess(), u"menu"_s);
-        note(_controller->hasMouseAccess(), u"mouse"_s);
-        note(_controller->hasKeyboardAccess(), u"keys"_s);
+        note(_controller->access().hasMenuAccess(), u"menu"_s);
+        note(_controller->access().hasMouseAccess(), u"mouse"_s);
+        note(_controller->access().hasKeyboardAccess(), u"keys"_s);
         QCOMPARE(found.join(u' '), access);
         QCOMPARE(_desktop->windows.taskBar,
             dockIcon ? OwnWindows::TaskBar::Listed : OwnWindows::TaskBar::Skipped);
         QCOMPARE(_alerts.size(), alert.isEmpty() ? 0 : 1);
         QVERIFY(_alerts.value(0).startsWith(alert) && !_alerts.value(0).contains(u"%1"_s));
         if (hotKey == 0) {
-            QVERIFY(_alerts[0].endsWith(u"\n\n"_s + _controller->hotKeyString()));
+            QVERIFY(_alerts[0].endsWith(u"\n\n"_s + _controller->triggers().hotKeyString()));
         }
         // Who does not want to be told again is not.
         endController();
@@ -263,7 +263,7 @@ private Q_SLOTS:
         set("hotKeyCode", -1);
         _desktop->item.hasHost = false;
         launch();
-        QVERIFY(!_controller->hasMenuAccess() && !_controller->hasMouseAccess());
+        QVERIFY(!_controller->access().hasMenuAccess() && !_controller->access().hasMouseAccess());
         QVERIFY(_alerts.isEmpty());
         QTRY_COMPARE(_alerts.size(), 1);
         QVERIFY(_alerts[0].startsWith(u"You have no access"_s));

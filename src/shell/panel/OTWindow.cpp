@@ -1,6 +1,7 @@
 #include "shell/panel/OTWindow.h"
 
 #include "catalogue/OTAppManager.h"
+#include "grid/GridKeys.h"
 #include "grid/OTIconView.h"
 #include "platform/Desktop.h"
 #include "shell/base/OTBkgndView.h"
@@ -40,7 +41,6 @@ constexpr double leastOpacity = 0.01;
 
 namespace Key {
 const QString groupToShowWhenWindowOpens = QStringLiteral("groupToShowWhenWindowOpens");
-const QString groupShownWhenWindowClosed = QStringLiteral("groupShownWhenWindowClosed");
 const QString nonActivatingPanel = QStringLiteral("nonActivatingPanel");
 const QString animateWindowResizing = QStringLiteral("animateWindowResizing");
 } // namespace Key
@@ -127,7 +127,6 @@ void OTWindow::registerDefaults()
         { Key::animateWindowResizing, false },
         { Key::nonActivatingPanel, false },
         { Key::groupToShowWhenWindowOpens, 1 },
-        { Key::groupShownWhenWindowClosed, -1 },
     });
     OTBkgndView::registerDefaults();
     OTStatsControl::registerDefaults();
@@ -138,7 +137,7 @@ int OTWindow::groupToShowWhenWindowOpens()
 {
     const UserDefaults &defaults = UserDefaults::standard();
     for (const QString &key :
-        { Key::groupToShowWhenWindowOpens, Key::groupShownWhenWindowClosed }) {
+        { Key::groupToShowWhenWindowOpens, GridKeys::groupShownWhenWindowClosed }) {
         const qint64 group = defaults.integerForKey(key);
         if (group >= 0 && group < GroupCount) {
             return int(group);
@@ -196,7 +195,8 @@ void OTWindow::hide()
     if (!isShown()) {
         return;
     }
-    UserDefaults::standard().setObject(Key::groupShownWhenWindowClosed, _iconView->groupToShow());
+    UserDefaults::standard().setObject(
+        GridKeys::groupShownWhenWindowClosed, _iconView->groupToShow());
     _animation->fadeOutOver(fadeTime);
     _movedFrame = {};
 }

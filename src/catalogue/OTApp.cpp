@@ -45,7 +45,9 @@ QStringList readExcludedNameSubstrings()
 OTApp::OTApp(const QString &path, Desktop &desktop)
     : _desktop(desktop)
     , _path(standardizedPath(path))
-    , _icon(NamedImages::dot())
+    , _icon(std::make_shared<AppIcon>(desktop.icons(), _path, [this] {
+        Q_EMIT NotificationCenter::defaultCenter().N_AppIconChanged(shared_from_this());
+    }))
 { }
 
 QByteArray OTApp::encoded() const
@@ -70,7 +72,7 @@ AppRef OTApp::decoded(const QByteArray &bytes, Desktop &desktop)
     }
     auto app = std::make_shared<OTApp>(QString(), desktop);
     app->_path = *path;
-    app->_icon = {};
+    app->_icon->forgetIcon();
     return app;
 }
 
@@ -82,7 +84,7 @@ void OTApp::setPath(const QString &path)
     }
     _path = standardized;
     _displayName.clear();
-    loadIconWithParameters(_colorSortParams);
+    loadIconWithParameters(_icon->parameters());
 }
 
 QString OTApp::name() const
@@ -147,6 +149,36 @@ void OTApp::refreshName()
         _indexedName = displayName();
         findLetters();
         findExcludedStringsInName();
+    }
+}
+
+QImage OTApp::icon() const
+{
+    return _icon->image().isNull() ? NamedImages::notfound() : _icon->image();
+}
+
+void OTApp::setIconParameters(const IconParameters &parameters)
+{
+    refreshName();
+    QString error;
+    const std::optional<quint64> fileNumber = Items::fileNumberOf(_path, &error);
+    _pathIsValid = fileNumber.has_value();
+    if (fileNumber) {
+        _icon->load(_path, *fileNumber, parameters);
+    } else {
+        _icon->clear(parameters);
+    }
+}
+
+void OTApp::loadIconWithParameters(const IconParameters &parameters)
+{
+    QString error;
+    const std::optional<quint64> fileNumber = Items::fileNumberOf(_path, &error);
+    if (fileNumber) {
+        _icon->load(_path, *fileNumber, parameters);
+    } else {
+        qCWarning(lcCatalogue, "%s", qUtf8Printable(error));
+        _icon->clear(parameters);
     }
 }
 

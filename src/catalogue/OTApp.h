@@ -7,10 +7,8 @@
 
 #pragma once
 
+#include "catalogue/AppIcon.h"
 #include "catalogue/AppList.h"
-#include "icons/ColorKey.h"
-#include "icons/IconMeasurement.h"
-#include "icons/IconParameters.h"
 #include "platform/ApplicationActions.h"
 #include "platform/ApplicationControl.h"
 #include "platform/Launcher.h"
@@ -23,11 +21,11 @@
 #include <QUrl>
 #include <QVariantMap>
 
+#include <memory>
 #include <optional>
 
 class Desktop;
 class QMimeData;
-struct LoadedIcon;
 
 class OTApp : public std::enable_shared_from_this<OTApp>
 {
@@ -82,29 +80,26 @@ public:
     void loadIconWithParameters(const IconParameters &parameters);
     // Measures the icon at once and announces N_AppIconChanged, unless it is the icon that the
     // entry has. Null: no icon.
-    void setIcon(const QImage &icon);
+    void setIcon(const QImage &icon) { _icon->setIcon(icon); }
     // Shows the placeholder until the next pass, which loads the icon again. Announces nothing.
-    void resetIconToDot();
+    void resetIconToDot() { _icon->resetIconToDot(); }
     // The next pass loads the icon again; until it arrives the present one stays.
-    void forgetIconSource() { _fileID = 0; }
+    void forgetIconSource() { _icon->forgetIconSource(); }
 
     // Judges the colours of the icon by these parameters, measuring it first where the judgement
     // needs that. Announces N_AppIconChanged, also when all stayed as it was.
-    void setColorSortParameters(const IconParameters &parameters);
-    // Works out key and colours from what was measured; one log line when there is nothing.
-    void pickAndSortColors();
-    // Indexes into the dominant colours, -1 for no grey one; see ColorKey.h.
-    SortedColors colorArrayForPrimaryIndex(
-        qsizetype primaryIndex, qsizetype secondaryIndex, qsizetype grayIndex) const;
+    void setColorSortParameters(const IconParameters &parameters)
+    {
+        _icon->setColorSortParameters(parameters);
+    }
     // Forgets what was measured; the key is then unknown.
-    void freeColorSortData();
+    void freeColorSortData() { _icon->freeColorSortData(); }
     // Where the icon stands in the order by colour; ColorKey::Unknown when it cannot be told.
-    double colorSortValue() const { return _colorSortValue; }
+    double colorSortValue() const { return _icon->colorSortValue(); }
     // The icon's colours, the main one first; empty when they are not known.
-    const SortedColors &sortedColors() const { return _sortedColors; }
-    void setSortedColors(const SortedColors &colors) { _sortedColors = colors; }
+    const SortedColors &sortedColors() const { return _icon->sortedColors(); }
     // A picture of the sorted colours; the icon, which may be null, when there are none.
-    QImage spectrumIcon() const;
+    QImage spectrumIcon() const { return _icon->spectrumIcon(); }
 
     // Launches the application with the documents on the pasteboard: its local files, else its
     // first URL, else an empty list; with no pasteboard, without documents. May be called from any
@@ -143,19 +138,9 @@ public:
     }
 
 private:
-    struct Request
-    { };
-
     void announceFailureOnMainThread(LaunchStatus status) const;
     void announceFailure(LaunchStatus status);
     void refreshName();
-    void loadIconOfFile(quint64 fileNumber, const IconParameters &parameters);
-    void requestIcon();
-    void takeIcon(const QImage &icon);
-    void requestMeasurement();
-    void takeMeasurement(LoadedIcon measured);
-    void applyColorSortParameters(const IconParameters &parameters, IconMeasurement measurement);
-    bool needsMeasuring(const IconParameters &parameters) const;
 
     Desktop &_desktop;
     QString _path;
@@ -163,21 +148,9 @@ private:
     // The name that letters and words were found in.
     QString _indexedName;
     bool _pathIsValid = false;
-    QImage _icon;
     QByteArray _letters;
-    quint64 _fileID = 0;
-    // What the entry waits for. A request lives as long as it may be answered, so it is gone when
-    // the loader was told to drop everything; the answer to an older one does not count.
-    std::weak_ptr<Request> _awaitedIcon;
-    std::weak_ptr<Request> _measurement;
-    // What was measured, or is being measured, may be out of date.
-    bool _isMeasurementDue = false;
-    HclColors _hclColors;
-    // Of the colours; how many to ask for while there are none.
-    qsizetype _hclColorCount = IconMeasurement::ColorCount;
-    IconParameters _colorSortParams;
-    SortedColors _sortedColors;
-    double _colorSortValue = ColorKey::Unknown;
     bool _containsExcludedKeywords = false;
     QVariantMap _attributes;
+    // Shared with the operations that load and measure it.
+    std::shared_ptr<AppIcon> _icon;
 };

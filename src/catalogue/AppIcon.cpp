@@ -1,12 +1,10 @@
-// The part of an application that sees to its icon and to the icon's colours.
+#include "catalogue/AppIcon.h"
 
 #include "catalogue/Log.h"
-#include "catalogue/OTApp.h"
 #include "icons/IconLoader.h"
 #include "icons/NamedImages.h"
 #include "icons/SpectrumIcon.h"
-#include "platform/Desktop.h"
-#include "support/NotificationCenter.h"
+#include "platform/Items.h"
 
 #include <utility>
 
@@ -17,40 +15,22 @@ constexpr qint64 LargestSpectrum = 1024;
 
 } // namespace
 
-QImage OTApp::icon() const
+AppIcon::AppIcon(const IconProvider &icons, const QString &path, std::function<void()> changed)
+    : _icons(icons)
+    , _changed(std::move(changed))
+    , _path(path)
+    , _icon(NamedImages::dot())
+{ }
+
+void AppIcon::clear(const IconParameters &parameters)
 {
-    return _icon.isNull() ? NamedImages::notfound() : _icon;
+    _colorSortParams = parameters;
+    setIcon({});
 }
 
-void OTApp::setIconParameters(const IconParameters &parameters)
+void AppIcon::load(const QString &path, quint64 fileNumber, const IconParameters &parameters)
 {
-    refreshName();
-    QString error;
-    const std::optional<quint64> fileNumber = Items::fileNumberOf(_path, &error);
-    _pathIsValid = fileNumber.has_value();
-    if (fileNumber) {
-        loadIconOfFile(*fileNumber, parameters);
-    } else {
-        _colorSortParams = parameters;
-        setIcon({});
-    }
-}
-
-void OTApp::loadIconWithParameters(const IconParameters &parameters)
-{
-    QString error;
-    const std::optional<quint64> fileNumber = Items::fileNumberOf(_path, &error);
-    if (fileNumber) {
-        loadIconOfFile(*fileNumber, parameters);
-    } else {
-        qCWarning(lcCatalogue, "%s", qUtf8Printable(error));
-        _colorSortParams = parameters;
-        setIcon({});
-    }
-}
-
-void OTApp::loadIconOfFile(quint64 fileNumber, const IconParameters &parameters)
-{
+    _path = path;
     const bool isSameSize = parameters.maximumIconSize == _colorSortParams.maximumIconSize;
     if (!isSameSize || fileNumber != _fileID || _icon.isNull()) {
         _fileID = fileNumber;
@@ -68,24 +48,24 @@ void OTApp::loadIconOfFile(quint64 fileNumber, const IconParameters &parameters)
     }
 }
 
-void OTApp::requestIcon()
+void AppIcon::requestIcon()
 {
     const auto request = std::make_shared<Request>();
     _awaitedIcon = request;
     IconLoader::sharedIconLoader().addOperation(
         { _path, _colorSortParams,
             [weak = weak_from_this(), request](const LoadedIcon &loaded) {
-                const AppRef app = weak.lock();
-                if (app && app->_awaitedIcon.lock() == request) {
-                    app->takeIcon(loaded.image);
+                const std::shared_ptr<AppIcon> icon = weak.lock();
+                if (icon && icon->_awaitedIcon.lock() == request) {
+                    icon->takeIcon(loaded.image);
                 }
             } },
-        _desktop.icons());
+        _icons);
 }
 
-// The icon is shown at once and measured when none is left to be loaded; until then the entry keeps
-// the key that it has.
-void OTApp::takeIcon(const QImage &icon)
+// The icon is shown at once and measured when none is left to be loaded; until then the key stays
+// as it is.
+void AppIcon::takeIcon(const QImage &icon)
 {
     _awaitedIcon.reset();
     if (icon.isNull()) {
@@ -96,13 +76,13 @@ void OTApp::takeIcon(const QImage &icon)
     _icon = icon;
     requestMeasurement();
     if (!isSameIcon) {
-        Q_EMIT NotificationCenter::defaultCenter().N_AppIconChanged(shared_from_this());
+        _changed();
     }
 }
 
-void OTApp::setIcon(const QImage &icon)
+void AppIcon::setIcon(const QImage &icon)
 {
-    // An application whose icon was set waits for no other one.
+    // One that was set waits for no other.
     _awaitedIcon.reset();
     const bool isSameIcon = icon.isNull() ? _icon.isNull() : icon.cacheKey() == _icon.cacheKey();
     if (!isSameIcon) {
@@ -113,7 +93,7 @@ void OTApp::setIcon(const QImage &icon)
     }
 }
 
-void OTApp::resetIconToDot()
+void AppIcon::resetIconToDot()
 {
     _icon = NamedImages::dot();
     _fileID = 0;
@@ -121,16 +101,16 @@ void OTApp::resetIconToDot()
 }
 
 // A NaN, equal to nothing, asks for a measurement each time.
-bool OTApp::needsMeasuring(const IconParameters &parameters) const
+bool AppIcon::needsMeasuring(const IconParameters &parameters) const
 {
     return _isMeasurementDue || _hclColors.isEmpty()
         || parameters.minSaturation != _colorSortParams.minSaturation
         || parameters.minLuminosity != _colorSortParams.minLuminosity;
 }
 
-// At most one measurement of an entry is on its way: while the user drags a slider, parameters
+// At most one measurement is on its way: while the user drags a slider, parameters
 // change faster than all icons can be measured.
-void OTApp::requestMeasurement()
+void AppIcon::requestMeasurement()
 {
     _isMeasurementDue = true;
     if (!_measurement.expired()) {
@@ -141,14 +121,14 @@ void OTApp::requestMeasurement()
     IconLoader::sharedIconLoader().addOperation(
         { _icon, _colorSortParams,
             [weak = weak_from_this(), request](LoadedIcon measured) {
-                if (const AppRef app = weak.lock()) {
-                    app->takeMeasurement(std::move(measured));
+                if (const std::shared_ptr<AppIcon> icon = weak.lock()) {
+                    icon->takeMeasurement(std::move(measured));
                 }
             } },
-        _desktop.icons());
+        _icons);
 }
 
-void OTApp::takeMeasurement(LoadedIcon measured)
+void AppIcon::takeMeasurement(LoadedIcon measured)
 {
     _measurement.reset();
     if (!_isMeasurementDue) {
@@ -163,13 +143,14 @@ void OTApp::takeMeasurement(LoadedIcon measured)
     }
 }
 
-void OTApp::setColorSortParameters(const IconParameters &parameters)
+void AppIcon::setColorSortParameters(const IconParameters &parameters)
 {
     applyColorSortParameters(parameters, {});
 }
 
 // A measurement that was made elsewhere is taken if it answers what is asked here.
-void OTApp::applyColorSortParameters(const IconParameters &parameters, IconMeasurement measurement)
+void AppIcon::applyColorSortParameters(
+    const IconParameters &parameters, IconMeasurement measurement)
 {
     const bool measures = needsMeasuring(parameters);
     const bool picks = measures || parameters.grayThreshold != _colorSortParams.grayThreshold
@@ -190,37 +171,32 @@ void OTApp::applyColorSortParameters(const IconParameters &parameters, IconMeasu
     if (!_icon.isNull() && picks) {
         pickAndSortColors();
     }
-    Q_EMIT NotificationCenter::defaultCenter().N_AppIconChanged(shared_from_this());
+    _changed();
 }
 
-void OTApp::pickAndSortColors()
+void AppIcon::pickAndSortColors()
 {
     const ColorKey key = ::pickAndSortColors(_hclColors, _colorSortParams);
     if (key.problem == ColorKey::Problem::NoColors) {
         qCWarning(lcCatalogue, "No colors passed to pick & sort method for app: %s",
-            qUtf8Printable(name()));
+            qUtf8Printable(Items::nameOf(_path)));
     } else if (key.problem == ColorKey::Problem::ZeroPixelQuantity) {
-        qCWarning(lcCatalogue, "Zero pixel quantity for app: %s", qUtf8Printable(name()));
+        qCWarning(
+            lcCatalogue, "Zero pixel quantity for app: %s", qUtf8Printable(Items::nameOf(_path)));
     }
     _colorSortValue = key.colorSortValue;
-    setSortedColors(key.sortedColors);
+    _sortedColors = key.sortedColors;
 }
 
-SortedColors OTApp::colorArrayForPrimaryIndex(
-    qsizetype primaryIndex, qsizetype secondaryIndex, qsizetype grayIndex) const
-{
-    return ::colorArrayForPrimaryIndex(_hclColors, primaryIndex, secondaryIndex, grayIndex);
-}
-
-void OTApp::freeColorSortData()
+void AppIcon::freeColorSortData()
 {
     _hclColors = {};
     _hclColorCount = IconMeasurement::ColorCount;
-    setSortedColors({});
+    _sortedColors = {};
     _colorSortValue = ColorKey::Unknown;
 }
 
-QImage OTApp::spectrumIcon() const
+QImage AppIcon::spectrumIcon() const
 {
     const qint64 size = qMin(_colorSortParams.maximumIconSize, LargestSpectrum);
     const QImage picture = ::spectrumIcon(_sortedColors, int(qMax<qint64>(0, size)));

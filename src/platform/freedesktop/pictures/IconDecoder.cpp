@@ -6,7 +6,6 @@
 #include "platform/freedesktop/pictures/IconContainer.h"
 #include "platform/freedesktop/pictures/IconPng.h"
 #include "platform/freedesktop/pictures/PictureFormat.h"
-#include "platform/freedesktop/pictures/PictureWholeness.h"
 #include "platform/freedesktop/pictures/SvgCanvas.h"
 #include "platform/freedesktop/pictures/SvgFeatures.h"
 #include "platform/freedesktop/pictures/SvgGuard.h"
@@ -134,8 +133,11 @@ QString refusalOfPicture(const QByteArray &bytes, const QByteArray &format)
     if (format.isEmpty()) {
         return QStringLiteral("not a picture format of icons");
     }
-    if (!isWholePicture(bytes)) {
+    if (format == "png" && !isWholePng(bytes)) {
         return QStringLiteral("cut off or damaged");
+    }
+    if (format == "jpeg" && hasTooManyScans(bytes)) {
+        return QStringLiteral("too many scans");
     }
     // The parts of icon files without a size of their own are small.
     const bool isSmall = format == "ico" || format == "icns";

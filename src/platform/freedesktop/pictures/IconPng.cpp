@@ -2,8 +2,8 @@
 
 #include <QtEndian>
 
-#include <array>
 #include <optional>
+#include <zlib.h>
 
 constexpr QByteArrayView signature("\x89PNG\r\n\x1a\n", 8);
 // Of a chunk: its length and kind before the data, its checksum behind.
@@ -11,47 +11,6 @@ constexpr qsizetype headSize = 8;
 constexpr qsizetype sumSize = 4;
 // No packing of this kind is tighter.
 constexpr qint64 mostUnpacking = 1032;
-
-using Tables = std::array<std::array<quint32, 256>, 8>;
-
-// The checksum of PNG, eight bytes at a time: table n is that of a byte followed by n zero bytes.
-static constexpr Tables makeTables()
-{
-    Tables tables {};
-    for (quint32 i = 0; i < 256; ++i) {
-        quint32 sum = i;
-        for (int bit = 0; bit < 8; ++bit) {
-            sum = (sum >> 1) ^ (0xedb88320U & (0U - (sum & 1U)));
-        }
-        tables[0][i] = sum;
-    }
-    for (quint32 i = 0; i < 256; ++i) {
-        for (size_t n = 1; n < tables.size(); ++n) {
-            const quint32 before = tables[n - 1][i];
-            tables[n][i] = (before >> 8) ^ tables[0][before & 0xffU];
-        }
-    }
-    return tables;
-}
-
-static quint32 checksum(QByteArrayView bytes)
-{
-    static constexpr Tables tables = makeTables();
-    quint32 sum = ~0U;
-    const char *at = bytes.data();
-    const char *const end = at + bytes.size();
-    for (; end - at >= 8; at += 8) {
-        const quint32 low = qFromLittleEndian<quint32>(at) ^ sum;
-        const quint32 high = qFromLittleEndian<quint32>(at + 4);
-        sum = tables[7][low & 0xff] ^ tables[6][(low >> 8) & 0xff] ^ tables[5][(low >> 16) & 0xff]
-            ^ tables[4][low >> 24] ^ tables[3][high & 0xff] ^ tables[2][(high >> 8) & 0xff]
-            ^ tables[1][(high >> 16) & 0xff] ^ tables[0][high >> 24];
-    }
-    for (; at < end; ++at) {
-        sum = (sum >> 8) ^ tables[0][(sum ^ quint8(*at)) & 0xff];
-    }
-    return ~sum;
-}
 
 bool isPng(QByteArrayView bytes)
 {
@@ -102,7 +61,9 @@ bool isWholePng(QByteArrayView bytes)
     while (const auto chunk = takeChunk(rest)) {
         // The checksum covers the kind as well as the data.
         const QByteArrayView covered = chunk->bytes.sliced(4).chopped(sumSize);
-        if (checksum(covered) != qFromBigEndian<quint32>(chunk->bytes.last(sumSize).data())) {
+        const uLong sum =
+            crc32_z(0, reinterpret_cast<const Bytef *>(covered.data()), size_t(covered.size()));
+        if (sum != qFromBigEndian<quint32>(chunk->bytes.last(sumSize).data())) {
             return false;
         }
         if (chunk->kind == "IEND") {

@@ -23,6 +23,10 @@ constexpr std::array<Mark, 7> marks { { { "png", { "\x89PNG\r\n\x1a\n", 8 } },
 constexpr qsizetype pngWidthAt = 16;
 constexpr qsizetype pngDepthAt = 24;
 
+// Before each scan of a JPEG picture, and nowhere in its data.
+constexpr QByteArrayView startOfScan("\xff\xda", 2);
+constexpr int mostScans = 60;
+
 } // namespace
 
 QByteArray pictureFormat(QByteArrayView bytes)
@@ -46,6 +50,16 @@ QSize sizeOfPng(QByteArrayView png)
     const auto width = qFromBigEndian<quint32>(png.data() + pngWidthAt);
     const auto height = qFromBigEndian<quint32>(png.data() + pngWidthAt + 4);
     return std::max(width, height) <= INT_MAX ? QSize(int(width), int(height)) : QSize();
+}
+
+bool hasTooManyScans(QByteArrayView jpeg)
+{
+    int scans = 0;
+    for (qsizetype at = jpeg.indexOf(startOfScan); at >= 0;
+         at = jpeg.indexOf(startOfScan, at + 2)) {
+        ++scans;
+    }
+    return scans > mostScans;
 }
 
 qint64 decodedBytes(const QByteArray &bytes, const QByteArray &format)

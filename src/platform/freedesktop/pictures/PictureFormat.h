@@ -14,6 +14,10 @@ QByteArray pictureFormat(QByteArrayView bytes);
 // Of the beginning of a PNG picture; invalid when it is cut off.
 QSize sizeOfPng(QByteArrayView png);
 
+// Whether a JPEG picture goes through its pixels more often than any program writes; a progressive
+// one has some ten scans.
+bool hasTooManyScans(QByteArrayView jpeg);
+
 // Bytes of memory that the pixels of a PNG, JPEG, GIF, WebP or XPM picture take while they are
 // decoded. Negative when the size cannot be read.
 qint64 decodedBytes(const QByteArray &bytes, const QByteArray &format);

@@ -2,7 +2,6 @@
 
 #include "platform/freedesktop/pictures/IconPng.h"
 #include "platform/freedesktop/pictures/PictureFormat.h"
-#include "platform/freedesktop/pictures/PictureWholeness.h"
 #include "platform/freedesktop/pictures/SvgGuard.h"
 
 #include <algorithm>
@@ -76,8 +75,11 @@ QString refusalOfEmbedded(const QByteArray &data, const QByteArray &format)
     if (!harmless.contains(format)) {
         return QStringLiteral("embeds a file of another kind");
     }
-    if (!isWholePicture(data)) {
+    if (format == "png" && !isWholePng(data)) {
         return QStringLiteral("embeds a damaged picture");
+    }
+    if (format == "jpeg" && hasTooManyScans(data)) {
+        return QStringLiteral("embeds a picture of too many scans");
     }
     return format == "png" && unpackedTexts(data) > SvgGuard::mostEmbeddedTexts
         ? QStringLiteral("embeds a picture with too much text")

@@ -2,6 +2,7 @@
 
 #include "catalogue/OTApp.h"
 #include "grid/GridGroups.h"
+#include "grid/AccessibleItem.h"
 #include "grid/OTIconView.h"
 #include "support/Geometry.h"
 
@@ -15,45 +16,27 @@ bool isSameCell(const Coords &one, const Coords &other)
 }
 
 // An icon of the grid.
-class GridItem final : public QAccessibleInterface, public QAccessibleActionInterface
+class GridItem final : public AccessibleItem
 {
     Q_DECLARE_TR_FUNCTIONS(GridItem)
 
 public:
     // The list owns the item.
     GridItem(const GridAccessible &list, AppRef app)
-        : _list(list)
+        : AccessibleItem(list)
+        , _list(list)
         , _app(std::move(app))
     { }
 
     bool isValid() const override { return !coords().isEmpty(); }
-    QObject *object() const override { return nullptr; }
-    QWindow *window() const override { return _list.window(); }
-    void *interface_cast(QAccessible::InterfaceType type) override
-    {
-        return type == QAccessible::ActionInterface
-            ? static_cast<QAccessibleActionInterface *>(this)
-            : nullptr;
-    }
-
-    QAccessibleInterface *parent() const override
-    {
-        return QAccessible::queryAccessibleInterface(_list.object());
-    }
-    QAccessibleInterface *child(int) const override { return nullptr; }
-    QAccessibleInterface *childAt(int, int) const override { return nullptr; }
-    int childCount() const override { return 0; }
-    int indexOfChild(const QAccessibleInterface *) const override { return -1; }
 
     QString text(QAccessible::Text kind) const override;
-    void setText(QAccessible::Text, const QString &) override { }
     QRect rect() const override;
     QAccessible::Role role() const override { return QAccessible::ListItem; }
     QAccessible::State state() const override;
 
     QStringList actionNames() const override;
     void doAction(const QString &name) override;
-    QStringList keyBindingsForAction(const QString &) const override { return {}; }
 
     // -1 when it is not shown.
     int index() const;

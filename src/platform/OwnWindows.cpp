@@ -1,6 +1,7 @@
 #include "platform/OwnWindows.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QWidget>
 #include <QWindow>
 
 namespace {
@@ -35,6 +36,13 @@ void OwnWindows::activate(QWindow &window, const ActivationStamp &)
 {
     window.raise();
     window.requestActivate();
+}
+
+void OwnWindows::restoreActivity(QWidget &window)
+{
+    if (QGuiApplication::focusWindow() == window.windowHandle() && !window.isActiveWindow()) {
+        QApplication::setActiveWindow(&window);
+    }
 }
 
 OwnWindows::Former OwnWindows::giveFrontBack()

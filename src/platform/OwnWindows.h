@@ -10,6 +10,7 @@
 #include <QObject>
 
 class QImage;
+class QWidget;
 class QWindow;
 
 class OwnWindows : public QObject
@@ -29,6 +30,11 @@ public:
     virtual void setLevel(QWindow &window, Level level);
     // Brings a window that is shown, or is about to be, to the front and gives it the keyboard.
     virtual void activate(QWindow &window, const ActivationStamp &stamp);
+
+    // Makes a shown window Qt's active one if it has the focus and is not. Qt 6.4 takes a window
+    // that is hidden for inactive at once, but notices that it lost the focus only when the display
+    // says so; one that is shown again before has kept the focus and stays inactive.
+    static void restoreActivity(QWidget &window);
 
     // What became of the window that was in front before ours.
     enum class Former { Unknown, NotThere, InFront };

@@ -4,7 +4,9 @@
 // The first of the two that appears is the one for the life of the process, since Qt
 // decides once; it is not asked before, however long that takes, and never while the answer could
 // be slow. An item whose host goes comes back with the next one. A host on the bus tells only that
-// the item was chosen; a tray lets us feel every press.
+// the item was chosen; a tray lets us feel every press. For those Qt has no signal, so the widget
+// that it docks is found among the widgets of the program by the name of its class; where a version
+// of Qt calls that otherwise, the item tells what one on the bus tells.
 
 #pragma once
 

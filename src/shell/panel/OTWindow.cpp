@@ -171,11 +171,7 @@ void OTWindow::show(const ActivationStamp &stamp)
         _taskBar == TaskBar::Listed ? OwnWindows::TaskBar::Listed : OwnWindows::TaskBar::Skipped,
         _level);
     _animation->fadeInOver(fadeTime, [this] { _frameChange->showVeiled(); });
-    // A panel that comes back before Qt has noticed that it went has kept the focus there,
-    // but is not the active window.
-    if (QGuiApplication::focusWindow() == windowHandle() && !isActiveWindow()) {
-        QApplication::setActiveWindow(this);
-    }
+    OwnWindows::restoreActivity(*this);
     _desktop.ownWindows().activate(*windowHandle(), stamp);
     _frameChange->unveil();
     Q_EMIT shown();

@@ -1,41 +1,26 @@
 #include "shell/selector/StatsAccessible.h"
 
+#include "grid/AccessibleItem.h"
+
 namespace {
 
-class StatsTab final : public QAccessibleInterface, public QAccessibleActionInterface
+class StatsTab final : public AccessibleItem
 {
 public:
     // The row owns the tab.
     StatsTab(const StatsAccessible &row, int index)
-        : _row(row)
+        : AccessibleItem(row)
+        , _row(row)
         , _index(index)
     { }
 
     bool isValid() const override { return _row.control() != nullptr; }
-    QObject *object() const override { return nullptr; }
-    QWindow *window() const override { return _row.window(); }
-    void *interface_cast(QAccessible::InterfaceType type) override
-    {
-        return type == QAccessible::ActionInterface
-            ? static_cast<QAccessibleActionInterface *>(this)
-            : nullptr;
-    }
-
-    QAccessibleInterface *parent() const override
-    {
-        return QAccessible::queryAccessibleInterface(_row.object());
-    }
-    QAccessibleInterface *child(int) const override { return nullptr; }
-    QAccessibleInterface *childAt(int, int) const override { return nullptr; }
-    int childCount() const override { return 0; }
-    int indexOfChild(const QAccessibleInterface *) const override { return -1; }
 
     QString text(QAccessible::Text kind) const override
     {
         return isValid() && kind == QAccessible::Name ? _row.control()->longLabel(_index)
                                                       : QString();
     }
-    void setText(QAccessible::Text, const QString &) override { }
     QRect rect() const override;
     QAccessible::Role role() const override { return QAccessible::PageTab; }
     QAccessible::State state() const override;
@@ -47,7 +32,6 @@ public:
             _row.control()->selectButtonAtIndex(_index);
         }
     }
-    QStringList keyBindingsForAction(const QString &) const override { return {}; }
 
     int index() const { return _index; }
 

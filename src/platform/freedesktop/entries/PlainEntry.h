@@ -1,4 +1,5 @@
-// A desktop entry as GIO is to launch it when the bus has no part in it.
+// A desktop entry as GIO is to launch it when the bus has no part in it. GIO takes a changed entry
+// only in the form of its own GKeyFile, which is why that reads the file here.
 
 #pragma once
 

@@ -120,8 +120,9 @@ bool XHotSpot::connectToServer()
             return false;
         }
         // In the order of the enumeration.
-        _atoms = atomsNamed<AtomCount>(_connection->get(),
-            { "XdndAware", "XdndDrop", "XdndFinished", "XdndLeave", "XdndPosition", "XdndStatus" });
+        _atoms = atomsNamed(_connection->get(),
+            std::array<std::string_view, AtomCount> { "XdndAware", "XdndDrop", "XdndFinished",
+                "XdndLeave", "XdndPosition", "XdndStatus" });
         connect(_connection.get(), &XConnection::eventArrived, this, &XHotSpot::handleEvent);
         connect(_connection.get(), &XConnection::eventsTaken, this, [this] {
             if (_isCheckDue && !_pause.isActive()) {

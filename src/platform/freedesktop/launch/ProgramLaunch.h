@@ -12,5 +12,6 @@ LaunchStatus launchProgram(
 
 // For the child, between its start and its program's: leaves our session, so that an interrupt
 // typed at our terminal does not reach it, and gives back what signals mean to a program by
-// default. Goes to the folder unless that is null or cannot be entered.
+// default. Goes to the folder unless that is null or cannot be entered. Calls only what POSIX
+// allows between fork() and exec() in a program with threads.
 void becomeIndependent(const char *folder);

@@ -3,6 +3,7 @@
 #include "platform/freedesktop/x11/XAtoms.h"
 
 #include <string>
+#include <string_view>
 
 TrayWindow::TrayWindow(QObject *parent)
     : QObject(parent)
@@ -12,7 +13,8 @@ TrayWindow::TrayWindow(QObject *parent)
     }
     // Each screen has a tray of its own.
     const std::string selection = "_NET_SYSTEM_TRAY_S" + std::to_string(_connection.screen());
-    _atoms = atomsNamed<AtomCount>(_connection.get(), { selection, "MANAGER" });
+    _atoms = atomsNamed(
+        _connection.get(), std::array<std::string_view, AtomCount> { selection, "MANAGER" });
     connect(&_connection, &XConnection::eventArrived, this, &TrayWindow::handleEvent);
     connect(&_connection, &XConnection::closed, this, [this] {
         setTray(XCB_WINDOW_NONE);

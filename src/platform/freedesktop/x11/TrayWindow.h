@@ -1,7 +1,9 @@
 // The tray of an X server: whether there is one, and whether a window of ours is docked in it.
 // https://specifications.freedesktop.org/systemtray-spec/latest/
 //
-// Trays announce themselves, so nothing is asked twice.
+// Trays announce themselves, so nothing is asked twice. The connection is its own: a server knows
+// one event mask for each connection and window, and the tray's window may be one that the
+// application list listens to as well.
 
 #pragma once
 

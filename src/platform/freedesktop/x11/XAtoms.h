@@ -1,16 +1,16 @@
-// Names as an X server knows them, for those who need more than XConnection has ready.
+// Names as an X server knows them.
 
 #pragma once
 
-#include "platform/freedesktop/x11/XConnection.h"
+#include "platform/freedesktop/x11/XReply.h"
 
 #include <array>
-#include <string_view>
+#include <xcb/xcb.h>
 
 // Asks for all of them at once. Those that the server does not answer are none.
-template <size_t Count>
+template <typename Name, size_t Count>
 std::array<xcb_atom_t, Count> atomsNamed(
-    xcb_connection_t *connection, const std::array<std::string_view, Count> &names)
+    xcb_connection_t *connection, const std::array<Name, Count> &names)
 {
     std::array<xcb_intern_atom_cookie_t, Count> asked {};
     for (size_t i = 0; i < Count; ++i) {

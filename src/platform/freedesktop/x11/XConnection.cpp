@@ -1,10 +1,12 @@
 #include "platform/freedesktop/x11/XConnection.h"
 
+#include "platform/freedesktop/x11/XAtoms.h"
 #include "platform/freedesktop/x11/XClock.h"
 #include "platform/freedesktop/x11/XMessage.h"
 
 #include <QAbstractEventDispatcher>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -96,23 +98,14 @@ xcb_window_t XConnection::rootOf(xcb_connection_t *connection, int screen)
 
 bool XConnection::findAtoms()
 {
-    std::array<xcb_intern_atom_cookie_t, AtomCount> cookies {};
-    for (size_t i = 0; i < cookies.size(); ++i) {
-        std::string name(atomNames[i]);
-        if (i >= CompositingManager) {
-            name += std::to_string(_screen);
-        }
-        cookies[i] = xcb_intern_atom(_connection, 0, quint16(name.size()), name.data());
+    std::array<std::string, AtomCount> names;
+    std::transform(atomNames.begin(), atomNames.end(), names.begin(),
+        [](std::string_view name) { return std::string(name); });
+    for (size_t i = CompositingManager; i < AtomCount; ++i) {
+        names[i] += std::to_string(_screen);
     }
-    for (size_t i = 0; i < cookies.size(); ++i) {
-        const XReply<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(_connection, cookies[i], nullptr));
-        if (!reply) {
-            return false;
-        }
-        _atoms[i] = reply->atom;
-    }
-    return true;
+    _atoms = atomsNamed(_connection, names);
+    return std::find(_atoms.cbegin(), _atoms.cend(), XCB_ATOM_NONE) == _atoms.cend();
 }
 
 void XConnection::tellManager(xcb_window_t window, Atom message, const QList<quint32> &data)

@@ -10,52 +10,63 @@
 
 namespace {
 
-// What a daemon writes: a text, a colour and a number with names that are filled up differently.
-QByteArray settings(qint32 animations, bool isBigEndian)
-{
-    QByteArray bytes;
-    const auto add = [&](auto number) {
-        const auto ordered = isBigEndian ? qToBigEndian(number) : qToLittleEndian(number);
-        bytes.append(reinterpret_cast<const char *>(&ordered), sizeof(ordered));
-    };
-    const auto addName = [&](char type, const QByteArray &name) {
-        bytes += type;
-        bytes += '\0';
-        add(quint16(name.size()));
-        bytes += name;
-        bytes.resize((bytes.size() + 3) / 4 * 4, '\0');
-        add(quint32(7));
-    };
-    bytes = QByteArray(1, char(isBigEndian)) + QByteArray(3, '\0');
-    add(quint32(1));
-    add(quint32(3));
-    addName(1, "Net/ThemeName");
-    add(quint32(5));
-    bytes += QByteArray("Plain\0\0\0", 8);
-    addName(2, "Gtk/Red");
-    bytes += QByteArray(8, '\1');
-    addName(0, "Gtk/EnableAnimations");
-    add(animations);
-    return bytes;
-}
-
-// A settings daemon, until it goes.
+// A settings daemon, until it goes. It writes a text, a colour and a number, with names that are
+// filled up differently.
 class Daemon : public XClient
 {
 public:
-    Daemon() { own("_XSETTINGS_S0"); }
-    void write(const QByteArray &bytes)
+    explicit Daemon(bool isBigEndian = false)
+        : _isBigEndian(isBigEndian)
     {
+        own("_XSETTINGS_S0");
+    }
+    void write(qint32 animations)
+    {
+        _bytes = QByteArray(1, char(_isBigEndian)) + QByteArray(3, '\0');
+        add(quint32(1));
+        add(quint32(3));
+        addName(1, "Net/ThemeName");
+        add(quint32(5));
+        _bytes += QByteArray("Plain\0\0\0", 8);
+        addName(2, "Gtk/Red");
+        _bytes += QByteArray(8, '\1');
+        addName(0, "Gtk/EnableAnimations");
+        add(animations);
         const xcb_atom_t name = atom("_XSETTINGS_SETTINGS");
         xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, name, name, 8,
-            quint32(bytes.size()), bytes.constData());
+            quint32(_bytes.size()), _bytes.constData());
         xcb_flush(connection);
     }
+
+private:
+    template <typename Number> void add(Number number)
+    {
+        const Number ordered = _isBigEndian ? qToBigEndian(number) : qToLittleEndian(number);
+        _bytes.append(reinterpret_cast<const char *>(&ordered), sizeof(ordered));
+    }
+    void addName(char type, const QByteArray &name)
+    {
+        _bytes += type;
+        _bytes += '\0';
+        add(quint16(name.size()));
+        _bytes += name;
+        _bytes.resize((_bytes.size() + 3) / 4 * 4, '\0');
+        add(quint32(7));
+    }
+
+    bool _isBigEndian;
+    QByteArray _bytes;
 };
+
+std::unique_ptr<Desktop> makeDesktop(const char *name = "Test")
+{
+    qputenv("XDG_CURRENT_DESKTOP", name);
+    return makeFreedesktopDesktop();
+}
 
 } // namespace
 
-class MotionTest : public QObject
+class MotionTest : public TestCase
 {
     Q_OBJECT
 
@@ -69,111 +80,77 @@ private Q_SLOTS:
             "<key name='enable-animations' type='b'><default>true</default></key>"
             "</schema></schemalist>");
         QCOMPARE(QProcess::execute(u"glib-compile-schemas"_s, { _tree.path(u"schemas"_s) }), 0);
-        choose(nullptr);
+        choose({});
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(_tree.path(u"config"_s)));
         qputenv("XDG_CONFIG_DIRS", QFile::encodeName(_tree.path(u"system"_s)));
         qputenv("GSETTINGS_SCHEMA_DIR", QFile::encodeName(_tree.path(u"schemas"_s)));
         qputenv("GSETTINGS_BACKEND", "keyfile");
     }
 
-    void init()
-    {
-        QTest::failOnWarning(QRegularExpression(u".*"_s));
-        qputenv("XDG_CURRENT_DESKTOP", "Test");
-    }
-
     void settingsDaemon_isHeard()
     {
-        const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
+        const std::unique_ptr<Desktop> desktop = makeDesktop();
         const Motion &motion = desktop->motion();
         QVERIFY(!motion.isReduced());
         for (const bool isBigEndian : { false, true }) {
-            Daemon daemon;
-            daemon.write(settings(0, isBigEndian));
-            QTRY_VERIFY(motion.isReduced());
-            daemon.write(settings(1, isBigEndian));
-            QTRY_VERIFY(!motion.isReduced());
-            daemon.write(settings(0, isBigEndian));
-            QTRY_VERIFY(motion.isReduced());
-            // Right from the start, before anything can have been told.
-            QVERIFY(makeFreedesktopDesktop()->motion().isReduced());
+            Daemon daemon(isBigEndian);
+            for (const int animations : { 0, 1, 0 }) {
+                daemon.write(animations);
+                QTRY_COMPARE(motion.isReduced(), animations == 0);
+            }
+            // Right from the start, before a notification can arrive.
+            QVERIFY(makeDesktop()->motion().isReduced());
         }
         QTRY_VERIFY(!motion.isReduced());
     }
 
-    void settingsFiles_areReadAgain_data()
-    {
-        QTest::addColumn<QByteArray>("desktop");
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QByteArray>("still");
-        QTest::addColumn<QByteArray>("moving");
-        const QByteArray toolkit = "[Settings]\ngtk-enable-animations=";
-        const QByteArray kde = "[KDE]\nAnimationDurationFactor=";
-        QTest::newRow("GTK 3") << QByteArray("Test") << u"config/gtk-3.0/settings.ini"_s
-                               << toolkit + "0" << toolkit + "1";
-        QTest::newRow("GTK 4") << QByteArray("Test") << u"config/gtk-4.0/settings.ini"_s
-                               << toolkit + "false" << toolkit + "true";
-        QTest::newRow("of the system") << QByteArray("KDE") << u"system/gtk-4.0/settings.ini"_s
-                                       << toolkit + "0" << QByteArray();
-        QTest::newRow("KDE") << QByteArray("KDE") << u"config/kdeglobals"_s << kde + "0"
-                             << kde + "0.5";
-    }
     void settingsFiles_areReadAgain()
     {
-        QFETCH(QByteArray, desktop);
-        QFETCH(QString, file);
-        QFETCH(QByteArray, still);
-        QFETCH(QByteArray, moving);
-        qputenv("XDG_CURRENT_DESKTOP", desktop);
-        const std::unique_ptr<Desktop> made = makeFreedesktopDesktop();
-        QVERIFY(!made->motion().isReduced());
-        const QString path = _tree.add(file, still);
-        QVERIFY(made->motion().isReduced());
-        _tree.add(file, moving);
-        QVERIFY(!made->motion().isReduced());
-        _tree.add(file, still);
-        QVERIFY(made->motion().isReduced() && QFile::remove(path));
-        QVERIFY(!made->motion().isReduced());
-    }
-
-    void choiceInGSettings_isHeard()
-    {
-        const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
-        QVERIFY(!desktop->motion().isReduced());
-        choose("false");
-        QTRY_VERIFY(desktop->motion().isReduced());
-        choose("true");
-        QTRY_VERIFY(!desktop->motion().isReduced());
-        choose(nullptr);
+        const QByteArray gtk = "[Settings]\ngtk-enable-animations=";
+        const QByteArray kde = "[KDE]\nAnimationDurationFactor=";
+        const std::tuple<const char *, QString, QByteArray, QByteArray> rows[] {
+            { "Test", u"config/gtk-3.0/settings.ini"_s, gtk + "0", gtk + "1" },
+            { "Test", u"config/gtk-4.0/settings.ini"_s, gtk + "false", gtk + "true" },
+            { "KDE", u"system/gtk-4.0/settings.ini"_s, gtk + "0", {} },
+            { "KDE", u"config/kdeglobals"_s, kde + "0", kde + "0.5" }
+        };
+        for (const auto &[name, file, still, moving] : rows) {
+            const std::unique_ptr<Desktop> desktop = makeDesktop(name);
+            const Motion &motion = desktop->motion();
+            QVERIFY(!motion.isReduced());
+            _tree.add(file, still);
+            QVERIFY2(motion.isReduced(), qPrintable(file));
+            _tree.add(file, moving);
+            QVERIFY2(!motion.isReduced(), qPrintable(file));
+            const QString path = _tree.add(file, still);
+            QVERIFY2(motion.isReduced() && QFile::remove(path), qPrintable(file));
+        }
     }
 
     void firstThatSaysAnything_decides()
     {
-        qputenv("XDG_CURRENT_DESKTOP", "KDE");
-        const std::unique_ptr<Desktop> kde = makeFreedesktopDesktop();
-        qputenv("XDG_CURRENT_DESKTOP", "GNOME");
-        const std::unique_ptr<Desktop> gnome = makeFreedesktopDesktop();
+        const std::unique_ptr<Desktop> kde = makeDesktop("KDE");
+        const std::unique_ptr<Desktop> gnome = makeDesktop("GNOME");
         const auto answers = [&] {
             return std::pair(kde->motion().isReduced(), gnome->motion().isReduced());
         };
         _tree.add(u"config/gtk-3.0/settings.ini"_s, "[Settings]\ngtk-enable-animations=0\n");
         QTRY_COMPARE(answers(), std::pair(true, true));
-        choose("true");
+        choose("[org/gnome/desktop/interface]\nenable-animations=true\n");
         QTRY_COMPARE(answers(), std::pair(false, false));
-        Daemon daemon;
-        daemon.write(settings(0, false));
+        choose("[org/gnome/desktop/interface]\nenable-animations=false\n");
         QTRY_COMPARE(answers(), std::pair(true, true));
-        _tree.add(u"config/kdeglobals"_s, "[KDE]\nAnimationDurationFactor=1\n");
-        QCOMPARE(answers(), std::pair(false, true));
+        Daemon daemon;
+        daemon.write(1);
+        QTRY_COMPARE(answers(), std::pair(false, false));
+        _tree.add(u"config/kdeglobals"_s, "[KDE]\nAnimationDurationFactor=0\n");
+        QCOMPARE(answers(), std::pair(true, false));
     }
 
 private:
-    void choose(const char *value)
+    void choose(const QByteArray &settings)
     {
-        _tree.add(u"config/glib-2.0/settings/keyfile"_s,
-            value == nullptr
-                ? QByteArray()
-                : "[org/gnome/desktop/interface]\nenable-animations=" + QByteArray(value) + '\n');
+        _tree.add(u"config/glib-2.0/settings/keyfile"_s, settings);
     }
 
     FileTree _tree;

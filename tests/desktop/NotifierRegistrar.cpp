@@ -10,7 +10,6 @@
 #include <QDBusConnection>
 #include <QSocketNotifier>
 
-#include <cstdio>
 #include <iostream>
 #include <string>
 
@@ -18,27 +17,18 @@ class Registrar final : public QObject
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
-    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered MEMBER hasHost)
 
 public:
-    explicit Registrar(bool hasHost)
-        : _hasHost(hasHost)
-    { }
-
-    bool hasHost() const { return _hasHost; }
-    void setHost(bool hasHost)
-    {
-        _hasHost = hasHost;
-        Q_EMIT hasHost ? StatusNotifierHostRegistered() : StatusNotifierHostUnregistered();
-    }
+    bool hasHost = false;
     void readLine()
     {
         std::string line;
-        if (std::getline(std::cin, line)) {
-            setHost(line == "host");
-        } else {
+        if (!std::getline(std::cin, line)) {
             QCoreApplication::quit();
         }
+        hasHost = line == "host";
+        Q_EMIT hasHost ? StatusNotifierHostRegistered() : StatusNotifierHostUnregistered();
     }
 
 public Q_SLOTS:
@@ -50,19 +40,16 @@ public Q_SLOTS:
 Q_SIGNALS:
     void StatusNotifierHostRegistered(); // NOLINT(readability-identifier-naming)
     void StatusNotifierHostUnregistered(); // NOLINT(readability-identifier-naming)
-
-private:
-    bool _hasHost;
 };
 
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
-    Registrar registrar(argc > 1);
+    Registrar registrar;
+    registrar.hasHost = argc > 1;
     QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.registerObject(QStringLiteral("/StatusNotifierWatcher"), &registrar,
-        QDBusConnection::ExportAllProperties | QDBusConnection::ExportAllSlots
-            | QDBusConnection::ExportAllSignals);
+    bus.registerObject(
+        QStringLiteral("/StatusNotifierWatcher"), &registrar, QDBusConnection::ExportAllContents);
     if (!bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"))) {
         return 1;
     }

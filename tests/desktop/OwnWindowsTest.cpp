@@ -1,5 +1,5 @@
-// Our windows among those of others, under a window manager that guards the keyboard. What came of
-// it is asked of programs that are not ours. Started with "other", this is another program.
+// Our windows among those of other programs, under a window manager that guards the keyboard. Other
+// programs tell what the windows are like. Started with "other", this is another program.
 
 #include "desktop/Programs.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
@@ -20,9 +20,13 @@ public:
     {
         waitForReadyRead();
         window = idOf(readLine().trimmed().toULongLong());
+        [this] {
+            QTRY_COMPARE_WITH_TIMEOUT(activeWindow(), window, patience);
+            xdotool(u"key a"_s);
+            // What has been typed is its title.
+            QTRY_VERIFY(propertyOf(window, u"_NET_WM_NAME"_s).endsWith(u"= \"a\""_s));
+        }();
     }
-    // What has been typed is its title.
-    QString text() const { return propertyOf(window, u"_NET_WM_NAME"_s).section(u'"', 1, 1); }
 
     QString window;
 };
@@ -57,17 +61,16 @@ using Level = OwnWindows::Level;
 
 } // namespace
 
-class OwnWindowsTest : public QObject
+class OwnWindowsTest : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        TestCase::init();
         _desktop = makeFreedesktopDesktop();
     }
-    void cleanup() { _desktop.reset(); }
 
     void standing_holdsEachTimeAWindowIsShown()
     {
@@ -106,48 +109,32 @@ private Q_SLOTS:
         }
     }
 
-    void activation_takesTheKeyboardFromWhatIsBeingTypedInto_data()
-    {
-        QTest::addColumn<bool>("isAsked");
-        QTest::addColumn<bool>("isTimeKnown");
-        QTest::addColumn<bool>("isShownBefore");
-        QTest::newRow("with the time") << true << true << true;
-        QTest::newRow("without") << true << false << true;
-        QTest::newRow("asked for before it is shown") << true << false << false;
-        // What we are up against: left to itself, the panel is refused.
-        QTest::newRow("not asked for") << false << false << true;
-    }
     void activation_takesTheKeyboardFromWhatIsBeingTypedInto()
     {
-        QFETCH(bool, isAsked);
-        QFETCH(bool, isTimeKnown);
-        QFETCH(bool, isShownBefore);
         XClient client;
         Panel panel;
-        // A window of a program that nobody is working with gets the keyboard least of all.
+        // A window that the user is not working with gets the keyboard least of all.
         Panel idle;
         idle.show();
         QTRY_COMPARE(activeWindow(), idle.id());
-        const int times = isAsked ? 3 : 1;
-        for (int i = 1; i <= times; ++i) {
+        QString typed;
+        for (int i = 0; i < 4; ++i) {
+            const bool isTimeKnown = i == 0;
+            const bool isShownBefore = i != 2;
+            // Left to itself, the window manager refuses the panel.
+            const bool isAsked = i != 3;
             const OtherProgram other;
-            QTRY_COMPARE_WITH_TIMEOUT(activeWindow(), other.window, patience);
-            xdotool(u"key a"_s);
-            QTRY_COMPARE(other.text(), u"a"_s);
             const ActivationStamp stamp { isTimeKnown ? client.time() : 0, {} };
             own().setStanding(panel.window(), OnTaskBar::Skipped, Level::Normal);
-            if (isShownBefore) {
-                panel.show();
-            }
+            panel.setVisible(isShownBefore);
             if (isAsked) {
                 own().activate(panel.window(), stamp);
-            }
-            panel.show();
-            if (isAsked) {
+                panel.show();
                 QTRY_COMPARE(own().activeWindow(), &panel.window());
                 QCOMPARE(activeWindow(), panel.id());
                 xdotool(u"key b"_s);
-                QTRY_COMPARE(panel.text(), QString(i, u'b'));
+                typed += u'b';
+                QTRY_COMPARE(panel.text(), typed);
             } else {
                 // Once this has come about, the window manager has dealt with what was before.
                 own().setLevel(panel.window(), Level::Raised);
@@ -165,9 +152,6 @@ private Q_SLOTS:
         XClient client;
         Panel panel;
         const OtherProgram other;
-        QTRY_COMPARE_WITH_TIMEOUT(activeWindow(), other.window, patience);
-        xdotool(u"key a"_s);
-        QTRY_COMPARE(other.text(), u"a"_s);
         const QString id = u"else-1-\"here\"_TIME%1"_s.arg(client.time());
         own().setStanding(panel.window(), OnTaskBar::Listed, Level::Normal);
         panel.show();
@@ -192,26 +176,23 @@ private Q_SLOTS:
         QList<QWindow *> told;
         connect(&own(), &OwnWindows::activeWindowChanged, this,
             [&] { told.append(own().activeWindow()); });
+
         const QList<QWindow *> none { nullptr };
-        const auto isNamed = [](const Panel &one) { return activeWindow() == one.id(); };
+        const QList<QWindow *> first { &panel.window() };
         {
-            panel.show();
-            // With the time: to ask for it would be a request under way while this waits for
-            // programs.
-            own().activate(panel.window(), { XClient().time(), {} });
-            QTRY_COMPARE(told, QList<QWindow *> { &panel.window() });
-            told.clear();
             const OtherProgram other;
-            QTRY_VERIFY_WITH_TIMEOUT(
-                propertyOf(other.window, u"WM_STATE"_s).contains(u"Normal"_s), patience);
+            panel.show();
+            own().activate(panel.window(), {});
+            QTRY_COMPARE(told, first);
+            told.clear();
             outputOf(u"wmctrl"_s, { u"-ia"_s, other.window });
             QTRY_COMPARE_WITH_TIMEOUT(told, none, patience);
             told.clear();
             own().activate(panel.window(), {});
-            QTRY_COMPARE(told, QList<QWindow *> { &panel.window() });
+            QTRY_COMPARE(told, first);
             told.clear();
             {
-                // The toolkit loses its window, and we do not.
+                // Qt loses its window, and we do not.
                 XClient client;
                 QVERIFY(client.grabKeyboard());
                 QTRY_COMPARE(QGuiApplication::focusWindow(), nullptr);
@@ -233,12 +214,11 @@ private Q_SLOTS:
         told.clear();
         panel.show();
         own().activate(panel.window(), {});
-        QTRY_VERIFY(isNamed(panel));
-        QTRY_COMPARE(told, QList<QWindow *> { &panel.window() });
-        // With nobody to follow.
+        QTRY_COMPARE(activeWindow(), panel.id());
+        QTRY_COMPARE(told, first);
+        // No window follows it.
         panel.hide();
-        QTRY_COMPARE(told, QList<QWindow *>({ &panel.window(), nullptr }));
-        QCOMPARE(own().activeWindow(), nullptr);
+        QTRY_COMPARE(told, first + none);
     }
 
 private:

@@ -4,13 +4,14 @@
 #include "desktop/ProgramRunner.h"
 #include "desktop/Programs.h"
 
-#include <QElapsedTimer>
-#include <QJsonObject>
 #include <QRect>
+
+#include <cstdio>
 
 namespace {
 
 constexpr QRect screen(0, 0, 1280, 800);
+constexpr QRect smallScreen(0, 0, 1000, 700);
 
 // Of those that are shown, in no order.
 QStringList windowsBy(const QString &pattern)
@@ -18,34 +19,43 @@ QStringList windowsBy(const QString &pattern)
     return xdotool(u"search --onlyvisible "_s + pattern).split(u'\n', Qt::SkipEmptyParts);
 }
 
-QStringList ownWindows()
+// Below its alerts, which have the same name.
+QString panel()
 {
-    return windowsBy(u"--class ^ortu$"_s);
+    return windowsBy(u"--name ^Ortu$"_s).value(0);
 }
 
-QString frontWindow()
+int windowCount()
 {
-    return xdotool(u"getactivewindow"_s);
+    return int(windowsBy(u"--class ^ortu$"_s).size());
 }
 
-QRect frameOf(const QString &window)
+QRect panelFrame()
 {
-    const QString text = xdotool(u"getwindowgeometry --shell "_s + window);
+    const QString text = xdotool(u"getwindowgeometry --shell "_s + panel());
     const auto value = [&text](const QString &name) {
         return text.section(u'\n' + name + u'=', 1).section(u'\n', 0, 0).toInt();
     };
     return { value(u"X"_s), value(u"Y"_s), value(u"WIDTH"_s), value(u"HEIGHT"_s) };
 }
 
-bool isCentred(const QRect &frame, const QRect &place)
+bool isCentredOn(const QRect &place)
 {
-    const QPoint way = frame.center() - place.center();
-    return frame.isValid() && qAbs(way.x()) <= 1 && qAbs(way.y()) <= 1;
+    const QRect frame = panelFrame();
+    return frame.isValid() && (frame.center() - place.center()).manhattanLength() <= 2;
+}
+
+void click(int button, const QPoint &onPanel)
+{
+    xdotool(u"mousemove --window %1 %2 %3 click %4"_s.arg(panel())
+                .arg(onPanel.x())
+                .arg(onPanel.y())
+                .arg(button));
 }
 
 } // namespace
 
-class PanelTest : public QObject
+class PanelTest : public TestCase
 {
     Q_OBJECT
 
@@ -66,85 +76,48 @@ private Q_SLOTS:
             _ortu.terminate();
             _ortu.waitForFinished();
         }
-        QTRY_VERIFY(ownWindows().isEmpty());
-    }
-
-    void aStartShowsIt_aToggleGivesTheFocusBack()
-    {
-        const OtherProcess terminal(u"xterm"_s, { u"-T"_s, u"Terminal"_s });
-        const auto isInFront = [] {
-            const QString window = windowsBy(u"--name ^Terminal$"_s).value(0);
-            return !window.isEmpty() && frontWindow() == window;
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(isInFront(), patience);
-        start();
-        QCOMPARE(frontWindow(), panel());
-        QVERIFY(isCentred(frameOf(panel()), screen));
-        tell(u"--toggle"_s);
-        QTRY_VERIFY(!isVisible());
-        QTRY_VERIFY(isInFront());
-        QTRY_VERIFY(panel().isEmpty());
-        tell(u"--toggle"_s);
-        QTRY_VERIFY(isActive());
-        QTRY_COMPARE(frontWindow(), panel());
-        QVERIFY(isCentred(frameOf(panel()), screen));
-        // What fades out comes back.
-        tell(u"--toggle"_s);
-        tell(u"--toggle"_s);
-        QTRY_VERIFY(isActive());
-        QTRY_COMPARE(frontWindow(), panel());
+        QTRY_COMPARE(windowCount(), 0);
     }
 
     void theMenuIsThere_andQuits()
     {
         start();
-        const auto closesByEscape = [this] {
-            if (!QTest::qWaitFor([] { return ownWindows().size() == 2; })) {
-                return false;
-            }
-            press(u"Escape"_s);
-            return QTest::qWaitFor([] { return ownWindows().size() == 1; }) && isVisible();
-        };
-        pointAt(onMargin());
-        xdotool(u"click 3"_s);
-        QVERIFY(closesByEscape());
-        // Between the icons.
-        pointAt({ 18 + 3, 30 + 3 });
-        xdotool(u"click 3"_s);
-        QVERIFY(closesByEscape() && isActive());
-
-        pointAt({ frameOf(panel()).width() - 23, 18 });
-        xdotool(u"click 1"_s);
-        QTRY_COMPARE(ownWindows().size(), 2);
-        press(u"Up"_s);
-        press(u"Return"_s);
+        const QPoint betweenIcons(18 + 3, 30 + 3);
+        for (const QPoint &place : { onMargin(), betweenIcons }) {
+            click(3, place);
+            QTRY_COMPARE(windowCount(), 2);
+            xdotool(u"key Escape"_s);
+            QTRY_COMPARE(windowCount(), 1);
+            QVERIFY(is(u"active"_s));
+        }
+        click(1, { panelFrame().width() - 23, 18 });
+        QTRY_COMPARE(windowCount(), 2);
+        xdotool(u"key Up Return"_s);
         QTRY_COMPARE(_ortu.state(), QProcess::NotRunning);
-        QCOMPARE(_ortu.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(_ortu.exitCode(), 0);
+        QVERIFY(_ortu.exitStatus() == QProcess::NormalExit && _ortu.exitCode() == 0);
         QCOMPARE(_runner->run({ u"--hide"_s }).exitCode, 1);
     }
 
     void anotherScreenSizeCentresIt()
     {
-        start();
         const auto xrandr = [](const QString &arguments) {
             outputOf(u"xrandr"_s, arguments.split(u' '));
         };
         xrandr(u"--newmode small 0 1000 0 0 0 700 0 0 0"_s);
         xrandr(u"--addmode screen small"_s);
+        start();
+        QVERIFY(isCentredOn(screen));
         xrandr(u"--output screen --mode small"_s);
-        QTRY_VERIFY(isCentred(frameOf(panel()), { 0, 0, 1000, 700 }));
-        QVERIFY(isVisible());
+        QTRY_VERIFY(isCentredOn(smallScreen));
         xrandr(u"--output screen --mode 1280x800"_s);
-        QTRY_VERIFY(isCentred(frameOf(panel()), screen));
+        QTRY_VERIFY(isCentredOn(screen));
         // Hidden meanwhile, it comes up where it belongs.
         tell(u"--hide"_s);
         QTRY_VERIFY(panel().isEmpty());
         xrandr(u"--output screen --mode small"_s);
-        show();
-        QTRY_VERIFY(isCentred(frameOf(panel()), { 0, 0, 1000, 700 }));
+        tell(u"--show"_s);
+        QTRY_VERIFY(isCentredOn(smallScreen));
         xrandr(u"--output screen --mode 1280x800"_s);
-        QTRY_VERIFY(isCentred(frameOf(panel()), screen));
     }
 
     void thePreferencesFileMayDoAnything()
@@ -152,15 +125,14 @@ private Q_SLOTS:
         start();
         const QString name = u"config/Ortu/Preferences.plist"_s;
         const QString path = _runner->path(name);
-        const QByteArray good = _runner->read(name);
-        QVERIFY(!good.isEmpty());
+        QByteArray later = _runner->read(name);
+        QVERIFY(!later.isEmpty());
         const auto isUsable = [&] {
             tell(u"--hide"_s);
-            const bool isHidden = QTest::qWaitFor([this] { return !isVisible(); });
+            const bool isHidden = QTest::qWaitFor([this] { return !is(u"visible"_s); });
             tell(u"--show"_s);
-            return isHidden && QTest::qWaitFor([this] { return isActive(); });
+            return isHidden && QTest::qWaitFor([this] { return is(u"active"_s); });
         };
-
         _runner->write(name, "rubbish");
         QVERIFY(isUsable() && QFile::remove(path));
         QVERIFY(isUsable());
@@ -168,15 +140,14 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(path + u"/inside"_s) && isUsable());
         QVERIFY(QDir(path).removeRecursively());
         // Replaced as a whole, by something of a later version among other things.
-        QByteArray later = good;
         later.replace("</dict>",
             "<key>groupToShowWhenWindowOpens</key><integer>6</integer>"
             "<key>windowAlpha</key><string>much</string><key>later</key><array/></dict>");
         _runner->write(name + u".new"_s, later);
-        QCOMPARE(::rename(QFile::encodeName(path + u".new"_s).constData(),
-                     QFile::encodeName(path).constData()),
-            0);
-        const auto showsGroup6 = [&] { return isUsable() && status()[u"group"_s].toInt() == 6; };
+        QCOMPARE(std::rename(qPrintable(path + u".new"_s), qPrintable(path)), 0);
+        const auto showsGroup6 = [&] {
+            return isUsable() && _runner->status()[u"group"_s].toInt() == 6;
+        };
         QTRY_VERIFY(showsGroup6());
         QCOMPARE(_ortu.state(), QProcess::Running);
     }
@@ -194,12 +165,11 @@ private Q_SLOTS:
             return log.count("session bus");
         };
         QTRY_COMPARE(lineCount(), 1);
-        pointAt(onMargin());
-        xdotool(u"click 3"_s);
-        QTRY_COMPARE(ownWindows().size(), 2);
-        press(u"Escape"_s);
-        QTRY_COMPARE(ownWindows().size(), 1);
-        press(u"ctrl+w"_s);
+        click(3, onMargin());
+        QTRY_COMPARE(windowCount(), 2);
+        xdotool(u"key Escape"_s);
+        QTRY_COMPARE(windowCount(), 1);
+        xdotool(u"key ctrl+w"_s);
         QTRY_VERIFY(panel().isEmpty());
         _ortu.terminate();
         QVERIFY(_ortu.waitForFinished());
@@ -210,7 +180,8 @@ private Q_SLOTS:
     {
         _runner->set("DBUS_SESSION_BUS_ADDRESS", u"unix:path=/nonexistent/bus"_s);
         _runner->start(_ortu, {});
-        QTRY_VERIFY_WITH_TIMEOUT(!panel().isEmpty() && frontWindow() == panel(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !panel().isEmpty() && xdotool(u"getactivewindow"_s) == panel(), patience);
         QCOMPARE(_runner->run({ u"--toggle"_s, u"--set"_s, u"noSuchKey=1"_s }).exitCode, 2);
     }
 
@@ -227,48 +198,29 @@ private Q_SLOTS:
         };
         QTRY_COMPARE(running(), 1);
         QProcess &ended = other.state() == QProcess::Running ? _ortu : other;
-        QCOMPARE(ended.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(ended.exitCode(), 0);
-        QTRY_VERIFY(isActive());
-        QCOMPARE(ownWindows().size(), 1);
+        QVERIFY(ended.exitStatus() == QProcess::NormalExit && ended.exitCode() == 0);
+        QTRY_VERIFY(is(u"active"_s));
+        QCOMPARE(windowCount(), 1);
         QCOMPARE(ended.readAllStandardError(), QByteArray());
         // By the verb, after which another start finds the name and the hot key free.
         for (int round = 0; round < 5; ++round) {
             tell(u"--quit"_s);
             QTRY_COMPARE(running(), 0);
             start();
-            QVERIFY(!status().contains(u"hotKeyProblem"_s));
+            QVERIFY(!_runner->status().contains(u"hotKeyProblem"_s));
         }
     }
 
 private:
-    QJsonObject status() const
-    {
-        return _runner->run({ u"--status"_s, u"--json"_s }).json().object();
-    }
-    bool isVisible() const { return status()[u"visible"_s].toBool(); }
-    bool isActive() const { return status()[u"active"_s].toBool(); }
+    bool is(const QString &state) const { return _runner->status()[state].toBool(); }
     void tell(const QString &verb) const { QCOMPARE(_runner->run({ verb }).exitCode, 0); }
-    // Below its alerts, which have the same name.
-    static QString panel() { return windowsBy(u"--name ^Ortu$"_s).value(0); }
-
     // Shown and with the keyboard.
     void start()
     {
         _runner->start(_ortu, {});
-        QTRY_VERIFY_WITH_TIMEOUT(_ortu.waitForStarted() && isActive(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(_ortu.waitForStarted() && is(u"active"_s), patience);
     }
-    void show() const
-    {
-        tell(u"--show"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(isActive(), patience);
-    }
-    static void press(const QString &keys) { xdotool(u"key "_s + keys); }
-    static void pointAt(const QPoint &onPanel)
-    {
-        xdotool(u"mousemove --window %1 %2 %3"_s.arg(panel()).arg(onPanel.x()).arg(onPanel.y()));
-    }
-    static QPoint onMargin() { return { frameOf(panel()).width() / 2, 8 }; }
+    static QPoint onMargin() { return { panelFrame().width() / 2, 8 }; }
 
     std::unique_ptr<ProgramRunner> _runner;
     QProcess _ortu;

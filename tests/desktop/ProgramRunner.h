@@ -3,13 +3,13 @@
 
 #pragma once
 
-#include <QDir>
-#include <QFile>
+#include "TestCase.h"
+#include "platform/FileTree.h"
+
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QStringList>
-#include <QTemporaryDir>
 
 class ProgramRunner
 {
@@ -25,38 +25,26 @@ public:
 
     ProgramRunner()
     {
-        for (const char *folder : { "apps", "data", "config", "state" }) {
-            QDir(_home.path()).mkdir(QLatin1String(folder));
-        }
-        _environment = QProcessEnvironment::systemEnvironment();
         set("HOME", _home.path());
-        set("XDG_DATA_HOME", path(QStringLiteral("data")));
-        set("XDG_CONFIG_HOME", path(QStringLiteral("config")));
-        set("XDG_STATE_HOME", path(QStringLiteral("state")));
-        set("XDG_CURRENT_DESKTOP", QStringLiteral("Test"));
-        if (!_environment.contains(QStringLiteral("XDG_RUNTIME_DIR"))) {
-            QDir(_home.path())
-                .mkdir(
-                    QStringLiteral("run"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-            set("XDG_RUNTIME_DIR", path(QStringLiteral("run")));
+        set("XDG_CURRENT_DESKTOP", u"Test"_s);
+        for (const char *folder : { "data", "config", "state" }) {
+            set("XDG_" + QByteArray(folder).toUpper() + "_HOME", path(QLatin1String(folder)));
         }
+        if (!_environment.contains(u"XDG_RUNTIME_DIR"_s)) {
+            QDir(_home.path())
+                .mkdir(u"run"_s, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+            set("XDG_RUNTIME_DIR", path(u"run"_s));
+        }
+        QDir(_home.path()).mkdir(u"apps"_s);
     }
 
-    QString path(const QString &name) const { return _home.filePath(name); }
-    void set(const char *variable, const QString &value)
+    QString path(const QString &name) const { return _home.path(name); }
+    void set(const QByteArray &variable, const QString &value)
     {
         _environment.insert(QLatin1String(variable), value);
     }
-    const QProcessEnvironment &environment() const { return _environment; }
 
-    void write(const QString &name, const QByteArray &bytes) const
-    {
-        QDir(_home.path()).mkpath(QFileInfo(name).path());
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-            qFatal("cannot write %s", qPrintable(file.fileName()));
-        }
-    }
+    void write(const QString &name, const QByteArray &bytes) { _home.add(name, bytes); }
     QByteArray read(const QString &name) const
     {
         QFile file(path(name));
@@ -64,40 +52,54 @@ public:
     }
 
     // A desktop entry among those that are scanned once the preference says so.
-    void writeEntry(const QString &name, const QByteArray &lines = {}) const
+    void writeEntry(const QString &name, const QByteArray &lines = {})
     {
-        write(QStringLiteral("apps/%1.desktop").arg(name),
+        write(u"apps/%1.desktop"_s.arg(name),
             "[Desktop Entry]\nType=Application\nName=" + name.toUtf8() + "\nExec=/bin/true\n"
                 + lines);
     }
     void scanOnlyOwnApplications() const
     {
-        run({ QStringLiteral("--defaults"), QStringLiteral("searchDirectories"),
-            QStringLiteral(R"([{"path":"~/apps"}])") });
+        run({ u"--defaults"_s, u"searchDirectories"_s, uR"([{"path":"~/apps"}])"_s });
     }
 
     void start(QProcess &process, const QStringList &arguments) const
     {
-        process.setProcessEnvironment(_environment);
-        process.start(qEnvironmentVariable("ORTU_PROGRAM"), arguments);
+        start(process, qEnvironmentVariable("ORTU_PROGRAM"), arguments);
     }
-
     Result run(const QStringList &arguments, const QString &workingFolder = {}) const
     {
+        return finished(qEnvironmentVariable("ORTU_PROGRAM"), arguments, workingFolder);
+    }
+    Result runInShell(const QString &line) const
+    {
+        return finished(u"sh"_s, { u"-c"_s, line }, {});
+    }
+    // What the running program says of itself.
+    QJsonObject status() const { return run({ u"--status"_s, u"--json"_s }).json().object(); }
+
+private:
+    void start(QProcess &process, const QString &program, const QStringList &arguments) const
+    {
+        process.setProcessEnvironment(_environment);
+        process.start(program, arguments);
+    }
+    Result finished(
+        const QString &program, const QStringList &arguments, const QString &folder) const
+    {
         QProcess process;
-        process.setWorkingDirectory(workingFolder);
-        start(process, arguments);
+        process.setWorkingDirectory(folder);
+        start(process, program, arguments);
         Result result;
         if (process.waitForFinished(120'000) && process.exitStatus() == QProcess::NormalExit) {
             result.exitCode = process.exitCode();
         }
         result.output = process.readAllStandardOutput();
-        result.errorLines = QString::fromUtf8(process.readAllStandardError())
-                                .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        result.errorLines =
+            QString::fromUtf8(process.readAllStandardError()).split(u'\n', Qt::SkipEmptyParts);
         return result;
     }
 
-private:
-    QTemporaryDir _home;
-    QProcessEnvironment _environment;
+    FileTree _home;
+    QProcessEnvironment _environment = QProcessEnvironment::systemEnvironment();
 };

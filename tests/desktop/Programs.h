@@ -3,17 +3,13 @@
 
 #pragma once
 
+#include "TestCase.h"
+
 #include <QCoreApplication>
 #include <QProcess>
-#include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTest>
 
 #include <cstdlib>
-#include <memory>
 #include <xcb/xcb.h>
-
-using namespace Qt::Literals::StringLiterals;
 
 // Milliseconds that a program may take to start or to end.
 constexpr int patience = 20'000;
@@ -52,7 +48,7 @@ inline QStringList windowsOf(const QString &className)
 inline QString activeWindow()
 {
     const QString text = outputOf(u"xprop"_s, { u"-root"_s, u"_NET_ACTIVE_WINDOW"_s });
-    // What others see by now, this program is to see as well.
+    // What other programs see by now, this program must see as well.
     QCoreApplication::processEvents();
     return u"0x"_s + text.section(u"0x"_s, -1).rightJustified(8, u'0');
 }

@@ -5,86 +5,96 @@
 
 #include <QHash>
 #include <QImage>
-#include <QRegularExpression>
-#include <QTest>
 
-using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-// What stands as code in the README and begins like that, without the code's marks.
-QStringList documented(const QString &start)
-{
-    QFile readme(QStringLiteral(README));
-    QStringList found;
-    if (readme.open(QIODevice::ReadOnly)) {
-        const QRegularExpression code(u"`(%1[^`]*)`"_s.arg(start));
-        for (const auto &match : code.globalMatch(QString::fromUtf8(readme.readAll()))) {
-            found.append(match.captured(1).replace(u"\\|"_s, u"|"_s));
-        }
-    }
-    return found;
-}
-
-// With and without each part that stands in brackets.
-QStringList variants(const QString &call)
-{
-    static const QRegularExpression optional(uR"( \[([^\]]*)\])"_s);
-    const auto part = optional.match(call);
-    if (!part.hasMatch()) {
-        return { call };
-    }
-    QStringList all = variants(QString(call).remove(part.capturedStart(), part.capturedLength()));
-    for (const QString &choice : part.captured(1).split(u" | "_s)) {
-        all += variants(
-            QString(call).replace(part.capturedStart() + 1, part.capturedLength() - 1, choice));
-    }
-    return all;
-}
-
-} // namespace
-
-class ReadmeTest : public QObject
+class ReadmeTest : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
+    void callsDoWhatTheySay()
     {
-        QVERIFY(documented(u"ortu --"_s).size() > 10);
+        const QStringList calls = documented(u"ortu\\b"_s);
+        QVERIFY(calls.size() > 10);
         _runner.writeEntry(u"alpha"_s, "Icon=" + _picture.toUtf8() + "\n");
         _runner.scanOnlyOwnApplications();
         QImage red(8, 8, QImage::Format_RGB32);
         red.fill(Qt::red);
         QVERIFY(red.save(_picture));
-    }
-
-    void callsDoWhatTheySay_data()
-    {
         const QHash<QString, QString> samples { { u"FILE…"_s, _picture }, { u"FILE.png"_s, _drawn },
             { u"OUT.png"_s, _drawn }, { u"GROUP"_s, u"allApps"_s }, { u"WxH"_s, u"800x600"_s },
             { u"X,Y"_s, u"20,20"_s }, { u"…"_s, u"30,30"_s }, { u"N"_s, u"2"_s },
             { u"F"_s, u"2"_s }, { u"KEY"_s, u"iconPadding"_s }, { u"VALUE"_s, u"3"_s } };
-        QTest::addColumn<QStringList>("arguments");
-        for (const QString &call : documented(u"ortu\\b"_s)) {
+        for (const QString &call : calls) {
             for (const QString &variant : variants(call)) {
                 QStringList arguments = variant.split(u' ').mid(1);
                 for (QString &argument : arguments) {
                     argument = samples.value(argument, argument);
                 }
-                QTest::newRow(qPrintable(variant)) << arguments;
+                check(arguments);
+                if (QTest::currentTestFailed()) {
+                    return qWarning("%s", qPrintable(variant));
+                }
+            }
+        }
+        start({});
+        tell(u"--hide"_s);
+        const auto result = _runner.run({ _picture, _runner.path(u"none.png"_s) });
+        QVERIFY(result.exitCode == 1 && result.errorLines.size() == 1);
+        QVERIFY(result.errorLines[0].contains(u"none.png") && !isVisible());
+    }
+
+    void optionsAreInTheHelp()
+    {
+        const QByteArray help = _runner.run({ u"--help"_s }).output;
+        for (const QString &text : documented(u"(?:ortu )?--"_s)) {
+            for (const QString &word : text.split(u' ').filter(QRegularExpression(u"^\\[?--"_s))) {
+                const QByteArray option = word.mid(word.indexOf(u'-')).remove(u']').toUtf8();
+                QVERIFY2(help.contains(option), option);
             }
         }
     }
-    void callsDoWhatTheySay()
+
+    void cleanupTestCase()
     {
-        QFETCH(const QStringList, arguments);
+        _ortu.terminate();
+        _ortu.waitForFinished();
+    }
+
+private:
+    // What stands as code in the README and begins like that, without the code's marks.
+    static QStringList documented(const QString &start)
+    {
+        QStringList found;
+        const QRegularExpression code(u"`(%1[^`]*)`"_s.arg(start));
+        for (const auto &match :
+            code.globalMatch(QString::fromUtf8(load(QStringLiteral(README))))) {
+            found.append(match.captured(1).replace(u"\\|"_s, u"|"_s));
+        }
+        return found;
+    }
+    // With and without each part that stands in brackets.
+    static QStringList variants(const QString &call)
+    {
+        static const QRegularExpression optional(uR"( \[([^\]]*)\])"_s);
+        const auto part = optional.match(call);
+        if (!part.hasMatch()) {
+            return { call };
+        }
+        const auto with = [&](const QString &choice) {
+            return variants(
+                QString(call).replace(part.capturedStart(), part.capturedLength(), choice));
+        };
+        QStringList all = with({});
+        for (const QString &choice : part.captured(1).split(u" | "_s)) {
+            all += with(u' ' + choice);
+        }
+        return all;
+    }
+    void check(const QStringList &arguments)
+    {
         const QString verb = arguments.value(0);
         const bool doesShow = !verb.startsWith(u"--") || verb == u"--show" || verb == u"--toggle";
-        if (_ortu.state() == QProcess::NotRunning) {
-            _runner.start(_ortu, doesShow ? arguments : QStringList());
-            QTRY_VERIFY_WITH_TIMEOUT(isVisible(), 20'000);
-        }
+        start(doesShow ? arguments : QStringList());
         QCOMPARE(tell(doesShow ? u"--hide"_s : u"--show"_s), 0);
         QTRY_COMPARE(isVisible(), !doesShow);
         QFile::remove(_drawn);
@@ -104,39 +114,14 @@ private Q_SLOTS:
             QVERIFY(_ortu.waitForFinished());
         }
     }
-
-    void optionsAreInTheHelp()
+    void start(const QStringList &arguments)
     {
-        const QByteArray help = _runner.run({ u"--help"_s }).output;
-        for (const QString &text : documented(u"(?:ortu )?--"_s)) {
-            for (const QString &word : text.split(u' ').filter(QRegularExpression(u"^\\[?--"_s))) {
-                const QByteArray option = word.mid(word.indexOf(u'-')).remove(u']').toUtf8();
-                QVERIFY2(help.contains(option), option);
-            }
+        if (_ortu.state() == QProcess::NotRunning) {
+            _runner.start(_ortu, arguments);
+            QTRY_VERIFY_WITH_TIMEOUT(isVisible(), 20'000);
         }
     }
-
-    void aMissingFile_isRefused()
-    {
-        QCOMPARE(tell(u"--hide"_s), 0);
-        const auto result = _runner.run({ _picture, _runner.path(u"none.png"_s) });
-        QCOMPARE(result.exitCode, 1);
-        QCOMPARE(result.errorLines.size(), 1);
-        QVERIFY(result.errorLines[0].contains(u"none.png") && !isVisible());
-    }
-
-    void cleanupTestCase()
-    {
-        _ortu.terminate();
-        _ortu.waitForFinished();
-    }
-
-private:
-    bool isVisible() const
-    {
-        const auto status = _runner.run({ u"--status"_s, u"--json"_s });
-        return status.json()[u"visible"_s].toBool();
-    }
+    bool isVisible() const { return _runner.status()[u"visible"_s].toBool(); }
     int tell(const QString &verb) const { return _runner.run({ verb }).exitCode; }
 
     ProgramRunner _runner;

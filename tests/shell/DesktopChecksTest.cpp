@@ -1,19 +1,13 @@
 #include "shell/DesktopChecks.h"
 
-#include "shell/ShellTest.h"
+#include "TestCase.h"
 #include "support/PropertyList.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-class DesktopChecksTest : public QObject
+class DesktopChecksTest : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { expectNoWarnings(); }
-
     void programIsShownInAllSpaces()
     {
         const QVariant two = QVariantList { 1, 2 };
@@ -44,10 +38,9 @@ private Q_SLOTS:
         for (const char *bytes : { "", "spaces", "<plist version=\"1.0\"><array/></plist>" }) {
             QFile::remove(_path);
             QVERIFY(isHappy());
-            QFile file(_path);
-            QVERIFY(file.open(QIODevice::ReadWrite) && file.write(bytes) >= 0 && file.flush());
-            QVERIFY(isHappy() && file.seek(0));
-            QCOMPARE(file.readAll(), QByteArray(bytes));
+            save(_path, bytes);
+            QVERIFY(isHappy());
+            QCOMPARE(load(_path), QByteArray(bytes));
             QCOMPARE(QDir(_folder.path()).entryList(QDir::Files).size(), 1);
         }
     }

@@ -1,6 +1,6 @@
 #include "shell/base/KRViewAnimation.h"
 
-#include "shell/ShellTest.h"
+#include "TestCase.h"
 
 #include <utility>
 
@@ -12,9 +12,8 @@ constexpr QRect Start(-51, -20, 101, 33);
 constexpr QRect End(-40, 17, 101, 33);
 
 // Something that can be moved and faded.
-class Picture : public QObject
+struct Picture : QObject
 {
-public:
     QRect frame = Start;
     double alpha = 1;
     bool isHidden = false;
@@ -40,7 +39,7 @@ public:
 
 } // namespace
 
-class KRViewAnimationTest : public QObject
+class KRViewAnimationTest : public TestCase
 {
     Q_OBJECT
 
@@ -48,7 +47,7 @@ private Q_SLOTS:
     // A picture that slides and one that fades out, over a second and evenly.
     void init()
     {
-        expectNoWarnings();
+        TestCase::init();
         _slid = std::make_unique<Picture>();
         _faded = std::make_unique<Picture>();
         _animation = std::make_unique<KRViewAnimation>();
@@ -56,19 +55,19 @@ private Q_SLOTS:
         _animation->setSeconds(1);
         _animation->setViewAnimations({ { .view = _slid->view(), .endFrame = End },
             { .view = _faded->view(), .fade = Fade::Out } });
-        _ends = std::make_unique<QSignalSpy>(_animation.get(), &KRViewAnimation::animationDidEnd);
-        _stops = std::make_unique<QSignalSpy>(_animation.get(), &KRViewAnimation::animationDidStop);
+        _ends = _stops = 0;
+        connect(_animation.get(), &KRViewAnimation::animationDidEnd, this, [this] { ++_ends; });
+        connect(_animation.get(), &KRViewAnimation::animationDidStop, this, [this] { ++_stops; });
     }
 
     void theCurvesAreThoseOfTheirNames()
     {
-        const auto values = [](const QEasingCurve &curve) {
-            return u"%1 %2 %3"_s.arg(curve.valueForProgress(0.25), 0, 'f', 3)
-                .arg(curve.valueForProgress(0.5), 0, 'f', 3)
-                .arg(curve.valueForProgress(0.75), 0, 'f', 3);
+        const auto isNear = [](const QEasingCurve &curve, double quarter, double half) {
+            return qAbs(curve.valueForProgress(0.25) - quarter) < 0.001
+                && qAbs(curve.valueForProgress(0.5) - half) < 0.001;
         };
-        QCOMPARE(values(KRViewAnimation::easeInOut()), u"0.129 0.500 0.871"_s);
-        QCOMPARE(values(KRViewAnimation::easeIn()), u"0.093 0.315 0.622"_s);
+        QVERIFY(isNear(KRViewAnimation::easeInOut(), 0.129, 0.500));
+        QVERIFY(isNear(KRViewAnimation::easeIn(), 0.093, 0.315));
     }
 
     void viewsGoToTheirEnds_theFirstStepAtOnce()
@@ -82,14 +81,10 @@ private Q_SLOTS:
             // Nothing trembles on the way.
             QCOMPARE(_slid->frame.size(), End.size());
         }
-        QCOMPARE(_faded->alpha, 0.01);
-        QVERIFY(_ends->isEmpty() && !_faded->isHidden);
+        QVERIFY(_ends == 0 && !_faded->isHidden);
         _animation->setCurrentTime(1000);
-        QCOMPARE(_slid->frame, End);
-        QCOMPARE(_faded->alpha, 0.0);
-        QVERIFY(_faded->isHidden && !_slid->isHidden);
-        QVERIFY(_faded->frame == Start && _slid->alpha == 1);
-        QVERIFY(_ends->size() == 1 && _stops->isEmpty() && !_animation->isAnimating());
+        QVERIFY(isAtEnd() && !_slid->isHidden && _faded->frame == Start && _slid->alpha == 1);
+        QVERIFY(_ends == 1 && _stops == 0 && !_animation->isAnimating());
     }
 
     void aReversedFadeDoesNotJump()
@@ -100,7 +95,7 @@ private Q_SLOTS:
         _animation->startAnimation();
         QCOMPARE(_faded->alpha, 0.4 + 0.6 * 0.016);
         _animation->setCurrentTime(1000);
-        QVERIFY(_faded->alpha == 1 && !_faded->isHidden && _ends->size() == 1 && _stops->isEmpty());
+        QVERIFY(_faded->alpha == 1 && !_faded->isHidden && _ends == 1 && _stops == 0);
     }
 
     void stoppedWithItsEnd_orWhereItIs()
@@ -110,13 +105,11 @@ private Q_SLOTS:
         _animation->startAnimation();
         _animation->setCurrentTime(500);
         _animation->stop();
-        QVERIFY(_faded->alpha == 0.5 && !_faded->isHidden && _stops->isEmpty());
+        QVERIFY(_faded->alpha == 0.5 && !_faded->isHidden && _stops == 0);
         _animation->startAnimation();
         _animation->stopAnimation();
-        QCOMPARE(_slid->frame, End);
-        QVERIFY(_faded->alpha == 0 && _faded->isHidden);
         _animation->stopAnimation();
-        QVERIFY(_stops->size() == 1 && _ends->isEmpty() && !_animation->isAnimating());
+        QVERIFY(isAtEnd() && _stops == 1 && _ends == 0 && !_animation->isAnimating());
     }
 
     void withoutDuration_everythingHappensAtOnce()
@@ -125,8 +118,7 @@ private Q_SLOTS:
             init();
             _animation->setSeconds(seconds);
             _animation->startAnimation();
-            QVERIFY(_slid->frame == End && _faded->alpha == 0 && _faded->isHidden);
-            QVERIFY(_ends->size() == 1 && !_animation->isAnimating());
+            QVERIFY(isAtEnd() && _ends == 1 && !_animation->isAnimating());
         }
     }
 
@@ -140,7 +132,7 @@ private Q_SLOTS:
         QCOMPARE(_faded->alpha, 0.5);
         _faded.reset();
         _animation->setCurrentTime(1000);
-        QCOMPARE(_ends->size(), 1);
+        QCOMPARE(_ends, 1);
     }
 
     void aStepMayStopIt()
@@ -149,16 +141,17 @@ private Q_SLOTS:
         _slid->onStep = [this] { _animation->stopAnimation(); };
         _animation->setCurrentTime(500);
         // The step that was interrupted does not bring anything back.
-        QVERIFY(_slid->frame == End && _faded->alpha == 0 && _faded->isHidden);
-        QVERIFY(_stops->size() == 1 && _ends->isEmpty());
+        QVERIFY(isAtEnd() && _stops == 1 && _ends == 0);
     }
 
 private:
+    bool isAtEnd() const { return _slid->frame == End && _faded->alpha == 0 && _faded->isHidden; }
+
     std::unique_ptr<Picture> _slid;
     std::unique_ptr<Picture> _faded;
     std::unique_ptr<KRViewAnimation> _animation;
-    std::unique_ptr<QSignalSpy> _ends;
-    std::unique_ptr<QSignalSpy> _stops;
+    int _ends = 0;
+    int _stops = 0;
 };
 
 QTEST_GUILESS_MAIN(KRViewAnimationTest)

@@ -1,16 +1,14 @@
 #include "shell/triggers/KeyTable.h"
 
-#include "shell/ShellTest.h"
+#include "TestCase.h"
 
 #include <QSet>
-#include <QTemporaryFile>
 
-class KeyTableTest : public QObject
+class KeyTableTest : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { expectNoWarnings(); }
     void ownTable_namesEveryKeyOnce()
     {
         const KeyTable table;
@@ -25,12 +23,7 @@ private Q_SLOTS:
             // Four characters are all that a display keeps of a name.
             QVERIFY2(!key.place.isEmpty() && key.place.size() <= 4, qPrintable(key.title));
         }
-        // 26 letters, 10 digits, 11 marks, 15 for typing and moving, 20 function keys, 18 of the
-        // keypad.
-        QCOMPARE(table.keys().size(), 100);
-        QCOMPARE(titles.size(), 100);
-        QCOMPARE(places.size(), 100);
-        QCOMPARE(tags.size(), 100);
+        QVERIFY(titles.size() == 100 && places.size() == 100 && tags.size() == 100);
     }
 
     void combinationsAreReadable_andNameThePlaceOfTheKey()
@@ -38,22 +31,20 @@ private Q_SLOTS:
         const KeyTable table;
         const auto text = [&table](int code, int modifiers) {
             const std::optional<HotKeyCombination> found = table.combination(code, modifiers);
-            return table.hotKeyString(code, modifiers) + u" = "_s
-                + (!found ? u"none"_s
-                          : found->key + (found->control ? u" control"_s : QString())
-                            + (found->option ? u" option"_s : QString())
-                            + (found->command ? u" command"_s : QString())
-                            + (found->shift ? u" shift"_s : QString()));
+            const QString held = found ? u"%1%2%3%4"_s.arg(found->control)
+                                             .arg(found->option)
+                                             .arg(found->command)
+                                             .arg(found->shift)
+                                       : u"none"_s;
+            return table.hotKeyString(code, modifiers) + u" = "_s + held
+                + (found ? found->key : QString());
         };
-        QCOMPARE(text(48, 4096), u"⌃ control + Tab = TAB control"_s);
-        QCOMPARE(text(49, 2048), u"⌥ option + Space = SPCE option"_s);
-        QCOMPARE(text(122, 256), u"⌘ command + F1 = FK01 command"_s);
-        QCOMPARE(text(92, 512), u"⇧ shift + Keypad 9 = KP9 shift"_s);
-        QCOMPARE(text(0, 0), u"A = AC01"_s);
-        QCOMPARE(text(82, -1),
-            u"⌃ control + ⌥ option + ⌘ command + ⇧ shift + Keypad 0"
-            " = KP0 control option command shift"_s);
-        QCOMPARE(text(-1, 4096), missing() + u" = none"_s);
+        QCOMPARE(text(48, 4096), u"⌃ control + Tab = 1000TAB"_s);
+        QCOMPARE(text(49, 2048), u"⌥ option + Space = 0100SPCE"_s);
+        QCOMPARE(text(122, 256), u"⌘ command + F1 = 0010FK01"_s);
+        QCOMPARE(text(92, 512), u"⇧ shift + Keypad 9 = 0001KP9"_s);
+        QCOMPARE(
+            text(82, -1), u"⌃ control + ⌥ option + ⌘ command + ⇧ shift + Keypad 0 = 1111KP0"_s);
         QCOMPARE(text(9999, 512), missing() + u" = none"_s);
     }
 
@@ -81,8 +72,7 @@ private Q_SLOTS:
         for (const QByteArray &text : { QByteArray(), QByteArray("\n"),
                  QByteArray("name\tcode\nTab\t48\n"), QByteArray(10'000'000, '\0') }) {
             const QString path = text.isNull() ? u"/nowhere/keys.txt"_s : fileWith(text);
-            QTest::ignoreMessage(
-                QtWarningMsg, QRegularExpression(u"^cannot use the key table %1: ."_s.arg(path)));
+            expectWarning(u"^cannot use the key table %1: ."_s.arg(path));
             const KeyTable table(path);
             QVERIFY(table.keys().isEmpty());
             QCOMPARE(table.hotKeyString(48, 4096), missing());
@@ -94,12 +84,11 @@ private:
     static QString missing() { return u"missing resource"_s; }
     QString fileWith(const QByteArray &text)
     {
-        _file = std::make_unique<QTemporaryFile>();
-        const bool isWritten = _file->open() && _file->write(text) == text.size() && _file->flush();
-        return isWritten ? _file->fileName() : QString();
+        save(_folder.filePath(u"keys.txt"_s), text);
+        return _folder.filePath(u"keys.txt"_s);
     }
 
-    std::unique_ptr<QTemporaryFile> _file;
+    QTemporaryDir _folder;
 };
 
 QTEST_APPLESS_MAIN(KeyTableTest)

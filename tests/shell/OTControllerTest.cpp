@@ -7,7 +7,6 @@
 #include <QAbstractEventDispatcher>
 #include <QDialog>
 #include <QMenu>
-#include <QTimer>
 
 namespace {
 
@@ -52,45 +51,38 @@ private Q_SLOTS:
         tearDown();
     }
 
-    void aToggleDependsOnWhatIsThere_data()
-    {
-        QTest::addColumn<bool>("isActive");
-        QTest::addColumn<bool>("isVisible");
-        QTest::addColumn<bool>("isMoved");
-        QTest::addColumn<QString>("does");
-        const QString hides = u"raise,activate other,lower"_s;
-        QTest::newRow("active, hidden") << true << false << false << u"front"_s;
-        QTest::newRow("active, visible") << true << true << false << hides;
-        QTest::newRow("active, moved") << true << true << true << hides;
-        QTest::newRow("inactive, hidden") << false << false << false << u"front"_s;
-        QTest::newRow("inactive, visible") << false << true << false << QString();
-        QTest::newRow("inactive, moved") << false << true << true << u"front"_s;
-    }
     void aToggleDependsOnWhatIsThere()
     {
-        QFETCH(const bool, isActive);
-        QFETCH(const bool, isVisible);
-        QFETCH(const bool, isMoved);
-        QFETCH(const QString, does);
-        set("showWindowAtLaunch", isVisible);
-        _desktop->windows.isObedient = isActive;
-        launch();
-        _desktop->runInFront(u"/apps/other"_s);
-        QWidget another;
-        if (isActive && !isVisible) {
-            another.show();
-            _desktop->windows.bringToFront(another.windowHandle());
-        }
-        if (isMoved) {
-            moveAway();
-        }
-        QCOMPARE(_controller->isActive(), isActive);
-        // Fading, so that it is there to be raised.
-        _desktop->movement.isStill = false;
-        _controller->showHideMainWindow({ .time = 77, .startupId = {} });
-        QCOMPARE(_desktop->journal.join(u','), does);
-        QCOMPARE(isShown(), does == u"front");
-        QCOMPARE(_desktop->windows.lastTime == 77, does == u"front");
+        const auto toggled = [this](bool isActive, bool isVisible, bool isMoved) {
+            cleanup();
+            init();
+            set("showWindowAtLaunch", isVisible);
+            _desktop->windows.isObedient = isActive;
+            launch();
+            _desktop->runInFront(u"/apps/other"_s);
+            QWidget another;
+            if (isActive && !isVisible) {
+                another.show();
+                _desktop->windows.bringToFront(another.windowHandle());
+            }
+            if (isMoved) {
+                moveAway();
+            }
+            // Fading, so that it is there to be raised.
+            _desktop->movement.isStill = false;
+            _controller->showHideMainWindow({ .time = 77, .startupId = {} });
+            const bool hasTime = _desktop->windows.lastTime == 77;
+            return _desktop->journal.join(u',') + (isShown() ? u" is shown"_s : QString())
+                + (hasTime ? u" at the time"_s : QString());
+        };
+        const QString shows = u"front is shown at the time"_s;
+        const QString hides = u"raise,activate other,lower"_s;
+        QCOMPARE(toggled(true, false, false), shows);
+        QCOMPARE(toggled(true, true, false), hides);
+        QCOMPARE(toggled(true, true, true), hides);
+        QCOMPARE(toggled(false, false, false), shows);
+        QCOMPARE(toggled(false, true, false), QString());
+        QCOMPARE(toggled(false, true, true), shows);
     }
 
     void aStartJustAfterActivation_doesNotHide()
@@ -126,7 +118,7 @@ private Q_SLOTS:
         moveAway();
         lowerAll();
         QVERIFY(isShown() && timerEndingIn(30'000));
-        _desktop->windows.bringToFront(_window->windowHandle());
+        bringToFront(*_window);
         QVERIFY(isShown() && !timerEndingIn(30'000));
         // Hidden for another reason, it leaves nothing to wait for.
         lowerAll();
@@ -146,15 +138,15 @@ private Q_SLOTS:
         QVERIFY(!isShown() && !timerEndingIn(30'000));
         QWidget another;
         another.show();
-        _desktop->windows.bringToFront(another.windowHandle());
+        bringToFront(another);
         QVERIFY(!isShown());
         lowerAll();
         set("showOnBecomeActive", true);
-        _desktop->windows.bringToFront(another.windowHandle());
+        bringToFront(another);
         QVERIFY(isShown());
         // From one of our windows to another nothing is lost.
         moveAway();
-        _desktop->windows.bringToFront(another.windowHandle());
+        bringToFront(another);
         QVERIFY(isShown());
     }
 
@@ -184,10 +176,8 @@ private Q_SLOTS:
     void aHotKeyThatIsTaken_isToldOnThePanel()
     {
         _desktop->key.whyNot = u"another program holds this key"_s;
-        for (int i = 0; i < 2; ++i) {
-            QTest::ignoreMessage(
-                QtWarningMsg, QRegularExpression(u"^no hot key: another program"_s));
-        }
+        expectWarning(u"^no hot key: another program"_s);
+        expectWarning(u"^no hot key: another program"_s);
         launch();
         const MessageBubble &message = _window->overlay().message();
         QCOMPARE(message.text(),
@@ -199,61 +189,35 @@ private Q_SLOTS:
         QCOMPARE(message.text(), QString());
     }
 
-    void accessIsCheckedAtLaunch_data()
-    {
-        QTest::addColumn<bool>("statusItem");
-        QTest::addColumn<bool>("dockIcon");
-        QTest::addColumn<int>("hotSpot");
-        QTest::addColumn<int>("hotKey");
-        QTest::addColumn<QString>("access");
-        QTest::addColumn<QString>("alert");
-        const auto row = [](const char *name, bool item, bool icon, int spot, int key,
-                             const QString &access, const QString &alert = {}) {
-            QTest::newRow(name) << item << icon << spot << key << access << alert;
-        };
-        row("as it comes", true, true, 0, 48, u"menu mouse keys"_s);
-        row("nothing", false, false, 0, -1, {}, u"You have no access"_s);
-        row("a status item", true, false, 0, -1, u"menu mouse"_s);
-        row("a dock icon", false, true, 0, -1, u"menu mouse"_s);
-        row("a hot spot", false, false, 2, -1, u"mouse"_s);
-        row("no hot spot", false, false, -2, -1, {}, u"You have no access"_s);
-        row("a hot key", false, false, 0, 0, u"keys"_s, u"You only have access"_s);
-    }
     void accessIsCheckedAtLaunch()
     {
-        QFETCH(const bool, statusItem);
-        QFETCH(const bool, dockIcon);
-        QFETCH(const int, hotSpot);
-        QFETCH(const int, hotKey);
-        QFETCH(const QString, access);
-        QFETCH(const QString, alert);
-        set("showAppInStatusBar", statusItem);
-        set("showIconInDock", dockIcon);
-        set("cursorHotSpotLocation", hotSpot);
-        set("hotKeyCode", hotKey);
-        launch();
-        QStringList found;
-        const auto note = [&found](bool hasIt, const QString &name) {
-            found += hasIt ? QStringList(name) : QStringList();
+        const auto isTold = [this](bool hasItem, bool hasIcon, int hotSpot, int hotKey,
+                                const QString &start) {
+            cleanup();
+            init();
+            set("showAppInStatusBar", hasItem);
+            set("showIconInDock", hasIcon);
+            set("cursorHotSpotLocation", hotSpot);
+            set("hotKeyCode", hotKey);
+            launch();
+            const QStringList alerts = std::exchange(_alerts, {});
+            const bool isListed = _desktop->windows.taskBar == OwnWindows::TaskBar::Listed;
+            const QString keys = hotKey < 0 ? QString() : u"\n\n"_s + _controller->triggers().hotKeyString();
+            // With these they are told no more.
+            endController();
+            set("showNoUIAccessWarning", false);
+            set("showNoMouseAccessWarning", false);
+            launch();
+            const QString alert = alerts.value(0);
+            return isListed == hasIcon && alerts.size() == int(!start.isEmpty())
+                && alert.startsWith(start) && (alert.isEmpty() || alert.endsWith(keys))
+                && !alert.contains(u"%1"_s) && _alerts.isEmpty();
         };
-        note(_controller->access().hasMenuAccess(), u"menu"_s);
-        note(_controller->access().hasMouseAccess(), u"mouse"_s);
-        note(_controller->access().hasKeyboardAccess(), u"keys"_s);
-        QCOMPARE(found.join(u' '), access);
-        QCOMPARE(_desktop->windows.taskBar,
-            dockIcon ? OwnWindows::TaskBar::Listed : OwnWindows::TaskBar::Skipped);
-        QCOMPARE(_alerts.size(), alert.isEmpty() ? 0 : 1);
-        QVERIFY(_alerts.value(0).startsWith(alert) && !_alerts.value(0).contains(u"%1"_s));
-        if (hotKey == 0) {
-            QVERIFY(_alerts[0].endsWith(u"\n\n"_s + _controller->triggers().hotKeyString()));
-        }
-        // Who does not want to be told again is not.
-        endController();
-        _alerts.clear();
-        set("showNoUIAccessWarning", false);
-        set("showNoMouseAccessWarning", false);
-        launch();
-        QCOMPARE(_alerts, QStringList());
+        QVERIFY(isTold(true, true, 0, 48, {}));
+        QVERIFY(isTold(true, false, 0, -1, {}) && isTold(false, true, 0, -1, {}));
+        QVERIFY(isTold(false, false, 2, -1, {}));
+        QVERIFY(isTold(false, false, -2, -1, u"You have no access"_s));
+        QVERIFY(isTold(false, false, 0, 0, u"You only have access"_s));
     }
 
     // It may still find one, so the warning waits a little.
@@ -263,7 +227,6 @@ private Q_SLOTS:
         set("hotKeyCode", -1);
         _desktop->item.hasHost = false;
         launch();
-        QVERIFY(!_controller->access().hasMenuAccess() && !_controller->access().hasMouseAccess());
         QVERIFY(_alerts.isEmpty());
         QTRY_COMPARE(_alerts.size(), 1);
         QVERIFY(_alerts[0].startsWith(u"You have no access"_s));
@@ -274,7 +237,7 @@ private Q_SLOTS:
         launch();
         QTRY_VERIFY(_window->isActiveWindow());
         const auto menuAfter = [this](Qt::Key key) {
-            QTest::keyClick(_window->windowHandle(), key);
+            press(key);
             auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
             return menu ? menu->actions().constFirst()->text() : QString();
         };
@@ -299,7 +262,6 @@ private Q_SLOTS:
 
     void changedPreferencesAreAnswered()
     {
-        const QString restart = u"You must restart Ortu for this option to take effect."_s;
         fill(1);
         makeController();
         set("showIconInDock", false);
@@ -308,9 +270,8 @@ private Q_SLOTS:
         _controller->launch(InstanceRequest());
         QTRY_COMPARE(_defaults->integerForKey(u"applicationLaunchCount"_s), _launchCount + 1);
         set("showIconInDock", false);
-        QCOMPARE(_alerts, QStringList { restart });
+        QCOMPARE(_alerts, QStringList(u"You must restart Ortu for this option to take effect."_s));
         set("showIconInDock", true);
-        QCOMPARE(_alerts.size(), 1);
         set("showAppInStatusBar", false);
         QCOMPARE(_alerts.size(), 1);
         set("showIconInDock", false);
@@ -323,44 +284,29 @@ private Q_SLOTS:
         QVERIFY(_alerts[2].startsWith(u"You have no access"_s) && isShown());
     }
 
-    void quittingAsksWhoHasNoMenu_data()
+    void quittingAsksWhereThereIsNoMenu()
     {
-        QTest::addColumn<bool>("dockIcon");
-        QTest::addColumn<bool>("statusItem");
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("isAsked");
-        QTest::addColumn<bool>("quits");
-        const auto row = [](const char *name, bool icon, bool item, int answer, bool asks,
-                             bool quits) {
-            QTest::newRow(name) << icon << item << answer << asks << quits;
+        const auto outcome = [this](bool hasIcon, bool hasItem, int answer) {
+            cleanup();
+            init();
+            set("showIconInDock", hasIcon);
+            _desktop->item.hasHost = hasItem;
+            // A panel that fades away is there for a while.
+            _desktop->movement.isStill = false;
+            launch();
+            _answer = answer;
+            // Left in one way or the other; the panel must not hold it up.
+            QTimer::singleShot(0, _controller.get(), [this] {
+                _controller->quitApp();
+                QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(9); });
+            });
+            return QCoreApplication::exec() == 0 ? _alerts : _alerts + QStringList(u"runs"_s);
         };
-        row("with a dock icon", true, false, 1, false, true);
-        row("with a status item", false, true, 1, false, true);
-        row("without, Quit", false, false, 0, true, true);
-        row("without, Don't Quit", false, false, 1, true, false);
-    }
-    void quittingAsksWhoHasNoMenu()
-    {
-        QFETCH(const bool, dockIcon);
-        QFETCH(const int, answer);
-        QFETCH(const bool, isAsked);
-        QFETCH(const bool, quits);
-        QFETCH(const bool, statusItem);
-        set("showIconInDock", dockIcon);
-        _desktop->item.hasHost = statusItem;
-        // A panel that fades away is there for a while.
-        _desktop->movement.isStill = false;
-        launch();
-        _answer = answer;
-        // Left in one way or the other; the panel must not hold it up.
-        QTimer::singleShot(0, _controller.get(), [this] {
-            _controller->quitApp();
-            QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(9); });
-        });
-        const int result = QCoreApplication::exec();
-        QCOMPARE(result, quits ? 0 : 9);
-        QCOMPARE(_alerts,
-            isAsked ? QStringList { u"Are you sure you want to quit Ortu?"_s } : QStringList());
+        const QString asks = u"Are you sure you want to quit Ortu?"_s;
+        QCOMPARE(outcome(true, false, 1), QStringList());
+        QCOMPARE(outcome(false, true, 1), QStringList());
+        QCOMPARE(outcome(false, false, 0), QStringList(asks));
+        QCOMPARE(outcome(false, false, 1), QStringList({ asks, u"runs"_s }));
     }
 
     void launchingHasAnOrder()
@@ -384,13 +330,12 @@ private Q_SLOTS:
         _controller->showMainWindow();
         QVERIFY(!isShown());
         _controller->launch(InstanceRequest());
-        QVERIFY(_controller->finishedLaunching());
         QTRY_VERIFY(order.contains(u"ready"_s));
         QCOMPARE(order, QStringList({ u"shown"_s, u"count after 1 alerts"_s, u"ready"_s }));
         // By name, at the first launch alone.
         QCOMPARE(_manager->excludedApps1D().size(), 1);
         _manager->includeApp(_manager->excludedApps1D().constFirst());
-        _controller = std::make_unique<OTController>(*_desktop, *_manager, *_window, *_info);
+        makeController();
         _controller->launch(InstanceRequest());
         QCOMPARE(_manager->excludedApps1D().size(), 0);
         QTRY_COMPARE(_defaults->integerForKey(u"applicationLaunchCount"_s), 2);
@@ -402,7 +347,7 @@ private Q_SLOTS:
         launch();
         const int timer = timerEndingIn(1'000);
         QVERIFY(isShown() && timer != 0);
-        _desktop->windows.bringToFront(_window->windowHandle());
+        bringToFront(*_window);
         QVERIFY(isShown() && QAbstractEventDispatcher::instance()->remainingTime(timer) < 0);
         endController();
         launch();
@@ -419,7 +364,7 @@ private Q_SLOTS:
                     _desktop->journal.append(u"hide"_s);
                 }
             });
-        // Nobody to give it to.
+        // There is no application in front.
         set("groupShownWhenWindowClosed", 3);
         _desktop->journal.clear();
         _controller->explicitHideMainWindow();
@@ -432,7 +377,6 @@ private Q_SLOTS:
         _window->performClose();
         QCOMPARE(_desktop->journal,
             QStringList({ u"raise"_s, u"activate other"_s, u"hide"_s, u"lower"_s }));
-        QCOMPARE(_desktop->windows.level, OwnWindows::Level::Normal);
     }
 
     void filesWaitOnTheStack_untilThePanelHides()
@@ -454,44 +398,41 @@ private Q_SLOTS:
     void progressShowsInTaskBarAndIcon()
     {
         launch();
-        NotificationCenter &center = NotificationCenter::defaultCenter();
+        const auto progress = [](int step, int count) {
+            Q_EMIT NotificationCenter::defaultCenter().N_ShowProgressStep(step, count, {});
+        };
         const auto icon = [this] { return _window->windowIcon().pixmap(64).toImage(); };
         const QImage usual = icon();
-        Q_EMIT center.N_ShowProgressStep(0, 0, {});
+        progress(0, 0);
         QCOMPARE(_desktop->journal, QStringList());
-
-        Q_EMIT center.N_ShowProgressStep(1, 4, {});
+        progress(1, 4);
         const QImage quarter = icon();
         QVERIFY(quarter != usual);
         QElapsedTimer clock;
         clock.start();
         QTRY_VERIFY(clock.hasExpired(150));
-        Q_EMIT center.N_ShowProgressStep(3, 4, {});
+        progress(3, 4);
         QVERIFY(icon() != quarter);
-        Q_EMIT center.N_ShowProgressStep(0, 0, {});
-        QCOMPARE(_desktop->journal,
-            QStringList({ u"progress 1/4"_s, u"progress 3/4"_s, u"progress ends"_s }));
+        progress(0, 0);
+        QCOMPARE(_desktop->journal, QStringList({ u"1/4"_s, u"3/4"_s, u"progress ends"_s }));
         QCOMPARE(icon(), usual);
-        // Nothing is there to show it where there is no entry in the task bar.
+        // Without an entry in the task bar there is nothing to show it.
         endController();
         set("showIconInDock", false);
         launch();
-        Q_EMIT center.N_ShowProgressStep(1, 4, {});
+        progress(1, 4);
         QCOMPARE(_desktop->journal, QStringList());
     }
 
     void theDesktopIsChecked()
     {
         QDir(_home->path()).mkpath(u"library/Preferences"_s);
-        QFile file(_home->filePath(u"library/Preferences/com.apple.spaces.plist"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>spaces</key>"
-                   "<array><string>one</string></array></dict></plist>");
-        file.close();
         _desktop->library = _home->filePath(u"library"_s);
+        save(_desktop->library + u"/Preferences/com.apple.spaces.plist"_s,
+            "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>spaces</key>"
+            "<array><string>one</string></array></dict></plist>");
         launch();
-        QCOMPARE(
-            _alerts, QStringList { u"Mission Control currently contains multiple desktops."_s });
+        QCOMPARE(_alerts, QStringList(u"Mission Control currently contains multiple desktops."_s));
         QVERIFY(isShown());
     }
 
@@ -524,26 +465,18 @@ private Q_SLOTS:
         set("showWindowAtLaunch", false);
         launch();
         QVERIFY(!isShown());
-        const auto perform = [this](Verb verb) {
+        const auto isShownAfter = [this](Verb verb) {
             _controller->perform({ .verb = verb, .files = {}, .stamp = {} });
+            return isShown();
         };
-        perform(Verb::Show);
-        QVERIFY(isShown());
-        perform(Verb::Show);
-        QVERIFY(isShown());
+        QVERIFY(isShownAfter(Verb::Show) && isShownAfter(Verb::Show));
         const QJsonObject status = _controller->status();
         QVERIFY(status[u"visible"_s].toBool() && status[u"active"_s].toBool());
         QCOMPARE(status[u"group"_s].toInt(), 1);
         QVERIFY(status[u"selected"_s].isNull());
-        perform(Verb::Toggle);
-        QVERIFY(!isShown());
-        perform(Verb::Hide);
-        perform(Verb::Status);
-        QVERIFY(!isShown());
-        perform(Verb::Activate);
-        QVERIFY(isShown());
-        perform(Verb::Hide);
-        QVERIFY(!isShown());
+        QVERIFY(!isShownAfter(Verb::Toggle) && !isShownAfter(Verb::Hide));
+        QVERIFY(!isShownAfter(Verb::Status) && isShownAfter(Verb::Activate));
+        QVERIFY(!isShownAfter(Verb::Hide));
         Q_EMIT NotificationCenter::defaultCenter().applicationOpenUntitledFile();
         QVERIFY(isShown());
         // A verb decides, whatever is preferred at launch.
@@ -555,8 +488,8 @@ private Q_SLOTS:
 private:
     void makeController()
     {
-        _info = std::make_unique<InfoDictionary>();
-        _controller = std::make_unique<OTController>(*_desktop, *_manager, *_window, *_info);
+        _controller.reset();
+        _controller = std::make_unique<OTController>(*_desktop, *_manager, *_window, _info);
     }
     void endController()
     {
@@ -570,20 +503,25 @@ private:
         fill(4);
         makeController();
         _controller->launch(request);
-        const qint64 before = _launchCount;
-        QTRY_COMPARE(_defaults->integerForKey(u"applicationLaunchCount"_s), before + 1);
+        QTRY_COMPARE(_defaults->integerForKey(u"applicationLaunchCount"_s), _launchCount + 1);
         _desktop->journal.clear();
+    }
+    void bringToFront(const QWidget &widget) const
+    {
+        _desktop->windows.bringToFront(widget.windowHandle());
     }
     void lowerAll() const { _desktop->windows.bringToFront(nullptr); }
     bool isShown() const { return _window->isShown(); }
     void moveAway() const { dragPanelTo({ 5, 5 }); }
-    std::unique_ptr<InfoDictionary> _info;
+
+    InfoDictionary _info;
     std::unique_ptr<OTController> _controller;
     std::unique_ptr<Alerts::PresenterScope> _presenter;
     qint64 _launchCount = 3;
     QStringList _alerts;
     int _answer = 0;
 };
+
 int main(int argc, char **argv)
 {
     OTNSAppSubclass application(argc, argv);

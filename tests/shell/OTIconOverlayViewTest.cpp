@@ -4,8 +4,6 @@
 #include "shell/panel/PanelButton.h"
 #include "support/Shapes.h"
 
-#include <QPainter>
-
 namespace {
 
 // Applications that are called as the test wants.
@@ -53,8 +51,8 @@ private Q_SLOTS:
         QVERIFY(overlay().labelRect().isEmpty());
         select(u"app2"_s);
         QVERIFY(isLabelBeside(u"app2"_s));
-        NotificationCenter &center = NotificationCenter::defaultCenter();
-        Q_EMIT center.N_SelectedAppChanged(_window.get(), app(u"app3"_s), QRectF(0, 0, 9, 9));
+        Q_EMIT NotificationCenter::defaultCenter().N_SelectedAppChanged(
+            _window.get(), app(u"app3"_s), QRectF(0, 0, 9, 9));
         QVERIFY(isLabelBeside(u"app2"_s));
         // The panel is larger than the grid, and so there is room for it by the last icon too.
         set("groupOrientation", 0);
@@ -67,35 +65,33 @@ private Q_SLOTS:
         QCOMPARE(timers(), QList<int>());
     }
 
-    void whereTheSelectionRests_theNameGrows_data()
-    {
-        QTest::addColumn<std::optional<QString>>("kind");
-        QTest::addColumn<QString>("expected");
-        using Kind = std::optional<QString>;
-        QTest::newRow("known by its path") << Kind() << u"/apps/Write"_s;
-        QTest::newRow("of a kind") << Kind(u"Text Editor"_s) << u"Write (Text Editor)"_s;
-        QTest::newRow("of a kind with a sign") << Kind(u"100%1"_s) << u"Write (100%1)"_s;
-        QTest::newRow("that does not say") << Kind(QString()) << u"Write"_s;
-        QTest::newRow("that says it already") << Kind(u"write"_s) << u"Write"_s;
-    }
     void whereTheSelectionRests_theNameGrows()
     {
-        QFETCH(std::optional<QString>, kind);
-        QFETCH(QString, expected);
-        _naming->kind = kind;
-        fill({ u"Paint.xyz"_s, u"Write.xyz"_s });
-        show();
-        select(u"Write.xyz"_s);
-        QCOMPARE(timers(), QList<int> { 2000 });
-        QCOMPARE(overlay().label(), u"Write"_s);
-        // Wide enough for any path.
-        _window->resize(4000, _window->height());
-        overlay().labelTimerFire();
-        QCOMPARE(overlay().label(), kind ? expected : _home->path() + expected);
-        QCOMPARE(timers(), QList<int>());
-        select(u"Paint.xyz"_s);
-        QCOMPARE(overlay().label(), u"Paint"_s);
-        QCOMPARE(timers(), QList<int> { 2000 });
+        const auto grown = [this](const std::optional<QString> &kind) {
+            cleanup();
+            init();
+            _naming->kind = kind;
+            fill({ u"Paint.xyz"_s, u"Write.xyz"_s });
+            show();
+            const auto isShort = [this](const QString &name) {
+                select(name + u".xyz"_s);
+                return overlay().label() == name && timers() == QList<int> { 2000 };
+            };
+            const bool isShortAtFirst = isShort(u"Write"_s);
+            // Wide enough for any path.
+            _window->resize(4000, _window->height());
+            overlay().labelTimerFire();
+            const QString label = overlay().label();
+            const bool isAtRest = timers().isEmpty();
+            return isShortAtFirst && isAtRest && isShort(u"Paint"_s) ? label : u"failed"_s;
+        };
+        const QString path = grown(std::nullopt);
+        QCOMPARE(path, pathOf(u"Write"_s));
+        QCOMPARE(grown(u"Text Editor"_s), u"Write (Text Editor)"_s);
+        QCOMPARE(grown(u"100%1"_s), u"Write (100%1)"_s);
+        // It does not say, or says it already.
+        QCOMPARE(grown(QString()), u"Write"_s);
+        QCOMPARE(grown(u"write"_s), u"Write"_s);
     }
 
     void anyNameIsOneLineInThePanel()
@@ -124,17 +120,20 @@ private Q_SLOTS:
         // However much is left of a folder that is cut off.
         for (int width = 200; width < 260; ++width) {
             const BigIcon icon(u"app"_s, QString(300, u'w'), { width, 200 });
-            QVERIFY2(icon.rect().width() <= width, QByteArray::number(width));
+            QVERIFY(icon.rect().width() <= width);
         }
     }
 
     void theNameGoesWhereItsIconGoes()
     {
         _naming->kind = u"Tool"_s;
-        set("groupOrientation", 0);
         fill(6);
         show();
         selectByKeys(u"app2"_s);
+        QVERIFY(isLabelBeside(u"app2"_s));
+        // The bands turn.
+        set("groupOrientation", 0);
+        QVERIFY(isLabelBelow(u"app2"_s));
         overlay().labelTimerFire();
         QCOMPARE(overlay().label(), u"app2 (Tool)"_s);
         const QRect before = cell(u"app2"_s);
@@ -154,16 +153,6 @@ private Q_SLOTS:
         set("maximumIconSize", 128);
         QCOMPARE(timers().size(), 1);
         QVERIFY(timers().constFirst() < 1000 && isLabelBelow(u"app1"_s));
-    }
-
-    void theNameMovesWhenTheBandsTurn()
-    {
-        fill({ u"a"_s });
-        show();
-        selectByKeys(u"a"_s);
-        QVERIFY(isLabelBeside(u"a"_s));
-        set("groupOrientation", 1);
-        QVERIFY(isLabelBelow(u"a"_s));
     }
 
     void theNameGoesWithItsIcon()
@@ -203,7 +192,7 @@ private Q_SLOTS:
         const QPoint corner = bubble.topLeft() + QPoint(1, 1);
         QCOMPARE(colorAt(with, corner), colorAt(without, corner));
         // What does not fit loses its beginning.
-        type(u"abcdefghijklmnopqrstuvwxyz"_s.left(26));
+        type(u"abcdefghijklmnopqrstuvwxyz"_s);
         const QString shown = overlay().filterBubble().text();
         QVERIFY(shown.startsWith(u'\u2026') && shown.endsWith(u'z'));
         QVERIFY(_window->rect().contains(overlay().filterBubble().rect()));
@@ -233,9 +222,9 @@ private Q_SLOTS:
         const QRect note = overlay().filterNote().rect();
         QVERIFY(note.left() > _window->closeButton().geometry().right());
         QVERIFY(note.right() < _window->prefsButton().x() && note.bottom() < grid().y());
-        QTest::keyClick(_window->windowHandle(), Qt::Key_Escape);
+        press(Qt::Key_Escape);
         QVERIFY(overlay().filterNote().rect().isEmpty());
-        // For those who want no movement it is gone at once.
+        // Without movement it is gone at once.
         _desktop->movement.isStill = true;
         type(u"p"_s);
         overlay().filterStringTimerFire();
@@ -254,7 +243,7 @@ private Q_SLOTS:
         QVERIFY(_window->rect().contains(overlay().message().rect()));
         QCOMPARE(overlay().accessibleName(), shown());
         QCoreApplication::processEvents();
-        // Modifiers alone say nothing, and a letter does what it always does.
+        // Modifiers alone do not end it, and a letter does what it always does.
         QTest::keyPress(_window->windowHandle(), Qt::Key_Shift);
         QVERIFY(!shown().isEmpty());
         QTest::keyRelease(_window->windowHandle(), Qt::Key_Shift);
@@ -371,16 +360,14 @@ private Q_SLOTS:
         const QPoint inBubble(bubble.center().x(), bubble.top() + 3);
         // In the round end of the capsule, where no letter is.
         const QPoint inLabel(overlay().labelRect().left() + 4, overlay().labelRect().center().y());
-        const auto isNear = [](const QColor &one, const QColor &other) {
-            return std::abs(one.blue() - other.blue()) <= 3;
-        };
-        for (const char *color : { "#000000ff", "#ffffff00", "#102080ff" }) {
+        for (const char *color : { "#ffffff00", "#102080ff" }) {
             set("windowColor", QLatin1String(color));
             const QColor wanted = colorFromText(QLatin1String(color));
             const QImage picture = _window->grab().toImage();
             const QColor plate = colorAt(picture, inLabel);
-            QVERIFY(std::abs(plate.alpha() - 204) <= 3 && isNear(plate, wanted));
-            QVERIFY(isNear(colorAt(picture, inBubble), wanted));
+            QVERIFY(std::abs(plate.alpha() - 204) <= 3);
+            QVERIFY(std::abs(plate.blue() - wanted.blue()) <= 3);
+            QVERIFY(std::abs(colorAt(picture, inBubble).blue() - wanted.blue()) <= 3);
             // The letters stand out.
             const QImage label = picture.copy(overlay().labelRect());
             int farthest = 0;
@@ -394,7 +381,7 @@ private Q_SLOTS:
 
 private:
     OTIconOverlayView &overlay() const { return _window->overlay(); }
-    AppRef app(const QString &name) const { return _manager->appForPath(pathOf(name)); }
+
     void select(const QString &name) const { grid().selectCoords(grid().coordsOfApp(app(name))); }
     // So that the selection goes where its icon goes.
     void selectByKeys(const QString &name) const
@@ -408,14 +395,13 @@ private:
     void type(const QString &text) const
     {
         for (const QChar letter : text) {
-            QTest::keyClick(_window->windowHandle(), letter.toLatin1());
+            press(letter.toUpper().unicode());
         }
     }
     // Of an application, in the panel.
     QRect cell(const QString &name) const
     {
-        const QRectF rect = grid().rectOfApp(app(name));
-        return Geometry::flipped(rect, grid().height()).toAlignedRect().translated(grid().pos());
+        return cellOf(name).toAlignedRect().translated(grid().pos());
     }
     bool isLabelBeside(const QString &name) const
     {
@@ -429,7 +415,15 @@ private:
         return overlay().label() == name && label.top() == cell(name).bottom() + 1 + 4
             && std::abs(label.center().x() - cell(name).center().x()) <= 1;
     }
-    QList<int> timers() const { return activeTimers(overlay()); }
+    // The intervals of the overlay's timers that run, in milliseconds.
+    QList<int> timers() const
+    {
+        QList<int> intervals;
+        for (const QTimer *timer : overlay().findChildren<QTimer *>()) {
+            intervals += timer->isActive() ? QList<int> { timer->interval() } : QList<int>();
+        }
+        return intervals;
+    }
     KRViewAnimation &fade() const { return *overlay().findChild<KRViewAnimation *>(); }
 
     NamingDesktop *_naming = nullptr;

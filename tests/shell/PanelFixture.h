@@ -6,34 +6,32 @@
 #include "grid/DropStack.h"
 #include "grid/IconViewFixture.h"
 #include "shell/OTController.h"
+#include "shell/ShellTest.h"
 #include "shell/panel/OTWindow.h"
 
 #include <QMouseEvent>
 #include <QPointer>
 #include <QScreen>
-#include <QSignalSpy>
 #include <QTimer>
 #include <QWindow>
 
 #include <algorithm>
 
-using namespace Qt::Literals::StringLiterals;
-
 // What was done, in order, by everything that writes here.
 using Journal = QStringList;
 
-// Gives a window the front as soon as it is asked to, unless told otherwise.
-class ObedientWindows : public OwnWindows
+struct Noting
 {
-public:
-    explicit ObedientWindows(Journal &journal)
-        : _journal(journal)
+    explicit Noting(Journal &written)
+        : journal(written)
     { }
+    Journal &journal;
+};
 
-    bool isObedient = true;
-    TaskBar taskBar = TaskBar::Listed;
-    Level level = Level::Normal;
-    quint32 lastTime = 0;
+// Gives a window the front as soon as it is asked to, unless told otherwise.
+struct ObedientWindows : OwnWindows, Noting
+{
+    using Noting::Noting;
 
     void setStanding(QWindow &, TaskBar newTaskBar, Level newLevel) override
     {
@@ -43,12 +41,12 @@ public:
     void setLevel(QWindow &, Level newLevel) override
     {
         level = newLevel;
-        _journal.append(level == Level::Raised ? u"raise"_s : u"lower"_s);
+        journal.append(level == Level::Raised ? u"raise"_s : u"lower"_s);
     }
     void activate(QWindow &window, const ActivationStamp &stamp) override
     {
         lastTime = stamp.time;
-        _journal.append(u"front"_s);
+        journal.append(u"front"_s);
         if (isObedient) {
             window.requestActivate();
             bringToFront(&window);
@@ -56,111 +54,69 @@ public:
     }
     QWindow *activeWindow() const override
     {
-        const auto front = std::find_if(_stack.crbegin(), _stack.crend(),
+        const auto front = std::find_if(stack.crbegin(), stack.crend(),
             [](const QPointer<QWindow> &window) { return window && window->isVisible(); });
-        return front == _stack.crend() ? nullptr : *front;
+        return front == stack.crend() ? nullptr : *front;
     }
     // Null for a window of another program, which then lies above all of ours.
     void bringToFront(QWindow *window)
     {
-        if (window == nullptr) {
-            _stack.clear();
-        } else {
-            _stack.append(window);
-        }
+        stack = window ? stack << window : QList<QPointer<QWindow>>();
         Q_EMIT activeWindowChanged();
     }
 
-private:
-    Journal &_journal;
-    QList<QPointer<QWindow>> _stack;
+    bool isObedient = true;
+    TaskBar taskBar = TaskBar::Listed;
+    Level level = Level::Normal;
+    quint32 lastTime = 0;
+    QList<QPointer<QWindow>> stack;
 };
 
-class SwitchedCompositing : public Compositing
+struct SwitchedCompositing : Compositing
 {
-public:
-    bool isActive() const override { return _isActive; }
+    bool isActive() const override { return isOn; }
     void setActive(bool isActive)
     {
-        _isActive = isActive;
+        isOn = isActive;
         Q_EMIT changed();
     }
-
-private:
-    bool _isActive = true;
+    bool isOn = true;
 };
 
-class SwitchedMotion : public Motion
+struct SwitchedMotion : Motion
 {
-public:
-    bool isStill = true;
     bool isReduced() const override { return isStill; }
+    bool isStill = true;
 };
 
-class NotedProgress : public TaskBarProgress
+struct NotedProgress : TaskBarProgress, Noting
 {
-public:
-    explicit NotedProgress(Journal &journal)
-        : _journal(journal)
-    { }
-    void show(int step, int count) override
-    {
-        _journal.append(u"progress %1/%2"_s.arg(step).arg(count));
-    }
-    void end() override { _journal.append(u"progress ends"_s); }
-
-private:
-    Journal &_journal;
+    using Noting::Noting;
+    void show(int step, int count) override { journal += u"%1/%2"_s.arg(step).arg(count); }
+    void end() override { journal += u"progress ends"_s; }
 };
 
-// Gives the program every key it wants, and notes down which.
-class GrantedHotKey : public HotKey
+// Gives the program every key it wants, or tells why not.
+struct GrantedHotKey : HotKey
 {
-public:
-    explicit GrantedHotKey(Journal &journal)
-        : _journal(journal)
-    { }
-    QString registerKey(const HotKeyCombination &combination) override
-    {
-        _journal.append(u"key "_s + combination.key);
-        return whyNot;
-    }
-    void unregisterKey() override { _journal.append(u"no key"_s); }
-
+    QString registerKey(const HotKeyCombination &) override { return whyNot; }
     QString whyNot;
+};
 
-private:
-    Journal &_journal;
+struct GrantedTap : ModifierTap
+{
+    bool setUp() override { return true; }
 };
 
 // Shows the item at once where there is a host.
-class HostedItem : public StatusItem
+struct HostedItem : StatusItem
 {
-public:
-    void show(const QIcon &, const QString &, QMenu &newMenu) override
-    {
-        _isWanted = true;
-        menu = &newMenu;
-    }
-    void hide() override { _isWanted = false; }
-    bool isShown() const override { return _isWanted && hasHost; }
+    void show(const QIcon &, const QString &, QMenu &newMenu) override { menu = &newMenu; }
+    void hide() override { menu = nullptr; }
+    bool isShown() const override { return menu && hasHost; }
 
     bool hasHost = true;
     QMenu *menu = nullptr;
-
-private:
-    bool _isWanted = false;
-};
-
-class SwitchedTap : public ModifierTap
-{
-public:
-    bool setUp() override { return true; }
-    void setEnabled(bool isEnabled) override { _isEnabled = isEnabled; }
-    bool isEnabled() const override { return _isEnabled; }
-
-private:
-    bool _isEnabled = false;
 };
 
 class PanelDesktop : public FolderDesktop
@@ -173,8 +129,8 @@ public:
     SwitchedCompositing blending;
     SwitchedMotion movement;
     NotedProgress progress { journal };
-    GrantedHotKey key { journal };
-    SwitchedTap tap;
+    GrantedHotKey key;
+    GrantedTap tap;
     HostedItem item;
     // Where the program notes things down; nowhere unless given.
     QString library;
@@ -207,13 +163,12 @@ private:
     QString _inFront;
 };
 
-class PanelFixture : public QObject
+class PanelFixture : public TestCase
 {
 protected:
     void setUp()
     {
-        // A display that is not there remarks on windows that come up.
-        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )."_s));
+        expectNoWarnings();
         // Where every test begins with the pointer.
         QCursor::setPos(QGuiApplication::primaryScreen()->geometry().topLeft());
         _home = std::make_unique<QTemporaryDir>();
@@ -241,25 +196,25 @@ protected:
         _defaults->setObject(QLatin1String(key), value);
     }
     QString pathOf(const QString &name) const { return _home->filePath(u"apps/"_s + name); }
+    AppRef app(const QString &name) const { return _manager->appForPath(pathOf(name)); }
     // A catalogue with the given applications, and a panel that is still hidden.
     void fill(const QStringList &names)
     {
         for (const QString &name : names) {
-            QFile file(pathOf(name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
+            save(pathOf(name), {});
         }
         _manager = std::make_unique<OTAppManager>(*_desktop, OTAppManager::Use::Inspection);
         _manager->rescanAllAppsPrioritizingGroup(IncludedGroup);
-        for (const AppRef &app : _manager->allApps1D()) {
-            app->refreshNameAndPath();
+        for (const AppRef &one : _manager->allApps1D()) {
+            one->refreshNameAndPath();
         }
         _window = std::make_unique<OTWindow>(*_manager, *_desktop);
     }
     void fill(int count)
     {
         QStringList names;
-        for (int i = 0; i < count; ++i) {
-            names.append(u"app%1"_s.arg(i));
+        while (names.size() < count) {
+            names.append(u"app%1"_s.arg(names.size()));
         }
         fill(names);
     }
@@ -270,14 +225,9 @@ protected:
         QTRY_VERIFY(_window->windowOpacity() > 0.99);
         QTRY_VERIFY(_window->isActiveWindow());
     }
-    // The intervals of the timers of an object that run, in milliseconds.
-    static QList<int> activeTimers(const QObject &object)
+    void press(int key, Qt::KeyboardModifiers modifiers = {}) const
     {
-        QList<int> intervals;
-        for (const QTimer *timer : object.findChildren<QTimer *>()) {
-            intervals += timer->isActive() ? QList<int> { timer->interval() } : QList<int>();
-        }
-        return intervals;
+        QTest::keyClick(_window->windowHandle(), Qt::Key(key), modifiers);
     }
     // As the user drags it, by its background.
     void dragPanelTo(const QPoint &topLeft) const
@@ -285,8 +235,7 @@ protected:
         const QPoint hold(8, _window->height() / 2);
         const QPoint start = _window->pos() + hold;
         const QPoint end = topLeft + hold;
-        const auto send = [this, hold](
-                              QEvent::Type type, const QPoint &onScreen, Qt::MouseButtons held) {
+        const auto send = [&](QEvent::Type type, const QPoint &onScreen, Qt::MouseButtons held) {
             QMouseEvent event(type, hold, onScreen, Qt::LeftButton, held, Qt::NoModifier);
             QCoreApplication::sendEvent(_window.get(), &event);
         };
@@ -294,10 +243,13 @@ protected:
         send(QEvent::MouseMove, end, Qt::LeftButton);
         send(QEvent::MouseButtonRelease, end, Qt::NoButton);
     }
-    // Its place among the pixels of the screens, y downwards.
-    QRect frame() const { return _window->geometry(); }
-    static QRect visibleFrame() { return QGuiApplication::primaryScreen()->availableGeometry(); }
     OTIconView &grid() const { return _window->iconView(); }
+    // Of an application, in the grid; y downwards.
+    QRectF cellOf(const QString &name) const
+    {
+        return Geometry::flipped(grid().rectOfApp(app(name)), grid().height());
+    }
+    QPoint middleOf(const QString &name) const { return cellOf(name).center().toPoint(); }
 
     std::unique_ptr<QTemporaryDir> _home;
     std::unique_ptr<UserDefaults> _defaults;

@@ -1,14 +1,8 @@
-// What every test of the shell begins with.
+// What every test of the shell that shows something begins with.
 
 #pragma once
 
-#include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTest>
-
-#include <memory>
-
-using namespace Qt::Literals::StringLiterals;
+#include "TestCase.h"
 
 // A warning that the test has not announced fails it, except for what the offscreen display says
 // about windows that it shows.

@@ -1,42 +1,28 @@
-// What presses on the status item come to, and how it shows progress.
+// What presses on the status item do, and how it shows progress.
 
 #include "platform/StatusItem.h"
 #include "shell/ShellTest.h"
 #include "shell/triggers/OTStatusItemView.h"
 #include "support/NotificationCenter.h"
 
-#include <QIcon>
 #include <QMenu>
 #include <QScreen>
 
 namespace {
 
-class FakeStatusItem final : public StatusItem
+struct FakeStatusItem final : StatusItem
 {
-public:
     void show(const QIcon &icon, const QString &, QMenu &) override { icons = { icon }; }
     void setIcon(const QIcon &icon) override { icons.append(icon); }
     QRect place() const override { return rect; }
-
-    QImage picture() const
-    {
-        return icons.last().pixmap(16).toImage().convertToFormat(
-            QImage::Format_ARGB32_Premultiplied);
-    }
 
     QList<QIcon> icons;
     QRect rect;
 };
 
-// Of a cell in the middle of the glyph.
-QColor colorOf(const QIcon &icon)
-{
-    return icon.pixmap(22, 22).toImage().pixelColor(11, 11);
-}
-
 } // namespace
 
-class StatusItemViewTest : public QObject
+class StatusItemViewTest : public TestCase
 {
     Q_OBJECT
 
@@ -47,7 +33,7 @@ private Q_SLOTS:
         _item.rect = {};
         _menu.clear();
         _menu.addAction(u"Quit Ortu"_s);
-        _actions.clear();
+        _actions = 0;
         makeView(Click::PerformsAction);
     }
     void cleanup()
@@ -59,24 +45,22 @@ private Q_SLOTS:
     void aPress_countsWhereItEnds()
     {
         press();
-        QVERIFY(isHighlighted() && _view->isMenuPending() && _actions.isEmpty());
+        QVERIFY(isHighlighted() && _view->isMenuPending() && _actions == 0);
         release(true);
-        QCOMPARE(_actions, QList<quint32> { 2 });
-        QVERIFY(!isHighlighted() && !_view->isMenuPending());
+        QVERIFY(!isHighlighted() && !_view->isMenuPending() && _actions == 1 && _lastTime == 2);
         press();
         release(false);
-        QCOMPARE(_actions.size(), 1);
+        QCOMPARE(_actions, 1);
         press();
         Q_EMIT _item.dragged(false);
         QVERIFY(!isHighlighted() && !_view->isMenuPending());
         Q_EMIT _item.dragged(true);
         QVERIFY(isHighlighted() && _view->isMenuPending());
         release(true);
-        QCOMPARE(_actions.size(), 2);
+        QCOMPARE(_actions, 2);
         // Where no presses are reported.
         Q_EMIT _item.activated({ 4, {} });
-        QCOMPARE(_actions.last(), 4U);
-        QVERIFY(!_menu.isVisible());
+        QVERIFY(_lastTime == 4 && !_menu.isVisible());
     }
 
     void aLongPress_opensTheMenu()
@@ -88,7 +72,7 @@ private Q_SLOTS:
         Q_EMIT _item.dragged(true);
         QVERIFY(!_view->isMenuPending());
         release(true);
-        QVERIFY(_actions.isEmpty());
+        QCOMPARE(_actions, 0);
     }
 
     void menus_openAtOnce_andBesideTheItem()
@@ -96,7 +80,7 @@ private Q_SLOTS:
         press(Qt::ControlModifier);
         QVERIFY(_menu.isVisible() && !isHighlighted());
         release(true);
-        QVERIFY(_actions.isEmpty());
+        QCOMPARE(_actions, 0);
         _menu.hide();
         Q_EMIT _item.menuWanted({ 50, 60 });
         QCOMPARE(_menu.pos(), QPoint(50, 60));
@@ -118,8 +102,7 @@ private Q_SLOTS:
     void aDrag_performsTheActionAtOnce()
     {
         Q_EMIT _item.dragEntered({ 3, {} });
-        QCOMPARE(_actions, QList<quint32> { 3 });
-        QVERIFY(isHighlighted() && !_view->isMenuPending());
+        QVERIFY(_lastTime == 3 && isHighlighted() && !_view->isMenuPending());
         Q_EMIT _item.dragged(false);
         QVERIFY(!isHighlighted());
     }
@@ -135,7 +118,7 @@ private Q_SLOTS:
         QVERIFY(_menu.isVisible());
         Q_EMIT _item.dragEntered({});
         step(1, 2);
-        QVERIFY(_actions.isEmpty() && _item.icons.size() == 1);
+        QVERIFY(_actions == 0 && _item.icons.size() == 1);
     }
 
     // Rows of the picture from its middle: "#" is black, "." white.
@@ -150,24 +133,18 @@ private Q_SLOTS:
             }
             return middle;
         };
-        QCOMPARE(row(0, 4), u".#............#."_s);
-        QCOMPARE(row(1, 4), u".####.........#."_s);
+        QCOMPARE(row(-9, 4), u".#............#."_s);
         QCOMPARE(row(1'000'000'000, 2'000'000'000), u".#######......#."_s);
-        QCOMPARE(row(4, 4), u".##############."_s);
-        QCOMPARE(row(9, 4), row(4, 4));
-        QCOMPARE(row(-9, 4), row(0, 4));
+        QCOMPARE(row(9, 4), u".##############."_s);
         QVERIFY(row(0, 0).isEmpty() && row(1, -1).isEmpty());
-        const QImage picture = OTStatusItemView::progressPicture(1, 4);
-        QCOMPARE(picture.size(), QSize(16, 16));
-        QCOMPARE(picture.pixelColor(8, 0), QColor(Qt::white));
-        QCOMPARE(picture.pixelColor(8, 1), QColor(Qt::black));
-        QCOMPARE(picture.pixelColor(8, 14), QColor(Qt::black));
     }
 
     void progress_isShownSometimes()
     {
         const auto shown = [this](int step) {
-            return _item.picture() == OTStatusItemView::progressPicture(step, 100);
+            const QImage picture = OTStatusItemView::progressPicture(step, 100);
+            return _item.icons.last().pixmap(16).toImage().convertToFormat(picture.format())
+                == picture;
         };
         step(0, 100);
         QVERIFY(shown(0));
@@ -185,7 +162,7 @@ private Q_SLOTS:
         step(100, 100);
         QVERIFY(shown(100));
         step(0, 0);
-        QCOMPARE(colorOf(_item.icons.last()), QColor(Qt::black));
+        QCOMPARE(color(), QColor(Qt::black));
     }
 
 private:
@@ -195,12 +172,18 @@ private:
     {
         _view.reset();
         _view = std::make_unique<OTStatusItemView>(
-            _item, _menu, [this](const ActivationStamp &stamp) { _actions.append(stamp.time); },
+            _item, _menu,
+            [this](const ActivationStamp &stamp) {
+                ++_actions;
+                _lastTime = stamp.time;
+            },
             click);
     }
     void press(Qt::KeyboardModifiers modifiers = {}) { Q_EMIT _item.pressed({ 1, {} }, modifiers); }
     void release(bool isInside) { Q_EMIT _item.released(isInside, { 2, {} }); }
-    bool isHighlighted() const { return colorOf(_item.icons.last()) == QColor(Qt::white); }
+    // Of a cell in the middle of the glyph.
+    QColor color() const { return _item.icons.last().pixmap(22, 22).toImage().pixelColor(11, 11); }
+    bool isHighlighted() const { return color() == QColor(Qt::white); }
     void step(int step, int count)
     {
         Q_EMIT NotificationCenter::defaultCenter().N_ShowProgressStep(step, count, u"/apps"_s);
@@ -208,7 +191,8 @@ private:
 
     FakeStatusItem _item;
     QMenu _menu;
-    QList<quint32> _actions;
+    int _actions = 0;
+    quint32 _lastTime = 0;
     std::unique_ptr<OTStatusItemView> _view;
 };
 

@@ -7,16 +7,15 @@
 
 namespace {
 
-class CountedFlushes : public OwnWindows
+struct CountedFlushes : OwnWindows
 {
-public:
     int count = 0;
     void flush() override { ++count; }
 };
 
 } // namespace
 
-class WindowAnimationTest : public QObject
+class WindowAnimationTest : public TestCase
 {
     Q_OBJECT
 
@@ -78,7 +77,7 @@ private Q_SLOTS:
         setTime(1000);
         QCOMPARE(_window->windowOpacity(), 1.0);
         QVERIFY(_window->isVisible() && _fadedOut->isEmpty() && _opacityWhenShown == -1);
-        // Somebody else was quicker to hide it.
+        // The window was hidden meanwhile.
         _animation->fadeOutOver(1);
         setTime(500);
         _window->hide();
@@ -132,18 +131,15 @@ private Q_SLOTS:
 private:
     void show()
     {
-        _animation->fadeInOver(1, [this] { showWindow(); });
+        _animation->fadeInOver(1, [this] {
+            _opacityWhenShown = _window->windowOpacity();
+            _window->show();
+        });
     }
-    void showWindow()
-    {
-        _opacityWhenShown = _window->windowOpacity();
-        _window->show();
-    }
-    // Of whatever is running.
+    // Of all that is running.
     void setTime(int milliseconds)
     {
-        const auto animations = _animation->findChildren<KRViewAnimation *>();
-        for (KRViewAnimation *animation : animations) {
+        for (auto *const animation : _animation->findChildren<KRViewAnimation *>()) {
             if (animation->isAnimating()) {
                 animation->setCurrentTime(milliseconds);
             }

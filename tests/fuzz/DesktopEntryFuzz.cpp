@@ -1,0 +1,14 @@
+#include "fuzz/Fuzz.h"
+#include "platform/freedesktop/entries/DesktopEntry.h"
+
+#include <algorithm>
+
+void fuzz(const QByteArray &bytes)
+{
+    const DesktopEntry entry = DesktopEntry::fromData(bytes, { "de_AT", "de" });
+    const auto isControl = [](QChar c) { return c.category() == QChar::Other_Control; };
+    require(entry.kind != DesktopEntry::Kind::Broken || !entry.problem.isEmpty());
+    require(
+        entry.name.size() <= 300 && std::none_of(entry.name.begin(), entry.name.end(), isControl));
+    entry.isShownIn({ QStringLiteral("GNOME"), QStringLiteral("KDE") });
+}

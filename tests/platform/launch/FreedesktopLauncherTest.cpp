@@ -1,226 +1,427 @@
+// What a program gets along on its way: launches with a real X server, a real session bus and real
+// processes.
+
 #include "platform/freedesktop/launch/FreedesktopLauncher.h"
 
-#include "platform/FileTree.h"
+#include "platform/bus/SilentServer.h"
+#include "platform/freedesktop/entries/LaunchedEntries.h"
+#include "platform/freedesktop/launch/LaunchScope.h"
+#include "platform/launch/LaunchSession.h"
 
-#include <QDBusConnection>
+#include <QAbstractNativeEventFilter>
+#include <QDBusArgument>
+#include <QGuiApplication>
 #include <QProcess>
-#include <QRegularExpression>
-#include <QTest>
-#include <QThread>
 
-#include <memory>
+#include <csignal>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-using namespace Qt::Literals::StringLiterals;
+namespace {
 
-// Stands for the file browser of a session.
-class FileBrowser : public QObject
+const QRegularExpression anyId(u"^ortu-%1-.+-\\d+_TIME\\d+$"_s.arg(::getpid()));
+constexpr LaunchStatus launched = LaunchStatus::Launched;
+
+// Puts together the messages to the root window that come in parts.
+class Announcements final : public QAbstractNativeEventFilter
 {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
-
-public Q_SLOTS:
-    void ShowItems(const QStringList &uris, const QString & /*startupId*/) { _shown = uris; }
-
 public:
-    QStringList _shown;
+    bool nativeEventFilter(const QByteArray &, void *event, qintptr *) override
+    {
+        const char *const bytes = static_cast<const char *>(event);
+        if ((bytes[0] & 0x7f) == 33 && bytes[1] == 8) { // a client message of single bytes
+            QByteArray &text = _open[QByteArray(bytes + 4, 4)]; // by the window that it is from
+            text += QByteArray(bytes + 12, 20);
+            if (text.contains('\0')) {
+                texts.append(QString::fromUtf8(std::exchange(text, {}).constData()));
+            }
+        }
+        return false;
+    }
+
+    QStringList texts;
+
+private:
+    QHash<QByteArray, QByteArray> _open;
 };
 
-static const QByteArray start = "[Desktop Entry]\nType=Application\nName=A\n";
+} // namespace
 
-class FreedesktopLauncherTest : public QObject
+class FreedesktopLauncherTest : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    // A session bus of our own, because what GIO launches asks for one, and folders without
-    // anything else.
+    // GIO reads these folders when it is first asked; the file browser's program comes later.
     void initTestCase()
     {
-        _tree = std::make_unique<FileTree>(u"launcher"_s);
-        _document = _tree->add(u"it's \"a\" 100% #ü?.txt"_s, "x");
-        qputenv("XDG_DATA_HOME", QFile::encodeName(_tree->addFolder(u"data"_s)));
-        qputenv("XDG_DATA_DIRS", QFile::encodeName(_tree->addFolder(u"shared"_s)));
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(_tree->addFolder(u"configuration"_s)));
-        const QString program = _tree->add(u"record"_s,
-            "#!/bin/sh\n"
-            "out=$(dirname \"$0\")/record.txt\n"
-            "{ pwd; for a in \"$@\"; do printf '%s\\n' \"$a\"; done; } >\"$out.part\"\n"
-            "case $1 in session) cut -d' ' -f6 /proc/$$/stat; echo \"$GIO_LAUNCHED_DESKTOP_FILE\";;"
-            " esac >>\"$out.part\"\n"
-            "mv \"$out.part\" \"$out\"\n",
-            0755);
-        _program = QFile::encodeName(program);
-        // Its program comes later. GIO reads the folders when it is first asked.
-        _tree->add(u"data/applications/folders.desktop"_s,
-            start + "MimeType=inode/directory;\nExec="
-                + QFile::encodeName(_tree->path(u"browser"_s)) + " %f\n");
-        QCOMPARE(QProcess::execute(
-                     u"update-desktop-database"_s, { _tree->path(u"data/applications"_s) }),
-            0);
-        _bus.start(u"dbus-daemon"_s, { u"--session"_s, u"--nofork"_s, u"--print-address"_s });
-        QVERIFY(_bus.waitForStarted());
-        QVERIFY(_bus.waitForReadyRead());
-        qputenv("DBUS_SESSION_BUS_ADDRESS", _bus.readLine().trimmed());
+        for (const char *name : { "XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_HOME" }) {
+            qputenv(name, QFile::encodeName(_data.addFolder(QLatin1String(name))));
+        }
+        const QString folder = _data.addFolder(u"XDG_DATA_HOME/applications"_s);
+        _data.add(u"XDG_DATA_HOME/applications/folders.desktop"_s,
+            "[Desktop Entry]\nType=Application\nName=A\nMimeType=inode/directory;\nExec="
+                + QFile::encodeName(_data.path(u"browser"_s)) + " %f\n");
+        QCOMPARE(QProcess::execute(u"update-desktop-database"_s, { folder }), 0);
     }
-    void cleanupTestCase()
+    void init()
     {
-        QDBusConnection::disconnectFromBus(u"qt_default_session_bus"_s);
-        _bus.terminate();
-        QVERIFY(_bus.waitForFinished());
+        TestCase::init();
+        qputenv("DESKTOP_STARTUP_ID", "ours");
+        qputenv("XDG_ACTIVATION_TOKEN", "ours");
+        _session = std::make_unique<LaunchSession>();
+        _systemd = std::make_unique<Peer>();
+        _session->add(*_systemd, u"org.freedesktop.systemd1"_s, u"/org/freedesktop/systemd1"_s);
+        _application = std::make_unique<Peer>();
+        _session->add(*_application, u"org.example.My-App"_s, u"/org/example/My_App"_s);
     }
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
+    void cleanup() { _session.reset(); }
 
-    void whatCannotBeLaunched_isFoundOutBefore()
+    void unitNames_keepTheirPartsApart()
     {
-        const auto statusOf = [this](const char *name, const QByteArray &content) {
-            return open(_tree->add(QLatin1String(name), content));
-        };
-        const LaunchStatus bad = LaunchStatus::CannotExecute;
-        QCOMPARE(statusOf("bad.desktop", start + "Exec=/nowhere/program\n"), bad);
-        QCOMPARE(statusOf("bad.desktop", start + "Exec=true\nTryExec=/nowhere/program\n"), bad);
-        QCOMPARE(statusOf("bad.desktop", "[Desktop Entry]\nType=Link\nURL=x\n"), bad);
-        // This one is refused by GIO alone.
-        QCOMPARE(statusOf("bad.desktop", start + "Exec=true\n[Other]\nnonsense\n"), bad);
-        QCOMPARE(statusOf("org.example.NoService.desktop", start + "DBusActivatable=true\n"), bad);
-        QCOMPARE(statusOf("bad.txt", "x"), bad);
-        QCOMPARE(statusOf("bad.AppImage", "x"), bad);
-        QCOMPARE(open(_tree->addFolder(u"bad"_s)), bad);
-        QCOMPARE(open(_tree->add(u"Garbage.AppImage"_s, "\x01\x02\x03", 0755)), bad);
-        QCOMPARE(open(_tree->path(u"absent.desktop"_s)), LaunchStatus::FileNotFound);
-    }
-
-    void entry_getsItsDocuments()
-    {
-        const QString plain = _tree->add(u"plain.txt"_s, "x");
-        const QUrl page(u"https://example.org/a%20b?c=d&e#f"_s);
-        const std::tuple<QByteArray, QList<QUrl>, QStringList> rows[] {
-            { "one \"two words\" %U",
-                { QUrl::fromLocalFile(_document), QUrl::fromLocalFile(plain) },
-                { u"one"_s, u"two words"_s, _document, plain } },
-            { "%u", { page }, { page.toString(QUrl::FullyEncoded) } },
-            { "one %F", {}, { u"one"_s } }
-        };
-        for (const auto &[arguments, documents, expected] : rows) {
-            const QString entry =
-                _tree->add(u"good.desktop"_s, start + "Exec=" + _program + ' ' + arguments + '\n');
-            const QString link = _tree->addLink(u"link.desktop"_s, entry);
-            QCOMPARE(open(link, documents), LaunchStatus::Launched);
-            QCOMPARE(recorded().mid(1), expected);
-            QVERIFY(QFile::remove(link));
+        const std::pair<QString, QByteArray> rows[] { { u"/x/org.example.App_1.desktop"_s,
+                                                          "org.example.App_1" },
+            { u"/x/applications/kde/a-b.desktop"_s, R"(kde\x2da\x2db)" },
+            { uR"(/x/.My ü\.AppImage)"_s, R"(\x2eMy\x20\xc3\xbc\x5c)" },
+            { u'/' + QString(200, u'-'), QByteArray(R"(\x2d)").repeated(59) } };
+        for (const auto &[path, name] : rows) {
+            QCOMPARE(LaunchScope::unitName(LaunchScope::applicationId(path), 7),
+                "app-ortu-" + name + "-7.scope");
         }
     }
 
-    // Also behind a byte order mark, and without its service on the bus.
-    void entry_startsInItsFolderAndSurvivesUs()
+    void programs_areOnTheirOwn()
     {
-        const QString folder = _tree->addFolder(u"my folder"_s);
-        const std::pair<QByteArray, QByteArray> rows[] { {}, { "\xef\xbb\xbf", {} },
-            { {}, "DBusActivatable=true\n" } };
-        for (const auto &[before, after] : rows) {
-            const QString entry = _tree->add(u"org.example.Both.desktop"_s,
-                before + start + "Exec=" + _program
-                    + " session %U\nPath=" + QFile::encodeName(folder) + '\n' + after);
-            QCOMPARE(open(entry), LaunchStatus::Launched);
-            const QStringList lines = recorded();
-            QCOMPARE(lines.value(0), folder);
-            QVERIFY(lines.value(2).toInt() > 0 && lines.value(2).toInt() != ::getsid(0));
-            QCOMPARE(lines.value(3), entry);
-            // Nothing of ours is left to be waited for but the bus.
+        const QByteArray records = QFile::encodeName(_session->tree.path(u"records"_s));
+        const auto entry = [this](const QByteArray &lines) {
+            return _session->addEntry(u"a.desktop"_s, _session->exec + '\n' + lines);
+        };
+        const auto marked = [&] {
+            return _session->tree.add(u"a.desktop"_s, "\xef\xbb\xbf" + load(entry({})));
+        };
+        for (const QString &path : { entry({}), marked(), entry("Path=" + records + '\n'),
+                 entry("StartupNotify=1\n"), entry("DBusActivatable=true\n"), _session->program }) {
+            const bool isEntry = path != _session->program;
+            const bool hasFolder = load(path).contains("Path=");
+            QVERIFY(open({ path }));
+            const StartRecord record = _session->started(1).value(0);
+            QCOMPARE(record["folder"], hasFolder ? records : qgetenv("HOME"));
+            QVERIFY(anyId.match(QString::fromUtf8(record["id"])).hasMatch());
+            QCOMPARE(LaunchedEntries::entryOf(QString::fromUtf8(record["id"])), path);
+            QCOMPARE(record["entry"], isEntry ? QFile::encodeName(path) : QByteArray());
+            QCOMPARE(record.value("token", "?"), QByteArray());
+            QCOMPARE(record["bus"], qgetenv("DBUS_SESSION_BUS_ADDRESS"));
+            QVERIFY(record["session"].toInt() > 1 && record["session"].toInt() != ::getsid(0));
+            QCOMPARE(record["SigBlk"], QByteArray(16, '0'));
+            QCOMPARE(record["SigIgn"].toULongLong(nullptr, 16) & (1U << (SIGPIPE - 1)), 0U);
+            QCOMPARE(record.value("leaked", "?"), QByteArray());
+            // Nothing is left to be waited for.
             siginfo_t ended = {};
             QCOMPARE(::waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT), 0);
             QCOMPARE(ended.si_pid, 0);
+
+            const QList<QVariant> unit = _systemd->asked.takeFirst().arguments();
+            QCOMPARE(unit[0].toString().toUtf8(),
+                (isEntry ? "app-ortu-a-" : R"(app-ortu-My\x2dProgram-)") + record["pid"]
+                    + ".scope");
+            QCOMPARE(unit[1].toString(), u"fail"_s);
+            QVariantMap properties = propertiesIn(unit.value(2).value<QDBusArgument>());
+            QCOMPARE(
+                qdbus_cast<QList<uint>>(properties.take(u"PIDs"_s)), { record["pid"].toUInt() });
+            QCOMPARE(properties,
+                QVariantMap({ { u"CollectMode"_s, u"inactive-or-failed"_s },
+                    { u"Description"_s, isEntry ? u"A"_s : u"My-Program"_s },
+                    { u"SourcePath"_s, path } }));
         }
     }
 
-    void bundles_getDocumentsAsFiles()
+    void programsCount_whateverSystemdSays()
     {
-        const QUrl page(u"https://example.org/a%20b"_s);
-        const QByteArray script = "#!/bin/sh\nexec '" + _program + "' \"$0\" \"$@\"\n";
-        const QString image = _tree->add(u"b/My Image.AppImage"_s, script, 0755);
-        const QString run = _tree->add(u"b/X.AppDir/AppRun"_s, script, 0755);
-        for (const auto &[bundle, program] :
-            { std::pair(image, image), std::pair(_tree->path(u"b/X.AppDir"_s), run) }) {
-            QCOMPARE(
-                open(bundle, { { QUrl::fromLocalFile(_document), page } }), LaunchStatus::Launched);
-            QCOMPARE(recorded(),
-                QStringList(
-                    { QDir::homePath(), program, _document, page.toString(QUrl::FullyEncoded) }));
+        _systemd->isRefusing = true;
+        QVERIFY(open({ _session->program }));
+        _systemd->isSilent = true;
+        QVERIFY(open({ _session->program }));
+        QCOMPARE(_session->started(2).size(), 2);
+        QCOMPARE(_systemd->asked.size(), 2);
+    }
+
+    // More than GIO has threads for what it does behind a launch.
+    void manyAtOnce_haveEachTheirOwn()
+    {
+        const QString entry = _session->addEntry(u"a.desktop"_s, _session->exec);
+        QVERIFY(open(QStringList(24, entry) + QStringList(4, _session->program)));
+        QVERIFY(open({ entry }));
+        QSet<QByteArray> ids;
+        for (const StartRecord &record : _session->started(29)) {
+            ids.insert(record["id"]);
         }
+        QCOMPARE(ids.size(), 29);
+        QCOMPARE(_systemd->asked.size(), 29);
+        // Those of long ago are forgotten.
+        for (int i = 0; i < 65; ++i) {
+            LaunchedEntries::remember(QString::number(i), u"/x/%1.desktop"_s.arg(i));
+        }
+        QCOMPARE(LaunchedEntries::entryOf(u"0"_s), QString());
+        QCOMPARE(LaunchedEntries::entryOf(u"1"_s), u"/x/1.desktop"_s);
+    }
+
+    void whatCannotBeLaunched_isFoundOutBefore()
+    {
+        const LaunchStatus bad = LaunchStatus::CannotExecute;
+        for (const char *lines : { "Exec=/nowhere/program\n", "Exec=true\nTryExec=/nowhere/x\n",
+                 "Type=Link\nURL=x\n", "DBusActivatable=true\n",
+                 // This one is refused by GIO alone.
+                 "Exec=true\n[Other]\nnonsense\n" }) {
+            QCOMPARE(status(_session->addEntry(u"org.example.NoService.desktop"_s, lines)), bad);
+        }
+        FileTree &tree = _session->tree;
+        QCOMPARE(status(tree.add(u"bad.txt"_s, "x")), bad);
+        QCOMPARE(status(tree.add(u"bad.AppImage"_s, "x")), bad);
+        QCOMPARE(status(tree.addFolder(u"bad"_s)), bad);
+        QCOMPARE(status(tree.add(u"Garbage.AppImage"_s, "\x01\x02\x03", 0755)), bad);
+        QCOMPARE(status(tree.path(u"absent.desktop"_s)), LaunchStatus::FileNotFound);
+    }
+
+    void documents_areHandedOver()
+    {
+        FileTree &tree = _session->tree;
+        const QUrl odd = QUrl::fromLocalFile(tree.add(u"it's \"a\" 100% #ü?.txt"_s, "x"));
+        const QUrl latin1(u"file:///x/d%E4%20%C3%A4%25.txt"_s);
+        const QUrl page(u"https://example.org/a%20b?c=d&e#f"_s);
+        const QByteArray oddPath = QFile::encodeName(odd.toLocalFile());
+        const QByteArray script =
+            "#!/bin/sh\nexec '" + QFile::encodeName(_session->program) + "' \"$0\" \"$@\"\n";
+        const QString run = tree.add(u"X.AppDir/AppRun"_s, script, 0755);
+        const auto entry = [this](const QByteArray &arguments) {
+            return _session->tree.addLink(u"link%1.desktop"_s.arg(arguments.size()),
+                _session->addEntry(
+                    u"%1.desktop"_s.arg(arguments.size()), _session->exec + ' ' + arguments));
+        };
+        const std::tuple<QString, QList<QUrl>, QByteArray> rows[] {
+            { entry("one \"two words\" %U"), { odd, latin1 },
+                "one|two words|" + oddPath + "|/x/d\xe4 \xc3\xa4%.txt" },
+            { entry("%u"), { page }, page.toEncoded() }, { entry("one %F"), {}, "one" },
+            { _session->program, { latin1 }, "/x/d\xe4 \xc3\xa4%.txt" },
+            { tree.path(u"X.AppDir"_s), { odd, page },
+                QFile::encodeName(run) + '|' + oddPath + '|' + page.toEncoded() }
+        };
+        for (const auto &[path, documents, arguments] : rows) {
+            QVERIFY(open({ path }, documents));
+            QCOMPARE(_session->started(1).value(0)["arguments"], arguments);
+        }
+    }
+
+    void withoutDisplay_noIdentifierIsLeft()
+    {
+        const QByteArray display = qgetenv("DISPLAY");
+        const QString entry = _session->addEntry(u"a.desktop"_s, _session->exec);
+        // None, and one that does not answer.
+        for (const bool isThere : { false, true }) {
+            const SilentServer server;
+            qputenv("DISPLAY", isThere ? server.display() : QByteArray());
+            const bool areLaunched = open({ entry, _session->program });
+            qputenv("DISPLAY", display);
+            QVERIFY(areLaunched);
+            QVERIFY(server.wasReached() == isThere);
+            for (const StartRecord &record : _session->started(2)) {
+                QCOMPARE(record.value("id", "none"), QByteArray());
+            }
+        }
+    }
+
+    // GIO would run this program to get one.
+    void withoutBus_noneIsStarted()
+    {
+        FileTree &tree = _session->tree;
+        const QString trace = tree.path(u"asked"_s);
+        tree.add(u"bin/dbus-launch"_s, "#!/bin/sh\necho \"$@\" >" + QFile::encodeName(trace) + '\n',
+            0755);
+        const QByteArray path = qgetenv("PATH");
+        const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
+        qputenv("PATH", QFile::encodeName(tree.path(u"bin"_s)) + ':' + path);
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(tree.addFolder(u"run"_s)));
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+        const FreedesktopLauncher made; // keeps GIO from it
+        const bool areLaunched =
+            open({ _session->addEntry(u"a.desktop"_s, _session->exec), _session->program });
+        qputenv("PATH", path);
+        qputenv("XDG_RUNTIME_DIR", folder);
+        QVERIFY(areLaunched);
+        for (const StartRecord &record : _session->started(2)) {
+            QCOMPARE(record.value("bus", "?"), QByteArray());
+        }
+        QVERIFY(!QFile::exists(trace));
+    }
+
+    void serviceOnTheBus_getsTheIdentifier()
+    {
+        const QString entry =
+            _session->addEntry(u"org.example.My-App.desktop"_s, "DBusActivatable=true\n");
+        const QUrl page(u"https://example.org/a%20b"_s);
+        QVERIFY(open({ entry }));
+        QVERIFY(open({ entry }, { page }));
+        QCOMPARE(_application->asked.size(), 2);
+        QCOMPARE(_application->asked[0].member(), u"Activate"_s);
+        QCOMPARE(_application->asked[1].member(), u"Open"_s);
+        QCOMPARE(_application->asked[1].arguments().value(0).toStringList(),
+            { page.toString(QUrl::FullyEncoded) });
+        for (const QDBusMessage &message : std::as_const(_application->asked)) {
+            const auto data = qdbus_cast<QVariantMap>(message.arguments().constLast());
+            QVERIFY(anyId.match(data[u"desktop-startup-id"_s].toString()).hasMatch());
+        }
+    }
+
+    void announcement_isTakenBackWhenNothingStarts()
+    {
+        Announcements announcements;
+        QCoreApplication::instance()->installNativeEventFilter(&announcements);
+        const QStringList &texts = announcements.texts;
+        const QByteArray announced =
+            "Name=The \"A\"\nStartupNotify=true\nStartupWMClass=C\nIcon=i\n" + _session->exec;
+        const QString good = _session->addEntry(u"good.desktop"_s, announced);
+        QVERIFY(open({ _session->addEntry(u"quiet.desktop"_s, _session->exec) }));
+        QVERIFY(open({ good }));
+        QTRY_COMPARE(texts.size(), 1);
+        QVERIFY(!open({ _session->addEntry(u"bad.desktop"_s, announced + "\nPath=/nowhere\n") }));
+        QTRY_COMPARE(texts.size(), 3);
+        const auto idIn = [&](int i) { return texts[i].section(u'"', 1, 1); };
+        QVERIFY(anyId.match(idIn(0)).hasMatch());
+        QCOMPARE(texts[0],
+            QStringLiteral(
+                R"(new: ID="%1" SCREEN="0" NAME="The \"A\"" DESCRIPTION="Starting The \"A\"" )"
+                R"(BIN="%2" ICON="i" WMCLASS="C" APPLICATION_ID="%3")")
+                .arg(idIn(0), _session->program, good));
+        QVERIFY(texts[1].startsWith(u"new: "_s));
+        QCOMPARE(texts[2], u"remove: ID=\"%1\""_s.arg(idIn(1)));
+    }
+
+    void busThatGoesAway_doesNotEndTheProgram()
+    {
+        const QString entry = _session->addEntry(
+            u"org.example.My-App.desktop"_s, "DBusActivatable=true\n" + _session->exec);
+        _application->isSilent = true;
+        _application->whenAsked = [this] { _session->bus.end(); };
+        for (const QString &path : { _session->program, entry, _session->program }) {
+            QVERIFY(open({ path }));
+        }
+        QCOMPARE(_session->started(3).size(), 3);
+    }
+
+    void runningApplication_isRaisedUnlessThereAreDocuments()
+    {
+        QStringList asked;
+        bool isRunning = true;
+        FreedesktopLauncher launcher([&](const QString &path) {
+            asked.append(path);
+            return isRunning;
+        });
+        const QString program = _session->program;
+        QCOMPARE(launcher.open(program, {}), launched);
+        QCOMPARE(launcher.open(program, QList<QUrl>()), launched);
+        QCOMPARE(launcher.open(u"/nowhere.desktop"_s, {}), LaunchStatus::FileNotFound);
+        QCOMPARE(asked, QStringList({ program, program }));
+        QCOMPARE(_session->started(0).size(), 0);
+
+        QCOMPARE(launcher.open(program, QList<QUrl> { QUrl(u"https://example.org"_s) }), launched);
+        QCOMPARE(asked.size(), 2);
+        isRunning = false;
+        QCOMPARE(launcher.open(program, {}), launched);
+        QCOMPARE(_session->started(2).size(), 2);
     }
 
     void reveal_asksTheFileBrowser()
     {
-        FileBrowser browser;
-        const QString name = u"org.freedesktop.FileManager1"_s;
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        QVERIFY(bus.registerObject(
-            u"/org/freedesktop/FileManager1"_s, &browser, QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService(name));
-        const bool isRevealed = reveal(_document);
-        QVERIFY(bus.unregisterService(name));
-        QVERIFY(isRevealed);
-        QCOMPARE(
-            browser._shown.value(0), QUrl::fromLocalFile(_document).toString(QUrl::FullyEncoded));
+        Peer browser;
+        _session->add(
+            browser, u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s);
+        const QString file = _session->tree.add(u"it's \"a\" 100% #ü?.txt"_s, "x");
+        QVERIFY(reveal(file));
+        QCOMPARE(browser.asked.value(0).member(), u"ShowItems"_s);
+        QCOMPARE(browser.asked.value(0).arguments().value(0).toStringList(),
+            { QUrl::fromLocalFile(file).toString(QUrl::FullyEncoded) });
     }
 
     void reveal_withoutBrowser_opensTheFolder()
     {
-        const QString gone = _tree->path(u"gone/x.txt"_s);
-        const QString file = _tree->add(u"shown/x.txt"_s, "x");
-        QTest::ignoreMessage(
-            QtWarningMsg, qUtf8Printable(u"cannot show %1: its folder is gone"_s.arg(gone)));
+        const QString gone = _session->tree.path(u"gone/x.txt"_s);
+        const QString file = _session->tree.add(u"shown/x.txt"_s, "x");
+        expectWarning(u"^cannot show %1: its folder is gone$"_s.arg(gone));
         QVERIFY(!reveal(gone));
-        QTest::ignoreMessage(QtWarningMsg,
-            qUtf8Printable(u"cannot show %1: no file browser could be asked"_s.arg(file)));
+        expectWarning(u"^cannot show %1: no file browser could be asked$"_s.arg(file));
         QVERIFY(!reveal(file));
-
-        _tree->add(u"browser"_s, "#!/bin/sh\nexec '" + _program + "' browse \"$@\"\n", 0755);
+        _data.addLink(u"browser"_s, _session->program);
         QVERIFY(reveal(file));
-        QCOMPARE(recorded().mid(1), QStringList({ u"browse"_s, _tree->path(u"shown"_s) }));
+        QCOMPARE(_session->started(1).value(0)["arguments"],
+            QFile::encodeName(_session->tree.path(u"shown"_s)));
     }
 
 private:
-    // Launches in a thread of its own, as the program does, with the event loop running here.
-    template <typename Function> void inThread(Function function)
+    // With all signals blocked, as they are in the program's threads.
+    bool open(const QStringList &paths, const QList<QUrl> &documents = {})
     {
-        const std::unique_ptr<QThread> thread(QThread::create(function));
-        thread->start();
-        QTRY_VERIFY_WITH_TIMEOUT(thread->isFinished(), 30'000);
+        return LaunchSession::runOnThreads(int(paths.size()), [&](int i) {
+            sigset_t blocked;
+            ::sigfillset(&blocked);
+            ::pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
+            return _launcher.open(paths[i], documents) == launched;
+        });
     }
-    LaunchStatus open(const QString &path, const std::optional<QList<QUrl>> &documents = {})
+    LaunchStatus status(const QString &path)
     {
         LaunchStatus status = LaunchStatus::Failed;
-        inThread([&] { status = _launcher.open(path, documents); });
+        LaunchSession::runOnThreads(1, [&](int) {
+            status = _launcher.open(path, {});
+            return true;
+        });
         return status;
     }
     bool reveal(const QString &path)
     {
-        bool isRevealed = false;
-        inThread([&] { isRevealed = _launcher.reveal(path); });
-        return isRevealed;
+        return LaunchSession::runOnThreads(1, [&](int) { return _launcher.reveal(path); });
     }
-
-    // The lines that the program started last wrote: its folder, then its arguments.
-    QStringList recorded()
+    static QVariantMap propertiesIn(const QDBusArgument &argument)
     {
-        QFile file(_tree->path(u"record.txt"_s));
-        if (!QTest::qWaitFor([&file] { return file.exists(); }, 10'000)
-            || !file.open(QIODevice::ReadOnly)) {
-            return {};
+        QVariantMap properties;
+        for (argument.beginArray(); !argument.atEnd();) {
+            QString key;
+            QDBusVariant value;
+            argument.beginStructure();
+            argument >> key >> value;
+            argument.endStructure();
+            properties[key] = value.variant();
         }
-        const QString text = QString::fromUtf8(file.readAll());
-        file.remove();
-        return text.split(u'\n', Qt::SkipEmptyParts);
+        argument.endArray();
+        return properties;
     }
 
-    std::unique_ptr<FileTree> _tree;
-    QProcess _bus;
-    QByteArray _program;
-    QString _document;
+    FileTree _data;
+    std::unique_ptr<LaunchSession> _session;
+    std::unique_ptr<Peer> _systemd;
+    std::unique_ptr<Peer> _application;
     FreedesktopLauncher _launcher;
 };
 
-QTEST_GUILESS_MAIN(FreedesktopLauncherTest)
+// A display of its own has to be there before the application.
+int main(int argc, char **argv)
+{
+    QProcess server;
+    // It ends with the test, however that ends.
+    server.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    server.start(u"Xvfb"_s, u"-displayfd 1 -nolisten tcp -noreset"_s.split(u' '));
+    server.waitForReadyRead();
+    qputenv("DISPLAY", ':' + server.readLine().trimmed());
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    ::dup2(STDOUT_FILENO, 100); // for the children to inherit, if they can
+    int result = 1;
+    {
+        QGuiApplication application(argc, argv);
+        FreedesktopLauncherTest test;
+        result = QTest::qExec(&test, argc, argv);
+    }
+    server.terminate();
+    server.waitForFinished();
+    return result;
+}
+
 #include "FreedesktopLauncherTest.moc"

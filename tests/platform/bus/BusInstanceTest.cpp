@@ -1,8 +1,9 @@
 // Starts of the program that talk to each other over a real bus. The other side is a process of its
-// own, this test once more, or whoever else has a connection.
+// own, this test once more, or another connection.
 
 #include "platform/freedesktop/bus/BusInstance.h"
 
+#include "TestCase.h"
 #include "platform/FileTree.h"
 #include "platform/bus/PrivateBus.h"
 #include "platform/bus/SilentServer.h"
@@ -12,17 +13,12 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
-#include <QDBusPendingReply>
 #include <QDBusVirtualObject>
-#include <QRegularExpression>
 #include <QSocketNotifier>
-#include <QTest>
 
 #include <cstdio>
-#include <memory>
 #include <unistd.h>
 
-using namespace Qt::Literals::StringLiterals;
 using Verb = InstanceRequest::Verb;
 using Claim = SingleInstance::Claim;
 
@@ -49,9 +45,7 @@ int tellAsAProcess(const QStringList &arguments)
     BusInstance instance(std::chrono::milliseconds(
         qEnvironmentVariableIsSet("PATIENCE") ? qEnvironmentVariableIntValue("PATIENCE") : 10'000));
     const InstanceAnswer answer = instance.tell(request);
-    std::printf("%s\n",
-        qPrintable(
-            QStringList({ outcomes[int(answer.outcome)], answer.text }).join(u' ').trimmed()));
+    std::printf("%s\n", qPrintable((outcomes[int(answer.outcome)] + u' ' + answer.text).trimmed()));
     return 0;
 }
 
@@ -135,25 +129,219 @@ public:
 
 } // namespace
 
-class BusInstanceTest : public QObject
+class BusInstanceTest : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void requests_reachTheRunningProgram_data();
-    void requests_reachTheRunningProgram();
-    void status_isAskedForAlone();
-    void whoAsksForTheEnd_isAnsweredOnceTheNameIsFree();
-    void ofManyStarts_oneIsGranted();
-    void whereNoneRuns_noneIsStarted();
-    void whoeverElseHasTheName_isNamed_data();
-    void whoeverElseHasTheName_isNamed();
-    void claim_inVain_saysWhy();
-    void busThatGoesAway_takesNobodyAlong();
-    void strangeCalls_data();
-    void strangeCalls();
+    void init()
+    {
+        TestCase::init();
+        qunsetenv("DESKTOP_STARTUP_ID");
+        qunsetenv("XDG_ACTIVATION_TOKEN");
+        _bus = std::make_unique<PrivateBus>();
+        _instance = makeFreedesktopInstance();
+        _requests.clear();
+        connect(_instance.get(), &SingleInstance::requested, this,
+            [this](const InstanceRequest &request) { _requests.append(text(request)); });
+    }
+    void cleanup()
+    {
+        _instance.reset();
+        _bus.reset();
+    }
+
+    void requests_reachTheRunningProgram()
+    {
+        // What is told, in what environment, and what is heard.
+        std::vector<std::tuple<QStringList, QStringList, QString>> rows {
+            { { u"open"_s, {}, {}, u"file:///x/d%E4%20%C3%A4%25.txt"_s,
+                  u"https://example.org/a?b#c"_s },
+                {}, u"open  0 file:///x/d%E4%20%C3%A4%25.txt https://example.org/a?b#c"_s },
+            { { u"show"_s, {}, u"4294967295"_s }, { u"DESKTOP_STARTUP_ID=old"_s },
+                u"show  4294967295"_s },
+            { { u"show"_s, u"x_TIMEx"_s, u"5"_s }, { u"DESKTOP_STARTUP_ID=old"_s },
+                u"show x_TIMEx 0"_s },
+            { { u"toggle"_s }, { u"DESKTOP_STARTUP_ID=b_TIME9"_s, u"XDG_ACTIVATION_TOKEN=t"_s },
+                u"toggle b_TIME9 9"_s },
+            { { u"activate"_s }, { u"XDG_ACTIVATION_TOKEN=t"_s }, u"activate t 0"_s }
+        };
+        for (const QString &verb : verbs.mid(0, verbs.indexOf(u"quit"_s))) {
+            rows.push_back({ { verb, u"a-1_TIME77"_s }, {}, verb + u" a-1_TIME77 77"_s });
+        }
+        QCOMPARE(_instance->claim({}), Claim::Granted);
+        QCOMPARE(_instance->claim({}), Claim::Granted);
+        for (const auto &[told, environment, heard] : rows) {
+            QCOMPARE(tell(told, environment), u"Done"_s);
+            QTRY_COMPARE(_requests, QStringList { heard });
+            _requests.clear();
+        }
+    }
+
+    void status_isAskedForAlone()
+    {
+        QCOMPARE(_instance->claim([] { return QByteArray(R"({"filter":"ä"})"); }), Claim::Granted);
+        QCOMPARE(tell({ u"status"_s }), uR"(Done {"filter":"ä"})"_s);
+        QCOMPARE(tell({ u"hide"_s }), u"Done"_s);
+        QTRY_COMPARE(_requests, QStringList { u"hide  0"_s });
+    }
+
+    void quit_isAnsweredOnceTheNameIsFree()
+    {
+        QCOMPARE(_instance->claim({}), Claim::Granted);
+        Process first({ u"tell"_s, u"quit"_s });
+        Process second({ u"tell"_s, u"quit"_s });
+        QTRY_COMPARE(_requests.size(), 2);
+        QCOMPARE(tell({ u"status"_s }), u"Done {}"_s);
+        QCOMPARE(first.state(), QProcess::Running);
+        _instance.reset();
+        QCOMPARE(first.output() + second.output(), u"DoneDone"_s);
+        QCOMPARE(tell({ u"quit"_s }), u"NoneRuns"_s);
+    }
+
+    void ofManyStarts_oneIsGranted()
+    {
+        std::vector<std::unique_ptr<Process>> starts;
+        for (int i = 0; i < 8; ++i) {
+            starts.push_back(std::make_unique<Process>(QStringList { u"claim"_s }));
+        }
+        for (const auto &start : starts) {
+            QTRY_VERIFY_WITH_TIMEOUT(start->canReadLine(), 20'000);
+        }
+        QCOMPARE(_instance->claim({}), Claim::Taken);
+        QStringList told;
+        for (const auto &start : starts) {
+            start->closeWriteChannel();
+            told.append(start->output());
+        }
+        told.sort();
+        QCOMPARE(told, QStringList(u"Granted"_s) + QStringList(7, u"Taken"_s));
+        // The name was given back.
+        QCOMPARE(_instance->claim({}), Claim::Granted);
+    }
+
+    // Often, because a program that ends at once stumbles over its own threads only now and then.
+    void whereNoneRuns_noneIsStarted()
+    {
+        FileTree tree;
+        const QString trace = tree.path(u"started"_s);
+        tree.add(u"dbus-1/services/org.ortu.Ortu.service"_s,
+            "[D-BUS Service]\nName=org.ortu.Ortu\nExec=/usr/bin/touch " + QFile::encodeName(trace)
+                + '\n');
+        qputenv("XDG_DATA_HOME", QFile::encodeName(tree.path()));
+        _bus.reset();
+        _bus = std::make_unique<PrivateBus>();
+        qunsetenv("XDG_DATA_HOME");
+        for (int i = 0; i < 20; ++i) {
+            QCOMPARE(tell({ i % 2 == 0 ? u"hide"_s : u"status"_s }), u"NoneRuns"_s);
+        }
+        QVERIFY(!QFile::exists(trace));
+        _bus->end();
+        QCOMPARE(tell({ u"hide"_s }), u"NoneRuns"_s);
+        // A bus that takes connections and says nothing.
+        const SilentServer server;
+        const QString silent =
+            QString::fromLatin1(server.display().replace(":", "/tmp/.X11-unix/X"));
+        QCOMPARE(tell({ u"hide"_s }, { u"DBUS_SESSION_BUS_ADDRESS=unix:abstract="_s + silent }),
+            u"NoneRuns\nortu.platform: the session bus does not answer"_s);
+    }
+
+    void otherOwnerOfTheName_isNamed()
+    {
+        using Habit = Stranger::Habit;
+        const QString another =
+            u"Failed org.ortu.Ortu on the session bus belongs to another program"_s;
+        const std::tuple<Habit, QString, QString, QString> rows[] {
+            { Habit::Answers, u"/elsewhere"_s, u"toggle"_s, another },
+            { Habit::Answers, path, u"status"_s, another },
+            { Habit::Refuses, path, u"open"_s, u"Failed the running Ortu refuses: not today"_s },
+            { Habit::Ignores, path, u"quit"_s, u"Failed the running Ortu does not answer"_s },
+            { Habit::Ends, path, u"show"_s, u"NoneRuns"_s },
+            { Habit::Ends, path, u"quit"_s, u"Done"_s },
+            { Habit::Leaves, path, u"show"_s, u"NoneRuns"_s },
+            { Habit::Leaves, path, u"quit"_s, u"Done"_s }
+        };
+        for (const auto &[habit, place, verb, answer] : rows) {
+            Stranger stranger(habit);
+            QVERIFY(stranger.enter(place));
+            QCOMPARE(_instance->claim({}), Claim::Taken);
+            const bool isPatient = habit != Habit::Ignores;
+            QCOMPARE(
+                tell({ verb }, { isPatient ? u"PATIENCE=20000"_s : u"PATIENCE=50"_s }), answer);
+        }
+    }
+
+    void claimThatFails_saysWhy()
+    {
+        FileTree tree;
+        _bus.reset();
+        _bus = std::make_unique<PrivateBus>(tree.add(u"bus.conf"_s,
+            "<busconfig><listen>unix:tmpdir=/tmp</listen><policy context=\"default\">"
+            "<allow send_destination=\"*\"/><allow eavesdrop=\"true\"/><deny own=\"*\"/>"
+            "</policy></busconfig>"));
+        expectWarning(u"^other starts cannot find this one: .*org\\.ortu\\.Ortu.*$"_s);
+        QCOMPARE(_instance->claim({}), Claim::Impossible);
+        _bus->end();
+        const auto alone = makeFreedesktopInstance();
+        expectWarning(u"^there is no session bus, so other starts cannot find this one$"_s);
+        QCOMPARE(alone->claim({}), Claim::Impossible);
+    }
+
+    void busThatGoesAway_doesNotEndTheProgram()
+    {
+        Process running({ u"claim"_s });
+        QTRY_VERIFY(running.canReadLine());
+        QCOMPARE(running.readLine(), QByteArray("Granted\n"));
+        QCOMPARE(_instance->tell({}).outcome, InstanceAnswer::Outcome::Done);
+        _bus->end();
+        running.setReadChannel(QProcess::StandardError);
+        QTRY_VERIFY(running.canReadLine());
+        QCOMPARE(_instance->tell({}).outcome, InstanceAnswer::Outcome::NoneRuns);
+        running.closeWriteChannel();
+        QCOMPARE(running.output(),
+            u"ortu.platform: the session bus is gone, so other starts cannot find this one"_s);
+    }
+
+    void strangeCalls_areRefusedOrCutToWhatIsRight()
+    {
+        const QString unknown = u"org.freedesktop.DBus.Error.UnknownMethod"_s;
+        const QString invalid = u"org.freedesktop.DBus.Error.InvalidArgs"_s;
+        const QString id = u"desktop-startup-id"_s;
+        const QString token = u"activation-token"_s;
+        const QVariantMap none;
+        const QVariantList nothing;
+        // Method and arguments, the error, and what is heard.
+        const std::tuple<QString, QVariantList, QString, QStringList> rows[] {
+            { u"Deactivate"_s, { none }, unknown, {} },
+            { u"Open"_s, { u"file:///a"_s, none }, unknown, {} },
+            { u"ActivateAction"_s, { u"Toggle"_s, QVariant(nothing), none }, invalid, {} },
+            { u"ActivateAction"_s, { u"toggle"_s, QVariant(QVariantList { 1, u"x"_s }), none }, {},
+                { u"toggle  0"_s } },
+            { u"Activate"_s, { QVariantMap { { id, 7 }, { token, u"t"_s } } }, {},
+                { u"activate t 0"_s } },
+            { u"Activate"_s,
+                { QVariantMap { { id, QString(100'000, u'x') },
+                    { token, QVariantMap { { u"a"_s, 1 } } }, { QString(), nothing } } },
+                {}, { u"activate  0"_s } },
+            { u"Open"_s, { QStringList(10'001, u"file:///a"_s), none }, invalid, {} },
+            { u"Open"_s,
+                { QStringList { u"a.txt"_s, u"/a.txt"_s, QString(), u"http://["_s, u"file:///a b"_s,
+                      u"file:///ok"_s, u"mailto:x@example.org"_s },
+                    none },
+                {}, { u"open  0 file:///ok mailto:x@example.org"_s } }
+        };
+        QCOMPARE(_instance->claim({}), Claim::Granted);
+        BusConnection connection;
+        for (const auto &[method, arguments, error, heard] : rows) {
+            QDBusMessage message = QDBusMessage::createMethodCall(name, path, application, method);
+            message.setArguments(arguments);
+            const QDBusPendingCall call = connection.get().asyncCall(message);
+            QTRY_VERIFY(call.isFinished());
+            QCOMPARE(call.error().name(), error);
+            QCoreApplication::processEvents();
+            QCOMPARE(std::exchange(_requests, {}), heard);
+        }
+    }
 
 private:
     static QString tell(const QStringList &arguments, const QStringList &environment = {})
@@ -163,9 +351,8 @@ private:
     // Each as "verb id time file…".
     static QString text(const InstanceRequest &request)
     {
-        QStringList parts { verbs[int(request.verb)] };
-        parts.append(request.stamp.startupId);
-        parts.append(QString::number(request.stamp.time));
+        QStringList parts { verbs[int(request.verb)], request.stamp.startupId,
+            QString::number(request.stamp.time) };
         for (const QUrl &file : request.files) {
             parts.append(file.toString(QUrl::FullyEncoded));
         }
@@ -177,265 +364,12 @@ private:
     QStringList _requests;
 };
 
-void BusInstanceTest::init()
-{
-    QTest::failOnWarning(QRegularExpression(u"."_s));
-    qunsetenv("DESKTOP_STARTUP_ID");
-    qunsetenv("XDG_ACTIVATION_TOKEN");
-    _bus = std::make_unique<PrivateBus>();
-    _instance = makeFreedesktopInstance();
-    _requests.clear();
-    connect(_instance.get(), &SingleInstance::requested, this,
-        [this](const InstanceRequest &request) { _requests.append(text(request)); });
-}
-
-void BusInstanceTest::cleanup()
-{
-    _instance.reset();
-    _bus.reset();
-}
-
-void BusInstanceTest::requests_reachTheRunningProgram_data()
-{
-    QTest::addColumn<QStringList>("told");
-    QTest::addColumn<QStringList>("environment");
-    QTest::addColumn<QString>("heard");
-
-    for (const QString &verb : verbs.mid(0, verbs.indexOf(u"quit"_s))) {
-        QTest::addRow("%s", qPrintable(verb))
-            << QStringList { verb, u"a-1_TIME77"_s } << QStringList() << verb + u" a-1_TIME77 77"_s;
-    }
-    QTest::newRow("files") << QStringList {
-        u"open"_s, {}, {}, u"file:///x/d%E4%20%C3%A4%25.txt"_s, u"https://example.org/a?b#c"_s
-    } << QStringList() << u"open  0 file:///x/d%E4%20%C3%A4%25.txt https://example.org/a?b#c"_s;
-    QTest::newRow("a time alone") << QStringList { u"show"_s, {}, u"4294967295"_s }
-                                  << QStringList { u"DESKTOP_STARTUP_ID=old"_s }
-                                  << u"show  4294967295"_s;
-    QTest::newRow("a token of its own")
-        << QStringList { u"show"_s, u"x_TIMEx"_s, u"5"_s }
-        << QStringList { u"DESKTOP_STARTUP_ID=old"_s } << u"show x_TIMEx 0"_s;
-    QTest::newRow("started by a desktop")
-        << QStringList { u"toggle"_s }
-        << QStringList { u"DESKTOP_STARTUP_ID=b_TIME9"_s, u"XDG_ACTIVATION_TOKEN=t"_s }
-        << u"toggle b_TIME9 9"_s;
-    QTest::newRow("started on Wayland")
-        << QStringList { u"activate"_s } << QStringList { u"XDG_ACTIVATION_TOKEN=t"_s }
-        << u"activate t 0"_s;
-}
-
-void BusInstanceTest::requests_reachTheRunningProgram()
-{
-    QFETCH(QStringList, told);
-    QFETCH(QStringList, environment);
-    QFETCH(QString, heard);
-    QCOMPARE(_instance->claim({}), Claim::Granted);
-    QCOMPARE(_instance->claim({}), Claim::Granted);
-    QCOMPARE(tell(told, environment), u"Done"_s);
-    QTRY_COMPARE(_requests, QStringList { heard });
-}
-
-void BusInstanceTest::status_isAskedForAlone()
-{
-    QCOMPARE(_instance->claim([] { return QByteArray(R"({"filter":"ä"})"); }), Claim::Granted);
-    QCOMPARE(tell({ u"status"_s }), uR"(Done {"filter":"ä"})"_s);
-    QCOMPARE(tell({ u"hide"_s }), u"Done"_s);
-    QTRY_COMPARE(_requests, QStringList { u"hide  0"_s });
-}
-
-void BusInstanceTest::whoAsksForTheEnd_isAnsweredOnceTheNameIsFree()
-{
-    QCOMPARE(_instance->claim({}), Claim::Granted);
-    Process first({ u"tell"_s, u"quit"_s });
-    Process second({ u"tell"_s, u"quit"_s });
-    QTRY_COMPARE(_requests.size(), 2);
-    QCOMPARE(tell({ u"status"_s }), u"Done {}"_s);
-    QCOMPARE(first.state(), QProcess::Running);
-    _instance.reset();
-    QCOMPARE(first.output() + second.output(), u"DoneDone"_s);
-    QCOMPARE(tell({ u"quit"_s }), u"NoneRuns"_s);
-}
-
-void BusInstanceTest::ofManyStarts_oneIsGranted()
-{
-    std::vector<std::unique_ptr<Process>> starts;
-    for (int i = 0; i < 8; ++i) {
-        starts.push_back(std::make_unique<Process>(QStringList { u"claim"_s }));
-    }
-    for (const auto &start : starts) {
-        QTRY_VERIFY_WITH_TIMEOUT(start->canReadLine(), 20'000);
-    }
-    QCOMPARE(_instance->claim({}), Claim::Taken);
-    QStringList told;
-    for (const auto &start : starts) {
-        start->closeWriteChannel();
-        told.append(start->output());
-    }
-    told.sort();
-    QCOMPARE(told, QStringList(u"Granted"_s) + QStringList(7, u"Taken"_s));
-    // The name was given back.
-    QCOMPARE(_instance->claim({}), Claim::Granted);
-}
-
-// Often, because a program that ends at once stumbles over its own threads only now and then.
-void BusInstanceTest::whereNoneRuns_noneIsStarted()
-{
-    FileTree tree;
-    const QString trace = tree.path(u"started"_s);
-    tree.add(u"dbus-1/services/org.ortu.Ortu.service"_s,
-        "[D-BUS Service]\nName=org.ortu.Ortu\nExec=/usr/bin/touch " + QFile::encodeName(trace)
-            + '\n');
-    qputenv("XDG_DATA_HOME", QFile::encodeName(tree.path()));
-    _bus.reset();
-    _bus = std::make_unique<PrivateBus>();
-    qunsetenv("XDG_DATA_HOME");
-    for (int i = 0; i < 20; ++i) {
-        QCOMPARE(tell({ i % 2 == 0 ? u"hide"_s : u"status"_s }), u"NoneRuns"_s);
-    }
-    QVERIFY(!QFile::exists(trace));
-    _bus->end();
-    QCOMPARE(tell({ u"hide"_s }), u"NoneRuns"_s);
-    // A bus that takes connections and says nothing.
-    const SilentServer server;
-    const QString silent = QString::fromLatin1(server.display().replace(":", "/tmp/.X11-unix/X"));
-    QCOMPARE(tell({ u"hide"_s }, { u"DBUS_SESSION_BUS_ADDRESS=unix:abstract="_s + silent }),
-        u"NoneRuns\nortu.platform: the session bus does not answer"_s);
-}
-
-void BusInstanceTest::whoeverElseHasTheName_isNamed_data()
-{
-    QTest::addColumn<Stranger::Habit>("habit");
-    QTest::addColumn<QString>("place");
-    QTest::addColumn<QString>("verb");
-    QTest::addColumn<QString>("answer");
-
-    const QString stranger =
-        u"Failed org.ortu.Ortu on the session bus belongs to another program"_s;
-    using Habit = Stranger::Habit;
-    QTest::newRow("nothing there") << Habit::Answers << u"/elsewhere"_s << u"toggle"_s << stranger;
-    QTest::newRow("nonsense") << Habit::Answers << path << u"status"_s << stranger;
-    QTest::newRow("a refusal") << Habit::Refuses << path << u"open"_s
-                               << u"Failed the running Ortu refuses: not today"_s;
-    QTest::newRow("silence") << Habit::Ignores << path << u"quit"_s
-                             << u"Failed the running Ortu does not answer"_s;
-    QTest::newRow("about to end") << Habit::Ends << path << u"show"_s << u"NoneRuns"_s;
-    QTest::newRow("about to end anyway") << Habit::Ends << path << u"quit"_s << u"Done"_s;
-    QTest::newRow("gone meanwhile") << Habit::Leaves << path << u"show"_s << u"NoneRuns"_s;
-    QTest::newRow("gone, as was asked") << Habit::Leaves << path << u"quit"_s << u"Done"_s;
-}
-
-void BusInstanceTest::whoeverElseHasTheName_isNamed()
-{
-    QFETCH(Stranger::Habit, habit);
-    QFETCH(QString, place);
-    QFETCH(QString, verb);
-    Stranger stranger(habit);
-    QVERIFY(stranger.enter(place));
-    QCOMPARE(_instance->claim({}), Claim::Taken);
-    const bool isPatient = habit != Stranger::Habit::Ignores;
-    QTEST(tell({ verb }, { isPatient ? u"PATIENCE=20000"_s : u"PATIENCE=50"_s }), "answer");
-}
-
-void BusInstanceTest::claim_inVain_saysWhy()
-{
-    FileTree tree;
-    _bus.reset();
-    _bus = std::make_unique<PrivateBus>(tree.add(u"bus.conf"_s,
-        "<busconfig><listen>unix:tmpdir=/tmp</listen><policy context=\"default\">"
-        "<allow send_destination=\"*\"/><allow eavesdrop=\"true\"/><deny own=\"*\"/>"
-        "</policy></busconfig>"));
-    QTest::ignoreMessage(QtWarningMsg,
-        QRegularExpression(u"^other starts cannot find this one: .*org\\.ortu\\.Ortu.*$"_s));
-    QCOMPARE(_instance->claim({}), Claim::Impossible);
-    _bus->end();
-    const auto alone = makeFreedesktopInstance();
-    QTest::ignoreMessage(
-        QtWarningMsg, "there is no session bus, so other starts cannot find this one");
-    QCOMPARE(alone->claim({}), Claim::Impossible);
-}
-
-void BusInstanceTest::busThatGoesAway_takesNobodyAlong()
-{
-    Process running({ u"claim"_s });
-    QTRY_VERIFY(running.canReadLine());
-    QCOMPARE(running.readLine(), QByteArray("Granted\n"));
-    QCOMPARE(_instance->tell({}).outcome, InstanceAnswer::Outcome::Done);
-    _bus->end();
-    running.setReadChannel(QProcess::StandardError);
-    QTRY_VERIFY(running.canReadLine());
-    QCOMPARE(_instance->tell({}).outcome, InstanceAnswer::Outcome::NoneRuns);
-    running.closeWriteChannel();
-    QCOMPARE(running.output(),
-        u"ortu.platform: the session bus is gone, so other starts cannot find this one"_s);
-}
-
-void BusInstanceTest::strangeCalls_data()
-{
-    QTest::addColumn<QString>("method");
-    QTest::addColumn<QVariantList>("arguments");
-    QTest::addColumn<QString>("error");
-    QTest::addColumn<QStringList>("heard");
-
-    const QString unknown = u"org.freedesktop.DBus.Error.UnknownMethod"_s;
-    const QString invalid = u"org.freedesktop.DBus.Error.InvalidArgs"_s;
-    const QVariantMap none;
-    const QVariantList nothing;
-    QTest::newRow("no such method")
-        << u"Deactivate"_s << QVariantList { none } << unknown << QStringList();
-    QTest::newRow("no list") << u"Open"_s << QVariantList { u"file:///a"_s, none } << unknown
-                             << QStringList();
-    QTest::newRow("no such action")
-        << u"ActivateAction"_s << QVariantList { u"Toggle"_s, QVariant(nothing), none } << invalid
-        << QStringList();
-    QTest::newRow("a parameter too many")
-        << u"ActivateAction"_s
-        << QVariantList { u"toggle"_s, QVariant(QVariantList { 1, u"x"_s }), none } << QString()
-        << QStringList { u"toggle  0"_s };
-    QTest::newRow("identifier of another type")
-        << u"Activate"_s
-        << QVariantList { QVariantMap {
-               { u"desktop-startup-id"_s, 7 }, { u"activation-token"_s, u"t"_s } } }
-        << QString() << QStringList { u"activate t 0"_s };
-    QTest::newRow("identifier out of proportion, and other things")
-        << u"Activate"_s
-        << QVariantList { QVariantMap { { u"desktop-startup-id"_s, QString(100'000, u'x') },
-               { u"activation-token"_s, QVariantMap { { u"a"_s, 1 } } }, { QString(), nothing } } }
-        << QString() << QStringList { u"activate  0"_s };
-    QTest::newRow("too many files")
-        << u"Open"_s << QVariantList { QStringList(10'001, u"file:///a"_s), none } << invalid
-        << QStringList();
-    QTest::newRow("things that are no URI")
-        << u"Open"_s
-        << QVariantList { QStringList { u"a.txt"_s, u"/a.txt"_s, QString(), u"http://["_s,
-                              u"file:///a b"_s, u"file:///ok"_s, u"mailto:x@example.org"_s },
-               none }
-        << QString() << QStringList { u"open  0 file:///ok mailto:x@example.org"_s };
-}
-
-void BusInstanceTest::strangeCalls()
-{
-    QFETCH(QString, method);
-    QFETCH(QVariantList, arguments);
-    QFETCH(QStringList, heard);
-    QCOMPARE(_instance->claim({}), Claim::Granted);
-    BusConnection connection;
-    QDBusMessage message = QDBusMessage::createMethodCall(name, path, application, method);
-    message.setArguments(arguments);
-    const QDBusPendingCall call = connection.get().asyncCall(message);
-    QTRY_VERIFY(call.isFinished());
-    QTEST(call.error().name(), "error");
-    QCoreApplication::processEvents();
-    QCOMPARE(_requests, heard);
-}
-
 int main(int argc, char **argv)
 {
     const QByteArray mode(argc > 1 ? argv[1] : "");
     if (mode == "tell") {
-        QStringList arguments;
-        for (int i = 2; i < argc; ++i) {
-            arguments.append(QString::fromLocal8Bit(argv[i]));
-        }
-        return tellAsAProcess(arguments);
+        const QByteArray told = QByteArrayList(argv + 2, argv + argc).join('\n');
+        return tellAsAProcess(QString::fromLocal8Bit(told).split(u'\n'));
     }
     if (mode == "claim") {
         return claimAsAProcess(argc, argv);

@@ -1,14 +1,7 @@
 #include "platform/freedesktop/icons/FreedesktopIcons.h"
 #include "platform/icons/IconThemeFiles.h"
 
-#include <QProcess>
-#include <QRegularExpression>
 #include <QSaveFile>
-#include <QSignalSpy>
-#include <QStandardPaths>
-#include <QTest>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -48,10 +41,7 @@ public:
 };
 
 // What a bundle says its icon is, in these tests: its own path.
-QString itself(const QString &bundlePath)
-{
-    return bundlePath;
-}
+constexpr auto itself = [](const QString &bundlePath) { return bundlePath; };
 
 // The file of the icon, from the session's folder.
 QString fileOf(
@@ -63,7 +53,7 @@ QString fileOf(
 
 } // namespace
 
-class IconProviderTest : public QObject
+class IconProviderTest : public TestCase
 {
     Q_OBJECT
 
@@ -76,7 +66,6 @@ private Q_SLOTS:
         qputenv("GSETTINGS_SCHEMA_DIR", QFile::encodeName(fixed.path(u"schemas"_s)));
         qputenv("GSETTINGS_BACKEND", "keyfile");
     }
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
     void bundle_givesSource()
     {
@@ -104,7 +93,7 @@ private Q_SLOTS:
             "<clipPath id='c'><circle r='4'/></clipPath>"
             "<rect width='9' height='9' fill='blue' clip-path='url(#c)'/></svg>";
         QCOMPARE(colorOf(clipped), QColor(Qt::red));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^cannot read icon .*app.svg: "_s));
+        expectWarning(u"^cannot read icon .*app.svg: "_s);
         QCOMPARE(colorOf("<svg"), QColor(Qt::red));
         // A wrong picture is better than none.
         QVERIFY(QFile::remove(session.tree.path(Session::pictureIn(u"hicolor"_s))));
@@ -153,7 +142,7 @@ private Q_SLOTS:
     {
         const Session session;
         const QString theme = session.tree.path(u"share/icons/One"_s);
-        IconThemeFiles::writeCache(theme, IconThemeFiles::cacheOf(theme));
+        IconThemeFiles::addCache(theme);
         const FreedesktopIcons icons(itself);
         // Lets it begin to watch.
         QCoreApplication::processEvents();
@@ -164,10 +153,6 @@ private Q_SLOTS:
 
     void settingOfGSettings_isNoticed()
     {
-        const QString tool = QStandardPaths::findExecutable(u"glib-compile-schemas"_s);
-        if (tool.isEmpty()) {
-            QSKIP("glib-compile-schemas is not installed");
-        }
         const QString schemas = QFile::decodeName(qgetenv("GSETTINGS_SCHEMA_DIR"));
         const QString keys =
             QFile::decodeName(qgetenv("XDG_CONFIG_HOME")) + u"/glib-2.0/settings"_s;
@@ -176,7 +161,7 @@ private Q_SLOTS:
             "<schemalist><schema id='org.gnome.desktop.interface' "
             "path='/org/gnome/desktop/interface/'><key name='icon-theme' type='s'>"
             "<default>'Two'</default></key></schema></schemalist>");
-        QCOMPARE(QProcess::execute(tool, { schemas }), 0);
+        QCOMPARE(QProcess::execute(u"glib-compile-schemas"_s, { schemas }), 0);
         const Session session("ubuntu:GNOME");
         const FreedesktopIcons icons(itself);
         QSignalSpy changed(&icons, &IconProvider::iconsChanged);
@@ -184,13 +169,6 @@ private Q_SLOTS:
         save(keys + u"/keyfile"_s, "[org/gnome/desktop/interface]\nicon-theme='hicolor'\n");
         QVERIFY(changed.wait());
         QCOMPARE(fileOf(icons, session), Session::pictureIn(u"hicolor"_s));
-    }
-
-private:
-    static void save(const QString &path, const QByteArray &data)
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(data) == data.size());
     }
 };
 

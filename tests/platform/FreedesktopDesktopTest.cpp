@@ -1,20 +1,15 @@
 #include "platform/freedesktop/FreedesktopDesktop.h"
 
+#include "TestCase.h"
 #include "platform/FileTree.h"
 
 #include <QImage>
-#include <QRegularExpression>
-#include <QTest>
 
-using namespace Qt::Literals::StringLiterals;
-
-class FreedesktopDesktopTest : public QObject
+class FreedesktopDesktopTest : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
     void environment_reachesEveryPart()
     {
         FileTree tree;

@@ -1,17 +1,12 @@
 #include "platform/freedesktop/FreedesktopWording.h"
 
-#include <QRegularExpression>
-#include <QTest>
+#include "TestCase.h"
 
-using namespace Qt::Literals::StringLiterals;
-
-class FreedesktopWordingTest : public QObject
+class FreedesktopWordingTest : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
     // A null text stands as it is.
     void words_areThoseOfTheDesktop()
     {

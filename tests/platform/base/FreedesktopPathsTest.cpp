@@ -1,19 +1,17 @@
 #include "platform/freedesktop/base/FreedesktopPaths.h"
 
-#include <QRegularExpression>
-#include <QTest>
+#include "TestCase.h"
 
-using namespace Qt::Literals::StringLiterals;
 using Domain = SearchPaths::Domain;
 
-class FreedesktopPathsTest : public QObject
+class FreedesktopPathsTest : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        QTest::failOnWarning(QRegularExpression(u"."_s));
+        TestCase::init();
         qputenv("HOME", "/home/ann");
         for (const char *name : { "DATA_HOME", "DATA_DIRS", "STATE_HOME", "CONFIG_HOME" }) {
             qunsetenv(QByteArray("XDG_").append(name).constData());

@@ -1,18 +1,14 @@
 #include "platform/freedesktop/entries/FreedesktopDocuments.h"
 
+#include "TestCase.h"
 #include "platform/FileTree.h"
 
 #include <QProcess>
-#include <QRegularExpression>
-#include <QTest>
 
 #include <cstdio>
 #include <fstream>
-#include <memory>
 
-using namespace Qt::Literals::StringLiterals;
-
-class FreedesktopDocumentsTest : public QObject
+class FreedesktopDocumentsTest : public TestCase
 {
     Q_OBJECT
 
@@ -49,8 +45,6 @@ private Q_SLOTS:
     }
     // What Qt has no name for it cannot remove either.
     void cleanupTestCase() { QCOMPARE(std::remove(_latin1Name.constData()), 0); }
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
     void canAccept()
     {
         const QString python = u"it's 100% #ü.py"_s;

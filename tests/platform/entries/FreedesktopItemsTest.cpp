@@ -1,17 +1,13 @@
 #include "platform/freedesktop/entries/FreedesktopItems.h"
 
+#include "TestCase.h"
 #include "platform/FileTree.h"
 #include "platform/freedesktop/entries/DesktopEntryIndex.h"
 
-#include <QRegularExpression>
-#include <QTest>
-#include <QThread>
-
 #include <atomic>
-#include <memory>
+#include <functional>
+#include <thread>
 #include <vector>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -37,12 +33,14 @@ public:
     QString flags(const QString &path) const
     {
         const ItemFlags flags = items.flagsOf(path);
-        QString words = flags.isInvisible ? u"invisible "_s : QString();
-        words += flags.isAlias ? u"alias "_s : QString();
-        words += flags.isApplication ? u"application "_s : QString();
-        words += flags.isClassicApp ? u"classic "_s : QString();
-        words += flags.isContainer ? u"container "_s : QString();
-        words += flags.isPackage ? u"package "_s : QString();
+        QString words;
+        for (const auto &[isSet, word] : { std::pair(flags.isInvisible, "invisible "),
+                 std::pair(flags.isAlias, "alias "), std::pair(flags.isApplication, "application "),
+                 std::pair(flags.isClassicApp, "classic "),
+                 std::pair(flags.isContainer, "container "),
+                 std::pair(flags.isPackage, "package ") }) {
+            words += QLatin1String(isSet ? word : "");
+        }
         return words.trimmed();
     }
     QString flagsOfNew(const QString &relative, const QByteArray &content = runnable)
@@ -57,7 +55,7 @@ public:
 
 } // namespace
 
-class FreedesktopItemsTest : public QObject
+class FreedesktopItemsTest : public TestCase
 {
     Q_OBJECT
 
@@ -70,8 +68,6 @@ private Q_SLOTS:
         programs.add(u"not-executable"_s, script);
         qputenv("PATH", QFile::encodeName(programs.path()));
     }
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
     void entries()
     {
         const std::pair<QByteArray, QString> rows[] { { "[Desktop Entry]\nType=Link\nURL=x\n", {} },
@@ -260,21 +256,18 @@ private Q_SLOTS:
     void kindsOfApplications()
     {
         Desk desk;
-        FileTree &tree = desk.tree;
-        const auto kindOf = [&desk](const QString &path) {
-            return desk.items.genericNameOf(path).value_or(u"(none)"_s);
+        const std::pair<QByteArray, QString> rows[] {
+            { runnable + "GenericName=Text\\nEditor\nGenericName[fr]=x\n", u"Text Editor"_s },
+            { runnable + "GenericName[de]=Texteditor\nGenericName=x\n", u"Texteditor"_s },
+            { runnable, u""_s },
+            // What is no application is known by its path.
+            { "[Desktop Entry]\nType=Link\nGenericName=x\n", u"(none)"_s }
         };
-        QCOMPARE(kindOf(tree.add(
-                     u"a.desktop"_s, runnable + "GenericName=Text\\nEditor\nGenericName[fr]=x\n")),
-            u"Text Editor"_s);
-        QCOMPARE(kindOf(tree.add(u"b.desktop"_s,
-                     runnable + "GenericName[de]=Texteditor\nGenericName=Text Editor\n")),
-            u"Texteditor"_s);
-        QCOMPARE(kindOf(tree.add(u"c.desktop"_s, runnable)), QString());
-        // What is no application is known by its path.
-        QCOMPARE(kindOf(tree.add(u"d.desktop"_s, "[Desktop Entry]\nType=Link\nGenericName=x\n")),
-            u"(none)"_s);
-        QCOMPARE(kindOf(u"/nowhere/My.AppImage"_s), u"(none)"_s);
+        for (const auto &[content, kind] : rows) {
+            const QString entry = desk.tree.add(u"%1.desktop"_s.arg(kind), content);
+            QCOMPARE(desk.items.genericNameOf(entry).value_or(u"(none)"_s), kind);
+        }
+        QVERIFY(!desk.items.genericNameOf(u"/nowhere/My.AppImage"_s));
     }
 
     void iconNames()
@@ -321,9 +314,9 @@ private Q_SLOTS:
             paths.append(desk.tree.add(u"system/applications/%1.desktop"_s.arg(i), runnable));
         }
         std::atomic<int> applications = 0;
-        std::vector<std::unique_ptr<QThread>> threads;
+        std::vector<std::thread> threads;
         for (int i = 0; i < 8; ++i) {
-            threads.emplace_back(QThread::create([&desk, &paths, &applications, i] {
+            threads.emplace_back([&, i] {
                 for (const QString &path : paths) {
                     if (i == 0) {
                         desk.items.willScan();
@@ -331,12 +324,9 @@ private Q_SLOTS:
                     const bool isApplication = desk.items.flagsOf(path).isApplication;
                     applications += isApplication && desk.items.displayName(path) == u"A" ? 1 : 0;
                 }
-            }));
-            threads.back()->start();
+            });
         }
-        for (const std::unique_ptr<QThread> &thread : threads) {
-            QVERIFY(thread->wait(30'000));
-        }
+        std::for_each(threads.begin(), threads.end(), std::mem_fn(&std::thread::join));
         QCOMPARE(applications.load(), 800);
     }
 };

@@ -1,19 +1,13 @@
 #include "platform/freedesktop/icons/IconThemeName.h"
 
+#include "TestCase.h"
 #include "platform/FileTree.h"
 
-#include <QRegularExpression>
-#include <QTest>
-
-using namespace Qt::Literals::StringLiterals;
-
-class IconThemeNameTest : public QObject
+class IconThemeNameTest : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
-
     // Desktops, files as "path=text", and the theme that is in force.
     void settings_nameTheTheme()
     {

@@ -2,20 +2,17 @@
 
 #include "platform/freedesktop/windows/WindowMatcher.h"
 
+#include "TestCase.h"
 #include "platform/FileTree.h"
 #include "platform/freedesktop/entries/DesktopEntryIndex.h"
 #include "platform/freedesktop/entries/LaunchedEntries.h"
 
 #include <QProcess>
-#include <QTest>
 
 #include <csignal>
-#include <memory>
 #include <unistd.h>
 
-using namespace Qt::Literals::StringLiterals;
-
-class WindowMatcherTest : public QObject
+class WindowMatcherTest : public TestCase
 {
     Q_OBJECT
 
@@ -53,80 +50,66 @@ private Q_SLOTS:
         _matcher->refresh();
     }
 
-    void window_belongsToTheSurestApplication_data()
-    {
-        QTest::addColumn<QString>("windowAndProcess");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char *name, const QString &windowAndProcess,
-                             const QString &expected) {
-            QTest::newRow(name) << windowAndProcess << expected;
-        };
-        row("declared class", u"class=xterm/XTerm"_s, u"xterm"_s);
-        row("declared class in another case", u"class=x/xTERM"_s, u"xterm"_s);
-        row("declared class as instance", u"class=crx_mail/Chrome"_s, u"browser-mail"_s);
-        row("nothing is known", {}, {});
-        row("runs in a terminal", u"class=xterm/XTerm launched=top"_s, u"top"_s);
-        row("runs in a terminal, from elsewhere", u"class=xterm/XTerm launched=OUTSIDE"_s,
-            u"OUTSIDE"_s);
-        row("changed its class since the start", u"class=w/OfficeWriter launched=office-start"_s,
-            u"office-writer"_s);
-        row("web application of a browser that ran already",
-            u"class=crx_mail/Browser launched=browser"_s, u"browser-mail"_s);
-        row("several declare it, one was started", u"class=b/Browser launched=browser-private"_s,
-            u"browser-private"_s);
-        row("several declare it, none was started", u"class=b/Browser exe=browser"_s, u"browser"_s);
-        row("ID", u"class=edit/org.example.Edit"_s, u"org.example.Edit"_s);
-        row("end of an ID", u"class=edit/Edit"_s, u"org.example.Edit"_s);
-        row("end of an ID, another entry of that program was started",
-            u"class=edit/Edit launched=org.example.edit-settings"_s,
-            u"org.example.edit-settings"_s);
-        row("end of an ID, another program", u"class=edit/Edit exe=/opt/none/other"_s, {});
-        row("end of an ID, program called like it", u"class=edit/Edit exe=/opt/none/edit-bin"_s,
-            u"org.example.Edit"_s);
-        row("terminal that names itself", u"kde=xterm.desktop launched=top"_s, u"top"_s);
-        row("started, and its maker gone", u"class=odd/Odd id=ours-1 orphan=viewer"_s, u"viewer"_s);
-        row("inherited identifier", u"class=odd/Odd id=ours-1"_s, {});
-        row("identifier of another start", u"class=odd/Odd id=ours-1 orphan=browser"_s, {});
-        row("end of two IDs", u"class=twin/Twin"_s, {});
-        row("end of two IDs, one was started", u"class=twin/Twin launched=org.other.Twin"_s,
-            u"org.other.Twin"_s);
-        row("the toolkit knows better", u"class=edit/Edit gtk=browser"_s, u"browser"_s);
-        row("the other toolkit, with ending", u"kde=xterm.desktop"_s, u"xterm"_s);
-        row("the toolkit names nothing that is there", u"class=edit/Edit gtk=org.none"_s,
-            u"org.example.Edit"_s);
-        row("executable", u"class=odd/Odd exe=edit"_s, u"org.example.Edit"_s);
-        row("executable of two entries", u"class=odd/Odd exe=twin"_s, {});
-        row("script", u"class=odd/Odd script=script.py"_s, u"viewer"_s);
-        row("executable of that name elsewhere", u"exe=/opt/none/edit"_s, {});
-        row("emulated program", u"class=game.exe/game.exe exe=/usr/lib/wine/wine64"_s, {});
-        row("Java program", u"class=sun-awt-X11-XFramePeer/sun-awt-X11-XFramePeer"_s, {});
-        row("only deleted entries", u"class=deleted/deleted"_s, {});
-        row("bundle", u"class=odd/Odd bundle=Tool.AppDir"_s, u"Tool.AppDir"_s);
-        row("unit", u"class=odd/Odd unit=viewer"_s, u"viewer"_s);
-        row("class before unit", u"class=edit/Edit unit=viewer"_s, u"org.example.Edit"_s);
-        row("started, badly named", u"class=odd/Odd launched=office-start"_s, u"office-start"_s);
-        row("sandbox", u"class=odd/Odd flatpak=org.suite.Suite"_s, u"org.suite.Suite"_s);
-        row("one of a sandbox", u"class=suite-calc/Calc flatpak=org.suite.Suite"_s,
-            u"org.suite.Suite.calc"_s);
-        row("a sandbox cannot pass for others",
-            u"class=xterm/XTerm gtk=browser flatpak=org.suite.Suite"_s, u"org.suite.Suite"_s);
-        row("sandbox without entry", u"class=xterm/XTerm flatpak=org.unknown"_s, {});
-        row("the other kind of sandbox", u"class=xterm/XTerm snap=snapped"_s, u"snapped_snapped"_s);
-    }
-
     void window_belongsToTheSurestApplication()
     {
-        QFETCH(QString, windowAndProcess);
-        QFETCH(QString, expected);
-        WindowTraits window;
-        ProcessTraits process;
-        for (const QString &fact : windowAndProcess.split(u' ', Qt::SkipEmptyParts)) {
-            take(window, process, fact.section(u'=', 0, 0), fact.section(u'=', 1));
+        // What is known of the window and its process, and the entry it belongs to.
+        const std::pair<const char *, const char *> rows[] {
+            { "class=xterm/XTerm", "xterm" },
+            { "class=x/xTERM", "xterm" },
+            { "class=crx_mail/Chrome", "browser-mail" },
+            { "", "" },
+            { "class=xterm/XTerm launched=top", "top" }, // runs in a terminal
+            { "class=xterm/XTerm launched=OUTSIDE", "OUTSIDE" },
+            { "class=w/OfficeWriter launched=office-start",
+                "office-writer" }, // changed its class since the start
+            { "class=crx_mail/Browser launched=browser",
+                "browser-mail" }, // web application of a browser that ran already
+            { "class=b/Browser launched=browser-private",
+                "browser-private" }, // several declare it, one was started
+            { "class=b/Browser exe=browser", "browser" }, // several declare it, none was started
+            { "class=edit/org.example.Edit", "org.example.Edit" },
+            { "class=edit/Edit", "org.example.Edit" }, // end of an ID
+            { "class=edit/Edit launched=org.example.edit-settings", "org.example.edit-settings" },
+            { "class=edit/Edit exe=/opt/none/other", "" },
+            { "class=edit/Edit exe=/opt/none/edit-bin",
+                "org.example.Edit" }, // end of an ID, program called like it
+            { "kde=xterm.desktop launched=top", "top" }, // terminal that names itself
+            { "class=odd/Odd id=ours-1 orphan=viewer", "viewer" }, // started, and its maker gone
+            { "class=odd/Odd id=ours-1", "" }, // inherited identifier
+            { "class=odd/Odd id=ours-1 orphan=browser", "" }, // identifier of another start
+            { "class=twin/Twin", "" }, // end of two IDs
+            { "class=twin/Twin launched=org.other.Twin", "org.other.Twin" },
+            { "class=edit/Edit gtk=browser", "browser" },
+            { "kde=xterm.desktop", "xterm" },
+            { "class=edit/Edit gtk=org.none", "org.example.Edit" },
+            { "class=odd/Odd exe=edit", "org.example.Edit" },
+            { "class=odd/Odd exe=twin", "" }, // executable of two entries
+            { "class=odd/Odd script=script.py", "viewer" },
+            { "exe=/opt/none/edit", "" }, // executable of that name elsewhere
+            { "class=game.exe/game.exe exe=/usr/lib/wine/wine64", "" },
+            { "class=sun-awt-X11-XFramePeer/sun-awt-X11-XFramePeer", "" },
+            { "class=deleted/deleted", "" }, // only deleted entries
+            { "class=odd/Odd bundle=Tool.AppDir", "Tool.AppDir" },
+            { "class=odd/Odd unit=viewer", "viewer" },
+            { "class=edit/Edit unit=viewer", "org.example.Edit" }, // class before unit
+            { "class=odd/Odd launched=office-start", "office-start" },
+            { "class=odd/Odd flatpak=org.suite.Suite", "org.suite.Suite" },
+            { "class=suite-calc/Calc flatpak=org.suite.Suite", "org.suite.Suite.calc" },
+            { "class=xterm/XTerm gtk=browser flatpak=org.suite.Suite",
+                "org.suite.Suite" }, // a sandbox cannot pass for others
+            { "class=xterm/XTerm flatpak=org.unknown", "" },
+            { "class=xterm/XTerm snap=snapped", "snapped_snapped" },
+        };
+        for (const auto &[facts, expected] : rows) {
+            WindowTraits window;
+            ProcessTraits process;
+            for (const QString &fact : QString::fromLatin1(facts).split(u' ')) {
+                take(window, process, fact.section(u'=', 0, 0), fact.section(u'=', 1));
+            }
+            const QString path = _matcher->bundleOf(window, process);
+            QString name = path == _outside ? u"OUTSIDE"_s : path.section(u'/', -1);
+            QVERIFY2(name.remove(u".desktop"_s) == QLatin1String(expected), facts);
         }
-        QString path = _matcher->bundleOf(window, process);
-        path = path == _outside ? u"OUTSIDE"_s : path;
-        path = path.section(u'/', -1);
-        QCOMPARE(path.endsWith(".desktop"_L1) ? path.chopped(8) : path, expected);
     }
 
     void entriesThatCome_areFoundAfterARefresh()
@@ -189,12 +172,11 @@ private Q_SLOTS:
             }
             const auto told = [&] {
                 const ProcessTraits traits = ProcessTraits::of(processId);
-                QString text = traits.launchedEntry.section(u'/', -1) + u' ';
-                text += traits.executable.section(u'/', -1);
-                text += traits.script.isEmpty() ? QString()
-                                                : "script "_L1 + traits.script.section(u'/', -1);
-                text += traits.bundle.isEmpty() ? QString()
-                                                : " in "_L1 + traits.bundle.section(u'/', -1);
+                const auto last = [](const char *before, const QString &path) {
+                    return path.isEmpty() ? path : QLatin1String(before) + path.section(u'/', -1);
+                };
+                const QString text = last("", traits.launchedEntry) + last(" ", traits.executable)
+                    + last(" script ", traits.script) + last(" in ", traits.bundle);
                 return text;
             };
             QTRY_COMPARE(told(), expected);
@@ -227,12 +209,14 @@ private:
             window.className = value.section(u'/', 1);
             return;
         }
-        const QHash<QString, QString *> plain { { u"gtk"_s, &window.gtkApplicationId },
-            { u"kde"_s, &window.kdeDesktopFile }, { u"exe"_s, &process.executable },
-            { u"script"_s, &process.script }, { u"bundle"_s, &process.bundle },
-            { u"unit"_s, &process.unitEntryId }, { u"flatpak"_s, &process.flatpakId },
-            { u"snap"_s, &process.snapName }, { u"launched"_s, &process.launchedEntry },
-            { u"id"_s, &window.startupId }, { u"orphan"_s, &process.orphanedEntry } };
+        QString none;
+        const QHash<QString, QString *> plain { { QString(), &none },
+            { u"gtk"_s, &window.gtkApplicationId }, { u"kde"_s, &window.kdeDesktopFile },
+            { u"exe"_s, &process.executable }, { u"script"_s, &process.script },
+            { u"bundle"_s, &process.bundle }, { u"unit"_s, &process.unitEntryId },
+            { u"flatpak"_s, &process.flatpakId }, { u"snap"_s, &process.snapName },
+            { u"launched"_s, &process.launchedEntry }, { u"id"_s, &window.startupId },
+            { u"orphan"_s, &process.orphanedEntry } };
         *plain[key] = key == "launched"_L1 || key == "orphan"_L1 ? entryPath(value)
             : key == "bundle"_L1                                 ? _tree.path(value)
             : key == "exe"_L1 || key == "script"_L1              ? _programs.value(value, value)

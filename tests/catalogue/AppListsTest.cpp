@@ -4,7 +4,7 @@
 #include "catalogue/AppSorting.h"
 #include "catalogue/BestMatch.h"
 #include "catalogue/BunchText.h"
-#include "catalogue/FakeDesktop.h"
+#include "FakeDesktop.h"
 #include "catalogue/Favourites.h"
 #include "catalogue/InitialLetters.h"
 

@@ -1,7 +1,7 @@
 #include "catalogue/CatalogueFiles.h"
 
 #include "TestCase.h"
-#include "catalogue/FakeDesktop.h"
+#include "FakeDesktop.h"
 #include "support/FileLock.h"
 #include "support/NotificationCenter.h"
 

@@ -2,7 +2,7 @@
 // Called with a folder this is one of these programs.
 
 #include "TestCase.h"
-#include "catalogue/FakeDesktop.h"
+#include "FakeDesktop.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "support/NotificationCenter.h"
@@ -21,7 +21,7 @@ namespace {
 using Contents = QMap<QString, QByteArray>;
 
 // A program at work.
-class Program final : public Desktop, public SearchPaths
+class Program final : public FakeDesktop
 {
 public:
     explicit Program(const QString &folder)
@@ -43,8 +43,6 @@ public:
     {
         return domain == Domain::User ? _folder : QString();
     }
-    const SearchPaths &searchPaths() const override { return *this; }
-    Items &items() override { return _items; }
 
     // One change of each file. How often the user was told of a failure.
     int changeOnce()
@@ -89,7 +87,6 @@ private:
     }
 
     QString _folder;
-    FakeItems _items;
     UserDefaults _defaults;
     std::unique_ptr<OTAppManager> _manager;
     int _messageCount = 0;
@@ -107,8 +104,8 @@ private Q_SLOTS:
         makeOldFiles();
     }
 
-    // Whichever of the calls fails, or is the last one: every file is the old or the new one, the
-    // user is told once of what was not kept, and the next start finds its way.
+    // When any of these calls fails or is the last one, every file is the old or the new one, the user
+    // is told once of what was not kept, and the next start finds its way.
     void failingCall_leavesWholeFiles()
     {
         const Contents old = files();

@@ -2,7 +2,7 @@
 
 #include "TestCase.h"
 #include "catalogue/BunchText.h"
-#include "catalogue/FakeDesktop.h"
+#include "FakeDesktop.h"
 #include "catalogue/ScanFolders.h"
 #include "support/NotificationCenter.h"
 #include "support/PropertyList.h"

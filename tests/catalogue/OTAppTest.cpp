@@ -1,7 +1,7 @@
 #include "catalogue/OTApp.h"
 
 #include "TestCase.h"
-#include "catalogue/FakeDesktop.h"
+#include "FakeDesktop.h"
 #include "support/NotificationCenter.h"
 
 #include <QMimeData>
@@ -45,7 +45,7 @@ private Q_SLOTS:
         const AppRef decoded = OTApp::decoded(good, *_desktop);
         QVERIFY(decoded && *decoded == *app);
         QVERIFY(decoded->launchWithPasteboard(nullptr));
-        QCOMPARE(_desktop->fakeLauncher.launches, QStringList(u"/Ä/b.app"_s));
+        QCOMPARE(_desktop->requests.take(), QStringList(u"/Ä/b.app"_s));
         for (const QByteArray &bytes : { QByteArray(), good.chopped(1), good + 'x', good.mid(4),
                  QByteArray(good).replace('t', 'x'), QByteArray(64, char(0xFE)) }) {
             QCOMPARE(OTApp::decoded(bytes, *_desktop), AppRef());
@@ -93,7 +93,7 @@ private Q_SLOTS:
             { LaunchStatus::CannotExecute, u"panel told"_s },
             { LaunchStatus::FileNotFound, u"panel missing told"_s } };
         for (const auto &[status, expected] : rows) {
-            _desktop->fakeLauncher.answer = status;
+            _desktop->launchStatus = status;
             bool isLaunched = false;
             const auto launch = [&, status = status] {
                 if (status != LaunchStatus::Launched) {
@@ -127,7 +127,7 @@ private Q_SLOTS:
             pasteboard.setText(u"/not/a/document"_s);
             pasteboard.setUrls(QUrl::fromStringList(urls.split(u' ', Qt::SkipEmptyParts)));
             QVERIFY(made(u"/x.app"_s)->launchWithPasteboard(&pasteboard));
-            QCOMPARE(_desktop->fakeLauncher.launches.takeFirst(), u"/x.app <- "_s + launched);
+            QCOMPARE(_desktop->requests.take().value(0), u"/x.app <- "_s + launched);
         }
     }
 

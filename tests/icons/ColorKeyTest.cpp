@@ -39,12 +39,10 @@ IconParameters asked(const QString &text)
         const qsizetype at = words.indexOf(name);
         return at < 0 ? usual : words[at + 1].toFloat();
     };
-    IconParameters parameters;
-    parameters.grayThreshold = value(u"threshold"_s, 0.25F);
-    parameters.minSaturation = value(u"saturation"_s, 0.125F);
-    parameters.wrapHue = value(u"cut"_s, 0);
-    parameters.graysBySecondaryColor = value(u"secondary"_s, 0) != 0;
-    return parameters;
+    return { .grayThreshold = value(u"threshold"_s, 0.25F),
+        .graysBySecondaryColor = value(u"secondary"_s, 0) != 0,
+        .wrapHue = value(u"cut"_s, 0),
+        .minSaturation = value(u"saturation"_s, 0.125F) };
 }
 
 } // namespace
@@ -115,22 +113,6 @@ private Q_SLOTS:
             const double key = pickAndSortColors(icon, parameters).colorSortValue;
             QVERIFY(key == 0 || (key > 0.999 && key < 1));
         }
-    }
-
-    // "primary secondary grey", and the order.
-    void otherColors_followInReverse()
-    {
-        const HclColors icon = colors(u"0 0 0 0, 0 0 0 1, 0 0 0 2, 0 0 0 3"_s);
-        for (const QString &row :
-            { u"0 0 2:0 0 3 1 2"_s, u"3 3 0:3 3 2 1 0"_s, u"1 1 3:1 1 2 0 3"_s,
-                u"1 1 -1:1 1 3 2 0"_s, u"2 2 2:2 2 3 1 0"_s, u"1 3 1:1 3 2 0 1"_s,
-                u"2 0 3:2 0 2 1 3"_s, u"-1 0 0:"_s, u"4 0 0:"_s, u"0 -1 0:"_s, u"0 4 0:"_s }) {
-            const QStringList part = row.split(u':'), index = part[0].split(u' ');
-            QCOMPARE(counts(colorArrayForPrimaryIndex(
-                         icon, index[0].toInt(), index[1].toInt(), index[2].toInt())),
-                part[1]);
-        }
-        QVERIFY(colorArrayForPrimaryIndex({}, 0, 0, 0).isEmpty());
     }
 };
 

@@ -7,6 +7,8 @@
 #include <QSemaphore>
 #include <QThread>
 
+#include <atomic>
+
 namespace {
 
 // Icons that are decoded when the test opens the gate, one for each release. A path that begins
@@ -22,12 +24,6 @@ public:
         const QMutexLocker lock(&_mutex);
         return _started;
     }
-    int mostAtOnce() const
-    {
-        const QMutexLocker lock(&_mutex);
-        return _mostAtOnce;
-    }
-
     IconSource resolve(const QString &bundlePath, int) const override
     {
         const QMutexLocker lock(&_mutex);
@@ -36,27 +32,22 @@ public:
     }
     QImage decode(const IconSource &, int size) const override
     {
-        count(1);
+        if (++_atOnce > mostAtOnce) {
+            mostAtOnce = int(_atOnce);
+        }
         gate.acquire();
-        count(-1);
+        --_atOnce;
         decoded.release();
         QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::red);
         return image;
     }
+    mutable std::atomic<int> mostAtOnce = 0;
 
 private:
-    void count(int change) const
-    {
-        const QMutexLocker lock(&_mutex);
-        _atOnce += change;
-        _mostAtOnce = qMax(_mostAtOnce, _atOnce);
-    }
-
     mutable QMutex _mutex;
     mutable QStringList _started;
-    mutable int _atOnce = 0;
-    mutable int _mostAtOnce = 0;
+    mutable std::atomic<int> _atOnce = 0;
 };
 
 constexpr int many = 40;
@@ -86,7 +77,7 @@ private Q_SLOTS:
             const qsizetype handedOver = _received.size() - 1;
             furthestAhead = qMax(furthestAhead, _icons->started().size() - handedOver);
         });
-        QTRY_COMPARE(_icons->mostAtOnce(), IconLoader::Width);
+        QTRY_COMPARE(int(_icons->mostAtOnce), IconLoader::Width);
         QStringList first = _icons->started();
         first.sort();
         QCOMPARE(first.join(u' '), u"0 1 2 3 4 5 6 7"_s);
@@ -102,7 +93,7 @@ private Q_SLOTS:
         QCOMPARE(_received.size(), many);
         QVERIFY(isOnMainThread);
         QCOMPARE(furthestAhead, qsizetype(IconLoader::Width));
-        QCOMPARE(_icons->mostAtOnce(), IconLoader::Width);
+        QCOMPARE(int(_icons->mostAtOnce), IconLoader::Width);
         // A thread may be late, but none is early by more than there are of them.
         const QStringList started = _icons->started();
         for (int i = 0; i < many; ++i) {
@@ -127,16 +118,6 @@ private Q_SLOTS:
         QCOMPARE(_received.count(QImage()), 2 * IconLoader::Width);
     }
 
-    void sizesAreKeptWithinBounds()
-    {
-        IconParameters parameters;
-        for (const auto &[wanted, size] : std::initializer_list<std::pair<qint64, int>> {
-                 { 64, 64 }, { 256, 128 }, { qint64(1) << 40, 128 }, { 0, 1 }, { -5, 1 } }) {
-            parameters.maximumIconSize = wanted;
-            QCOMPARE(IconLoadOperation(QString(), parameters, {}).parameters.iconSize(), size);
-        }
-    }
-
     // While so many are decoded (-1 when decoding hangs), and by destruction.
     void cancelAll_callsNoReceiver()
     {
@@ -145,7 +126,7 @@ private Q_SLOTS:
                 std::pair(0, true), std::pair(int(IconLoader::Width), true) }) {
             init();
             addMany();
-            QTRY_COMPARE(_icons->mostAtOnce(), IconLoader::Width);
+            QTRY_COMPARE(int(_icons->mostAtOnce), IconLoader::Width);
             const bool isHanging = decoded < 0;
             _icons->gate.release(isHanging ? 0 : many);
             _icons->decoded.acquire(qMax(decoded, 0));

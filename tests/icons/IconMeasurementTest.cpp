@@ -11,12 +11,10 @@ namespace {
 
 IconParameters asked(float wrapHue = 0, bool graysBySecondaryColor = false)
 {
-    IconParameters parameters;
-    parameters.grayThreshold = 0.05F;
-    parameters.graysBySecondaryColor = graysBySecondaryColor;
-    parameters.wrapHue = wrapHue;
-    parameters.minSaturation = 0.14F;
-    return parameters;
+    return { .grayThreshold = 0.05F,
+        .graysBySecondaryColor = graysBySecondaryColor,
+        .wrapHue = wrapHue,
+        .minSaturation = 0.14F };
 }
 
 QImage image(const QString &text, QImage::Format format = QImage::Format_ARGB32)
@@ -28,21 +26,6 @@ QImage image(const QString &text, QImage::Format format = QImage::Format_ARGB32)
         result.setPixel(i % picture.width, i / picture.width, qRgba(red, green, blue, alpha));
     }
     return result.convertToFormat(format);
-}
-
-SortedColor red(quint64 count)
-{
-    return { 1, 0, 0, count };
-}
-
-SortedColor green(quint64 count)
-{
-    return { 0, 1, 0, count };
-}
-
-SortedColor blue(quint64 count)
-{
-    return { 0, 0, 1, count };
 }
 
 } // namespace
@@ -118,35 +101,34 @@ private Q_SLOTS:
     void spectrumIcon_isARingAndAPie()
     {
         // Half green on top, then blue to its left, and black.
-        const QImage icon = spectrumIcon({ red(7), green(10), blue(5), { 0, 0, 0, 5 } }, 100);
+        const QImage icon =
+            spectrumIcon({ { 1, 0, 0, 7 }, { 0, 1, 0, 10 }, { 0, 0, 1, 5 }, { 0, 0, 0, 5 } }, 100);
         QCOMPARE(icon.size(), QSize(100, 100));
-        const auto is = [&icon](std::initializer_list<QPoint> places, QRgb color) {
-            return std::all_of(places.begin(), places.end(),
-                [&](const QPoint &place) { return icon.pixel(place) == color; });
-        };
-        QVERIFY(is({ { 50, 5 }, { 5, 50 }, { 94, 50 }, { 50, 94 } }, qRgb(255, 0, 0)));
-        QVERIFY(is({ { 50, 15 }, { 15, 45 }, { 84, 45 } }, qRgb(0, 255, 0)));
-        QVERIFY(is({ { 45, 84 }, { 15, 55 } }, qRgb(0, 0, 255)));
-        QVERIFY(is({ { 54, 84 }, { 84, 55 } }, qRgb(0, 0, 0)));
-        QVERIFY(is({ { 2, 97 } }, qRgba(0, 0, 0, 0)));
-    }
-
-    void spectrumIcon_hasNoHairlines()
-    {
-        // The lower half is blue, in two slices with a slanting edge.
-        const QImage icon = spectrumIcon({ red(9), green(5), blue(2), blue(3) }, 90);
+        for (const auto &[place, color] :
+            { std::pair(QPoint(50, 5), Qt::red), std::pair(QPoint(5, 50), Qt::red),
+                std::pair(QPoint(94, 50), Qt::red), std::pair(QPoint(50, 15), Qt::green),
+                std::pair(QPoint(15, 45), Qt::green), std::pair(QPoint(84, 45), Qt::green),
+                std::pair(QPoint(45, 84), Qt::blue), std::pair(QPoint(15, 55), Qt::blue),
+                std::pair(QPoint(54, 84), Qt::black), std::pair(QPoint(84, 55), Qt::black),
+                std::pair(QPoint(2, 97), Qt::transparent) }) {
+            QCOMPARE(icon.pixelColor(place), QColor(color));
+        }
+        // No line shows between two slices of one colour with a slanting edge.
         QImage plain(30, 28, icon.format());
         plain.fill(Qt::blue);
-        QCOMPARE(icon.copy(30, 47, 30, 28), plain);
+        QCOMPARE(
+            spectrumIcon({ { 1, 0, 0, 9 }, { 0, 1, 0, 5 }, { 0, 0, 1, 2 }, { 0, 0, 1, 3 } }, 90)
+                .copy(30, 47, 30, 28),
+            plain);
     }
 
     void spectrumIcon_ofLittle()
     {
+        const SortedColor red { 1, 0, 0, 1 }, none { 1, 0, 0, 0 };
         QVERIFY(spectrumIcon({}, 100).isNull());
-        QVERIFY(spectrumIcon({ red(1) }, 0).isNull());
-        QCOMPARE(spectrumIcon({ red(1), red(1) }, 1).size(), QSize(1, 1));
-        QCOMPARE(spectrumIcon({ red(1), red(1) }, 100).pixel(50, 50), qRgb(255, 0, 0));
-        for (const SortedColors &ringAlone : { SortedColors { red(1) }, { red(0), green(0) } }) {
+        QVERIFY(spectrumIcon({ red }, 0).isNull());
+        QCOMPARE(spectrumIcon({ red, red }, 1).size(), QSize(1, 1));
+        for (const SortedColors &ringAlone : { SortedColors { red }, { none, none } }) {
             QCOMPARE(spectrumIcon(ringAlone, 100).pixel(50, 50), qRgba(0, 0, 0, 0));
             QCOMPARE(spectrumIcon(ringAlone, 100).pixel(50, 5), qRgb(255, 0, 0));
         }

@@ -13,17 +13,45 @@
 #include <QMutex>
 #include <QMutexLocker>
 
+// What was asked for, in order; may be written to from any thread.
+class RequestList final
+{
+public:
+    QStringList lines() const
+    {
+        const QMutexLocker lock(&_mutex);
+        return _lines;
+    }
+    void append(const QString &line)
+    {
+        const QMutexLocker lock(&_mutex);
+        _lines.append(line);
+    }
+    QStringList take()
+    {
+        const QMutexLocker lock(&_mutex);
+        return std::exchange(_lines, {});
+    }
+
+private:
+    mutable QMutex _mutex;
+    QStringList _lines;
+};
+
 // "x.app" is an application, a folder or not; "classic" and "hidden" in its name say the rest.
+// Where all files are applications, the name says nothing.
 class FakeItems final : public Items
 {
 public:
     QHash<QString, QString> displayNames;
+    bool areFilesApplications = false;
 
     ItemFlags flagsOf(const QString &path) const override
     {
         const QString name = path.mid(path.lastIndexOf(u'/') + 1);
         ItemFlags flags = Items::flagsOf(path);
-        flags.isApplication = name.endsWith(u".app") && !flags.isAlias;
+        flags.isApplication =
+            areFilesApplications ? !flags.isContainer : name.endsWith(u".app") && !flags.isAlias;
         flags.isPackage = name.endsWith(u".pkg");
         flags.isClassicApp = name.contains(u"classic");
         flags.isInvisible = name.contains(u"hidden");
@@ -40,17 +68,11 @@ class FakeIcons final : public IconProvider
 {
 public:
     QHash<QString, QColor> colors;
-
     // In the order in which threads came to ask.
-    QStringList asked() const
-    {
-        const QMutexLocker lock(&_mutex);
-        return _asked;
-    }
+    QStringList asked() const { return _asked.lines(); }
 
     IconSource resolve(const QString &bundlePath, int) const override
     {
-        const QMutexLocker lock(&_mutex);
         _asked.append(bundlePath);
         return { bundlePath };
     }
@@ -62,25 +84,7 @@ public:
     }
 
 private:
-    mutable QMutex _mutex;
-    mutable QStringList _asked;
-};
-
-class FakeLauncher final : public Launcher
-{
-public:
-    LaunchStatus answer = LaunchStatus::Launched;
-    // Each as "path" or "path <- document document".
-    QStringList launches;
-
-    LaunchStatus open(
-        const QString &bundlePath, const std::optional<QList<QUrl>> &documents) override
-    {
-        const QList<QUrl> urls = documents.value_or(QList<QUrl>());
-        launches.append(
-            bundlePath + (documents ? u" <- "_s + QUrl::toStringList(urls).join(u' ') : QString()));
-        return answer;
-    }
+    mutable RequestList _asked;
 };
 
 class FakeRunning final : public RunningApplications
@@ -105,7 +109,7 @@ public:
     }
 };
 
-class FakeDesktop final : public Desktop, public SearchPaths
+class FakeDesktop : public Desktop, public SearchPaths, public Launcher, public ApplicationControl
 {
 public:
     ~FakeDesktop() override { IconLoader::sharedIconLoader().cancelAll(); }
@@ -113,20 +117,43 @@ public:
     FileTree tree;
     FakeItems fakeItems;
     FakeIcons fakeIcons;
-    FakeLauncher fakeLauncher;
     FakeRunning running;
+    // What was launched, as "path" or "path <- document document", and what was done to what runs,
+    // as "verb path".
+    RequestList requests;
+    LaunchStatus launchStatus = LaunchStatus::Launched;
+    bool areWindowsShown = true;
     // Below the tree; empty for a desktop without one.
     QString userFolder = u"user"_s;
+    QStringList folders;
+
+    const SearchPaths &searchPaths() const override { return *this; }
+    Items &items() override { return fakeItems; }
+    IconProvider &icons() override { return fakeIcons; }
+    Launcher &launcher() override { return *this; }
+    RunningApplications &runningApplications() override { return running; }
+    ApplicationControl &applicationControl() override { return *this; }
 
     QString applicationSupportFolder(Domain domain) const override
     {
         const QString name = domain == Domain::User ? userFolder : u"local"_s;
         return name.isEmpty() ? QString() : tree.path(name);
     }
+    QStringList applicationFolders() const override { return folders; }
 
-    const SearchPaths &searchPaths() const override { return *this; }
-    Items &items() override { return fakeItems; }
-    IconProvider &icons() override { return fakeIcons; }
-    Launcher &launcher() override { return fakeLauncher; }
-    RunningApplications &runningApplications() override { return running; }
+    LaunchStatus open(const QString &path, const std::optional<QList<QUrl>> &documents) override
+    {
+        const QStringList urls = QUrl::toStringList(documents.value_or(QList<QUrl>()));
+        requests.append(documents ? path + u" <- "_s + urls.join(u' ') : path);
+        return launchStatus;
+    }
+    bool reveal(const QString &path) override
+    {
+        requests.append(u"reveal "_s + path);
+        return true;
+    }
+    bool isVisible(const QString &) const override { return areWindowsShown; }
+    void show(const QString &path) override { requests.append(u"show "_s + path); }
+    void hide(const QString &path) override { requests.append(u"hide "_s + path); }
+    void quit(const QString &path) override { requests.append(u"quit "_s + path); }
 };

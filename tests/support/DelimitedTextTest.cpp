@@ -10,18 +10,16 @@ class DelimitedTextTest : public TestCase
 private Q_SLOTS:
     void textsBecomeRecords()
     {
-        for (const auto &[text, expected] : { std::pair(u""_s, u""_s),
-                 std::pair(u"# a\tb\n\n#1\t2"_s, u""_s), std::pair(u"a\tb"_s, u"keys: a|b"_s),
-                 std::pair(u"a\n1\n2\n"_s, u"keys: a; a=1; a=2"_s),
-                 std::pair(u"a\tb\n1\t2\n3\t4\n"_s, u"keys: a|b; a=1 b=2; a=3 b=4"_s),
-                 std::pair(u"a\tb\r1\t2\r3\t4"_s, u"keys: a|b; a=1 b=2; a=3 b=4"_s),
-                 std::pair(u"\r\na\tb\r\n1\t2\r\n3\t4\r\n"_s, u"keys: a|b; a=1 b=2; a=3 b=4"_s),
-                 std::pair(
-                     u"#x\n\na\tb\n\n1\t2\n# 9\t9\n3\t#4"_s, u"keys: a|b; a=1 b=2; a=3 b=#4"_s),
-                 std::pair(u"a\tb\n\t2\n1\t\n3"_s, u"keys: a|b; b=2; a=1; a=3"_s),
-                 std::pair(u"a\tb\n1\t2\t3\n\t\t3"_s, u"keys: a|b; a=1 b=2"_s),
-                 std::pair(u"a\n \n"_s, u"keys: a; a= "_s),
-                 std::pair(u"a\tb\n\0\t2\n"_s, u"keys: a|b; a=\0 b=2"_s) }) {
+        const QString both = u"keys: a|b; a=1 b=2; a=3 b=4"_s;
+        const std::pair<QString, QString> rows[] { { {}, {} }, { u"# a\tb\n\n#1\t2"_s, {} },
+            { u"a\tb"_s, u"keys: a|b"_s }, { u"a\n1\n2\n"_s, u"keys: a; a=1; a=2"_s },
+            { u"a\tb\n1\t2\n3\t4\n"_s, both }, { u"a\tb\r1\t2\r3\t4"_s, both },
+            { u"\r\na\tb\r\n1\t2\r\n3\t4\r\n"_s, both },
+            { u"#x\n\na\tb\n\n1\t2\n# 9\t9\n3\t#4"_s, u"keys: a|b; a=1 b=2; a=3 b=#4"_s },
+            { u"a\tb\n\t2\n1\t\n3"_s, u"keys: a|b; b=2; a=1; a=3"_s },
+            { u"a\tb\n1\t2\t3\n\t\t3"_s, u"keys: a|b; a=1 b=2"_s },
+            { u"a\n \n"_s, u"keys: a; a= "_s }, { u"a\tb\n\0\t2\n"_s, u"keys: a|b; a=\0 b=2"_s } };
+        for (const auto &[text, expected] : rows) {
             QCOMPARE(written(DelimitedText::records(text)), expected);
         }
         QCOMPARE(
@@ -43,38 +41,32 @@ private Q_SLOTS:
         QCOMPARE(DelimitedText::decoded({}), QString());
     }
 
-    void hugeTexts_areReadWithinReason()
+    void columnsAreLimited()
     {
-        constexpr qsizetype size = 10'000'000;
-        const QString endless(size, u'x');
-        QCOMPARE(DelimitedText::records(endless).constFirst()[u"keys"_s].toStringList(),
-            QStringList(endless));
-        const QList<QVariantMap> records =
-            DelimitedText::records(QString(size, u'\t') + u'\n' + QString(size, u'\t') + u"\n1"_s);
+        const QString wide(1'000'000, u'\t');
+        const QList<QVariantMap> records = DelimitedText::records(wide + u'\n' + wide + u"\n1"_s);
         QCOMPARE(records.size(), 2);
         QCOMPARE(records[0][u"keys"_s].toStringList().size(), DelimitedText::maximumColumns);
         QCOMPARE(records[1][QString()].toString(), u"1"_s);
     }
 
 private:
-    static QString written(const QList<QVariantMap> &records);
-};
-
-// "a|b" for the header, then "a=1 b=2" a record, with semicolons between.
-QString DelimitedTextTest::written(const QList<QVariantMap> &records)
-{
-    QStringList parts;
-    for (const QVariantMap &record : records) {
-        QStringList fields;
-        for (auto it = record.begin(); it != record.end(); ++it) {
-            fields.append(it->typeId() == QMetaType::QStringList
-                    ? it.key() + u": "_s + it->toStringList().join(u'|')
-                    : it.key() + u'=' + it->toString());
+    // "a|b" for the header, then "a=1 b=2" a record, with semicolons between.
+    static QString written(const QList<QVariantMap> &records)
+    {
+        QStringList parts;
+        for (const QVariantMap &record : records) {
+            QStringList fields;
+            for (auto it = record.begin(); it != record.end(); ++it) {
+                fields.append(it->typeId() == QMetaType::QStringList
+                        ? it.key() + u": "_s + it->toStringList().join(u'|')
+                        : it.key() + u'=' + it->toString());
+            }
+            parts.append(fields.join(u' '));
         }
-        parts.append(fields.join(u' '));
+        return parts.join(u"; "_s);
     }
-    return parts.join(u"; "_s);
-}
+};
 
 QTEST_APPLESS_MAIN(DelimitedTextTest)
 #include "DelimitedTextTest.moc"

@@ -16,43 +16,30 @@ class InfoDictionaryTest : public TestCase
 {
     Q_OBJECT
 private Q_SLOTS:
-    void compiledValues_holdWithoutAFile()
+    void file_overridesCompiledValuesKeyByKey()
     {
-        const InfoDictionary info(_folder.filePath(u"Absent.plist"_s));
-        QCOMPARE(info.bundleIdentifier(), u"org.ortu.Ortu"_s);
-        QCOMPARE(info.stringForKey(versionKey), QStringLiteral(ORTU_VERSION));
-        QVERIFY(info.boolForKey(dockless));
-        QVERIFY(!info.objectForKey(homeKey).isValid());
-        // Each type answers for itself alone.
-        QCOMPARE(info.stringForKey(dockless), QString());
-        QVERIFY(!info.boolForKey(versionKey));
-    }
-
-    void file_overridesKeyByKey()
-    {
-        QVERIFY(PropertyList::writeFile(
-            _path, QVariantMap { { dockless, 0 }, { homeKey, u"https://example.org"_s } }));
-        const InfoDictionary info(_path);
-        QVERIFY(!info.boolForKey(dockless));
+        const InfoDictionary compiled(_folder.filePath(u"Absent.plist"_s));
+        QCOMPARE(compiled.bundleIdentifier(), u"org.ortu.Ortu"_s);
+        QCOMPARE(compiled.stringForKey(versionKey), QStringLiteral(ORTU_VERSION));
+        QVERIFY(compiled.boolForKey(dockless) && !compiled.objectForKey(homeKey).isValid());
+        const auto written = [this](const QVariantMap &values) {
+            PropertyList::writeFile(_path, values);
+            return InfoDictionary(_path);
+        };
+        const InfoDictionary info = written({ { dockless, 0 }, { homeKey, u"https://a.org"_s } });
         QCOMPARE(info.objectForKey(dockless), QVariant(false));
-        QCOMPARE(info.stringForKey(homeKey), u"https://example.org"_s);
+        QCOMPARE(info.stringForKey(homeKey), u"https://a.org"_s);
         QCOMPARE(info.bundleIdentifier(), u"org.ortu.Ortu"_s);
-    }
 
-    void wrongTypes_areNamedAndLeftOut()
-    {
-        QVERIFY(PropertyList::writeFile(_path,
-            QVariantMap { { identifierKey, 7 }, { dockless, u"perhaps"_s },
-                { homeKey, QVariantList { 1 } }, { versionKey, u"9"_s } }));
         expectWarning(
             u"plist: CFBundleIdentifier: integer \"7\" cannot stand for string and is not used$"_s);
         expectWarning(u"plist: LSUIElement: string \"perhaps\" cannot stand for boolean"_s);
         expectWarning(u"plist: OTHomeURL: array cannot stand for string"_s);
-        const InfoDictionary info(_path);
-        QCOMPARE(info.bundleIdentifier(), u"org.ortu.Ortu"_s);
-        QVERIFY(info.boolForKey(dockless));
-        QVERIFY(!info.objectForKey(homeKey).isValid());
-        QCOMPARE(info.stringForKey(versionKey), u"9"_s);
+        const InfoDictionary wrong = written({ { identifierKey, 7 }, { dockless, u"perhaps"_s },
+            { homeKey, QVariantList { 1 } }, { versionKey, u"9"_s } });
+        QCOMPARE(wrong.bundleIdentifier(), u"org.ortu.Ortu"_s);
+        QVERIFY(wrong.boolForKey(dockless) && !wrong.objectForKey(homeKey).isValid());
+        QCOMPARE(wrong.stringForKey(versionKey), u"9"_s);
     }
 
     void damagedFile_isNamedAndLeftWhereItIs()

@@ -340,16 +340,27 @@ private Q_SLOTS:
                     + useOfA.repeated(17'000)),
                 embedded(png(1, 1, packedTexts())), gzipped("<svg>" + QByteArray(20'000'000, ' ')),
                 svg(QByteArray(9'000'000, ' ')), svg({}, "viewBox='" + parts + "'"),
-                svg("<g style='" + parts + "'/>"), usesOfUses(50'000, 1),
+                svg("<g style='" + parts + "'/>"),
+                svg("<g id='a'><s:use xmlns:s='http://www.w3.org/2000/svg' x:href='#a' "
+                    "xmlns:x='http://www.w3.org/1999/xlink'/></g>"),
+                usesOfUses(10, 10), usesOfUses(50'000, 1),
                 svg("<path id='a' d='" + QByteArray("M0 0L9 9").repeated(10'000) + "'/>"
                     + useOfA.repeated(10'000)),
                 svg(QByteArray("<g>").repeated(100'000) + QByteArray("</g>").repeated(100'000)),
+                svg("<linearGradient id='a' xlink:href='#b'/><linearGradient id='b' "
+                    "xlink:href='#a'/><rect width='64' height='64' fill='url(#a)'/>"),
+                svg("<mask id='a'><rect width='9' height='9' style='mask:url( \"#a\" )'/></mask>"),
                 svg(square, "width='1e9' height='1' viewBox='0 0 64 64'"),
                 svg("<rect width='1e9' height='1e9'/>", {}),
                 svg(square, "width='NaN' height='nan'"), svg({}, {}), image(elsewhere),
                 image("data/../../../../../.." + elsewhere, "href"),
                 "<?xml-stylesheet type='text/css' href='" + elsewhere + "'?>" + svg(square),
                 embedded(usesOfUses(10, 10)), embedded(manyPixels),
+                svg("<path d='M0 0h60000' style='stroke:red;stroke-d&#97;sharray:0.001'/>"),
+                svg("<style>.a{stroke:red;stroke-dasharray:.001}</style>"
+                    "<path class='a' d='M0 0h60000'/>"),
+                svg("<font horiz-adv-x='9'><font-face font-family='f' units-per-em='0'/>"
+                    "<glyph unicode='a' d='M0 0h9'/></font><text font-family='f'>a</text>"),
                 svg("<style>" + QByteArray("g.a{fill:red}").repeated(20'000) + "</style>"
                     + QByteArray("<g class='b'/>").repeated(20'000)) }) {
             const int lines = linesAndIconWithinLimits(_tree.add(u"hostile"_s, bytes));

@@ -153,30 +153,6 @@ QSizeF GridLayout::viewSizeForCellSize(const QSizeF &cell, qint64 withRows, qint
     return { width, height };
 }
 
-QSizeF GridLayout::cellSizeForViewSize(const QSizeF &view, qint64 withRows, qint64 columns) const
-{
-    if (withRows <= 0 || columns <= 0 || !hasExtent(view) || _groupOrientation == 0) {
-        return { 0, 0 };
-    }
-    const auto spacing = double(_cellSpacing);
-    const auto bands = double(_bunchCount);
-    const auto rows = double(withRows);
-    const auto cols = double(columns);
-    // A gap is as wide as this share of a cell.
-    const double gapShare = double(bunchSpacingForCellWidth(100)) / 100;
-    const double bandGaps = (bands - 1) * gapShare;
-    double width = view.width() - BothMargins;
-    double height = view.height() - BothMargins;
-    if (isStacked()) {
-        width -= (cols - 1) * spacing;
-        height -= (rows - bands) * spacing;
-        return { std::floor(width / cols), std::floor(height / (rows + bandGaps)) };
-    }
-    width -= (cols - bands) * spacing;
-    height -= (rows - 1) * spacing;
-    return { std::floor(width / (cols + bandGaps)), std::floor(height / rows) };
-}
-
 // Which lines each band takes. A band never takes a line that the grid does not have.
 void GridLayout::buildBands()
 {

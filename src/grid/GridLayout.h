@@ -71,9 +71,6 @@ public:
 
     QSizeF viewSize() const;
     QSizeF viewSizeForCellSize(const QSizeF &cell, qint64 withRows, qint64 columns) const;
-    // The largest whole cells with which a view of a size holds so many rows and columns; empty
-    // where that is not defined, also for an orientation of 0.
-    QSizeF cellSizeForViewSize(const QSizeF &view, qint64 withRows, qint64 columns) const;
 
     // What lies at a point of the grid; empty outside viewSize(). A point may lie in a band and in
     // a margin at once, since bands run through the margins.

@@ -1,6 +1,6 @@
 // A desktop: everything the program asks of the system it runs on, one small interface an ability.
 //
-// This base class is the desktop that offers nothing, and it is complete: nobody needs to ask
+// This base class is the desktop that offers nothing, and it is complete: no caller asks
 // whether an ability is there. An adapter overrides what its system has. The interfaces live as
 // long as the desktop, and the desktop outlives whatever it was handed to.
 

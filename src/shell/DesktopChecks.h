@@ -9,7 +9,7 @@ namespace DesktopChecks {
 
 // False when com.apple.spaces.plist in the folder tells of several spaces and does not bind the
 // program, by its identifier or the lower-case form of it, to all of them. A file that is absent or
-// cannot be read is no reason to alarm anybody.
+// cannot be read is no reason for an alarm.
 bool isOrtuHappyWithMissionControl(
     const QString &libraryPreferencesFolder, const QString &bundleIdentifier);
 

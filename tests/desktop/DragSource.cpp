@@ -1,5 +1,5 @@
 // Another program from which a file can be dragged: a window with the title "Drag Source" in the
-// middle of the screen. Whether somebody took the file is one line of standard output: "taken" or
+// middle of the screen. Whether the file was taken is one line of standard output: "taken" or
 // "refused".
 
 #include <QApplication>

@@ -76,9 +76,9 @@ private Q_SLOTS:
         QVERIFY(!item(0)->actionInterface()->actionNames().contains(press));
         QVERIFY(item(1)->actionInterface()->actionNames().contains(press));
         perform(0, press);
-        QVERIFY(_desktop->launched().isEmpty());
+        QVERIFY(launched().isEmpty());
 
-        _desktop->run({ app(u"b"_s)->path() });
+        run(u"b"_s);
         QCOMPARE(item(1)->text(QAccessible::Description), u"2 of 2, running"_s);
         _manager->excludeApp(app(u"b"_s));
         showGroup(AllGroup);
@@ -94,7 +94,7 @@ private Q_SLOTS:
         _defaults->setObject(u"iconSpacing"_s, 4);
         QVERIFY(item(1)->state().selected);
         perform(1, QAccessibleActionInterface::pressAction());
-        QTRY_COMPARE(_desktop->launched(), QStringList(u"b"_s));
+        QTRY_COMPARE(launched(), QStringList(u"b"_s));
 
         // What menus do that the offscreen display cannot.
         QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
@@ -117,7 +117,7 @@ private Q_SLOTS:
         b->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         _manager->excludeApp(app(u"b"_s));
         QCoreApplication::processEvents();
-        QVERIFY(_desktop->launched().isEmpty());
+        QVERIFY(launched().isEmpty());
         QVERIFY(!b->isValid() && b->state().invalid && b->rect().isEmpty());
         QVERIFY(b->text(QAccessible::Name).isEmpty());
         QCOMPARE(list()->indexOfChild(b), -1);

@@ -238,22 +238,6 @@ private Q_SLOTS:
         QCOMPARE(layout.viewSize(), QSizeF(72, 72));
     }
 
-    void sizesOfACellAndOfTheViewAreInverse()
-    {
-        for (const int orientation : { 1, 2 }) {
-            const GridLayout layout =
-                LayoutSamples::searched(spaced(orientation), { false, false, { 5, 1, 0 } });
-            const quint64 rows = layout.rowCount(), columns = layout.columnCount();
-            const QSizeF view = layout.viewSizeForCellSize({ 50, 50 }, rows, columns);
-            QCOMPARE(layout.cellSizeForViewSize(view, rows, columns), QSizeF(50, 50));
-            QCOMPARE(layout.cellSizeForViewSize({ 300, -1 }, rows, columns), QSizeF(0, 0));
-            QCOMPARE(layout.viewSizeForCellSize({ 10, 10 }, -1, 3), QSizeF(0, 0));
-        }
-        const GridLayout flat = LayoutSamples::searched(spaced(0), { true, false, { 15 } });
-        QCOMPARE(flat.viewSizeForCellSize({ 10, 10 }, 3, 5), QSizeF(90, 62));
-        QCOMPARE(flat.cellSizeForViewSize({ 300, 300 }, 3, 5), QSizeF(0, 0));
-    }
-
     void randomLayouts_areConsistent()
     {
         QRandomGenerator generator(20);

@@ -2,88 +2,18 @@
 
 #pragma once
 
+#include "FakeDesktop.h"
 #include "TestCase.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "catalogue/ScanFolders.h"
 #include "grid/GridHost.h"
 #include "grid/OTIconView.h"
-#include "platform/Desktop.h"
 #include "support/Geometry.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
-#include <QMutex>
-#include <QMutexLocker>
 #include <QPaintEvent>
-
-// A desktop of one folder in which every file is an application. It remembers what it was asked to
-// do, as "verb name", a launch as the name alone.
-class FolderDesktop : public Desktop,
-                      SearchPaths,
-                      Items,
-                      Launcher,
-                      RunningApplications,
-                      ApplicationControl
-{
-public:
-    explicit FolderDesktop(const QString &folder)
-        : _folder(folder)
-    { }
-
-    const SearchPaths &searchPaths() const override { return *this; }
-    Items &items() override { return *this; }
-    Launcher &launcher() override { return *this; }
-    RunningApplications &runningApplications() override { return *this; }
-    ApplicationControl &applicationControl() override { return *this; }
-
-    QStringList launched() const
-    {
-        const QMutexLocker lock(&_mutex);
-        return _asked;
-    }
-    void run(const QStringList &paths)
-    {
-        _running = paths;
-        Q_EMIT RunningApplications::launched();
-    }
-    bool isShown = true;
-
-private:
-    QString applicationSupportFolder(Domain) const override { return _folder + u"/data"_s; }
-    QStringList applicationFolders() const override { return { _folder + u"/apps"_s }; }
-    ItemFlags flagsOf(const QString &path) const override
-    {
-        ItemFlags flags = Items::flagsOf(path);
-        flags.isApplication = !flags.isContainer;
-        return flags;
-    }
-    LaunchStatus open(const QString &path, const std::optional<QList<QUrl>> &) override
-    {
-        note({}, path);
-        return LaunchStatus::Launched;
-    }
-    bool reveal(const QString &path) override
-    {
-        note(u"reveal "_s, path);
-        return true;
-    }
-    QStringList launchedApplications() const override { return _running; }
-    bool isVisible(const QString &) const override { return isShown; }
-    void show(const QString &path) override { note(u"show "_s, path); }
-    void hide(const QString &path) override { note(u"hide "_s, path); }
-    void quit(const QString &path) override { note(u"quit "_s, path); }
-    void note(const QString &verb, const QString &path)
-    {
-        const QMutexLocker lock(&_mutex);
-        _asked.append(verb + Items::nameOf(path));
-    }
-
-    QString _folder;
-    QStringList _running;
-    mutable QMutex _mutex;
-    QStringList _asked;
-};
 
 class FixedHost : public GridHost
 {
@@ -119,11 +49,11 @@ protected:
     {
         // A display that is not there remarks on windows that come up.
         QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )."_s));
-        _home = std::make_unique<QTemporaryDir>();
-        QDir(_home->path()).mkdir(u"apps"_s);
         _defaults = std::make_unique<UserDefaults>();
         UserDefaults::setStandard(_defaults.get());
-        _desktop = std::make_unique<FolderDesktop>(_home->path());
+        _desktop = std::make_unique<FakeDesktop>();
+        _desktop->fakeItems.areFilesApplications = true;
+        _desktop->folders = { _desktop->tree.addFolder(u"apps"_s) };
         OTAppManager::registerDefaults();
         OTIconView::registerDefaults();
         ScanFolders::registerDefaults(*_defaults, _desktop->searchPaths());
@@ -138,8 +68,7 @@ protected:
     void fill(const QStringList &names)
     {
         for (const QString &name : names) {
-            QFile file(_home->filePath(u"apps/"_s + name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
+            _desktop->tree.add(u"apps/"_s + name, {});
         }
         // The desktop has no icons, and a plain look at the lists wants none.
         _manager = std::make_unique<OTAppManager>(*_desktop, OTAppManager::Use::Inspection);
@@ -157,16 +86,21 @@ protected:
     }
     AppRef app(const QString &name) const
     {
-        return _manager->appForPath(_home->filePath(u"apps/"_s + name));
+        return _manager->appForPath(_desktop->tree.path(u"apps/"_s + name));
+    }
+    void run(const QString &name) { _desktop->running.launch({ app(name)->path() }); }
+    // What the desktop was asked to do: "verb name", a launch as the name alone.
+    QStringList launched() const
+    {
+        return _desktop->requests.lines().replaceInStrings(_desktop->folders[0] + u'/', QString());
     }
     QPoint middleOf(const QString &name) const
     {
         return Geometry::flipped(_view->rectOfApp(app(name)), _view->height()).center().toPoint();
     }
 
-    std::unique_ptr<QTemporaryDir> _home;
     std::unique_ptr<UserDefaults> _defaults;
-    std::unique_ptr<FolderDesktop> _desktop;
+    std::unique_ptr<FakeDesktop> _desktop;
     std::unique_ptr<OTAppManager> _manager;
     FixedHost _host;
     std::unique_ptr<OTIconView> _view;

@@ -56,7 +56,7 @@ private Q_SLOTS:
         QVERIFY(shown.pixelColor(82, 14) == Qt::blue && shown.pixelColor(145, 77) == Qt::blue);
         // Behind what runs there is something, and nothing in a cell that is empty.
         const QColor behind = shown.pixelColor(13, 40);
-        _desktop->run({ app(u"a"_s)->path() });
+        run(u"a"_s);
         _view->forceRowColCountForRows(3, 0);
         _view->resize(_view->viewSize().toSize());
         const QImage forced = _view->grab().toImage();
@@ -67,14 +67,14 @@ private Q_SLOTS:
     void aFavouriteThatMovedIsFoundInsteadOfLaunched()
     {
         fill({ u"a"_s });
-        const AppRef lost = _manager->appForPath(_home->filePath(u"elsewhere/a"_s));
+        const AppRef lost = _manager->appForPath(_desktop->tree.path(u"elsewhere/a"_s));
         _manager->moveApp(lost, UserGroup, 0, 0);
         showGroup(UserGroup);
         const QRectF rect = Geometry::flipped(_view->rectOfApp(lost), _view->height());
         QTest::mouseClick(_view.get(), Qt::LeftButton, {}, rect.center().toPoint());
         QCOMPARE(_manager->userApps1D(), AppList { app(u"a"_s) });
         click(u"a"_s, {});
-        QTRY_COMPARE(_desktop->launched(), QStringList { u"a"_s });
+        QTRY_COMPARE(launched(), QStringList { u"a"_s });
     }
 
     void aChangedOrientation_leadsToALayoutAndAReadingOrder()
@@ -108,7 +108,7 @@ private Q_SLOTS:
         type(u"eb"_s);
         press(Qt::Key_Enter);
         QCOMPARE(_view->filterSubstring(), QString());
-        QTRY_COMPARE(_desktop->launched(), QStringList(u"Notebook"_s));
+        QTRY_COMPARE(launched(), QStringList(u"Notebook"_s));
         QCOMPARE(_host.hideCount, 1);
         type(QString(100, u'n'));
         QCOMPARE(_view->filterSubstring().size(), 100);
@@ -187,7 +187,7 @@ private Q_SLOTS:
         }
         QCOMPARE(way, u"b bc xB xB xB b b bc b "_s);
         press(Qt::Key_Return);
-        QTRY_COMPARE(_desktop->launched(), QStringList(u"b"_s));
+        QTRY_COMPARE(launched(), QStringList(u"b"_s));
     }
 
     // The pointer rests while Alt shows another list: what lies elsewhere then is not selected.
@@ -214,8 +214,7 @@ private Q_SLOTS:
     {
         fill({ u"b"_s, u"c"_s, u"d"_s });
         const auto addAndScan = [this](const QString &name) {
-            QFile file(_home->filePath("apps/"_L1 + name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
+            _desktop->tree.add(u"apps/"_s + name, {});
             _manager->fullScan();
             QVERIFY(QTest::qWaitFor([&] { return !_manager->isBusyScanning(); }));
         };
@@ -225,7 +224,7 @@ private Q_SLOTS:
         QCOMPARE(_view->occupiedCells().size(), 4);
         QCOMPARE(selected(), u"c"_s);
         press(Qt::Key_Return);
-        QTRY_COMPARE(_desktop->launched(), QStringList(u"c"_s));
+        QTRY_COMPARE(launched(), QStringList(u"c"_s));
         _manager->excludeApp(app(u"c"_s));
         QVERIFY(_view->selectedCoords().isEmpty());
         // What is pressed goes, and the next one takes its place.
@@ -286,7 +285,7 @@ private Q_SLOTS:
         QCOMPARE(drag(u"a"_s, { 68, 0 }), std::pair(2, 2));
         QCOMPARE(selected(), u"b"_s);
         QCOMPARE(drag(u"a"_s, { -40, 0 }), std::pair(3, 2));
-        _desktop->run({ app(u"b"_s)->path() });
+        run(u"b"_s);
         _manager->runningApps().constFirst()->refreshNameAndPath();
         showGroup(RunningGroup);
         QCOMPARE(drag(u"b"_s, { 0, 2.5 }), std::pair(3, 3));
@@ -328,12 +327,12 @@ private Q_SLOTS:
         click(u"a"_s, Qt::ShiftModifier);
         QCOMPARE(names(_manager->excludedApps1D()), QString());
         click(u"b"_s, Qt::ControlModifier);
-        QTRY_COMPARE(_desktop->launched(), QStringList(u"reveal b"_s));
+        QTRY_COMPARE(launched(), QStringList(u"reveal b"_s));
         _manager->moveApp(app(u"a"_s), UserGroup, 0, 0);
         showGroup(UserGroup);
         click(u"a"_s, Qt::ShiftModifier);
         QCOMPARE(_manager->userApps1D().size(), 0);
-        _desktop->run({ app(u"b"_s)->path() });
+        run(u"b"_s);
         showGroup(RunningGroup);
         click(u"b"_s, Qt::ShiftModifier);
         QCOMPARE(_manager->runningApps().size(), 1);
@@ -363,9 +362,9 @@ private Q_SLOTS:
                 _manager->moveApp(app(u"a"_s), UserGroup, 0, 0);
             }
             if (state.contains(u"running"_s)) {
-                _desktop->run({ app(u"a"_s)->path() });
+                run(u"a"_s);
             }
-            _desktop->isShown = !state.contains(u"hidden"_s);
+            _desktop->areWindowsShown = !state.contains(u"hidden"_s);
             showGroup(group);
             hover(u"a"_s);
             const std::unique_ptr<QMenu> menu = _view->menu().contextualMenu();
@@ -405,12 +404,11 @@ private Q_SLOTS:
         showGroup(UserGroup);
         chosen(u"b"_s, u"Remove Favorite"_s, [] {});
         QCOMPARE(names(_manager->userApps1D()), u"a"_s);
-        _desktop->run({ app(u"a"_s)->path() });
+        run(u"a"_s);
         chosen(u"a"_s, u"Hide"_s, [] {});
         chosen(u"a"_s, u"Quit"_s, [] {});
         chosen(u"a"_s, u"Show in Finder"_s, [] {});
-        QTRY_COMPARE(
-            _desktop->launched(), QStringList({ u"hide a"_s, u"quit a"_s, u"reveal a"_s }));
+        QTRY_COMPARE(launched(), QStringList({ u"hide a"_s, u"quit a"_s, u"reveal a"_s }));
     }
 
     void modifiers_changeWhatIsShown()

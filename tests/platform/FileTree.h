@@ -55,7 +55,7 @@ public:
         return path(relative);
     }
 
-    // Whoever opens it to read waits for ever.
+    // A program that opens it to read waits for ever.
     QString addPipe(const QString &relative)
     {
         addFolder(QFileInfo(relative).path());

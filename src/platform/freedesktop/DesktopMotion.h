@@ -7,7 +7,7 @@
 //   3. The GSettings key "enable-animations" of the running desktop, which is GNOME's but for
 //      Cinnamon and MATE. Only a user's or an administrator's choice counts, or a distribution that
 //      says no: that programs move by default says nothing about this desktop.
-//   4. "gtk-enable-animations" of the toolkit's settings files.
+//   4. "gtk-enable-animations" of GTK's settings files.
 //
 // Nothing is looked at before it is first asked for. Files are read again when they have changed.
 // GSettings is asked through its back end and without a GSettings object, which would listen for

@@ -1,8 +1,8 @@
 // What happens while the pointer, or something dragged, is in the hot spot: after the delay of the
 // preference cursorHotSpotDelay, in seconds, the action is performed, unless it has left by then.
 //
-// Shown, as the preference highlightHotSpots wants it, it is a red mark over the spot that nobody
-// can touch; otherwise its window is never made. Follows both preferences, and registers neither.
+// Shown, as the preference highlightHotSpots wants it, it is a red mark over the spot that takes no
+// clicks; otherwise its window is never made. Follows both preferences, and registers neither.
 
 #pragma once
 

@@ -30,7 +30,7 @@ public:
 
     QByteArray display() const { return ':' + _number; }
 
-    // Whether somebody has connected since the last time.
+    // Whether a client has connected since the last time.
     bool wasReached() const
     {
         const int connection = ::accept(_socket, nullptr, nullptr);

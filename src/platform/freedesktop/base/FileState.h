@@ -1,4 +1,4 @@
-// Reading small files that anybody may have put there, and knowing when they have changed.
+// Reading small files that any program may have put there, and knowing when they have changed.
 
 #pragma once
 
@@ -22,5 +22,5 @@ struct FileState
 };
 
 // The content of a regular file. Empty, with the reason, when there is none or when it is larger
-// than `maximumSize` bytes. Never waits for anybody, as opening a named pipe would.
+// than `maximumSize` bytes. Never blocks, as opening a named pipe would.
 std::optional<QByteArray> readSmallFile(const QString &path, qint64 maximumSize, QString *problem);

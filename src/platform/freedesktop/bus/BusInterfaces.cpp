@@ -7,7 +7,7 @@
 
 namespace {
 
-// More than anybody means to open at once.
+// More than a user means to open at once.
 constexpr qsizetype mostFiles = 10'000;
 
 } // namespace

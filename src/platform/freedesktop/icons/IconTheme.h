@@ -59,6 +59,6 @@ struct IconTheme
     static std::vector<IconTheme> chain(const QString &name, const QStringList &baseFolders);
 
     // A name comes from settings and descriptions; one that would leave the base folder is
-    // nobody's.
+    // no theme's.
     static bool isInstalled(const QString &name, const QStringList &baseFolders);
 };

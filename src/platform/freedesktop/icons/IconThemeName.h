@@ -1,6 +1,6 @@
 // Which icon theme the user has chosen, wherever the running desktop keeps that.
 //
-// The desktop's own setting comes first, then the toolkit's settings files, then well-known themes.
+// The desktop's own setting comes first, then GTK's settings files, then well-known themes.
 // A theme that is not installed is passed over.
 
 #pragma once

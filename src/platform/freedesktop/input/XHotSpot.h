@@ -61,7 +61,7 @@ private:
     xcb_window_t _dragSource = XCB_WINDOW_NONE;
     // Something may have covered the spot.
     bool _isCheckDue = false;
-    // Runs after a check, and keeps the next one waiting: longer each time somebody else insists
+    // Runs after a check, and keeps the next one waiting: longer each time another window insists
     // on being above.
     QTimer _pause;
     std::chrono::milliseconds _nextPause;

@@ -26,8 +26,8 @@ public:
         QString entryPath;
     };
 
-    // For what is at a path, which the identifier leads back to; an empty one for what nobody will
-    // ask after.
+    // For what is at a path, which the identifier leads back to; empty where that is not asked
+    // for.
     explicit LaunchContext(const QString &path = {});
     ~LaunchContext();
     Q_DISABLE_COPY_MOVE(LaunchContext)

@@ -48,7 +48,7 @@ GVariant *request(const LaunchScope::Program &program, qint64 pid)
     g_variant_builder_init(&properties, G_VARIANT_TYPE("a(sv)"));
     g_variant_builder_add(&properties, "(sv)", "PIDs",
         g_variant_new_fixed_array(G_VARIANT_TYPE_UINT32, &number, 1, sizeof(number)));
-    // A unit whose processes have failed is not kept for anybody to look at.
+    // A unit whose processes have failed is not kept to be looked at.
     g_variant_builder_add(
         &properties, "(sv)", "CollectMode", g_variant_new_string("inactive-or-failed"));
     g_variant_builder_add(&properties, "(sv)", "Description", text(program.name));

@@ -20,7 +20,7 @@
 #include <algorithm>
 #include <utility>
 
-// The largest icon anybody asks for is a few hundred pixels.
+// The largest icon asked for is a few hundred pixels.
 constexpr int largestIcon = 4096;
 // Of the pixels of a picture while it is decoded: 8 million usual ones.
 constexpr qint64 mostDecodedBytes = 32 * 1024 * 1024;

@@ -1,6 +1,6 @@
 // Decides whether an SVG picture is safe to hand to the renderer, before that sees it.
 //
-// Pictures come from anybody, and the renderer follows whatever they say: files to read, references
+// Pictures come from anywhere, and the renderer follows whatever they say: files to read, references
 // that lead back to themselves or multiply, nesting without end. Most icons use none of that and
 // pass after one look at their bytes; the others are parsed first. Knows nothing of the process
 // around it: any thread.

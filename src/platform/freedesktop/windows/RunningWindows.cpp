@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// In units of four bytes; more windows than anybody opens.
+// In units of four bytes; more windows than a user opens.
 constexpr quint32 longestList = 1 << 16;
 // What a program may take to answer that it has been shown.
 constexpr auto longestShowing = 1s;

@@ -6,7 +6,7 @@
 // 1. The sandbox, which the system enforces: nothing inside it can pass for something outside.
 // 2. The entry that the process was started for, where that runs in a terminal: all else would name
 //    the terminal.
-// 3. The ID of an entry that the toolkit wrote on the window. It is written for this very purpose.
+// 3. The ID of an entry that its toolkit wrote on the window. It is written for this very purpose.
 // 4. The window class that an entry declares. It goes before the entry of the start, since one
 //    process may show windows of several entries, each with its own class.
 // 5. The entry of the start, where an entry of the class's name is only another entry of the same

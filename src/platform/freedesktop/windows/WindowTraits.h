@@ -13,7 +13,7 @@ struct WindowTraits
     // The two halves of WM_CLASS.
     QString instanceName;
     QString className;
-    // What the toolkit says the application is, as the ID of a desktop entry without its ending.
+    // What its toolkit says the application is, as the ID of a desktop entry without its ending.
     QString gtkApplicationId;
     QString kdeDesktopFile;
     // The start-up identifier that its program got along.

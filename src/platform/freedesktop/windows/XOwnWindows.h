@@ -2,8 +2,8 @@
 // Qt's own connection, so that it comes in order with what Qt asks.
 //
 // The window that is in front is the one that the window manager names: Qt looks for the
-// keyboard instead, which anybody may grab for a moment, and waits before it tells. Where nobody
-// names one, Qt is believed.
+// keyboard instead, which any program may grab for a moment, and waits before it tells. Where no
+// window is named, Qt is believed.
 
 #pragma once
 

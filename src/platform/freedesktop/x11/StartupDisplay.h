@@ -1,4 +1,4 @@
-// The X server as somebody sees it who starts a program: it gives the time, and passes on to window
+// The X server as the starter of a program sees it: it gives the time, and passes on to window
 // managers and panels what is being started.
 //
 // Each object has a connection of its own, so that several may be used at once on several threads.

@@ -5,7 +5,7 @@
 
 #include <QGuiApplication>
 
-class CompositingTest : public QObject
+class CompositingTest : public TestCase
 {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ private Q_SLOTS:
             auto other = std::make_unique<XClient>();
             QVERIFY(other->own("_NET_WM_CM_S0"));
             manager.reset();
-            // Right from the start, before anything can have been told.
+            // Right from the start, before a notification can arrive.
             QVERIFY(makeFreedesktopDesktop()->compositing().isActive());
             other.reset();
             QTRY_VERIFY(!compositing.isActive());

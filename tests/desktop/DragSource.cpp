@@ -13,9 +13,8 @@
 
 namespace {
 
-class Source final : public QWidget
+struct Source final : QWidget
 {
-protected:
     void mouseMoveEvent(QMouseEvent *event) override
     {
         if (!event->buttons().testFlag(Qt::LeftButton)) {

@@ -8,62 +8,49 @@
 
 #include <QApplication>
 #include <QPainter>
-#include <QWidget>
 
-namespace {
-
-constexpr QRect Small(500, 300, 200, 100);
-constexpr QRect Large(300, 200, 600, 300);
-constexpr QRgb SmallColor = qRgb(200, 100, 0);
-constexpr QRgb LargeColor = qRgb(0, 100, 200);
-
-// In one colour for each size.
-class Colored : public QWidget
-{
-public:
-    using QWidget::QWidget;
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter(this).fillRect(rect(), QColor(size() == Large.size() ? LargeColor : SmallColor));
-    }
-};
-
-// Draws nothing itself.
-class Content : public QWidget
-{
-public:
-    using QWidget::QWidget;
-
-protected:
-    void resizeEvent(QResizeEvent *) override { _colored.resize(size()); }
-
-private:
-    Colored _colored { this };
-};
-
-// As another program sees it.
-QRgb screenAt(const QPoint &point)
-{
-    XClient client;
-    const auto image = XClient::reply(xcb_get_image_reply(client.connection,
-        xcb_get_image(client.connection, XCB_IMAGE_FORMAT_Z_PIXMAP, client.root, qint16(point.x()),
-            qint16(point.y()), 1, 1, ~0U),
-        nullptr));
-    return *reinterpret_cast<QRgb *>(xcb_get_image_data(image.get())) | 0xff000000;
-}
-
-} // namespace
-
-class FrameChangeTest : public QObject
+class FrameChangeTest : public TestCase
 {
     Q_OBJECT
+
+    static constexpr QRect Small { 500, 300, 200, 100 };
+    static constexpr QRect Large { 300, 200, 600, 300 };
+    static constexpr QRgb SmallColor = qRgb(200, 100, 0);
+    static constexpr QRgb LargeColor = qRgb(0, 100, 200);
+
+    // In one colour for each size.
+    struct Colored : QWidget
+    {
+        using QWidget::QWidget;
+        void paintEvent(QPaintEvent *) override
+        {
+            QPainter(this).fillRect(
+                rect(), QColor(size() == Large.size() ? LargeColor : SmallColor));
+        }
+    };
+
+    // Draws nothing itself.
+    struct Content : QWidget
+    {
+        using QWidget::QWidget;
+        void resizeEvent(QResizeEvent *) override { colored.resize(size()); }
+        Colored colored { this };
+    };
+
+    // As another program sees it.
+    static QRgb screenAt(const QPoint &point)
+    {
+        XClient client;
+        const auto image = XClient::reply(xcb_get_image_reply(client.connection,
+            xcb_get_image(client.connection, XCB_IMAGE_FORMAT_Z_PIXMAP, client.root,
+                qint16(point.x()), qint16(point.y()), 1, 1, ~0U),
+            nullptr));
+        return *reinterpret_cast<QRgb *>(xcb_get_image_data(image.get())) | 0xff000000;
+    }
 
 private Q_SLOTS:
     void contentComesWithTheSize()
     {
-        QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
         const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
         for (const bool isCutOut : { false, true }) {
             QWidget window(nullptr, Qt::Window | Qt::FramelessWindowHint);

@@ -36,9 +36,8 @@ const auto release = [](const Keys &keys) { return type(u"keyup"_s, keys); };
 const auto strike = [](const Keys &keys) { return type(u"key"_s, keys); };
 
 // Another program, as far as the X server can tell.
-class OtherProgram final : public XClient
+struct OtherProgram final : XClient
 {
-public:
     bool holdKey(int key, quint16 modifiers)
     {
         return isDone(xcb_grab_key_checked(connection, 0, root, modifiers, xcb_keycode_t(key),

@@ -12,31 +12,27 @@
 
 Q_DECLARE_METATYPE(ActivationStamp)
 
-namespace {
-
-constexpr QRect corner(0, 796, 4, 4);
-constexpr QPoint inCorner(1, 798);
-
-// For the hot spot, the window of another program.
-std::unique_ptr<QWidget> shown(const QRect &frame, Qt::WindowFlags flags)
-{
-    auto window = std::make_unique<QWidget>(nullptr, flags);
-    window->setGeometry(frame);
-    window->show();
-    [&] { QVERIFY(QTest::qWaitForWindowExposed(window.get())); }();
-    return window;
-}
-
-QColor pixelAt(const QPoint &point)
-{
-    return QGuiApplication::primaryScreen()->grabWindow(0).toImage().pixelColor(point);
-}
-
-} // namespace
-
 class HotSpotDesktopTest : public TestCase
 {
     Q_OBJECT
+
+    static constexpr QRect corner { 0, 796, 4, 4 };
+    static constexpr QPoint inCorner { 1, 798 };
+
+    // For the hot spot, the window of another program.
+    static std::unique_ptr<QWidget> shown(const QRect &frame, Qt::WindowFlags flags)
+    {
+        auto window = std::make_unique<QWidget>(nullptr, flags);
+        window->setGeometry(frame);
+        window->show();
+        [&] { QVERIFY(QTest::qWaitForWindowExposed(window.get())); }();
+        return window;
+    }
+
+    static QColor pixelAt(const QPoint &point)
+    {
+        return QGuiApplication::primaryScreen()->grabWindow(0).toImage().pixelColor(point);
+    }
 
 private Q_SLOTS:
     void init()

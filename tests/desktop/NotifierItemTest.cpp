@@ -10,25 +10,21 @@
 #include <QIcon>
 #include <QMenu>
 
-namespace {
-
-class Registrar : public OtherProcess
-{
-public:
-    explicit Registrar(const QStringList &arguments = { u"host"_s })
-        : OtherProcess(qEnvironmentVariable("ORTU_NOTIFIER_REGISTRAR"), arguments)
-    {
-        [this] { QTRY_VERIFY(canReadLine()); }();
-        readLine(); // "ready"
-    }
-    bool hasItem() const { return canReadLine(); }
-};
-
-} // namespace
-
 class NotifierItemTest : public TestCase
 {
     Q_OBJECT
+
+    class Registrar : public OtherProcess
+    {
+    public:
+        explicit Registrar(const QStringList &arguments = { u"host"_s })
+            : OtherProcess(qEnvironmentVariable("ORTU_NOTIFIER_REGISTRAR"), arguments)
+        {
+            [this] { QTRY_VERIFY(canReadLine()); }();
+            readLine(); // "ready"
+        }
+        bool hasItem() const { return canReadLine(); }
+    };
 
 private Q_SLOTS:
     void init()

@@ -6,18 +6,15 @@
 #include <QImage>
 #include <QJsonArray>
 
-namespace {
-
-QByteArray plist(const QByteArray &body)
-{
-    return R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0">)" + body + "</plist>\n";
-}
-
-} // namespace
-
 class ProgramTest : public TestCase
 {
     Q_OBJECT
+
+    static QByteArray plist(const QByteArray &body)
+    {
+        return R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0">)" + body
+            + "</plist>\n";
+    }
 
 private Q_SLOTS:
     void init() { _runner = std::make_unique<ProgramRunner>(); }
@@ -136,13 +133,9 @@ private Q_SLOTS:
     {
         const QByteArray head = "[Desktop Entry]\nType=Application\nName=Bad\n";
         _runner->writeEntry(u"good"_s);
-        _runner->write(u"apps/empty.desktop"_s, {});
         _runner->write(u"apps/binary.desktop"_s, QByteArray("\x7f\x45LF\0\1\2\xff\0", 9));
         _runner->write(u"apps/long.desktop"_s,
             head + "Exec=/bin/true\nComment=" + QByteArray(50'000'000, 'x'));
-        _runner->write(u"apps/idle.desktop"_s, head);
-        _runner->write(
-            u"apps/odd.desktop"_s, QByteArray(head).replace("Bad", "Caf\xe9") + "Exec=/bin/true\n");
         // Names that forge a line, one of them in what a list shows and one in what the log says.
         const QString forged = u"a\nortu.catalogue: forged\u202e"_s;
         _runner->write(u"apps/%1.desktop"_s.arg(forged),
@@ -154,41 +147,13 @@ private Q_SLOTS:
 
         QCOMPARE(result.exitCode, 0);
         const QString escaped = u"a\\nortu.catalogue: forged\\u202e"_s;
-        for (const QString &name : { u"empty"_s, u"binary"_s, u"long"_s, u"idle"_s, u"odd"_s,
-                 escaped + u"\\u001b[31m"_s }) {
+        for (const QString &name : { u"binary"_s, u"long"_s, escaped + u"\\u001b[31m"_s }) {
             QCOMPARE(result.errorLines.filter(name + u".desktop"_s).size(), 1);
         }
-        QCOMPARE(result.errorLines.size(), 6);
-        QCOMPARE(result.output.count(".desktop"), 3);
-        QCOMPARE(result.output.count('\n'), 4);
+        QCOMPARE(result.errorLines.size(), 3);
+        QCOMPARE(result.output.count(".desktop"), 2);
         QVERIFY(result.output.contains(escaped.toUtf8() + ".desktop"));
-        QVERIFY(result.output.contains("good.desktop") && result.output.contains("odd.desktop"));
-    }
-
-    void badFiles_loseNothing()
-    {
-        const QString lists = u"data/Ortu/UserApplications.plist"_s;
-        const QString preferences = u"config/Ortu/Preferences.plist"_s;
-        const QByteArray badLists =
-            plist("<array><array><integer>3</integer><string>/a</string></array></array>");
-        const QByteArray badPreferences = plist("<array/>");
-        _runner->write(lists, badLists);
-        _runner->write(preferences, badPreferences);
-        const auto looked = _runner->run({ u"--list"_s, u"8"_s });
-        QCOMPARE(looked.exitCode, 0);
-        QCOMPARE(looked.errorLines.filter(u": cannot "_s).size(), 2);
-        QCOMPARE(_runner->read(lists), badLists);
-        QCOMPARE(_runner->read(preferences), badPreferences);
-
-        QProcess started;
-        _runner->set("QT_QPA_PLATFORM", u"offscreen"_s);
-        _runner->start(started, {});
-        QTRY_COMPARE_WITH_TIMEOUT(_runner->read(lists + u".damaged"_s), badLists, 20'000);
-        QTRY_COMPARE_WITH_TIMEOUT(
-            _runner->read(preferences + u".damaged"_s), badPreferences, 20'000);
-        started.terminate();
-        QVERIFY(started.waitForFinished());
-        QVERIFY(_runner->read(lists) != badLists);
+        QVERIFY(result.output.contains("good.desktop"));
     }
 
 private:

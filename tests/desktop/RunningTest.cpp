@@ -10,27 +10,23 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
-namespace {
-
-bool isIconified(const QString &window)
-{
-    return propertyOf(window, u"_NET_WM_STATE"_s).contains(u"_NET_WM_STATE_HIDDEN"_s)
-        && propertyOf(window, u"WM_STATE"_s).contains(u"Iconic"_s);
-}
-
-class StrangeWindows : public OtherProcess
-{
-public:
-    explicit StrangeWindows(const QStringList &arguments)
-        : OtherProcess(qEnvironmentVariable("ORTU_STRANGE_WINDOWS"), arguments)
-    { }
-};
-
-} // namespace
-
 class RunningTest : public TestCase
 {
     Q_OBJECT
+
+    static bool isIconified(const QString &window)
+    {
+        return propertyOf(window, u"_NET_WM_STATE"_s).contains(u"_NET_WM_STATE_HIDDEN"_s)
+            && propertyOf(window, u"WM_STATE"_s).contains(u"Iconic"_s);
+    }
+
+    class StrangeWindows : public OtherProcess
+    {
+    public:
+        explicit StrangeWindows(const QStringList &arguments)
+            : OtherProcess(qEnvironmentVariable("ORTU_STRANGE_WINDOWS"), arguments)
+        { }
+    };
 
 private Q_SLOTS:
     void initTestCase()

@@ -11,33 +11,29 @@
 
 Q_DECLARE_METATYPE(ActivationStamp)
 
-namespace {
-
-// As large as an item, and nothing else on the screen has this colour.
-QIcon plainIcon(const QColor &color)
-{
-    QPixmap pixmap(24, 24);
-    pixmap.fill(color);
-    return pixmap;
-}
-
-QPoint placeOf(const QColor &color)
-{
-    const QImage screen = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
-    for (int i = 0; i < screen.width() * screen.height(); ++i) {
-        const QPoint point(i % screen.width(), i / screen.width());
-        if (screen.pixelColor(point) == color) {
-            return point;
-        }
-    }
-    return {};
-}
-
-} // namespace
-
 class TrayTest : public TestCase
 {
     Q_OBJECT
+
+    // As large as an item, and nothing else on the screen has this colour.
+    static QIcon plainIcon(const QColor &color)
+    {
+        QPixmap pixmap(24, 24);
+        pixmap.fill(color);
+        return pixmap;
+    }
+
+    static QPoint placeOf(const QColor &color)
+    {
+        const QImage screen = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
+        for (int i = 0; i < screen.width() * screen.height(); ++i) {
+            const QPoint point(i % screen.width(), i / screen.width());
+            if (screen.pixelColor(point) == color) {
+                return point;
+            }
+        }
+        return {};
+    }
 
 private Q_SLOTS:
     void init()
@@ -52,17 +48,6 @@ private Q_SLOTS:
         _desktop.reset();
         _tray.terminate();
         _tray.waitForFinished();
-    }
-
-    void withoutATray_nothingIsShown()
-    {
-        _item->show(plainIcon(Qt::green), u"Ortu"_s, _menu);
-        _item->setIcon(plainIcon(Qt::blue));
-        // The bus has answered by then.
-        QCoreApplication::processEvents();
-        Pointer::move(Pointer::away);
-        QVERIFY(!_item->isShown());
-        _item->hide();
     }
 
     void presses_areReported()

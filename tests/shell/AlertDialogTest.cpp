@@ -9,57 +9,54 @@
 #include <QPushButton>
 #include <QTimer>
 
-namespace {
-
-Alert question(const QString &text = u"Erase?"_s)
-{
-    return {
-        .messageText = text, .buttons = { u"Erase"_s, u"Keep"_s, u"Help"_s }, .safeButton = 1
-    };
-}
-
-QMessageBox *shownBox()
-{
-    QMessageBox *shown = nullptr;
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    for (QWidget *widget : widgets) {
-        auto *const box = qobject_cast<QMessageBox *>(widget);
-        if (box && box->isVisible()) {
-            // Never two at once.
-            Q_ASSERT(!shown);
-            shown = box;
-        }
-    }
-    return shown;
-}
-
-// Runs the alert and, as soon as its box is shown, the action.
-template <typename Action> int answer(const Alert &alert, Action action, QWidget *parent = nullptr)
-{
-    QTimer::singleShot(0, [action] {
-        QMessageBox *const box = shownBox();
-        QVERIFY(box);
-        action(box);
-    });
-    return AlertDialog::run(alert, parent);
-}
-
-// The button with this index.
-auto press(int index)
-{
-    return [index](QMessageBox *box) { box->buttons().at(index)->click(); };
-}
-auto pressKey(Qt::Key key)
-{
-    return [key](QMessageBox *box) { QTest::keyClick(box, key); };
-}
-const auto shut = [](QMessageBox *box) { box->close(); };
-
-} // namespace
-
 class AlertDialogTest : public TestCase
 {
     Q_OBJECT
+
+    static Alert question(const QString &text = u"Erase?"_s)
+    {
+        return {
+            .messageText = text, .buttons = { u"Erase"_s, u"Keep"_s, u"Help"_s }, .safeButton = 1
+        };
+    }
+
+    static QMessageBox *shownBox()
+    {
+        QMessageBox *shown = nullptr;
+        const QWidgetList widgets = QApplication::topLevelWidgets();
+        for (QWidget *widget : widgets) {
+            auto *const box = qobject_cast<QMessageBox *>(widget);
+            if (box && box->isVisible()) {
+                // Never two at once.
+                Q_ASSERT(!shown);
+                shown = box;
+            }
+        }
+        return shown;
+    }
+
+    // Runs the alert and, as soon as its box is shown, the action.
+    template <typename Action>
+    static int answer(const Alert &alert, Action action, QWidget *parent = nullptr)
+    {
+        QTimer::singleShot(0, [action] {
+            QMessageBox *const box = shownBox();
+            QVERIFY(box);
+            action(box);
+        });
+        return AlertDialog::run(alert, parent);
+    }
+
+    // The button with this index.
+    static auto press(int index)
+    {
+        return [index](QMessageBox *box) { box->buttons().at(index)->click(); };
+    }
+    static auto pressKey(Qt::Key key)
+    {
+        return [key](QMessageBox *box) { QTest::keyClick(box, key); };
+    }
+    static constexpr auto shut = [](QMessageBox *box) { box->close(); };
 
 private Q_SLOTS:
     void init() { expectNoWarnings(); }

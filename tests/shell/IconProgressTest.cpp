@@ -4,37 +4,33 @@
 
 #include <QImage>
 
-namespace {
-
-QImage drawn(const QSize &size, int step, int count)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::blue);
-    return IconProgress::progressIcon(image, step, count);
-}
-
-// The white stretches of a row of pixels, as "first-last first-last".
-QString whiteIn(const QImage &image, int y)
-{
-    QStringList stretches;
-    int first = -1;
-    for (int x = 0; x <= image.width(); ++x) {
-        const bool isWhite = x < image.width() && image.pixelColor(x, y) == QColor(Qt::white);
-        if (isWhite && first < 0) {
-            first = x;
-        } else if (!isWhite && first >= 0) {
-            stretches.append(u"%1-%2"_s.arg(first).arg(x - 1));
-            first = -1;
-        }
-    }
-    return stretches.join(u' ');
-}
-
-} // namespace
-
 class IconProgressTest : public TestCase
 {
     Q_OBJECT
+
+    static QImage drawn(const QSize &size, int step, int count)
+    {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(Qt::blue);
+        return IconProgress::progressIcon(image, step, count);
+    }
+
+    // The white stretches of a row of pixels, as "first-last first-last".
+    static QString whiteIn(const QImage &image, int y)
+    {
+        QStringList stretches;
+        int first = -1;
+        for (int x = 0; x <= image.width(); ++x) {
+            const bool isWhite = x < image.width() && image.pixelColor(x, y) == QColor(Qt::white);
+            if (isWhite && first < 0) {
+                first = x;
+            } else if (!isWhite && first >= 0) {
+                stretches.append(u"%1-%2"_s.arg(first).arg(x - 1));
+                first = -1;
+            }
+        }
+        return stretches.join(u' ');
+    }
 
 private Q_SLOTS:
     // The frame of an icon of 120 x 60 begins at (10, 5) and is 100 x 50; the bar has 98 to fill.

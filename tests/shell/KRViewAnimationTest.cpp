@@ -4,44 +4,40 @@
 
 #include <utility>
 
-namespace {
-
-using Fade = ViewAnimation::Fade;
-
-constexpr QRect Start(-51, -20, 101, 33);
-constexpr QRect End(-40, 17, 101, 33);
-
-// Something that can be moved and faded.
-struct Picture : QObject
-{
-    QRect frame = Start;
-    double alpha = 1;
-    bool isHidden = false;
-    int flushed = 0;
-    std::function<void()> onStep = [] {};
-
-    AnimatedView view()
-    {
-        AnimatedView view;
-        view.context = this;
-        view.frame = [this] { return frame; };
-        view.setFrame = [this](const QRect &to) {
-            frame = to;
-            onStep();
-        };
-        view.alpha = [this] { return alpha; };
-        view.setAlpha = [this](double to) { alpha = to; };
-        view.hide = [this] { isHidden = true; };
-        view.flush = [this] { ++flushed; };
-        return view;
-    }
-};
-
-} // namespace
-
 class KRViewAnimationTest : public TestCase
 {
     Q_OBJECT
+
+    using Fade = ViewAnimation::Fade;
+
+    static constexpr QRect Start { -51, -20, 101, 33 };
+    static constexpr QRect End { -40, 17, 101, 33 };
+
+    // Something that can be moved and faded.
+    struct Picture : QObject
+    {
+        QRect frame = Start;
+        double alpha = 1;
+        bool isHidden = false;
+        int flushed = 0;
+        std::function<void()> onStep = [] {};
+
+        AnimatedView view()
+        {
+            AnimatedView view;
+            view.context = this;
+            view.frame = [this] { return frame; };
+            view.setFrame = [this](const QRect &to) {
+                frame = to;
+                onStep();
+            };
+            view.alpha = [this] { return alpha; };
+            view.setAlpha = [this](double to) { alpha = to; };
+            view.hide = [this] { isHidden = true; };
+            view.flush = [this] { ++flushed; };
+            return view;
+        }
+    };
 
 private Q_SLOTS:
     // A picture that slides and one that fades out, over a second and evenly.
@@ -58,16 +54,6 @@ private Q_SLOTS:
         _ends = _stops = 0;
         connect(_animation.get(), &KRViewAnimation::animationDidEnd, this, [this] { ++_ends; });
         connect(_animation.get(), &KRViewAnimation::animationDidStop, this, [this] { ++_stops; });
-    }
-
-    void theCurvesAreThoseOfTheirNames()
-    {
-        const auto isNear = [](const QEasingCurve &curve, double quarter, double half) {
-            return qAbs(curve.valueForProgress(0.25) - quarter) < 0.001
-                && qAbs(curve.valueForProgress(0.5) - half) < 0.001;
-        };
-        QVERIFY(isNear(KRViewAnimation::easeInOut(), 0.129, 0.500));
-        QVERIFY(isNear(KRViewAnimation::easeIn(), 0.093, 0.315));
     }
 
     void viewsGoToTheirEnds_theFirstStepAtOnce()
@@ -114,12 +100,9 @@ private Q_SLOTS:
 
     void withoutDuration_everythingHappensAtOnce()
     {
-        for (const double seconds : { 0.0, -1.0, qQNaN() }) {
-            init();
-            _animation->setSeconds(seconds);
-            _animation->startAnimation();
-            QVERIFY(isAtEnd() && _ends == 1 && !_animation->isAnimating());
-        }
+        _animation->setSeconds(qQNaN());
+        _animation->startAnimation();
+        QVERIFY(isAtEnd() && _ends == 1 && !_animation->isAnimating());
     }
 
     void aViewThatGoesAway_isLeftOut()

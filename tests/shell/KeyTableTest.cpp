@@ -45,50 +45,8 @@ private Q_SLOTS:
         QCOMPARE(text(92, 512), u"⇧ shift + Keypad 9 = 0001KP9"_s);
         QCOMPARE(
             text(82, -1), u"⌃ control + ⌥ option + ⌘ command + ⇧ shift + Keypad 0 = 1111KP0"_s);
-        QCOMPARE(text(9999, 512), missing() + u" = none"_s);
+        QCOMPARE(text(9999, 512), u"missing resource = none"_s);
     }
-
-    void unusualRecords_areTakenForWhatTheyAre()
-    {
-        const KeyTable table(fileWith("key\ttag\ttitle\textra\nPL1\t7\tfirst\nPL2\t7\tsecond\n"
-                                      "PL3\t8\nPL4\t8\thidden\nPL5\t\tno tag\n"
-                                      "PL6\tseven\tno number\n\t9\tnowhere\n\t-1\tnone\n"));
-        QStringList titles;
-        for (const KeyTable::Key &key : table.keys()) {
-            titles.append(key.title);
-        }
-        QCOMPARE(titles.join(u'|'), u"first|second|hidden|nowhere|none"_s);
-        QCOMPARE(table.hotKeyString(7, 0), u"first"_s);
-        QCOMPARE(table.combination(7, 0)->key, u"PL1"_s);
-        QCOMPARE(table.hotKeyString(8, 0), missing());
-        QCOMPARE(table.hotKeyString(9, 0), u"nowhere"_s);
-        QVERIFY(!table.combination(9, 0));
-        QCOMPARE(table.hotKeyString(-1, 4096), u"none"_s);
-        QVERIFY(!table.combination(-1, 0));
-    }
-
-    void unusableTables_areReported()
-    {
-        for (const QByteArray &text : { QByteArray(), QByteArray("\n"),
-                 QByteArray("name\tcode\nTab\t48\n"), QByteArray(10'000'000, '\0') }) {
-            const QString path = text.isNull() ? u"/nowhere/keys.txt"_s : fileWith(text);
-            expectWarning(u"^cannot use the key table %1: ."_s.arg(path));
-            const KeyTable table(path);
-            QVERIFY(table.keys().isEmpty());
-            QCOMPARE(table.hotKeyString(48, 4096), missing());
-            QVERIFY(!table.combination(48, 4096));
-        }
-    }
-
-private:
-    static QString missing() { return u"missing resource"_s; }
-    QString fileWith(const QByteArray &text)
-    {
-        save(_folder.filePath(u"keys.txt"_s), text);
-        return _folder.filePath(u"keys.txt"_s);
-    }
-
-    QTemporaryDir _folder;
 };
 
 QTEST_APPLESS_MAIN(KeyTableTest)

@@ -6,23 +6,20 @@
 
 #include <QTemporaryFile>
 
-namespace {
+class OTWindowTest : public PanelFixture
+{
+    Q_OBJECT
 
-// What the panel is larger than its grid.
-constexpr QSize Frame(18 + 18, 30 + 34);
+    // What the panel is larger than its grid.
+    static constexpr QSize Frame { 18 + 18, 30 + 34 };
 
-// Two screens beside one another, the second with more pixels.
-const QByteArray Screens = R"({ "screens": [
+public:
+    // Two screens beside one another, the second with more pixels.
+    static inline const QByteArray Screens = R"({ "screens": [
     { "name": "left", "x": 0, "y": 0, "width": 800, "height": 600,
       "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1 },
     { "name": "right", "x": 800, "y": 0, "width": 800, "height": 600,
       "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 2 } ] })";
-
-} // namespace
-
-class OTWindowTest : public PanelFixture
-{
-    Q_OBJECT
 
 private Q_SLOTS:
     void init() { setUp(); }
@@ -110,10 +107,10 @@ private Q_SLOTS:
     void theGroupIsChosenOnOpening()
     {
         const auto chosen = [this](int preferred, int shownBefore) {
-            set("groupToShowWhenWindowOpens", preferred);
-            set("groupShownWhenWindowClosed", shownBefore);
             _window.reset();
             fill(2);
+            set("groupToShowWhenWindowOpens", preferred);
+            set("groupShownWhenWindowClosed", shownBefore);
             _window->show();
             return grid().groupToShow();
         };
@@ -328,21 +325,14 @@ private Q_SLOTS:
         QVERIFY(right->availableGeometry().contains(frame()) && !_window->hasBeenMoved());
     }
 
-    void aChangedOrMissingScreenCentresIt()
+    void aMissingScreenCentresIt()
     {
         fill(4);
         show();
         const QPoint centred = frame().topLeft();
-        QScreen *const screen = QGuiApplication::primaryScreen();
         _window->move(20, 20);
         Q_EMIT qGuiApp->screenRemoved(QGuiApplication::screens().constLast());
         QTRY_COMPARE(frame().topLeft(), centred);
-        // A hidden panel has nowhere to slide to.
-        _window->hide();
-        QTRY_VERIFY(!_window->isVisible());
-        const QRect hidden = frame();
-        Q_EMIT screen->availableGeometryChanged(screen->availableGeometry());
-        QCOMPARE(frame(), hidden);
     }
 
     void badPreferences_leaveItUsable()
@@ -380,7 +370,7 @@ private:
 int main(int argc, char **argv)
 {
     QTemporaryFile file;
-    if (!file.open() || file.write(Screens) < 0 || !file.flush()) {
+    if (!file.open() || file.write(OTWindowTest::Screens) < 0 || !file.flush()) {
         return 1;
     }
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(file.fileName()));

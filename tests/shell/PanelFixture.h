@@ -6,7 +6,6 @@
 #include "grid/DropStack.h"
 #include "grid/IconViewFixture.h"
 #include "shell/OTController.h"
-#include "shell/ShellTest.h"
 #include "shell/panel/OTWindow.h"
 
 #include <QMouseEvent>
@@ -163,51 +162,40 @@ private:
     QString _inFront;
 };
 
-class PanelFixture : public TestCase
+class PanelFixture : public IconViewFixture
 {
 protected:
     void setUp()
     {
-        expectNoWarnings();
+        IconViewFixture::setUp();
         // Where every test begins with the pointer.
         QCursor::setPos(QGuiApplication::primaryScreen()->geometry().topLeft());
-        _home = std::make_unique<QTemporaryDir>();
-        QDir(_home->path()).mkdir(u"apps"_s);
-        _defaults = std::make_unique<UserDefaults>();
-        UserDefaults::setStandard(_defaults.get());
         DropStack::setSharedDropStack(&_dropStack);
         _dropStack.free();
-        _desktop = std::make_unique<PanelDesktop>(_home->path());
-        OTAppManager::registerDefaults();
-        OTIconView::registerDefaults();
+        use(std::make_unique<PanelDesktop>(_home->path()));
         OTController::registerDefaults();
-        ScanFolders::registerDefaults(*_defaults, _desktop->searchPaths());
+    }
+    void use(std::unique_ptr<PanelDesktop> desktop)
+    {
+        _desktop = desktop.get();
+        IconViewFixture::_desktop = std::move(desktop);
     }
     void tearDown()
     {
         _window.reset();
-        _manager.reset();
-        _desktop.reset();
+        IconViewFixture::tearDown();
         DropStack::setSharedDropStack(nullptr);
-        UserDefaults::setStandard(nullptr);
     }
     void set(const char *key, const QVariant &value)
     {
         _defaults->setObject(QLatin1String(key), value);
     }
     QString pathOf(const QString &name) const { return _home->filePath(u"apps/"_s + name); }
-    AppRef app(const QString &name) const { return _manager->appForPath(pathOf(name)); }
     // A catalogue with the given applications, and a panel that is still hidden.
     void fill(const QStringList &names)
     {
-        for (const QString &name : names) {
-            save(pathOf(name), {});
-        }
-        _manager = std::make_unique<OTAppManager>(*_desktop, OTAppManager::Use::Inspection);
-        _manager->rescanAllAppsPrioritizingGroup(IncludedGroup);
-        for (const AppRef &one : _manager->allApps1D()) {
-            one->refreshNameAndPath();
-        }
+        IconViewFixture::fill(names);
+        _view.reset();
         _window = std::make_unique<OTWindow>(*_manager, *_desktop);
     }
     void fill(int count)
@@ -251,10 +239,7 @@ protected:
     }
     QPoint middleOf(const QString &name) const { return cellOf(name).center().toPoint(); }
 
-    std::unique_ptr<QTemporaryDir> _home;
-    std::unique_ptr<UserDefaults> _defaults;
     DropStack _dropStack;
-    std::unique_ptr<PanelDesktop> _desktop;
-    std::unique_ptr<OTAppManager> _manager;
+    PanelDesktop *_desktop = nullptr;
     std::unique_ptr<OTWindow> _window;
 };

@@ -1,6 +1,7 @@
 #include "support/NotificationCenter.h"
 
 #include "TestCase.h"
+#include "support/Alerts.h"
 
 class NotificationCenterTest : public TestCase
 {
@@ -38,6 +39,36 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QVERIFY(announced < 2);
         QTRY_COMPARE(announced, 3);
+    }
+
+    void answer_isThePresentersOrTheSafeOne()
+    {
+        Alert alert { .messageText = u"Erase\nall?"_s,
+            .buttons = { u"Erase"_s, u"Keep"_s, u"Help"_s } };
+        const auto answering = [](int answer) {
+            return [answer](const Alert &, QWidget *) { return answer; };
+        };
+        {
+            const Alerts::PresenterScope outer(answering(0));
+            {
+                const Alerts::PresenterScope inner(answering(1));
+                QCOMPARE(Alerts::run(alert), 1);
+            }
+            QCOMPARE(Alerts::run(alert), 0);
+            // An answer that is no button is none.
+            const Alerts::PresenterScope wrong(answering(3));
+            QCOMPARE(Alerts::run(alert), 2);
+        }
+        const auto safeAnswer = [&](int safeButton, const QString &taken) {
+            alert.safeButton = safeButton;
+            expectWarning(u"no one can answer \"Erase\nall\\?\": taken as \"%1\""_s.arg(taken));
+            return Alerts::run(alert);
+        };
+        QCOMPARE(safeAnswer(-1, u"Help"_s), 2);
+        QCOMPARE(safeAnswer(1, u"Keep"_s), 1);
+        QCOMPARE(safeAnswer(3, u"Help"_s), 2);
+        alert.buttons.clear();
+        QCOMPARE(safeAnswer(0, {}), 0);
     }
 };
 

@@ -1,10 +1,10 @@
 // Rules of lists and names that need no catalogue.
 
+#include "FakeDesktop.h"
 #include "TestCase.h"
 #include "catalogue/AppSorting.h"
 #include "catalogue/BestMatch.h"
 #include "catalogue/BunchText.h"
-#include "FakeDesktop.h"
 #include "catalogue/Favourites.h"
 #include "catalogue/InitialLetters.h"
 

@@ -1,7 +1,7 @@
 #include "catalogue/CatalogueFiles.h"
 
-#include "TestCase.h"
 #include "FakeDesktop.h"
+#include "TestCase.h"
 #include "support/FileLock.h"
 #include "support/NotificationCenter.h"
 
@@ -140,8 +140,12 @@ private Q_SLOTS:
         CatalogueFiles inspected(_desktop->searchPaths(), Writing::Never);
         QCOMPARE(favourites(inspected), u"a| a|"_s);
         QCOMPARE(content(flatFile), document);
-        QCOMPARE(names(), QStringList(flatFile));
-        QVERIFY(QFile::exists(local));
+        QVERIFY(names() == QStringList(flatFile) && QFile::exists(local));
+        // Without a support folder the temporary folder stands in.
+        _desktop->userFolder.clear();
+        QCOMPARE(
+            CatalogueFiles(_desktop->searchPaths(), Writing::Never).userApplicationSupportFolder(),
+            QDir::tempPath() + u"/Ortu"_s);
     }
 
     // In a row stand the bunches and the flat order in their files, the same in what these were
@@ -257,13 +261,6 @@ private Q_SLOTS:
         QCOMPARE(names().size(), other.size() + 1);
     }
 
-    void withoutASupportFolder_theTemporaryFolderStandsIn()
-    {
-        _desktop->userFolder.clear();
-        const CatalogueFiles files(_desktop->searchPaths(), Writing::Never);
-        QCOMPARE(files.userApplicationSupportFolder(), QDir::tempPath() + u"/Ortu"_s);
-    }
-
 private:
     static QString favourites(CatalogueFiles &files)
     {
@@ -279,10 +276,9 @@ private:
     {
         return QDir(_desktop->tree.path(u"user/Ortu"_s)).entryList(QDir::Files);
     }
-    QByteArray content(const QString &name) const { return load(inFolder(name)); }
-    QString inFolder(const QString &name) const
+    QByteArray content(const QString &name) const
     {
-        return _desktop->tree.path(u"user/Ortu/"_s + name);
+        return load(_desktop->tree.path(u"user/Ortu/"_s + name));
     }
 
     std::unique_ptr<NotificationCenter> _center;

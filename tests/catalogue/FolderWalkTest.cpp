@@ -1,7 +1,7 @@
 #include "catalogue/FolderWalk.h"
 
-#include "TestCase.h"
 #include "FakeDesktop.h"
+#include "TestCase.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

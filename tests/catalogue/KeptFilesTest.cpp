@@ -1,8 +1,8 @@
 // What the user made, through failing disks, killed programs and programs that write at once.
 // Called with a folder this is one of these programs.
 
-#include "TestCase.h"
 #include "FakeDesktop.h"
+#include "TestCase.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "support/NotificationCenter.h"
@@ -104,8 +104,8 @@ private Q_SLOTS:
         makeOldFiles();
     }
 
-    // When any of these calls fails or is the last one, every file is the old or the new one, the user
-    // is told once of what was not kept, and the next start finds its way.
+    // When any of these calls fails or is the last one, every file is the old or the new one, the
+    // user is told once of what was not kept, and the next start finds its way.
     void failingCall_leavesWholeFiles()
     {
         const Contents old = files();

@@ -1,7 +1,7 @@
 #include "catalogue/OTApp.h"
 
-#include "TestCase.h"
 #include "FakeDesktop.h"
+#include "TestCase.h"
 #include "support/NotificationCenter.h"
 
 #include <QMimeData>
@@ -172,8 +172,7 @@ private Q_SLOTS:
         app->setIconParameters(sized(16));
         app->setIconParameters(sized(16));
         QCOMPARE(changes.count(), 1);
-        QVERIFY(!app->isPathValid());
-        QVERIFY(!app->icon().isNull());
+        QVERIFY(!app->isPathValid() && !app->icon().isNull());
         expectWarning(u"^/elsewhere\\.app: ."_s);
         app->setPath(u"/elsewhere.app"_s);
         QVERIFY(_desktop->fakeIcons.asked().isEmpty());
@@ -224,26 +223,29 @@ private Q_SLOTS:
         // Blue has become the grey beside a red that does not reach the threshold.
         QVERIFY(isNear(key(), 1 + 0.5 * (1 - 0.32297010932850728)));
         QCOMPARE(changes.count(), 8);
-
         app->freeColorSortData();
-        QCOMPARE(app->colorSortValue(), 10.0);
-        QVERIFY(app->sortedColors().isEmpty());
+        QVERIFY(app->colorSortValue() == 10.0 && app->sortedColors().isEmpty());
         QVERIFY(key() < 2);
         app->setIcon({});
-        QCOMPARE(app->colorSortValue(), 10.0);
-        QVERIFY(app->sortedColors().isEmpty() && app->spectrumIcon().isNull());
+        QVERIFY(app->colorSortValue() == 10.0 && app->sortedColors().isEmpty());
+        QVERIFY(app->spectrumIcon().isNull());
         QCOMPARE(changes.count(), 10);
-    }
 
-    void colors_ofAnInvisibleIcon()
-    {
-        const AppRef app = made(u"/ghost.app"_s);
-        QImage icon(4, 4, QImage::Format_ARGB32_Premultiplied);
-        icon.fill(Qt::transparent);
-        QTest::ignoreMessage(QtWarningMsg, "No colors passed to pick & sort method for app: ghost");
-        app->setIcon(icon);
+        QImage ghost(4, 4, QImage::Format_ARGB32_Premultiplied);
+        ghost.fill(Qt::transparent);
+        expectWarning(u"^No colors passed to pick & sort method for app: a$"_s);
+        app->setIcon(ghost);
         QCOMPARE(app->colorSortValue(), 10.0);
-        QCOMPARE(app->spectrumIcon(), icon);
+        QCOMPARE(app->spectrumIcon(), ghost);
+        // The spectrum has the size asked for, within bounds.
+        app->setIcon(redAndBlue());
+        for (const auto &[asked, width] : { std::pair(48LL, 48), std::pair(256LL, 256),
+                 std::pair(1LL << 40, 1024), std::pair(-7LL, 16) }) {
+            parameters.maximumIconSize = asked;
+            app->setColorSortParameters(parameters);
+            QCOMPARE(app->spectrumIcon().width(), width);
+        }
+        QCOMPARE(app->spectrumIcon(), redAndBlue());
     }
 
     // While the icon is loaded, and while the colours are measured.
@@ -305,35 +307,12 @@ private Q_SLOTS:
         }
     }
 
-    void spectrum_isDrawnAtTheSizeAskedFor()
-    {
-        const AppRef app = made(u"/a.app"_s);
-        const QImage icon = redAndBlue();
-        IconParameters parameters = colored(0.14F);
-        app->setIcon(icon);
-        for (const auto &[asked, width] : std::initializer_list<std::pair<qint64, int>> {
-                 { 48, 48 }, { 256, 256 }, { qint64(1) << 40, 1024 }, { 0, 16 }, { -7, 16 } }) {
-            parameters.maximumIconSize = asked;
-            app->setColorSortParameters(parameters);
-            QCOMPARE(app->spectrumIcon().width(), width);
-        }
-        QCOMPARE(app->spectrumIcon(), icon);
-    }
-
 private:
     AppRef made(const QString &path) { return std::make_shared<OTApp>(path, *_desktop); }
-    static IconParameters sized(int size)
-    {
-        IconParameters parameters;
-        parameters.maximumIconSize = size;
-        return parameters;
-    }
+    static IconParameters sized(int size) { return { .maximumIconSize = size }; }
     static IconParameters colored(float minSaturation)
     {
-        IconParameters parameters = sized(16);
-        parameters.grayThreshold = 0.05F;
-        parameters.minSaturation = minSaturation;
-        return parameters;
+        return { .maximumIconSize = 16, .grayThreshold = 0.05F, .minSaturation = minSaturation };
     }
     // Half of it each.
     static QImage redAndBlue()

@@ -126,21 +126,15 @@ private Q_SLOTS:
         }
     }
 
-    void damagedFileThatMayNotBeTouched_staysAndIsNamed()
+    void damagedFileOfTheComputer_staysAndIsNamed()
     {
-        const QByteArray document =
-            "<plist><array><string>/a</string><integer>7</integer></array></plist>";
-        const QString local = _desktop->tree.add(u"local/Ortu/"_s + excludedFile, document);
+        const QString file = _desktop->tree.add(u"local/Ortu/"_s + excludedFile,
+            "<plist><array><string>/a</string><integer>7</integer></array></plist>");
         expectWarning(u"^cannot use .*local.*Excluded.*: 1 of"_s);
         CatalogueFiles files(_desktop->searchPaths());
         files.readExclusions();
         QCOMPARE(text(files.stored(List::ExcludedApps)), u"a|"_s);
-        _desktop->tree.add(u"user/Ortu/"_s + flatFile, document);
-        expectWarning(u"^cannot use .*user.*1D.*: 1 of"_s);
-        CatalogueFiles inspected(_desktop->searchPaths(), Writing::Never);
-        QCOMPARE(favourites(inspected), u"a| a|"_s);
-        QCOMPARE(content(flatFile), document);
-        QVERIFY(names() == QStringList(flatFile) && QFile::exists(local));
+        QVERIFY(QFile::exists(file));
         // Without a support folder the temporary folder stands in.
         _desktop->userFolder.clear();
         QCOMPARE(

@@ -1,5 +1,5 @@
-// What the user made, through failing disks, killed programs and programs that write at once.
-// Called with a folder this is one of these programs.
+// What the user made, through failing disks and killed programs. Called with a folder this is one
+// of these programs.
 
 #include "FakeDesktop.h"
 #include "TestCase.h"
@@ -11,10 +11,6 @@
 
 #include <QMap>
 #include <QProcess>
-#include <QRandomGenerator>
-
-#include <csignal>
-#include <cstdio>
 
 namespace {
 
@@ -55,36 +51,8 @@ public:
         return _messageCount;
     }
 
-    // For each line of input favourites and exclusions that are named after the program come and
-    // go, until it is killed.
-    int changeOn(const QString &name)
-    {
-        for (int i = 0; _messageCount == 0 && std::getchar() != EOF; ++i) {
-            const AppRef favourite = app(name + QString::number(i));
-            const AppRef exclusion = app(name + QString::number(i) + u'x');
-            change("exclusion", exclusion, [&] { _manager->excludeApp(exclusion); });
-            change(
-                "favourite", favourite, [&] { _manager->moveApp(favourite, UserGroup, i % 4, 0); });
-            if (i % 2 == 1) {
-                change("-favourite", favourite,
-                    [&] { _manager->removeAppsFromUserApps({ favourite }); });
-            }
-            QCoreApplication::processEvents();
-        }
-        return _messageCount;
-    }
-
 private:
     AppRef app(const QString &name) { return _manager->appForPath(_folder + u"/apps/"_s + name); }
-    // A line says what is about to be changed, and a second, empty one that it is.
-    template <typename Change> void change(const char *kind, const AppRef &app, const Change &make)
-    {
-        std::printf("%s %s\n", kind, qPrintable(app->path()));
-        std::fflush(stdout);
-        make();
-        std::fputs(_messageCount > 0 ? "" : "\n", stdout);
-        std::fflush(stdout);
-    }
 
     QString _folder;
     UserDefaults _defaults;
@@ -140,46 +108,6 @@ private Q_SLOTS:
         }
     }
 
-    // ROUNDS=200 for the long version.
-    void twoKilledPrograms_loseNothingOfEachOther()
-    {
-        const int rounds = qEnvironmentVariable("ROUNDS", u"10"_s).toInt();
-        QMap<QString, bool> made;
-        int tellingCount = 0;
-        for (int round = 0; round < rounds; ++round) {
-            QProcess programs[2];
-            for (QProcess &program : programs) {
-                start(program, { u"%1%2-"_s.arg(&program == programs ? u'a' : u'b').arg(round) });
-            }
-            for (int step = QRandomGenerator::global()->bounded(2, 8); step >= 0; --step) {
-                for (QProcess &program : programs) {
-                    program.write("\n");
-                    program.waitForBytesWritten();
-                }
-                // At the last step they are killed as soon as one has begun.
-                programs[step % 2].waitForReadyRead(20'000);
-            }
-            for (QProcess &program : programs) {
-                program.kill();
-                program.waitForFinished();
-                tellingCount += program.exitCode() == SIGKILL ? 0 : 1;
-                note(program.readAllStandardOutput(), made);
-            }
-        }
-        // A slow disk may hold up one of them, but not what a killed one held.
-        QVERIFY(tellingCount * 5 <= rounds);
-        QCOMPARE(run(), 0);
-        const Contents now = files();
-        for (auto change = made.cbegin(); change != made.cend(); ++change) {
-            const QByteArray entry = '>' + change.key().section(u' ', 1).toUtf8() + '<';
-            const bool isFavourite = change.key().startsWith(u'f');
-            for (const QString &file : now.keys().filter(isFavourite ? u"User"_s : u"Excl"_s)) {
-                QVERIFY2(now[file].contains(entry) == change.value(), qPrintable(change.key()));
-            }
-        }
-        QVERIFY(made.size() > 2 * rounds);
-    }
-
 private:
     void makeOldFiles()
     {
@@ -211,39 +139,21 @@ private:
         static const QRegularExpression stray(u"plist(\\.previous)?\\.[^.]{6}$"_s);
         return QDir(_tree->path(u"Ortu"_s)).entryList().filter(stray).size();
     }
-    void start(QProcess &process, const QStringList &arguments, const QString &fault = {}) const
+    // How often one change of everything told of a failure; -1 when killed.
+    int run(const QString &fault = {})
     {
+        QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"TMPDIR"_s, _tree->path());
         environment.insert(u"FAILING_CALL"_s, fault);
         environment.insert(u"LD_PRELOAD"_s, qEnvironmentVariable("FAILING_CALLS"));
         environment.insert(u"ASAN_OPTIONS"_s, u"verify_asan_link_order=0"_s);
         process.setProcessEnvironment(environment);
-        process.start(
-            QCoreApplication::applicationFilePath(), QStringList(_tree->path()) + arguments);
-    }
-    // How often one change of everything told of a failure; -1 when killed.
-    int run(const QString &fault = {})
-    {
-        QProcess process;
-        start(process, {}, fault);
+        process.start(QCoreApplication::applicationFilePath(), { _tree->path() });
         const bool isEnded =
             process.waitForFinished(60'000) && process.exitStatus() == QProcess::NormalExit;
         _errors = process.readAllStandardError();
         return isEnded ? process.exitCode() : -1;
-    }
-    // Takes down which changes were made. Nothing is known of a last one without an end.
-    static void note(const QByteArray &output, QMap<QString, bool> &made)
-    {
-        const QStringList lines = QString::fromUtf8(output).split(u'\n');
-        for (qsizetype i = 0; i < lines.size(); i += 2) {
-            const bool isRemoved = lines[i].startsWith(u'-');
-            const QString thing = lines[i].mid(isRemoved ? 1 : 0);
-            made.insert(thing, !isRemoved);
-            if (i + 2 >= lines.size()) {
-                made.remove(thing);
-            }
-        }
     }
 
     std::unique_ptr<FileTree> _tree;
@@ -254,8 +164,7 @@ int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     if (argc > 1 && argv[1][0] == '/') {
-        Program program(application.arguments()[1]);
-        return argc > 2 ? program.changeOn(application.arguments()[2]) : program.changeOnce();
+        return Program(application.arguments()[1]).changeOnce();
     }
     KeptFilesTest test;
     return QTest::qExec(&test, argc, argv);

@@ -215,26 +215,6 @@ private Q_SLOTS:
         QCOMPARE(load(place.path + u".damaged"_s), whole.chopped(12));
     }
 
-    void damagedAtStart_isSetAside()
-    {
-        for (const QByteArray &content : { QByteArray(), PropertyList::toXml(QVariantList()) }) {
-            const Place place;
-            save(place.path, content);
-            expectWarning(u"^cannot read .*Preferences.plist: ."_s);
-            UserDefaults reader(place.path, UserDefaults::Writing::Never);
-            QVERIFY(reader.setObject(sizeKey, 20));
-            QCOMPARE(reader.integerForKey(sizeKey), 20);
-            QCOMPARE(place.files(), QStringList(u"Preferences.plist"_s));
-            QCOMPARE(load(place.path), content);
-
-            expectWarning(u"^set aside as .*Preferences.plist.damaged"_s);
-            UserDefaults defaults(place.path);
-            QVERIFY(defaults.setObject(sizeKey, 1));
-            QCOMPARE(place.stored(), QVariantMap({ { sizeKey, 1LL } }));
-            QCOMPARE(load(place.path + u".damaged"_s), content);
-        }
-    }
-
     void writeThatFails_keepsTheValue()
     {
         const Place place;

@@ -317,14 +317,11 @@ private Q_SLOTS:
             return isRunning;
         });
         const QString program = _session->program;
-        QCOMPARE(launcher.open(program, {}), launched);
         QCOMPARE(launcher.open(program, QList<QUrl>()), launched);
         QCOMPARE(launcher.open(u"/nowhere.desktop"_s, {}), LaunchStatus::FileNotFound);
-        QCOMPARE(asked, QStringList({ program, program }));
         QCOMPARE(_session->started(0).size(), 0);
-
         QCOMPARE(launcher.open(program, QList<QUrl> { QUrl(u"https://example.org"_s) }), launched);
-        QCOMPARE(asked.size(), 2);
+        QCOMPARE(asked, QStringList(program));
         isRunning = false;
         QCOMPARE(launcher.open(program, {}), launched);
         QCOMPARE(_session->started(2).size(), 2);

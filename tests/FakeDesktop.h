@@ -44,6 +44,7 @@ class FakeItems final : public Items
 {
 public:
     QHash<QString, QString> displayNames;
+    std::optional<QString> genericName;
     bool areFilesApplications = false;
 
     ItemFlags flagsOf(const QString &path) const override
@@ -61,6 +62,7 @@ public:
     {
         return displayNames.value(path, nameOf(path));
     }
+    std::optional<QString> genericNameOf(const QString &) const override { return genericName; }
 };
 
 // One colour fills each icon, red unless another is given for the bundle's name.

@@ -52,12 +52,17 @@ protected:
         _defaults = std::make_unique<UserDefaults>();
         UserDefaults::setStandard(_defaults.get());
         _desktop = std::make_unique<FakeDesktop>();
-        _desktop->fakeItems.areFilesApplications = true;
-        _desktop->folders = { _desktop->tree.addFolder(u"apps"_s) };
+        useFolder(*_desktop);
         OTAppManager::registerDefaults();
         OTIconView::registerDefaults();
         ScanFolders::registerDefaults(*_defaults, _desktop->searchPaths());
         _host = {};
+    }
+    // In which every file is an application.
+    static void useFolder(FakeDesktop &desktop)
+    {
+        desktop.fakeItems.areFilesApplications = true;
+        desktop.folders = { desktop.tree.addFolder(u"apps"_s) };
     }
     void tearDown()
     {

@@ -417,7 +417,7 @@ private Q_SLOTS:
         const auto isTold = [this](const QByteArray &entries) {
             cleanup();
             init();
-            _desktop->library = _home->filePath(u"library"_s);
+            _desktop->library = _desktop->tree.path(u"library"_s);
             QDir().mkpath(_desktop->library + u"/Preferences"_s);
             save(_desktop->library + u"/Preferences/com.apple.spaces.plist"_s,
                 "<plist version=\"1.0\"><dict>" + entries + "</dict></plist>");

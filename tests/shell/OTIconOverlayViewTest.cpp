@@ -9,35 +9,13 @@ class OTIconOverlayViewTest : public PanelFixture
     Q_OBJECT
 
     // Applications that are called as the test wants.
-    class NamingDesktop : public PanelDesktop
-    {
-    public:
-        using PanelDesktop::PanelDesktop;
-
-        QString shownName;
-        std::optional<QString> kind;
-
-    private:
-        QString displayName(const QString &path) const override
-        {
-            return shownName.isEmpty() ? ::Items::nameOf(path) : shownName;
-        }
-        std::optional<QString> genericNameOf(const QString &) const override { return kind; }
-    };
-
     static QColor colorAt(const QImage &picture, const QPoint &point)
     {
         return picture.pixelColor(point * picture.devicePixelRatio());
     }
 
 private Q_SLOTS:
-    void init()
-    {
-        setUp();
-        auto desktop = std::make_unique<NamingDesktop>(_home->path());
-        _naming = desktop.get();
-        use(std::move(desktop));
-    }
+    void init() { setUp(); }
     void cleanup() { tearDown(); }
 
     void theNameStandsByTheSelectedIcon()
@@ -66,7 +44,7 @@ private Q_SLOTS:
         const auto grown = [this](const std::optional<QString> &kind) {
             cleanup();
             init();
-            _naming->kind = kind;
+            _desktop->fakeItems.genericName = kind;
             fill({ u"Paint.xyz"_s, u"Write.xyz"_s });
             show();
             const auto isShort = [this](const QString &name) {
@@ -92,13 +70,13 @@ private Q_SLOTS:
 
     void anyNameIsOneLineInThePanel()
     {
-        _naming->kind = QString();
+        _desktop->fakeItems.genericName = QString();
         fill(3);
         set("tabletMode", true);
         show();
         for (const QString &name : { u"محرر النصوص"_s, u"👩‍🚀 🎨"_s, u"one\ntwo"_s,
                  u"محرر النصوص "_s.repeated(25), u"🎨"_s.repeated(300), QString(300, u'w') }) {
-            _naming->shownName = name;
+            _desktop->fakeItems.displayNames[pathOf(u"app2"_s)] = name;
             app(u"app2"_s)->forgetDisplayName();
             for (const bool isLong : { false, true }) {
                 select(u"app1"_s);
@@ -122,7 +100,7 @@ private Q_SLOTS:
 
     void theNameGoesWhereItsIconGoes()
     {
-        _naming->kind = u"Tool"_s;
+        _desktop->fakeItems.genericName = u"Tool"_s;
         fill(6);
         show();
         selectByKeys(u"app2"_s);
@@ -419,8 +397,6 @@ private:
         return intervals;
     }
     KRViewAnimation &fade() const { return *overlay().findChild<KRViewAnimation *>(); }
-
-    NamingDesktop *_naming = nullptr;
 };
 
 QTEST_MAIN(OTIconOverlayViewTest)

@@ -70,7 +70,7 @@ private Q_SLOTS:
         makeWide();
         _manager->excludeApp(app(u"b"_s));
         _manager->moveApp(app(u"a"_s), User1DGroup, 0, 0);
-        _desktop->run({ pathOf(u"a"_s), pathOf(u"c"_s) });
+        _desktop->running.launch({ pathOf(u"a"_s), pathOf(u"c"_s) });
         QTRY_COMPARE(labels(), u"3 Total, 2 Included, 1 Excluded, 1 Favorite, 2 Running"_s);
         _manager->includeApp(app(u"b"_s));
         _manager->removeAppsFromUserApps(_manager->userApps1D());

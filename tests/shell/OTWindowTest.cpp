@@ -222,7 +222,7 @@ private Q_SLOTS:
         QCoreApplication::sendEvent(_window.get(), &composed);
         QCOMPARE(grid().filterSubstring(), QString());
         QTRY_VERIFY(!_window->isVisible());
-        QCOMPARE(_desktop->launched(), QStringList());
+        QCOMPARE(launched(), QStringList());
 
         _window->show();
         QCoreApplication::sendEvent(_window.get(), &composed);

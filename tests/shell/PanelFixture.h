@@ -118,11 +118,9 @@ struct HostedItem : StatusItem
     QMenu *menu = nullptr;
 };
 
-class PanelDesktop : public FolderDesktop
+class PanelDesktop : public FakeDesktop
 {
 public:
-    using FolderDesktop::FolderDesktop;
-
     Journal journal;
     ObedientWindows windows { journal };
     SwitchedCompositing blending;
@@ -145,21 +143,17 @@ public:
     // Another program comes to the front of all.
     void runInFront(const QString &path)
     {
-        run({ path });
-        _inFront = path;
-        Q_EMIT runningApplications().frontSwitched();
+        running.launch({ path });
+        running.bringToFront(path);
     }
 
 private:
     QString libraryFolder(::SearchPaths::Domain) const override { return library; }
-    QString activeApplication() const override { return _inFront; }
     bool activate(const QString &path) override
     {
         journal.append(u"activate "_s + QFileInfo(path).fileName());
         return true;
     }
-
-    QString _inFront;
 };
 
 class PanelFixture : public IconViewFixture
@@ -172,11 +166,12 @@ protected:
         QCursor::setPos(QGuiApplication::primaryScreen()->geometry().topLeft());
         DropStack::setSharedDropStack(&_dropStack);
         _dropStack.free();
-        use(std::make_unique<PanelDesktop>(_home->path()));
+        use(std::make_unique<PanelDesktop>());
         OTController::registerDefaults();
     }
     void use(std::unique_ptr<PanelDesktop> desktop)
     {
+        useFolder(*desktop);
         _desktop = desktop.get();
         IconViewFixture::_desktop = std::move(desktop);
     }
@@ -190,7 +185,7 @@ protected:
     {
         _defaults->setObject(QLatin1String(key), value);
     }
-    QString pathOf(const QString &name) const { return _home->filePath(u"apps/"_s + name); }
+    QString pathOf(const QString &name) const { return _desktop->tree.path(u"apps/"_s + name); }
     // A catalogue with the given applications, and a panel that is still hidden.
     void fill(const QStringList &names)
     {

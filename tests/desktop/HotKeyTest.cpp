@@ -151,8 +151,7 @@ private Q_SLOTS:
         QVERIFY(release({ Control }) && goesOnRepeating());
         QVERIFY(setKeyboard(u"-layout fr"_s) && press({ Tab }));
         QCOMPARE(_ours->pressed.size(), 1);
-        QVERIFY(release({ Tab }) && strike({ Control, Tab }));
-        QVERIFY(hasArrived(_ours->pressed, 2));
+        QVERIFY(release({ Tab }) && strike({ Control, Tab }) && hasArrived(_ours->pressed, 2));
     }
 
     void held_itLetsOtherKeysThrough()
@@ -165,8 +164,7 @@ private Q_SLOTS:
         // The first of them stops the repeating.
         QVERIFY(strike({ Shift, F }) && strike({ Q }) && strike({ Shift, Q }));
         QTRY_COMPARE(other.typed(), (Keys { F, Q, Shift, Q }));
-        QVERIFY(release({ F5 }) && strike({ F5 }));
-        QVERIFY(hasArrived(_ours->pressed, 2));
+        QVERIFY(release({ F5 }) && strike({ F5 }) && hasArrived(_ours->pressed, 2));
         QCOMPARE(other.typed().size(), 4);
     }
 
@@ -278,8 +276,7 @@ private Q_SLOTS:
         _ours->tap.setEnabled(true);
         _ours->tap.setEnabled(false);
         const QSignalSpy events(&_ours->connection, &XConnection::eventArrived);
-        QVERIFY(strike({ Shift }) && press({ Control }));
-        QVERIFY(hasArrived(_ours->changes, 0));
+        QVERIFY(strike({ Shift }) && press({ Control }) && hasArrived(_ours->changes, 0));
         // The answer to the question just asked.
         QCOMPARE(events.size(), 1);
         // What went down meanwhile is no news, that it goes up is.

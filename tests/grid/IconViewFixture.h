@@ -52,17 +52,17 @@ protected:
         _defaults = std::make_unique<UserDefaults>();
         UserDefaults::setStandard(_defaults.get());
         _desktop = std::make_unique<FakeDesktop>();
-        useFolder(*_desktop);
         OTAppManager::registerDefaults();
         OTIconView::registerDefaults();
-        ScanFolders::registerDefaults(*_defaults, _desktop->searchPaths());
+        useFolder(*_desktop);
         _host = {};
     }
     // In which every file is an application.
-    static void useFolder(FakeDesktop &desktop)
+    void useFolder(FakeDesktop &desktop) const
     {
         desktop.fakeItems.areFilesApplications = true;
         desktop.folders = { desktop.tree.addFolder(u"apps"_s) };
+        ScanFolders::registerDefaults(*_defaults, desktop.searchPaths());
     }
     void tearDown()
     {

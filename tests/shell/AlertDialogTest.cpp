@@ -23,8 +23,7 @@ class AlertDialogTest : public TestCase
     static QMessageBox *shownBox()
     {
         QMessageBox *shown = nullptr;
-        const QWidgetList widgets = QApplication::topLevelWidgets();
-        for (QWidget *widget : widgets) {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
             auto *const box = qobject_cast<QMessageBox *>(widget);
             if (box && box->isVisible()) {
                 // Never two at once.
@@ -95,9 +94,8 @@ private Q_SLOTS:
             QCOMPARE(box->parentWidget(), &parent);
             QCOMPARE(box->windowModality(), Qt::WindowModal);
             QCOMPARE(box->icon(), QMessageBox::Information);
-            const QList<QLabel *> labels = box->findChildren<QLabel *>();
             QStringList texts;
-            for (const QLabel *label : labels) {
+            for (const QLabel *label : box->findChildren<QLabel *>()) {
                 texts.append(label->text());
                 QVERIFY(label->text().isEmpty() || label->textFormat() == Qt::PlainText);
             }

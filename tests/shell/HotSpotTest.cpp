@@ -20,11 +20,9 @@ class HotSpotTest : public TestCase
         bool place(const QRect &area) override
         {
             placed = area;
-            return isGranted;
+            return true;
         }
         void remove() override { placed = {}; }
-
-        bool isGranted = true;
         QRect placed;
     };
 
@@ -60,25 +58,6 @@ private Q_SLOTS:
         QCOMPARE(OTHotSpotWindow::hotSpotRect(4, { 0, 0, 50, 800 }), QRectF());
         QCOMPARE(OTHotSpotWindow::hotSpotRect(2, { 0, 0, 1280, 56 }), QRectF());
         QCOMPARE(OTHotSpotWindow::hotSpotRect(6, { 0, 0, 1280, 57 }), QRectF(1279, 28, 1, 1));
-    }
-
-    void aPlace_isTurnedOverForTheDesktop()
-    {
-        QCOMPARE(
-            _spot.placed, QRect(0, QGuiApplication::primaryScreen()->size().height() - 4, 4, 4));
-        const auto isPlaced = [this](const QRectF &place) {
-            _window.reset();
-            _window = std::make_unique<OTHotSpotWindow>(_spot, place, nullptr);
-            return _window->isPlaced();
-        };
-        QVERIFY(isPlaced({ 0, 0, 4, 4 }));
-        // Without an action there is nothing to do.
-        _window->view().performAction();
-        QVERIFY(!isPlaced({}) && _spot.placed.isNull());
-        _spot.isGranted = false;
-        QVERIFY(!isPlaced({ 0, 0, 4, 4 }));
-        _spot.isGranted = true;
-        _spot.placed = {};
     }
 
     void entering_actsAfterTheDelay()

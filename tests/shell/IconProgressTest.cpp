@@ -1,6 +1,7 @@
 #include "shell/IconProgress.h"
 
 #include "TestCase.h"
+#include "shell/triggers/OTStatusItemView.h"
 
 #include <QImage>
 
@@ -47,6 +48,17 @@ private Q_SLOTS:
         QVERIFY(drawn({ 24, 24 }, 0, 0).isNull() && drawn({}, 1, 2).isNull());
         // Too small for a frame: no more than a point is drawn.
         QCOMPARE(drawn({ 1, 1 }, 1, 1).size(), QSize(1, 1));
+    }
+
+    void theStatusItemShowsABar()
+    {
+        const auto bar = [](int step, int count) {
+            return whiteIn(OTStatusItemView::progressPicture(step, count), 8);
+        };
+        QCOMPARE(bar(-9, 4), u"0-0 2-13 15-15"_s);
+        QCOMPARE(bar(1'000'000'000, 2'000'000'000), u"0-0 8-13 15-15"_s);
+        QCOMPARE(bar(9, 4), u"0-0 15-15"_s);
+        QVERIFY(OTStatusItemView::progressPicture(0, 0).isNull());
     }
 };
 

@@ -73,17 +73,6 @@ private Q_SLOTS:
         QVERIFY(_ends == 1 && _stops == 0 && !_animation->isAnimating());
     }
 
-    void aReversedFadeDoesNotJump()
-    {
-        _animation->startAnimation();
-        _animation->setCurrentTime(600);
-        _animation->setViewAnimations({ { .view = _faded->view(), .fade = Fade::In } });
-        _animation->startAnimation();
-        QCOMPARE(_faded->alpha, 0.4 + 0.6 * 0.016);
-        _animation->setCurrentTime(1000);
-        QVERIFY(_faded->alpha == 1 && !_faded->isHidden && _ends == 1 && _stops == 0);
-    }
-
     void stoppedWithItsEnd_orWhereItIs()
     {
         _animation->stopAnimation();

@@ -85,24 +85,22 @@ private Q_SLOTS:
     {
         launch();
         lowerAll();
+        const auto isShownAfterReopen = [this] {
+            _controller->applicationShouldHandleReopen({ .time = 5, .startupId = {} });
+            return isShown();
+        };
         // Hidden and inactive: it comes, and the same click does not hide it.
-        _controller->applicationShouldHandleReopen({ .time = 5, .startupId = {} });
-        QVERIFY(isShown());
-        QCOMPARE(_desktop->windows.lastTime, 5U);
-        _controller->applicationShouldHandleReopen();
-        QVERIFY(isShown());
+        QVERIFY(isShownAfterReopen() && _desktop->windows.lastTime == 5 && isShownAfterReopen());
         QElapsedTimer clock;
         clock.start();
         QTRY_VERIFY(clock.hasExpired(OTController::ReopenGuard + 10));
-        _controller->applicationShouldHandleReopen();
-        QVERIFY(!isShown());
+        QVERIFY(!isShownAfterReopen());
         // A moved one that has lost the focus comes to the front first.
         _controller->showMainWindow();
         moveAway();
         lowerAll();
         QTRY_VERIFY(clock.hasExpired(2 * OTController::ReopenGuard + 20));
-        _controller->applicationShouldHandleReopen();
-        QVERIFY(isShown() && _controller->isActive());
+        QVERIFY(isShownAfterReopen() && _controller->isActive());
     }
 
     void lostFocusHides_aMovedPanelLater()
@@ -159,12 +157,12 @@ private Q_SLOTS:
         QVERIFY(isShown());
         _controller->explicitHideMainWindow();
         QVERIFY(!isShown() && !_desktop->journal.contains(u"activate other"_s));
-        _controller->showHideMainWindow();
-        QVERIFY(isShown());
-        _controller->showHideMainWindow();
-        QVERIFY(!isShown());
+        const auto isShownAfterToggle = [this] {
+            _controller->showHideMainWindow();
+            return isShown();
+        };
+        QVERIFY(isShownAfterToggle() && !isShownAfterToggle() && isShownAfterToggle());
         // An alert hangs on it, and it stays.
-        _controller->showHideMainWindow();
         set("showIconInDock", false);
         QVERIFY(isShown() && _alerts.size() == 1);
     }
@@ -235,10 +233,9 @@ private Q_SLOTS:
         const auto menuAfter = [this](Qt::Key key) {
             press(key);
             auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-            return menu ? menu->actions().constFirst()->text() : QString();
+            return menu && menu->close() ? menu->actions().constFirst()->text() : QString();
         };
         QCOMPARE(menuAfter(Qt::Key_Menu), u"Show or Hide Ortu"_s);
-        QApplication::activePopupWidget()->close();
         menuAfter(Qt::Key_Home);
         const QString &label = _window->overlay().label();
         QCOMPARE(label, u"app0"_s);
@@ -247,7 +244,6 @@ private Q_SLOTS:
         QApplication::activePopupWidget()->close();
         QCOMPARE(label, u"app0"_s);
         QCOMPARE(menuAfter(Qt::Key_Menu), u"Exclude"_s);
-        QApplication::activePopupWidget()->close();
         // Of the status item's menu, no line is empty.
         QString items;
         for (const QAction *action : _desktop->item.menu->actions()) {
@@ -348,16 +344,13 @@ private Q_SLOTS:
     {
         _desktop->movement.isStill = false;
         launch();
-        const auto onChange = [this](const QString &key) {
-            _desktop->journal += key == u"groupShownWhenWindowClosed" ? u"hide"_s : key;
-        };
-        const auto closed = [&] {
+        connect(_defaults.get(), &UserDefaults::changed, _controller.get(),
+            [this] { _desktop->journal += u"hide"_s; });
+        // It remembers the group when it hides.
+        const auto closed = [this] {
             set("groupShownWhenWindowClosed", 3);
             _desktop->journal.clear();
-            const auto noting =
-                connect(_defaults.get(), &UserDefaults::changed, _controller.get(), onChange);
             _window->performClose();
-            disconnect(noting);
             return _desktop->journal.join(u',');
         };
         // There is no application in front.

@@ -79,8 +79,7 @@ private Q_SLOTS:
 
     void onlyWhatChangesIsPainted()
     {
-        fill(2);
-        show();
+        showPanelOf(2);
         QCoreApplication::processEvents();
         PaintedRegion painted;
         control().installEventFilter(&painted);
@@ -206,8 +205,7 @@ private Q_SLOTS:
 
     void pressesOffTheCapsules_areThePanels()
     {
-        fill(2);
-        show();
+        showPanelOf(2);
         const QSignalSpy menus(_window.get(), &OTWindow::menuWanted);
         QTest::mouseClick(&control(), Qt::RightButton, {}, endOf(Included));
         QCOMPARE(menus.count(), 1);
@@ -306,19 +304,6 @@ private Q_SLOTS:
         QVERIFY(!isDragAccepted<QDragMoveEvent>(endOf(Running)));
         QCoreApplication::processEvents();
         QCOMPARE(selected(), int(Included));
-        QDragLeaveEvent leave;
-        QCoreApplication::sendEvent(&control(), &leave);
-        makeWide();
-        QVERIFY(isDragAccepted<QDragEnterEvent>(endOf(Running)));
-        QTRY_COMPARE(selected(), int(Running));
-    }
-
-    void theDelay_isWithinLimits()
-    {
-        for (const auto &[stored, delay] : { std::pair(-1.0, 0.5), std::pair(1e300, 86400.0) }) {
-            _defaults->setObjectForThisRun(u"com.apple.springing.delay"_s, stored);
-            QCOMPARE(SpringLoading::delay(), delay);
-        }
     }
 
     void assistiveTechnologies_findTabs()

@@ -74,8 +74,7 @@ private Q_SLOTS:
         set("animateWindowResizing", true);
         _desktop->movement.isStill = false;
         _desktop->blending.setActive(false);
-        fill(6);
-        show();
+        showPanelOf(6);
         grid().forceRowColCountForRows(2, 0);
         const QRect before = frame();
         const NotificationCenter &center = NotificationCenter::defaultCenter();
@@ -122,8 +121,7 @@ private Q_SLOTS:
 
     void closingRemembersTheGroup_andForgetsTheRest()
     {
-        fill({ u"alpha"_s, u"beta"_s });
-        show();
+        showPanelOf(QStringList { u"alpha"_s, u"beta"_s });
         grid().setGroupToShow(All1DGroup);
         press(Qt::Key_B);
         press(Qt::Key_Right);
@@ -145,8 +143,7 @@ private Q_SLOTS:
 
     void aMovedPanelIsAwayFromTheCentre()
     {
-        fill(4);
-        show();
+        showPanelOf(4);
         const QPoint centred = frame().topLeft();
         const auto isAway = [&](const QPoint &way) {
             // What a window manager does by itself does not count.
@@ -165,8 +162,7 @@ private Q_SLOTS:
     void itSlidesOutOfTheWayAndBack()
     {
         _desktop->movement.isStill = false;
-        fill(4);
-        show();
+        showPanelOf(4);
         const QPoint centred = frame().topLeft();
         const auto comesTo = [&](const QPoint &place) {
             return QTest::qWaitFor([&] { return frame().topLeft() == place; });
@@ -182,7 +178,6 @@ private Q_SLOTS:
         QVERIFY(comesTo(away));
         _window->slideOnscreen();
         QCOMPARE(frame().topLeft(), away);
-
         const QPoint outside(-20, 600 - 50);
         _window->move(outside);
         _window->slideOnscreen();
@@ -208,10 +203,8 @@ private Q_SLOTS:
         QTRY_VERIFY(_window->isActiveWindow());
         QVERIFY(_window->windowOpacity() < 0.99);
         press(Qt::Key_A);
-        QCOMPARE(grid().filterSubstring(), u"a"_s);
         QTRY_VERIFY(_window->windowOpacity() > 0.99);
         QCOMPARE(grid().filterSubstring(), u"a"_s);
-
         _window->hide();
         QVERIFY(_window->isVisible());
         grid().resetFilterSubstring();
@@ -223,7 +216,6 @@ private Q_SLOTS:
         QCOMPARE(grid().filterSubstring(), QString());
         QTRY_VERIFY(!_window->isVisible());
         QCOMPARE(launched(), QStringList());
-
         _window->show();
         QCoreApplication::sendEvent(_window.get(), &composed);
         QCOMPARE(grid().filterSubstring(), u"b"_s);
@@ -231,8 +223,7 @@ private Q_SLOTS:
 
     void closingKeysAskToBeClosed()
     {
-        fill(2);
-        show();
+        showPanelOf(2);
         QSignalSpy closeWanted(_window.get(), &OTWindow::closeWanted);
         press(Qt::Key_W);
         QCOMPARE(closeWanted.size(), 0);
@@ -252,8 +243,7 @@ private Q_SLOTS:
 
     void theBackgroundMovesIt_andOpensTheMenu()
     {
-        fill(4);
-        show();
+        showPanelOf(4);
         const QPoint start = frame().topLeft();
         QSignalSpy menuWanted(_window.get(), &OTWindow::menuWanted);
         QSignalSpy prefsWanted(_window.get(), &OTWindow::prefsWanted);
@@ -282,8 +272,7 @@ private Q_SLOTS:
 
     void withoutCompositingItIsCutOut()
     {
-        fill(4);
-        show();
+        showPanelOf(4);
         const auto alpha = [this] { return qAlpha(_window->grab().toImage().pixel(90, 3)); };
         QVERIFY(_window->mask().isEmpty() && alpha() < 255);
         _desktop->blending.setActive(false);
@@ -327,8 +316,7 @@ private Q_SLOTS:
 
     void aMissingScreenCentresIt()
     {
-        fill(4);
-        show();
+        showPanelOf(4);
         const QPoint centred = frame().topLeft();
         _window->move(20, 20);
         Q_EMIT qGuiApp->screenRemoved(QGuiApplication::screens().constLast());

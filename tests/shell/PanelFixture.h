@@ -208,6 +208,11 @@ protected:
         QTRY_VERIFY(_window->windowOpacity() > 0.99);
         QTRY_VERIFY(_window->isActiveWindow());
     }
+    template <typename Apps> void showPanelOf(const Apps &apps)
+    {
+        fill(apps);
+        show();
+    }
     void press(int key, Qt::KeyboardModifiers modifiers = {}) const
     {
         QTest::keyClick(_window->windowHandle(), Qt::Key(key), modifiers);

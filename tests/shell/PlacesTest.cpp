@@ -69,16 +69,6 @@ private Q_SLOTS:
         row("no screen", { 5, 5, 10, 10 }, {}, {});
     }
 
-    void moreThan16PointsAreAway()
-    {
-        const QRectF visible(0, -800, 1280, 770);
-        const QRectF centred(540, -465, 200, 100);
-        for (const QPointF &way : { QPointF(1, 0), QPointF(0, -1) }) {
-            QVERIFY(!PanelFrame::isAwayFromCentre(centred.translated(way * 16), visible));
-            QVERIFY(PanelFrame::isAwayFromCentre(centred.translated(way * 16.5), visible));
-        }
-    }
-
     void aLabelStandsByItsIcon()
     {
         const auto row = [](const char *name, const LabelPlace &place, const QRectF &icon,

@@ -116,23 +116,6 @@ private Q_SLOTS:
         QVERIFY(_actions == 0 && _item.icons.size() == 1);
     }
 
-    // Rows of the picture from its middle: "#" is black, "." white.
-    void theProgressPicture_isDrawn()
-    {
-        const auto row = [](int step, int count) {
-            const QImage picture = OTStatusItemView::progressPicture(step, count);
-            QString middle;
-            for (int x = 0; x < picture.width(); ++x) {
-                middle += picture.pixelColor(x, 8) == Qt::black ? u'#' : u'.';
-            }
-            return middle;
-        };
-        QCOMPARE(row(-9, 4), u".#............#."_s);
-        QCOMPARE(row(1'000'000'000, 2'000'000'000), u".#######......#."_s);
-        QCOMPARE(row(9, 4), u".##############."_s);
-        QVERIFY(row(0, 0).isEmpty() && row(1, -1).isEmpty());
-    }
-
     void progress_isShownSometimes()
     {
         const auto shown = [this](int step) {

@@ -19,13 +19,13 @@ private Q_SLOTS:
     void init()
     {
         expectNoWarnings();
-        _mayFade = _mayMove = true;
+        _mayFade = true;
         _opacityWhenShown = -1;
         _animation.reset();
         _window = std::make_unique<QWidget>();
         _window->setGeometry(10, 10, 200, 100);
         _animation = std::make_unique<WindowAnimation>(
-            *_window, _ownWindows, [this] { return _mayFade; }, [this] { return _mayMove; });
+            *_window, _ownWindows, [this] { return _mayFade; }, [] { return true; });
         _fadedOut = std::make_unique<QSignalSpy>(_animation.get(), &WindowAnimation::fadedOut);
     }
 
@@ -98,22 +98,7 @@ private Q_SLOTS:
             _window->geometry().x() == 10 && !_animation->isSliding() && _animation->isFadingOut());
         setTime(1000);
         QCOMPARE(_fadedOut->size(), 1);
-    }
-
-    void whereItMayNot_everythingHappensAtOnce()
-    {
-        _mayFade = _mayMove = false;
-        show();
-        QCOMPARE(_opacityWhenShown, 1.0);
-        QVERIFY(_window->isVisible() && _window->windowOpacity() == 1);
-        _animation->fadeToAlphaOver(0.5, 1);
-        QCOMPARE(_window->windowOpacity(), 1.0);
-        _animation->slideFrameToOver({ 110, 10, 200, 100 }, 1, WindowAnimation::Fade::Out);
-        QCOMPARE(_window->geometry().x(), 110);
-        QVERIFY(!_window->isVisible() && !_animation->isFadingOut() && _fadedOut->size() == 1);
-        QCOMPARE(_window->windowOpacity(), 0.0);
-        // The display has ceased to blend meanwhile.
-        _mayFade = true;
+        // The display ceases to blend while it comes.
         show();
         _mayFade = false;
         show();
@@ -140,7 +125,6 @@ private:
 
     CountedFlushes _ownWindows;
     bool _mayFade = true;
-    bool _mayMove = true;
     double _opacityWhenShown = -1;
     std::unique_ptr<QWidget> _window;
     std::unique_ptr<WindowAnimation> _animation;

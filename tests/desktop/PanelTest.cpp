@@ -1,5 +1,5 @@
 // The panel of the real program on a real display: when it comes and goes, by keys, mouse, other
-// windows and other starts.
+// windows and other starts, and that it launches applications of the system.
 
 #include "desktop/ProgramRunner.h"
 #include "desktop/Programs.h"
@@ -139,6 +139,41 @@ private Q_SLOTS:
         QTRY_COMPARE(running(), 0);
         start();
         QVERIFY(!_runner->status().contains(u"hotKeyProblem"_s));
+    }
+
+    void returnLaunchesTheSelectedApplication()
+    {
+        // What runs in a terminal runs in the first one that is found.
+        FileTree programs;
+        _runner->set("PATH",
+            programs.addPrograms(u"bin"_s, { u"xterm"_s, u"mousepad"_s, u"htop"_s, u"baobab"_s }));
+        for (const char *id : { "debian-xterm", "org.xfce.mousepad", "htop", "org.gnome.baobab" }) {
+            const QString name = QLatin1String(id) + u".desktop"_s;
+            QVERIFY(QFile::link(
+                u"/usr/share/applications/"_s + name, _runner->path(u"apps/"_s + name)));
+        }
+        // The last two: in a terminal, and by the session bus with another name.
+        const std::tuple<QString, QString, QString> rows[] { { u"xterm"_s, u"xterm"_s, u"xterm"_s },
+            { u"mousepad"_s, u"mousepad"_s, u"mousepad"_s }, { u"htop"_s, u"xterm"_s, u"htop"_s },
+            { u"disk usage"_s, u"baobab"_s, u"baobab"_s } };
+        for (const auto &[name, windowClass, process] : rows) {
+            const auto isRunning = [&process = process] {
+                return !outputOf(u"pgrep"_s, { u"-x"_s, process }).isEmpty();
+            };
+            start();
+            outputOf(u"xdotool"_s, { u"type"_s, name });
+            QTRY_COMPARE(_runner->status()[u"filter"_s].toString(), name);
+            xdotool(u"key Home Return"_s);
+            QTRY_VERIFY_WITH_TIMEOUT(!windowsOf(windowClass).isEmpty(), patience);
+            QTRY_VERIFY(isRunning());
+            // It outlives the program.
+            _ortu.kill();
+            QVERIFY(_ortu.waitForFinished());
+            QTRY_COMPARE(windowCount(), 0);
+            QVERIFY(isRunning() && windowsOf(windowClass).size() == 1);
+            outputOf(u"wmctrl"_s, { u"-ic"_s, windowsOf(windowClass).value(0) });
+            QTRY_VERIFY_WITH_TIMEOUT(windowsOf(windowClass).isEmpty(), patience);
+        }
     }
 
 private:

@@ -1,4 +1,5 @@
-// Whether the desktop wants movement, by each of the ways in which desktops say so.
+// Which effects the desktop wants: movement, by each of the ways in which desktops say so, and
+// compositing, whose manager the test stands in for.
 
 #include "desktop/Programs.h"
 #include "platform/FileTree.h"
@@ -66,7 +67,7 @@ std::unique_ptr<Desktop> makeDesktop(const char *name = "Test")
 
 } // namespace
 
-class MotionTest : public TestCase
+class EffectsTest : public TestCase
 {
     Q_OBJECT
 
@@ -147,6 +148,28 @@ private Q_SLOTS:
         QCOMPARE(answers(), std::pair(true, false));
     }
 
+    void compositing_isActiveWhileTheDisplayHasAManagerForIt()
+    {
+        const std::unique_ptr<Desktop> desktop = makeDesktop();
+        const Compositing &compositing = desktop->compositing();
+        QSignalSpy changed(&compositing, &Compositing::changed);
+        QVERIFY(!compositing.isActive());
+        for (int i = 1; i <= 2; ++i) {
+            auto manager = std::make_unique<XClient>();
+            QVERIFY(manager->own("_NET_WM_CM_S0"));
+            QTRY_VERIFY(compositing.isActive());
+            // Another one takes over.
+            auto other = std::make_unique<XClient>();
+            QVERIFY(other->own("_NET_WM_CM_S0"));
+            manager.reset();
+            // Right from the start, before a notification can arrive.
+            QVERIFY(makeDesktop()->compositing().isActive());
+            other.reset();
+            QTRY_VERIFY(!compositing.isActive());
+            QCOMPARE(changed.count(), 2 * i);
+        }
+    }
+
 private:
     void choose(const QByteArray &settings)
     {
@@ -156,5 +179,5 @@ private:
     FileTree _tree;
 };
 
-QTEST_MAIN(MotionTest)
-#include "MotionTest.moc"
+QTEST_MAIN(EffectsTest)
+#include "EffectsTest.moc"

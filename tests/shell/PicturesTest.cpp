@@ -1,11 +1,14 @@
-#include "shell/IconProgress.h"
+// What is drawn by hand: progress, and the buttons of the panel.
 
 #include "TestCase.h"
+#include "shell/IconProgress.h"
+#include "shell/panel/PanelButton.h"
 #include "shell/triggers/OTStatusItemView.h"
+#include "support/Contrast.h"
 
-#include <QImage>
+#include <QPainter>
 
-class IconProgressTest : public TestCase
+class PicturesTest : public TestCase
 {
     Q_OBJECT
 
@@ -60,7 +63,42 @@ private Q_SLOTS:
         QCOMPARE(bar(9, 4), u"0-0 15-15"_s);
         QVERIFY(OTStatusItemView::progressPicture(0, 0).isNull());
     }
+
+    void buttonsStandOutFromAnyWindow()
+    {
+        for (const char *name : { "#000000", "#ffffff", "#808080", "#ff0000", "#008000" }) {
+            for (const float alpha : { 0.0F, 0.3F, 0.85F, 1.0F }) {
+                QColor window = QColor::fromString(QLatin1String(name));
+                PanelButton button(PanelButton::Kind::Gear);
+                button.setAttribute(Qt::WA_TranslucentBackground);
+                button.setLook(PanelButtonLook(alpha, window));
+                window.setAlphaF(alpha);
+                for (const auto desktop : { Qt::black, Qt::darkGray, Qt::white }) {
+                    QImage seen(button.size(), QImage::Format_RGB32);
+                    seen.fill(desktop);
+                    QPainter(&seen).fillRect(seen.rect(), window);
+                    button.render(&seen, {}, {}, QWidget::DrawChildren);
+                    // On a tooth, and in the hole.
+                    const double contrast =
+                        Contrast::ratio(seen.pixelColor(9, 4), seen.pixelColor(9, 9));
+                    QVERIFY2(contrast >= Contrast::Enough, name);
+                }
+            }
+        }
+        // Where the window does by itself, nothing lies behind a button.
+        QCOMPARE(PanelButtonLook(0.85F, Qt::black).plate.alpha(), 0);
+    }
+
+    void eachButtonIsAPictureOfItsOwn()
+    {
+        PanelButton close(PanelButton::Kind::Close);
+        PanelButton gear(PanelButton::Kind::Gear);
+        const QImage resting = gear.grab().toImage();
+        QVERIFY(resting != close.grab().toImage());
+        gear.setDown(true);
+        QVERIFY(resting != gear.grab().toImage());
+    }
 };
 
-QTEST_GUILESS_MAIN(IconProgressTest)
-#include "IconProgressTest.moc"
+QTEST_MAIN(PicturesTest)
+#include "PicturesTest.moc"

@@ -33,8 +33,19 @@ private Q_SLOTS:
     void init()
     {
         TestCase::init();
-        startBus();
         _now = 0ms;
+        _shown.clear();
+        _bus = std::make_unique<PrivateBus>();
+        _connection = std::make_unique<BusConnection>();
+        _dock = std::make_unique<Dock>(_connection->get());
+        connect(_dock.get(), &Dock::Update, this,
+            [this](const QString &application, const QVariantMap &properties) {
+                QCOMPARE(application, u"application://org.ortu.Ortu.desktop"_s);
+                QCOMPARE(properties[u"progress"_s].typeId(), int(QMetaType::Double));
+                _shown.append(properties[u"progress-visible"_s].toBool()
+                        ? properties[u"progress"_s].toString()
+                        : u"end"_s);
+            });
         _progress = std::make_unique<LauncherProgress>([this] { return _now; });
     }
     void cleanup()
@@ -69,36 +80,7 @@ private Q_SLOTS:
         QTRY_COMPARE(_shown, QStringList { u"end"_s });
     }
 
-    void busIsOpened_onlyForSomethingToShow()
-    {
-        cleanup();
-        _progress = std::make_unique<LauncherProgress>([this] { return _now; });
-        _progress->end();
-        startBus();
-        _progress->show(1, 2);
-        QCOMPARE(shown(), QStringList { u"0.5"_s });
-        // A bus that is gone is not worth a line.
-        _bus->end();
-        _progress->show(1, 2);
-        _progress->end();
-    }
-
 private:
-    void startBus()
-    {
-        _bus = std::make_unique<PrivateBus>();
-        _connection = std::make_unique<BusConnection>();
-        _dock = std::make_unique<Dock>(_connection->get());
-        _shown.clear();
-        connect(_dock.get(), &Dock::Update, this,
-            [this](const QString &application, const QVariantMap &properties) {
-                QCOMPARE(application, u"application://org.ortu.Ortu.desktop"_s);
-                QCOMPARE(properties[u"progress"_s].typeId(), int(QMetaType::Double));
-                _shown.append(properties[u"progress-visible"_s].toBool()
-                        ? properties[u"progress"_s].toString()
-                        : u"end"_s);
-            });
-    }
     // Each as "progress" or "end", up to a step of its own, which comes after all the others.
     QStringList shown()
     {

@@ -77,7 +77,6 @@ private Q_SLOTS:
                 "name=" + QByteArray(299, 'x') + " program=a" },
             { "", "broken: empty" }, { " \n\n#\n", "broken: no [Desktop Entry]" },
             { QByteArray("\177ELF\0\1\2", 7), "broken: binary" },
-            { "hello\nworld\n", "broken: line 1 is not KEY=VALUE" },
             { "[Other]\nA=b\n" + runs, "broken: does not begin with [Desktop Entry]" },
             { runs + "nonsense\n", "broken: line 4 is not KEY=VALUE" },
             { start + "=a\n", "broken: line 3 is not KEY=VALUE" },

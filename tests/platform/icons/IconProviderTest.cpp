@@ -137,20 +137,6 @@ private Q_SLOTS:
         }
     }
 
-    // In place, which does not touch the theme's folder.
-    void shortenedIndex_isLeftAlone()
-    {
-        const Session session;
-        const QString theme = session.tree.path(u"share/icons/One"_s);
-        IconThemeFiles::addCache(theme);
-        const FreedesktopIcons icons(itself);
-        // Lets it begin to watch.
-        QCoreApplication::processEvents();
-        QFile index(theme + u"/icon-theme.cache"_s);
-        QVERIFY(index.resize(index.size() / 2));
-        QTRY_COMPARE(fileOf(icons, session), Session::pictureIn(u"One"_s));
-    }
-
     void settingOfGSettings_isNoticed()
     {
         const QString schemas = QFile::decodeName(qgetenv("GSETTINGS_SCHEMA_DIR"));

@@ -54,9 +54,10 @@ private Q_SLOTS:
             QCOMPARE(image.suffixes, isLarge ? PngSuffix : SvgSuffix);
         }
         QVERIFY(cache->find("b").isEmpty());
-        // Cut short while it is in use.
-        QVERIFY(QFile::resize(_folder + u"/icon-theme.cache"_s, 0));
-        QVERIFY(cache->find("a").isEmpty() && cache->directories().empty() && open() == nullptr);
+        // Cut short while it is in use, and for a program that opens it then.
+        QFile file(_folder + u"/icon-theme.cache"_s);
+        QVERIFY(file.resize(file.size() / 2) && open() == nullptr);
+        QVERIFY(file.resize(0) && cache->find("a").isEmpty() && cache->directories().empty());
     }
 
     void pipeForAnIndex_isNotOpened()

@@ -191,10 +191,10 @@ private Q_SLOTS:
 
     void manyColors_areCountedEach()
     {
-        constexpr std::uint32_t Colors = 120'000, Step = 139;
+        constexpr std::uint32_t Distinct = 120'000, Step = 139;
         Picture picture { 600, {} };
-        for (std::uint32_t i = 0; i < 2 * Colors; ++i) {
-            const std::uint32_t color = i % Colors * Step;
+        for (std::uint32_t i = 0; i < 2 * Distinct; ++i) {
+            const std::uint32_t color = i % Distinct * Step;
             picture.pixels.push_back(
                 { std::uint8_t(color >> 16), std::uint8_t(color >> 8), std::uint8_t(color), 255 });
         }
@@ -203,10 +203,10 @@ private Q_SLOTS:
         std::set<std::uint32_t> found;
         for (const auto &[red, green, blue, alpha, count] : histogram) {
             const std::uint32_t color = std::uint32_t(red) << 16 | std::uint32_t(green) << 8 | blue;
-            QVERIFY(alpha == 255 && count == 510 && color % Step == 0 && color < Colors * Step);
+            QVERIFY(alpha == 255 && count == 510 && color % Step == 0 && color < Distinct * Step);
             QVERIFY(found.insert(color).second);
         }
-        QCOMPARE(found.size(), std::size_t(Colors));
+        QCOMPARE(found.size(), std::size_t(Distinct));
     }
 
     void pictures_haveTheirClosedForms()

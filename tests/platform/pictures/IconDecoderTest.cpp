@@ -8,6 +8,7 @@
 #include <QBuffer>
 #include <QGuiApplication>
 #include <QProcess>
+#include <QStringEncoder>
 #include <QtEndian>
 
 #include <cstring>
@@ -44,38 +45,6 @@ QByteArray little(quint32 number)
     return big(qbswap(number));
 }
 
-quint32 checksum(const QByteArray &bytes)
-{
-    quint32 sum = ~0U;
-    for (const char c : bytes) {
-        sum ^= quint8(c);
-        for (int bit = 0; bit < 8; ++bit) {
-            sum = (sum >> 1) ^ (0xedb88320U & (0U - (sum & 1)));
-        }
-    }
-    return ~sum;
-}
-
-QByteArray pngChunk(const QByteArray &kind, const QByteArray &data)
-{
-    return big(quint32(data.size())) + kind + data + big(checksum(kind + data));
-}
-
-QByteArray gzipped(const QByteArray &text)
-{
-    // The same compression inside a zlib stream, whose head and tail are taken off.
-    return QByteArray("\x1f\x8b\x08\0\0\0\0\0\0\3", 10) + qCompress(text).mid(6).chopped(4)
-        + little(checksum(text)) + little(quint32(text.size()));
-}
-
-QByteArray utf16(const QByteArray &text)
-{
-    const QString wide = QString::fromUtf8(text);
-    return "\xff\xfe"
-        + QByteArray(
-            reinterpret_cast<const char *>(wide.utf16()), wide.size() * qsizetype(sizeof(QChar)));
-}
-
 QByteArray svg(const QByteArray &content, const QByteArray &attributes = "viewBox='0 0 64 64'")
 {
     return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
@@ -106,11 +75,17 @@ QByteArray icnsPart(const QByteArray &kind, const QByteArray &part)
     return kind + big(quint32(8 + part.size())) + part;
 }
 
-// 30 times 8 MB, when it is unpacked.
-QByteArray packedTexts()
+// The picture as PNG, with texts of 80 MB when they are unpacked.
+QByteArray withTexts(const QImage &image)
 {
-    const QByteArray text = qCompress(QByteArray(8'000'000, 'a'), 9).sliced(4);
-    return pngChunk("zTXt", QByteArray("a\0\0", 3) + text).repeated(30);
+    static const QByteArray small = [] {
+        QImage pixel = plain(1, 1);
+        for (int i = 0; i < 10; ++i) {
+            pixel.setText(QString::number(i), QString(8'000'000, u'a'));
+        }
+        return encoded(pixel);
+    }();
+    return encoded(image).insert(33, small.mid(33, small.indexOf("IDAT") - 37));
 }
 
 QByteArray manyAttributes(int count, const QByteArray &prefix)
@@ -188,7 +163,9 @@ private Q_SLOTS:
             clipped("<rect width='64' height='64'/>"),
             clipped("<path d='M 0.3 0.3 L 63.7,0.3 L 63.7 63.7 L 0.3 63.7 Z M 0.3 0.3'/>") };
         for (const QByteArray &content : flawed + right) {
-            for (const QByteArray &text : { svg(content), utf16(svg(content)) }) {
+            QStringEncoder utf16(QStringEncoder::Utf16LE, QStringEncoder::Flag::WriteBom);
+            const QByteArray wide = utf16(QString::fromUtf8(svg(content)));
+            for (const QByteArray &text : { svg(content), wide }) {
                 QVERIFY2(SvgFeatures::goBeyondRenderer(text) == flawed.contains(content), content);
             }
         }
@@ -197,21 +174,20 @@ private Q_SLOTS:
     // The names tell what comes of a file, and nothing of its kind.
     void filesOfTheFuzzTarget_areReadOrRefused()
     {
-        const QDir folder(QFINDTESTDATA("../fuzz/corpus/Picture"));
-        const QStringList pictures = folder.entryList({ u"red-*"_s });
-        const QStringList refused = folder.entryList({ u"refused-*"_s });
+        const QStringList pictures = _files.entryList({ u"red-*"_s });
+        const QStringList refused = _files.entryList({ u"refused-*"_s });
         QVERIFY(pictures.size() > 9 && refused.size() > 9);
         for (const QString &name : pictures) {
             QImage icon;
             // A thread that Qt did not start: it has no timers.
-            std::thread([&] { icon = decodeIcon(folder.filePath(name), 64); }).join();
+            std::thread([&] { icon = decodeIcon(_files.filePath(name), 64); }).join();
             QVERIFY2(icon.size() == QSize(64, 64), qPrintable(name));
             QCOMPARE(icon.format(), QImage::Format_ARGB32_Premultiplied);
             QCOMPARE(icon.pixelColor(32, 32), QColor(Qt::red));
             QCOMPARE(icon.pixelColor(2, 61), QColor(Qt::red));
         }
         for (const QString &name : refused) {
-            const int lines = linesAndIconWithinLimits(folder.filePath(name));
+            const int lines = linesAndIconWithinLimits(_files.filePath(name));
             QVERIFY2(lines == 1, qPrintable(name + QString::number(lines)));
         }
     }
@@ -248,17 +224,8 @@ private Q_SLOTS:
 
     void fileOfSeveralSizes_givesTheNearest()
     {
-        // Each of its own colour.
-        QByteArray head("\0\0\1\0\3\0", 6);
-        QByteArray body;
-        for (const auto &[size, color] :
-            { std::pair(16, Qt::green), std::pair(64, Qt::red), std::pair(256, Qt::blue) }) {
-            const QByteArray picture = encoded(plain(size, size, color));
-            head += QByteArray(4, '\0') + QByteArray("\1\0\x20\0", 4)
-                + little(quint32(picture.size())) + little(quint32(6 + 3 * 16 + body.size()));
-            body += picture;
-        }
-        const QString file = _tree.add(u"icon.ico"_s, head + body);
+        // 16 pixels are green, 64 red and 256 blue.
+        const QString file = _files.filePath(u"three-sizes.ico"_s);
         QCOMPARE(decodeIcon(file, 64).pixelColor(9, 9), QColor(Qt::red));
         QCOMPARE(decodeIcon(file, 512).pixelColor(9, 9), QColor(Qt::blue));
         QCOMPARE(decodeIcon(file, 8).pixelColor(4, 4), QColor(Qt::green));
@@ -282,7 +249,11 @@ private Q_SLOTS:
         const QByteArray elsewhere = QFile::encodeName(_tree.addPipe(u"pipe"_s));
         const QByteArray manyPixels = encoded(QImage(20'000, 1'000, QImage::Format_Mono));
         const QByteArray parts = QByteArray("0 ;").repeated(1'300'000);
-        const QByteArray packed = encoded(plain(1, 1)).insert(33, packedTexts());
+        const QString gzip = _tree.path(u"zeros.gz"_s);
+        QProcess::execute(
+            u"/bin/sh"_s, { u"-c"_s, u"head -c 20000000 /dev/zero | gzip >"_s + gzip });
+        const QByteArray zeros = load(gzip);
+        const QByteArray packed = withTexts(plain(1, 1));
         QByteArray chain = "<rect id='a0' width='9' height='9'/>";
         for (int i = 1; i <= 50'000; ++i) {
             const QByteArray before = QByteArray::number(i - 1);
@@ -304,9 +275,8 @@ private Q_SLOTS:
                 svg("<style>" + QByteArray("dasharray ").repeated(400'000) + "</style>"),
                 svg("<g style='" + QByteArray("url(").repeated(60'000) + "#'/>"
                     + useOfA.repeated(17'000)),
-                embedded(packed), gzipped("<svg>" + QByteArray(20'000'000, ' ')),
-                svg(QByteArray(9'000'000, ' ')), svg({}, "viewBox='" + parts + "'"),
-                svg("<g style='" + parts + "'/>"), svg(chain),
+                embedded(packed), zeros, svg(QByteArray(9'000'000, ' ')),
+                svg({}, "viewBox='" + parts + "'"), svg("<g style='" + parts + "'/>"), svg(chain),
                 svg("<path id='a' d='" + QByteArray("M0 0L9 9").repeated(10'000) + "'/>"
                     + useOfA.repeated(10'000)),
                 svg(QByteArray("<g>").repeated(100'000) + QByteArray("</g>").repeated(100'000)),
@@ -323,8 +293,8 @@ private Q_SLOTS:
     // What stands beside the pixels does not count, and the largest picture that is read fits.
     void largeButHarmless_isRead()
     {
-        const QByteArray wide = encoded(plain(2'800, 2'800)).insert(33, packedTexts());
-        const QByteArray part = encoded(plain(1, 1)).insert(33, packedTexts());
+        const QByteArray wide = withTexts(plain(2'800, 2'800));
+        const QByteArray part = withTexts(plain(1, 1));
         for (const QByteArray &bytes : { wide, ico(part), icnsPart("icns", icnsPart("ic10", part)),
                  encoded(plain(2'000, 2'000).convertToFormat(QImage::Format_RGBA64)) }) {
             QCOMPARE(linesAndIconWithinLimits(_tree.add(u"large"_s, bytes)), 100);
@@ -343,11 +313,11 @@ private Q_SLOTS:
 
     void truncatedPicture_isNoneAndWarnsOnce()
     {
-        for (const QByteArray &whole : { encoded(plain(16, 16)), gzipped(svg(square)),
-                 svg("<g id='a'>" + square + "</g>"), ico(encoded(plain(9, 9))) }) {
-            QFile file(_tree.add(u"short"_s, whole));
+        for (const QString &name :
+            { u"red-png.svg"_s, u"red-packed.svg"_s, u"red-use.svg"_s, u"red-ico.svg"_s }) {
+            QFile file(_tree.add(u"short"_s, load(_files.filePath(name))));
             QCOMPARE(linesAndIcon(file.fileName(), 16), 100);
-            for (qsizetype length = whole.size() - 1; length >= 0; --length) {
+            for (qint64 length = file.size() - 1; length >= 0; --length) {
                 QVERIFY(file.resize(length));
                 QCOMPARE(linesAndIcon(file.fileName(), 16), 1);
             }
@@ -355,6 +325,8 @@ private Q_SLOTS:
     }
 
 private:
+    // Those of the fuzz target.
+    const QDir _files { QFINDTESTDATA("../fuzz/corpus/Picture") };
     FileTree _tree;
 };
 

@@ -75,13 +75,13 @@ QByteArray icnsPart(const QByteArray &kind, const QByteArray &part)
     return kind + big(quint32(8 + part.size())) + part;
 }
 
-// The picture as PNG, with texts of 80 MB when they are unpacked.
+// The picture as PNG, with texts of 180 MB when they are unpacked.
 QByteArray withTexts(const QImage &image)
 {
     static const QByteArray small = [] {
         QImage pixel = plain(1, 1);
-        for (int i = 0; i < 10; ++i) {
-            pixel.setText(QString::number(i), QString(8'000'000, u'a'));
+        for (int i = 0; i < 30; ++i) {
+            pixel.setText(QString::number(i), QString(6'000'000, u'a'));
         }
         return encoded(pixel);
     }();

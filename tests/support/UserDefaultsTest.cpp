@@ -14,22 +14,11 @@ const QString sizeKey = u"maximumIconSize"_s;
 const QString hueKey = u"wrapHue"_s;
 const QVariantMap registered { { sizeKey, 64 }, { hueKey, 0.5 } };
 
-// A folder with the path of a preference file in it, which need not exist.
-struct Place
-{
-    QTemporaryDir folder;
-    QString path = folder.filePath(u"Preferences.plist"_s);
-
-    bool write(const QVariantMap &values) const { return PropertyList::writeFile(path, values); }
-    QVariantMap stored() const { return PropertyList::readFile(path).value.toMap(); }
-    QStringList files() const { return QDir(folder.path()).entryList(QDir::Files); }
-};
-
 // A program with the registered preferences, and its announcements as "key old>new".
 struct Program
 {
-    explicit Program(const Place &place)
-        : defaults(place.path)
+    explicit Program(const QString &path)
+        : defaults(path)
     {
         defaults.registerDefaults(registered);
         signal.clear();
@@ -57,6 +46,13 @@ class UserDefaultsTest : public TestCase
 {
     Q_OBJECT
 private Q_SLOTS:
+    void init()
+    {
+        TestCase::init();
+        _folder = std::make_unique<QTemporaryDir>();
+        _path = _folder->filePath(u"Preferences.plist"_s);
+    }
+
     // The default, a value, and what the value is then; invalid where it cannot stand for it.
     void value_standsForAnotherType()
     {
@@ -75,32 +71,30 @@ private Q_SLOTS:
 
     void unusableValue_isKeptAndNamedOnce()
     {
-        const Place place;
-        QVERIFY(place.write({ { sizeKey, u"a"_s }, { hueKey, 2 } }));
+        QVERIFY(write({ { sizeKey, u"a"_s }, { hueKey, 2 } }));
         expectWarning(u"^maximumIconSize: string \"a\" cannot stand for integer"_s);
-        Program program(place);
+        Program program(_path);
         program.defaults.registerDefaults(registered);
         QVERIFY(program.defaults.objectForKey(hueKey).typeId() == QMetaType::Double);
         QVERIFY(program.defaults.setObject(hueKey, 1));
-        QCOMPARE(place.stored().value(sizeKey), QVariant(u"a"_s));
+        QCOMPARE(stored().value(sizeKey), QVariant(u"a"_s));
 
         program.taken();
         expectWarning(u"^maximumIconSize: array cannot stand for integer"_s);
-        QVERIFY(place.write({ { sizeKey, QVariantList { true } }, { hueKey, 2 } }));
+        QVERIFY(write({ { sizeKey, QVariantList { true } }, { hueKey, 2 } }));
         QCOMPARE(program.awaited(), QStringList(u"wrapHue 1>2"_s));
     }
 
     void layers_standAboveOneAnother()
     {
-        const Place place;
-        Program program(place);
+        Program program(_path);
         UserDefaults &defaults = program.defaults;
         defaults.registerDefaults({ { sizeKey, 32 } });
         QCOMPARE(defaults.registeredKeys(), QStringList({ sizeKey, hueKey }));
         defaults.setObjectForThisRun(sizeKey, u"99"_s);
         QVERIFY(!defaults.hasStoredValue(sizeKey));
         QVERIFY(defaults.setObject(sizeKey, 48));
-        QCOMPARE(place.stored(), QVariantMap({ { sizeKey, 48LL } }));
+        QCOMPARE(stored(), QVariantMap({ { sizeKey, 48LL } }));
         defaults.setObjectForThisRun(sizeKey, {});
         QVERIFY(defaults.removeObject(sizeKey));
         QCOMPARE(program.taken(),
@@ -110,45 +104,42 @@ private Q_SLOTS:
 
     void setting_writesAndAnnouncesOnce()
     {
-        const Place place;
         const QVariant foreign = QVariantMap { { u"a"_s, QByteArray("b") } };
-        QVERIFY(place.write({ { u"later"_s, foreign } }));
-        Program program(place);
+        QVERIFY(write({ { u"later"_s, foreign } }));
+        Program program(_path);
         UserDefaults &defaults = program.defaults;
         QVERIFY(defaults.setObject(sizeKey, 64) && defaults.setObject(hueKey, 1));
         QCOMPARE(program.taken(), QStringList(u"wrapHue 0.5>1"_s));
-        QCOMPARE(place.stored(),
-            QVariantMap({ { sizeKey, 64LL }, { hueKey, 1.0 }, { u"later"_s, foreign } }));
+        QCOMPARE(
+            stored(), QVariantMap({ { sizeKey, 64LL }, { hueKey, 1.0 }, { u"later"_s, foreign } }));
 
         expectWarning(u"^maximumIconSize: real \"2.5\" cannot stand for integer"_s);
         QVERIFY(!defaults.setObject(sizeKey, 2.5));
         expectWarning(u"^note: QPoint cannot stand for a preference"_s);
         QVERIFY(!defaults.setObject(u"note"_s, QPoint(1, 2)));
-        QVERIFY(QFile::remove(place.path));
+        QVERIFY(QFile::remove(_path));
         QVERIFY(defaults.setObject(hueKey, 1.0F) && defaults.removeObject(u"none"_s));
-        QCOMPARE(place.files() + program.taken(), QStringList());
+        QCOMPARE(QDir(_folder->path()).entryList(QDir::Files) + program.taken(), QStringList());
     }
 
     void receiverThatSetsAnotherKey_endsWithItsValue()
     {
-        const Place place;
-        Program program(place);
+        Program program(_path);
         connect(&program.defaults, &UserDefaults::changed, this, [&](const QString &key) {
             if (key == sizeKey) {
                 program.defaults.setObject(hueKey, 7);
             }
         });
-        QVERIFY(place.write({ { sizeKey, 20 }, { hueKey, 3 } }));
-        QTRY_COMPARE(program.signal.isEmpty() ? QVariant() : program.signal.last()[2],
-            QVariant::fromValue(QVariant(7.0)));
-        QCOMPARE(place.stored(), QVariantMap({ { sizeKey, 20LL }, { hueKey, 7.0 } }));
+        QVERIFY(write({ { sizeKey, 20 }, { hueKey, 3 } }));
+        const auto last = [&] { return program.signal.value(program.signal.size() - 1).value(2); };
+        QTRY_COMPARE(last(), QVariant::fromValue(QVariant(7.0)));
+        QCOMPARE(stored(), QVariantMap({ { sizeKey, 20LL }, { hueKey, 7.0 } }));
     }
 
     void twoPrograms_keepEachOthersKeys()
     {
-        const Place place;
-        UserDefaults one(place.path);
-        Program two(place);
+        UserDefaults one(_path);
+        Program two(_path);
         QVERIFY(one.setObject(sizeKey, 1));
         QVERIFY(two.defaults.setObject(hueKey, 2));
         // The second learned of the first's key by its own write, before any event.
@@ -156,23 +147,22 @@ private Q_SLOTS:
         QTRY_COMPARE(one.integerForKey(hueKey), 2);
         QVERIFY(one.removeObject(sizeKey));
         QTRY_VERIFY(!two.defaults.hasStoredValue(sizeKey));
-        QCOMPARE(place.stored(), QVariantMap({ { hueKey, 2.0 } }));
+        QCOMPARE(stored(), QVariantMap({ { hueKey, 2.0 } }));
     }
 
     void outsideChange_isAnnounced()
     {
-        const Place place;
-        Program program(place);
+        Program program(_path);
         for (const int size : { 10, 11 }) {
-            save(place.path, PropertyList::toXml(QVariantMap { { sizeKey, size } }));
+            save(_path, PropertyList::toXml(QVariantMap { { sizeKey, size } }));
             QCOMPARE(program.awaited().join(u' ').right(3), u">%1"_s.arg(size));
         }
         // As long as a program has the old file open, it goes on beside the new one.
-        QFile old(place.path);
+        QFile old(_path);
         QVERIFY(old.open(QIODevice::ReadOnly));
-        QVERIFY(place.write({ { sizeKey, 12 } }));
+        QVERIFY(write({ { sizeKey, 12 } }));
         QCOMPARE(program.awaited(), QStringList(u"maximumIconSize 11>12"_s));
-        QVERIFY(QFile::remove(place.path));
+        QVERIFY(QFile::remove(_path));
         QCOMPARE(program.awaited(), QStringList(u"maximumIconSize 12>64"_s));
     }
 
@@ -195,33 +185,31 @@ private Q_SLOTS:
 
     void damagedWhileRunning_isIgnoredUntilWeWrite()
     {
-        const Place place;
-        QVERIFY(place.write({ { sizeKey, 10 } }));
-        Program program(place);
+        QVERIFY(write({ { sizeKey, 10 } }));
+        Program program(_path);
         const QByteArray whole = PropertyList::toXml(QVariantMap { { sizeKey, 20 } });
-        save(place.path, whole.chopped(12));
+        save(_path, whole.chopped(12));
         // Another reader of the folder, told after the first, shows when that has read.
-        UserDefaults witness(place.folder.filePath(u"witness"_s));
-        save(place.folder.filePath(u"witness"_s), whole);
+        UserDefaults witness(_folder->filePath(u"witness"_s));
+        save(_folder->filePath(u"witness"_s), whole);
         QTRY_COMPARE(witness.integerForKey(sizeKey), 20);
         QCOMPARE(program.taken(), QStringList());
-        save(place.path, whole);
+        save(_path, whole);
         QCOMPARE(program.awaited(), QStringList(u"maximumIconSize 10>20"_s));
 
-        save(place.path, whole.chopped(12));
+        save(_path, whole.chopped(12));
         expectWarning(u"^set aside as .*Preferences.plist.damaged"_s);
         QVERIFY(program.defaults.setObject(hueKey, 2));
-        QCOMPARE(place.stored(), QVariantMap({ { sizeKey, 20LL }, { hueKey, 2.0 } }));
-        QCOMPARE(load(place.path + u".damaged"_s), whole.chopped(12));
+        QCOMPARE(stored(), QVariantMap({ { sizeKey, 20LL }, { hueKey, 2.0 } }));
+        QCOMPARE(load(_path + u".damaged"_s), whole.chopped(12));
     }
 
     void writeThatFails_keepsTheValue()
     {
-        const Place place;
-        save(place.path, "a");
+        save(_path, "a");
         // A folder that cannot be made, a file where it belongs, a lock that cannot be made.
         for (const QString &path : { u"/proc/Ortu/Preferences.plist"_s,
-                 place.path + u"/Preferences.plist"_s, u"/proc/Preferences.plist"_s }) {
+                 _path + u"/Preferences.plist"_s, u"/proc/Preferences.plist"_s }) {
             UserDefaults defaults(path);
             expectWarning(u"^cannot (write|lock) .*: ."_s);
             QVERIFY(!defaults.setObject(sizeKey, 1));
@@ -231,14 +219,13 @@ private Q_SLOTS:
 
     void writeThatFailed_isToldOnceAndMadeUpForByTheNext()
     {
-        const Place place;
-        QVERIFY(place.write({ { sizeKey, 10 } }));
-        save(place.folder.filePath(u".lock"_s), "left by another version");
-        Program program(place);
+        QVERIFY(write({ { sizeKey, 10 } }));
+        save(_folder->filePath(u".lock"_s), "left by another version");
+        Program program(_path);
         const QSignalSpy messages(
             &NotificationCenter::defaultCenter(), &NotificationCenter::N_UserMessage);
         {
-            FileLock lock(place.folder.path());
+            FileLock lock(_folder->path());
             QVERIFY(lock.lock());
             for (int i = 0; i < 2; ++i) {
                 expectWarning(u"^cannot lock .*: another program holds it"_s);
@@ -249,11 +236,18 @@ private Q_SLOTS:
         QVERIFY(messages[0][0].toString().contains(u"another program holds it"));
         // A change outside does not bring back what was removed here.
         program.taken();
-        QVERIFY(place.write({ { sizeKey, 20 }, { hueKey, 0.75 } }));
+        QVERIFY(write({ { sizeKey, 20 }, { hueKey, 0.75 } }));
         QCOMPARE(program.awaited(), QStringList(u"wrapHue 0.5>0.75"_s));
         QVERIFY(program.defaults.setObject(hueKey, 2));
-        QCOMPARE(place.stored(), QVariantMap({ { hueKey, 2.0 } }));
+        QCOMPARE(stored(), QVariantMap({ { hueKey, 2.0 } }));
     }
+
+private:
+    bool write(const QVariantMap &values) const { return PropertyList::writeFile(_path, values); }
+    QVariantMap stored() const { return PropertyList::readFile(_path).value.toMap(); }
+
+    std::unique_ptr<QTemporaryDir> _folder;
+    QString _path;
 };
 
 QTEST_GUILESS_MAIN(UserDefaultsTest)

@@ -196,7 +196,8 @@ private Q_SLOTS:
             launch();
             const QStringList alerts = std::exchange(_alerts, {});
             const bool isListed = _desktop->windows.taskBar == OwnWindows::TaskBar::Listed;
-            const QString keys = hotKey < 0 ? QString() : u"\n\n"_s + _controller->triggers().hotKeyString();
+            const QString keys =
+                hotKey < 0 ? QString() : u"\n\n"_s + _controller->triggers().hotKeyString();
             // With these they are told no more.
             endController();
             set("showNoUIAccessWarning", false);

@@ -12,6 +12,12 @@ struct ModifierKeys
     bool command = false;
     bool function = false;
 
+    // Whether a key, as Qt numbers it, is one of them.
+    static bool isModifier(int key)
+    {
+        return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt
+            || key == Qt::Key_AltGr || key == Qt::Key_Meta;
+    }
     // The key people hold for commands, labelled Ctrl, is command; the one with the desktop's sign
     // is control.
     static ModifierKeys of(Qt::KeyboardModifiers modifiers)

@@ -1,5 +1,6 @@
 // What happens to the panel: keys, presses on its background, focus.
 
+#include "grid/ModifierKeys.h"
 #include "grid/OTIconView.h"
 #include "platform/Desktop.h"
 #include "shell/base/OTBkgndView.h"
@@ -23,16 +24,8 @@ namespace {
 // An event of one of two equal modifier keys knows nothing of the other.
 Qt::KeyboardModifiers heldModifiers(const QKeyEvent &event)
 {
-    switch (event.key()) {
-    case Qt::Key_Shift:
-    case Qt::Key_Control:
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_Meta:
-        return QGuiApplication::queryKeyboardModifiers();
-    default:
-        return event.modifiers();
-    }
+    return ModifierKeys::isModifier(event.key()) ? QGuiApplication::queryKeyboardModifiers()
+                                                 : event.modifiers();
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "shell/panel/PanelMessages.h"
 
+#include "grid/ModifierKeys.h"
 #include "shell/panel/OTWindow.h"
 #include "shell/selector/OTIconOverlayView.h"
 #include "support/NotificationCenter.h"
@@ -13,16 +14,7 @@ namespace {
 // reason.
 bool isKey(const QKeyEvent &event)
 {
-    switch (event.key()) {
-    case Qt::Key_Shift:
-    case Qt::Key_Control:
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_Meta:
-        return false;
-    default:
-        return !event.isAutoRepeat();
-    }
+    return !ModifierKeys::isModifier(event.key()) && !event.isAutoRepeat();
 }
 
 } // namespace

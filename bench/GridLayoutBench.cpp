@@ -1,7 +1,7 @@
 // A group is laid out anew at each change, and a point is looked up at each move of the mouse:
 // 1,000 applications in 40 bunches take at most 1 ms, a point at most 1 µs.
 
-#include "grid/GridLayout.h"
+#include "grid/layout/GridLayout.h"
 
 #include <QPointF>
 

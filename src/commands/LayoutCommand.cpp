@@ -4,9 +4,9 @@
 #include "commands/Commands.h"
 #include "commands/GroupNames.h"
 #include "commands/Output.h"
-#include "grid/GridGroups.h"
-#include "grid/GridInput.h"
-#include "grid/GridLayout.h"
+#include "grid/layout/GridGroups.h"
+#include "grid/layout/GridInput.h"
+#include "grid/layout/GridLayout.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

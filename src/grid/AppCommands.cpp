@@ -2,11 +2,11 @@
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
-#include "grid/GridGroups.h"
 #include "grid/GridHost.h"
-#include "grid/Log.h"
 #include "grid/OTIconView.h"
-#include "grid/PoofEffect.h"
+#include "grid/drawing/Log.h"
+#include "grid/drawing/PoofEffect.h"
+#include "grid/layout/GridGroups.h"
 #include "platform/Desktop.h"
 #include "support/NotificationCenter.h"
 

@@ -3,9 +3,9 @@
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "grid/AppCommands.h"
-#include "grid/GridGroups.h"
-#include "grid/MenuColors.h"
 #include "grid/OTIconView.h"
+#include "grid/drawing/MenuColors.h"
+#include "grid/layout/GridGroups.h"
 
 #include <QMenu>
 

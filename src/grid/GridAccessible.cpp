@@ -1,9 +1,9 @@
 #include "grid/GridAccessible.h"
 
 #include "catalogue/OTApp.h"
-#include "grid/GridGroups.h"
 #include "grid/AccessibleItem.h"
 #include "grid/OTIconView.h"
+#include "grid/layout/GridGroups.h"
 #include "support/Geometry.h"
 
 #include <QCoreApplication>

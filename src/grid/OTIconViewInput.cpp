@@ -1,15 +1,15 @@
 // The part of the grid that keys, wheel, modifiers and pointer drive, and the selection.
 
 #include "catalogue/OTAppManager.h"
-#include "grid/DisappearingCursor.h"
-#include "grid/FilterMatch.h"
 #include "grid/GridAccessible.h"
-#include "grid/GridGroups.h"
 #include "grid/GridHost.h"
-#include "grid/GridKeys.h"
-#include "grid/KeyCharacters.h"
 #include "grid/OTIconView.h"
-#include "grid/SelectionSteps.h"
+#include "grid/drawing/DisappearingCursor.h"
+#include "grid/layout/GridGroups.h"
+#include "grid/layout/GridKeys.h"
+#include "grid/layout/SelectionSteps.h"
+#include "grid/typing/FilterMatch.h"
+#include "grid/typing/KeyCharacters.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 

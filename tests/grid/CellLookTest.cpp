@@ -1,4 +1,4 @@
-#include "grid/CellLook.h"
+#include "grid/drawing/CellLook.h"
 
 #include "TestCase.h"
 

@@ -1,8 +1,8 @@
-#include "grid/GridLayout.h"
+#include "grid/layout/GridLayout.h"
 
 #include "TestCase.h"
-#include "grid/GridGroups.h"
 #include "grid/LayoutSamples.h"
+#include "grid/layout/GridGroups.h"
 
 #include <cmath>
 #include <limits>

@@ -1,8 +1,8 @@
-#include "grid/GridPainter.h"
+#include "grid/drawing/GridPainter.h"
 
 #include "TestCase.h"
 #include "grid/LayoutSamples.h"
-#include "grid/MenuColors.h"
+#include "grid/drawing/MenuColors.h"
 #include "support/Contrast.h"
 #include "support/UserDefaults.h"
 

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "grid/GridLayout.h"
+#include "grid/layout/GridLayout.h"
 
 #include <QRandomGenerator>
 

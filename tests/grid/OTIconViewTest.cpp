@@ -1,7 +1,7 @@
 #include "grid/OTIconView.h"
 
-#include "grid/GridKeys.h"
 #include "grid/IconViewFixture.h"
+#include "grid/layout/GridKeys.h"
 
 #include <QKeyEvent>
 #include <QMenu>

@@ -1,7 +1,7 @@
-#include "grid/PoofEffect.h"
+#include "grid/drawing/PoofEffect.h"
 
 #include "TestCase.h"
-#include "grid/DisappearingCursor.h"
+#include "grid/drawing/DisappearingCursor.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -1,11 +1,11 @@
 // What keys and the wheel make of the filter.
 
-#include "grid/TypeFilter.h"
+#include "grid/typing/TypeFilter.h"
 
 #include "TestCase.h"
 #include "catalogue/OTApp.h"
-#include "grid/FilterMatch.h"
-#include "grid/GridWheel.h"
+#include "grid/typing/FilterMatch.h"
+#include "grid/typing/GridWheel.h"
 #include "platform/Desktop.h"
 
 namespace {

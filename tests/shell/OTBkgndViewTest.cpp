@@ -1,6 +1,6 @@
 #include "shell/base/OTBkgndView.h"
 
-#include "grid/GridPainter.h"
+#include "grid/drawing/GridPainter.h"
 #include "shell/ShellTest.h"
 #include "support/UserDefaults.h"
 

@@ -1,6 +1,6 @@
 #include "shell/base/OTBkgndView.h"
 
-#include "grid/GridPainter.h"
+#include "grid/drawing/GridPainter.h"
 #include "shell/base/Log.h"
 #include "support/Contrast.h"
 #include "support/Shapes.h"

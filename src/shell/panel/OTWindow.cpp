@@ -1,8 +1,8 @@
 #include "shell/panel/OTWindow.h"
 
 #include "catalogue/OTAppManager.h"
-#include "grid/GridKeys.h"
 #include "grid/OTIconView.h"
+#include "grid/layout/GridKeys.h"
 #include "platform/Desktop.h"
 #include "shell/base/OTBkgndView.h"
 #include "shell/panel/EmptyHint.h"

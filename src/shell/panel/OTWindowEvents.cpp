@@ -1,7 +1,7 @@
 // What happens to the panel: keys, presses on its background, focus.
 
-#include "grid/ModifierKeys.h"
 #include "grid/OTIconView.h"
+#include "grid/typing/ModifierKeys.h"
 #include "platform/Desktop.h"
 #include "shell/base/OTBkgndView.h"
 #include "shell/panel/FrameChange.h"

@@ -1,6 +1,6 @@
 #include "shell/panel/PanelButton.h"
 
-#include "grid/GridPainter.h"
+#include "grid/drawing/GridPainter.h"
 #include "icons/ProgramImages.h"
 #include "support/Contrast.h"
 #include "support/Shapes.h"

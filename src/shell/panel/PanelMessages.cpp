@@ -1,6 +1,6 @@
 #include "shell/panel/PanelMessages.h"
 
-#include "grid/ModifierKeys.h"
+#include "grid/typing/ModifierKeys.h"
 #include "shell/panel/OTWindow.h"
 #include "shell/selector/OTIconOverlayView.h"
 #include "support/NotificationCenter.h"

@@ -1,8 +1,8 @@
 #include "shell/selector/OTStatsControl.h"
 
 #include "catalogue/OTAppManager.h"
-#include "grid/GridPainter.h"
 #include "grid/OTIconView.h"
+#include "grid/drawing/GridPainter.h"
 #include "shell/selector/StatsAccessible.h"
 #include "support/Geometry.h"
 #include "support/NotificationCenter.h"

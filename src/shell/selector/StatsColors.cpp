@@ -1,6 +1,6 @@
 #include "shell/selector/StatsColors.h"
 
-#include "grid/GridPainter.h"
+#include "grid/drawing/GridPainter.h"
 #include "support/Contrast.h"
 #include "support/Shapes.h"
 

@@ -1,4 +1,4 @@
-#include "grid/ScanNotice.h"
+#include "grid/drawing/ScanNotice.h"
 
 #include <utility>
 

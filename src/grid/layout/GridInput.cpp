@@ -1,7 +1,7 @@
-#include "grid/GridInput.h"
+#include "grid/layout/GridInput.h"
 
 #include "catalogue/OTAppManager.h"
-#include "grid/GridKeys.h"
+#include "grid/layout/GridKeys.h"
 #include "support/UserDefaults.h"
 
 void GridInput::registerDefaults()

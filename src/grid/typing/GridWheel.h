@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "grid/ScrollAccumulator.h"
-#include "grid/SwipeDetector.h"
+#include "grid/typing/ScrollAccumulator.h"
+#include "grid/typing/SwipeDetector.h"
 
 class QWheelEvent;
 class TypeFilter;

@@ -1,4 +1,4 @@
-#include "grid/PoofEffect.h"
+#include "grid/drawing/PoofEffect.h"
 
 #include <QEasingCurve>
 #include <QPainter>

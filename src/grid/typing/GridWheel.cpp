@@ -1,6 +1,6 @@
-#include "grid/GridWheel.h"
+#include "grid/typing/GridWheel.h"
 
-#include "grid/TypeFilter.h"
+#include "grid/typing/TypeFilter.h"
 
 #include <QGuiApplication>
 #include <QWheelEvent>

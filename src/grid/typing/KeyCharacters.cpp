@@ -1,4 +1,4 @@
-#include "grid/KeyCharacters.h"
+#include "grid/typing/KeyCharacters.h"
 
 #include <QKeyEvent>
 

@@ -1,7 +1,7 @@
-#include "grid/GridPainter.h"
+#include "grid/drawing/GridPainter.h"
 
-#include "grid/GridLayout.h"
-#include "grid/Log.h"
+#include "grid/drawing/Log.h"
+#include "grid/layout/GridLayout.h"
 #include "support/Contrast.h"
 #include "support/Geometry.h"
 #include "support/Shapes.h"

@@ -1,6 +1,6 @@
-#include "grid/MenuColors.h"
+#include "grid/drawing/MenuColors.h"
 
-#include "grid/GridPainter.h"
+#include "grid/drawing/GridPainter.h"
 #include "support/Contrast.h"
 #include "support/Shapes.h"
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "grid/Coords.h"
+#include "grid/layout/Coords.h"
 
 #include <functional>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "grid/FilterMatch.h"
+#include "grid/typing/FilterMatch.h"
 
 #include "catalogue/OTApp.h"
 

@@ -1,4 +1,4 @@
-#include "grid/TypeFilter.h"
+#include "grid/typing/TypeFilter.h"
 
 #include <QList>
 

@@ -1,6 +1,6 @@
 // The part of the layout that tells what lies at a point.
 
-#include "grid/GridLayout.h"
+#include "grid/layout/GridLayout.h"
 #include "support/Geometry.h"
 
 #include <algorithm>

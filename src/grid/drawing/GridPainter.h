@@ -7,7 +7,7 @@
 
 #pragma once
 
-#include "grid/CellLook.h"
+#include "grid/drawing/CellLook.h"
 
 #include <QColor>
 #include <QRectF>

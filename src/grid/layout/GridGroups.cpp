@@ -1,4 +1,4 @@
-#include "grid/GridGroups.h"
+#include "grid/layout/GridGroups.h"
 
 #include "catalogue/OTAppManager.h"
 

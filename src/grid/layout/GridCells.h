@@ -3,7 +3,7 @@
 #pragma once
 
 #include "catalogue/AppList.h"
-#include "grid/Coords.h"
+#include "grid/layout/Coords.h"
 
 #include <QHash>
 #include <QList>

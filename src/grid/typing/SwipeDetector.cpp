@@ -1,4 +1,4 @@
-#include "grid/SwipeDetector.h"
+#include "grid/typing/SwipeDetector.h"
 
 namespace {
 

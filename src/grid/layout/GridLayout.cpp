@@ -1,6 +1,6 @@
-#include "grid/GridLayout.h"
+#include "grid/layout/GridLayout.h"
 
-#include "grid/GridShape.h"
+#include "grid/layout/GridShape.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
-#include "grid/GridCells.h"
+#include "grid/layout/GridCells.h"
 
 #include "catalogue/OTApp.h"
-#include "grid/GridInput.h"
+#include "grid/layout/GridInput.h"
 
 GridCells::GridCells(const GridLayout &layout, const AppArray &array)
     : _rowCount(layout.rowCount())

@@ -1,4 +1,4 @@
-#include "grid/GridShape.h"
+#include "grid/layout/GridShape.h"
 
 #include <algorithm>
 #include <cmath>

@@ -8,8 +8,8 @@
 
 #pragma once
 
-#include "grid/Coords.h"
-#include "grid/GridValues.h"
+#include "grid/layout/Coords.h"
+#include "grid/layout/GridValues.h"
 
 #include <QRectF>
 #include <QSizeF>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "catalogue/AppArray.h"
-#include "grid/GridLayout.h"
+#include "grid/layout/GridLayout.h"
 
 namespace GridInput {
 

@@ -7,7 +7,7 @@
 
 #pragma once
 
-#include "grid/ScrollAccumulator.h"
+#include "grid/typing/ScrollAccumulator.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
-#include "grid/SelectionSteps.h"
+#include "grid/layout/SelectionSteps.h"
 
-#include "grid/GridLayout.h"
+#include "grid/layout/GridLayout.h"
 
 #include <QtCore/qnamespace.h>
 

@@ -1,4 +1,4 @@
-#include "grid/CellPictures.h"
+#include "grid/drawing/CellPictures.h"
 
 #include "catalogue/OTApp.h"
 #include "icons/IconLoader.h"

@@ -1,3 +1,3 @@
-#include "grid/Log.h"
+#include "grid/drawing/Log.h"
 
 Q_LOGGING_CATEGORY(lcGrid, "ortu.grid", QtInfoMsg)

@@ -1,6 +1,6 @@
-#include "grid/DisappearingCursor.h"
+#include "grid/drawing/DisappearingCursor.h"
 
-#include "grid/PoofEffect.h"
+#include "grid/drawing/PoofEffect.h"
 
 #include <QGuiApplication>
 #include <QPainter>

@@ -18,14 +18,14 @@ private Q_SLOTS:
     void init() { setUp(); }
     void cleanup() { tearDown(); }
 
-    void theNameStandsByTheSelectedIcon()
+    void theNameStandsByTheSelectedIcon_andGoesWithIt()
     {
         showPanelOf(6);
         QVERIFY(overlay().labelRect().isEmpty());
         select(u"app2"_s);
         QVERIFY(isLabelBeside(u"app2"_s));
-        Q_EMIT NotificationCenter::defaultCenter().N_SelectedAppChanged(
-            _window.get(), app(u"app3"_s), QRectF(0, 0, 9, 9));
+        NotificationCenter &center = NotificationCenter::defaultCenter();
+        Q_EMIT center.N_SelectedAppChanged(_window.get(), app(u"app3"_s), QRectF(0, 0, 9, 9));
         QVERIFY(isLabelBeside(u"app2"_s));
         // The panel is larger than the grid, and so there is room for it by the last icon too.
         set("groupOrientation", 0);
@@ -34,6 +34,18 @@ private Q_SLOTS:
         set("tabletMode", true);
         QVERIFY(overlay().labelRect().bottom() < cell(u"app5"_s).top());
         grid().selectCoords({});
+        QVERIFY(overlay().labelRect().isEmpty() && timers().isEmpty());
+        select(u"app0"_s);
+        grid().openMenuAt(grid().selectedCoords());
+        QVERIFY(overlay().labelRect().isEmpty());
+        QApplication::activePopupWidget()->close();
+        QCOMPARE(overlay().label(), u"app0"_s);
+        // Text stands in for the icons.
+        Q_EMIT center.N_ShowProgressStep(1, 3, u"/somewhere"_s);
+        QVERIFY(overlay().labelRect().isEmpty());
+        Q_EMIT center.N_ShowProgressStep(0, 0, {});
+        QCOMPARE(overlay().label(), u"app0"_s);
+        _manager->excludeApp(app(u"app0"_s));
         QVERIFY(overlay().labelRect().isEmpty() && timers().isEmpty());
     }
 
@@ -124,24 +136,6 @@ private Q_SLOTS:
         set("maximumIconSize", 128);
         QCOMPARE(timers().size(), 1);
         QVERIFY(timers().constFirst() < 1000 && isLabelBelow(u"app1"_s));
-    }
-
-    void theNameGoesWithItsIcon()
-    {
-        showPanelOf(1);
-        NotificationCenter &center = NotificationCenter::defaultCenter();
-        selectByKeys(u"app0"_s);
-        grid().openMenuAt(grid().selectedCoords());
-        QVERIFY(overlay().labelRect().isEmpty());
-        QApplication::activePopupWidget()->close();
-        QVERIFY(isLabelBeside(u"app0"_s));
-        // Text stands in for the icons.
-        Q_EMIT center.N_ShowProgressStep(1, 3, u"/somewhere"_s);
-        QVERIFY(overlay().labelRect().isEmpty());
-        Q_EMIT center.N_ShowProgressStep(0, 0, {});
-        QCOMPARE(overlay().label(), u"app0"_s);
-        _manager->excludeApp(app(u"app0"_s));
-        QVERIFY(grid().isEmpty() && overlay().labelRect().isEmpty() && timers().isEmpty());
     }
 
     void whatIsTypedStandsInTheMiddle()

@@ -57,6 +57,11 @@ private Q_SLOTS:
         // Where no presses are reported.
         Q_EMIT _item.activated({ 4, {} });
         QVERIFY(_lastTime == 4 && !_menu.isVisible());
+        // A drag from elsewhere acts at once.
+        Q_EMIT _item.dragEntered({ 3, {} });
+        QVERIFY(_lastTime == 3 && isHighlighted() && !_view->isMenuPending());
+        Q_EMIT _item.dragged(false);
+        QVERIFY(!isHighlighted());
     }
 
     void aLongPress_opensTheMenu()
@@ -92,14 +97,6 @@ private Q_SLOTS:
             QVERIFY(screen.contains(_menu.geometry()));
             _menu.hide();
         }
-    }
-
-    void aDrag_performsTheActionAtOnce()
-    {
-        Q_EMIT _item.dragEntered({ 3, {} });
-        QVERIFY(_lastTime == 3 && isHighlighted() && !_view->isMenuPending());
-        Q_EMIT _item.dragged(false);
-        QVERIFY(!isHighlighted());
     }
 
     void aPlainItem_opensTheMenuOnly()

@@ -128,7 +128,6 @@ private Q_SLOTS:
         QList<QWindow *> told;
         connect(&own(), &OwnWindows::activeWindowChanged, this,
             [&] { told.append(own().activeWindow()); });
-
         const QList<QWindow *> none { nullptr };
         const QList<QWindow *> first { &panel.window() };
         const auto isTold = [&](const QList<QWindow *> &windows) {

@@ -100,25 +100,6 @@ private Q_SLOTS:
         QVERIFY(isPainted());
     }
 
-    void itFollowsTheGrid()
-    {
-        fill(2);
-        grid().setGroupToShow(RunningGroup);
-        QCOMPARE(selected(), int(Running));
-        QCOMPARE(control().groupForSelectedButton(), int(RunningGroup));
-        set("groupOrientation", 0);
-        control().selectButtonAtIndex(Total);
-        QCOMPARE(grid().groupShown(), int(All1DGroup));
-        // A modifier turns the included applications into all of them, however often it is clicked.
-        show();
-        grid().modifierKeysChanged(Qt::AltModifier);
-        for (int i = 0; i < 2; ++i) {
-            click(Included);
-            QCOMPARE(grid().groupShown(), int(All1DGroup));
-            QCOMPARE(selected(), int(Total));
-        }
-    }
-
     void tab_skipsWhatIsDisabled_andActsOnceIfHeld()
     {
         fill(2);
@@ -153,7 +134,7 @@ private Q_SLOTS:
         QCOMPARE(selected(), int(Running));
     }
 
-    void swipesOverTheGrid_areFollowed()
+    void itFollowsTheGrid_andSwipesOverIt()
     {
         fillWide();
         NotificationCenter &center = NotificationCenter::defaultCenter();
@@ -165,6 +146,19 @@ private Q_SLOTS:
         control().setCount(1, Favorite);
         Q_EMIT center.N_SelectPrevIconGroup(&grid());
         QCOMPARE(selected(), int(Favorite));
+        grid().setGroupToShow(RunningGroup);
+        QCOMPARE(selected(), int(Running));
+        set("groupOrientation", 0);
+        control().selectButtonAtIndex(Total);
+        QCOMPARE(grid().groupShown(), int(All1DGroup));
+        // A modifier turns the included applications into all of them, however often it is clicked.
+        show();
+        grid().modifierKeysChanged(Qt::AltModifier);
+        for (int i = 0; i < 2; ++i) {
+            click(Included);
+            QCOMPARE(grid().groupShown(), int(All1DGroup));
+            QCOMPARE(selected(), int(Total));
+        }
     }
 
     void theMouse_isShownAndSelects()

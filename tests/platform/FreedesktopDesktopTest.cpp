@@ -4,8 +4,6 @@
 #include "platform/FileTree.h"
 #include "platform/freedesktop/FreedesktopWording.h"
 
-#include <QImage>
-
 class FreedesktopDesktopTest : public TestCase
 {
     Q_OBJECT
@@ -14,13 +12,8 @@ private Q_SLOTS:
     void environment_reachesEveryPart()
     {
         FileTree tree;
-        const QString red = tree.path(u"red.png"_s);
-        QImage picture(8, 8, QImage::Format_ARGB32);
-        picture.fill(Qt::red);
-        QVERIFY(picture.save(red));
         const QByteArray entry = "[Desktop Entry]\nType=Application\nExec=true\nOnlyShowIn=GNOME;\n"
-                                 "Name=Mail\nName[de]=Post\nIcon="
-            + QFile::encodeName(red) + '\n';
+                                 "Name=Mail\nName[de]=Post\nIcon=/proc/version\n";
         const QString own = tree.add(u"home/applications/a.desktop"_s, entry);
         const QString shadowed = tree.add(u"system/applications/a.desktop"_s, entry);
         qputenv("XDG_DATA_HOME", QFile::encodeName(tree.path(u"home"_s)));
@@ -34,11 +27,7 @@ private Q_SLOTS:
         QVERIFY(flags.isApplication && !flags.isInvisible && !flags.isClassicApp);
         QVERIFY(desktop->items().flagsOf(shadowed).isInvisible);
         QCOMPARE(desktop->items().displayName(own), u"Post"_s);
-        const IconSource icon = desktop->icons().resolve(own, 8);
-        QCOMPARE(icon.file, red);
-        QCOMPARE(desktop->icons().decode(icon, 8).pixelColor(4, 4), QColor(Qt::red));
-        QCOMPARE(desktop->launcher().open(tree.path(u"absent.desktop"_s), {}),
-            LaunchStatus::FileNotFound);
+        QCOMPARE(desktop->icons().resolve(own, 8).file, u"/proc/version"_s);
     }
 
     // A null text stands as it is.

@@ -74,7 +74,7 @@ private Q_SLOTS:
         const FreedesktopIcons icons(itself);
         QCOMPARE(fileOf(icons, session), Session::pictureIn(u"One"_s));
         QCOMPARE(fileOf(icons, session, own), u"own.png"_s);
-        for (const QString &name : { session.tree.path(u"other.png"_s), u"nobody"_s, QString(),
+        for (const QString &name : { session.tree.path(u"other.png"_s), u"absent"_s, QString(),
                  u"64/app"_s, QDir::current().relativeFilePath(own) }) {
             QCOMPARE(fileOf(icons, session, name), QString());
         }

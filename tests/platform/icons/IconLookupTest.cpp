@@ -1,6 +1,10 @@
 #include "platform/freedesktop/icons/IconLookup.h"
 
+#include "platform/freedesktop/icons/IconThemeCache.h"
 #include "platform/icons/IconThemeFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 class IconLookupTest : public TestCase
 {
@@ -151,6 +155,73 @@ private Q_SLOTS:
         QVERIFY(!differsBy(u"base/U/64/a.png"_s));
         QVERIFY(!differsBy(u"pixmaps/b.txt"_s));
     }
+
+    void index_isUsedWhileUpToDate()
+    {
+        SmallTheme theme;
+        theme.files.addCaches();
+        // The index does not know of this one.
+        const QString late = theme.files.addPicture(u"base/T/64/late.png"_s);
+        const auto setTime = [](const QString &path, time_t seconds) {
+            const timespec times[2] { { seconds, 0 }, { seconds, 0 } };
+            QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
+        };
+        const time_t now = 1'700'000'000;
+        setTime(theme.folder, now);
+        for (const int secondsNewer : { 0, -1 }) {
+            setTime(theme.folder + u"/icon-theme.cache"_s, now + secondsNewer);
+            const IconLookup lookup(theme.files.places(), u"T"_s);
+            QCOMPARE(lookup.find(u"late"_s, 64), secondsNewer < 0 ? late : QString());
+            QCOMPARE(lookup.find(u"bcd"_s, 64), theme.folder + u"/64/bcd.xpm"_s);
+        }
+    }
+
+    void index_namesDirectoriesAndKinds()
+    {
+        SmallTheme theme;
+        theme.files.addCaches();
+        const auto cache = theme.open();
+        QVERIFY(cache != nullptr);
+        const IconImages images = cache->find("a");
+        QCOMPARE(images.size(), 2);
+        for (const IconImage &image : images) {
+            const bool isLarge = cache->directories().at(size_t(image.directory)) == "64";
+            QCOMPARE(image.suffixes, isLarge ? PngSuffix : SvgSuffix);
+        }
+        QVERIFY(cache->find("b").isEmpty());
+        // Cut short while it is in use, and for a program that opens it then.
+        QFile file(theme.folder + u"/icon-theme.cache"_s);
+        QVERIFY(file.resize(file.size() / 2) && theme.open() == nullptr);
+        QVERIFY(file.resize(0) && cache->find("a").isEmpty() && cache->directories().empty());
+    }
+
+    void pipeForAnIndex_isNotOpened()
+    {
+        SmallTheme theme;
+        const QByteArray index = QFile::encodeName(theme.folder) + "/icon-theme.cache";
+        QCOMPARE(::mkfifo(index.constData(), 0600), 0);
+        QVERIFY(theme.open() == nullptr);
+    }
+
+private:
+    // A theme whose index is looked into; damaged ones are for the fuzz target.
+    struct SmallTheme
+    {
+        SmallTheme()
+        {
+            files.addTheme(u"T"_s, {}, u"64:Fixed:64 48/apps:Fixed:48"_s);
+            for (const QString &picture : { u"64/a.png"_s, u"48/apps/a.svg"_s, u"64/bcd.xpm"_s }) {
+                files.addPicture(u"base/T/"_s + picture);
+            }
+        }
+        std::unique_ptr<const IconThemeCache> open() const
+        {
+            return IconThemeCache::open(QFile::encodeName(folder));
+        }
+
+        IconThemeFiles files;
+        QString folder = files.path(u"base/T"_s);
+    };
 };
 
 QTEST_GUILESS_MAIN(IconLookupTest)

@@ -47,12 +47,6 @@ private Q_SLOTS:
         QCOMPARE(_manager->allApps1D().first(), b);
         QCOMPARE(_manager->allAppsTotalCount(), 3);
         QCOMPARE(_manager->allAppsLongestArrayCount(), 2);
-        // What holds no path at all is no saved list.
-        _desktop->tree.add(u"user/Ortu/AllApplications.plist"_s,
-            PropertyList::toXml(QVariantList { QVariantList { 1 } }));
-        expectWarning(u"set aside .*AllApplications"_s);
-        start();
-        QCOMPARE(lists({ 5 }), u"b|cd|"_s);
     }
 
     void excluding_dividesEveryList()
@@ -153,19 +147,6 @@ private Q_SLOTS:
         QCOMPARE(lists({ 4 }), u"abc"_s);
         start();
         QCOMPARE(lists({ 4 }), u"abcd"_s);
-    }
-
-    void namedApps_areExcludedOnce()
-    {
-        _desktop->fakeItems.displayNames = { { path(u"x/b"_s), u"Uninstall It"_s } };
-        setFolders(u"x x"_s);
-        start(u"x/abc"_s);
-        _manager->autoExcludeNamedApps();
-        QCOMPARE(lists({ 1, 4 }), u"ac|ac| b"_s);
-        QVERIFY(files().contains(u"Excluded"));
-        removeFiles();
-        _manager->autoExcludeNamedApps();
-        QCOMPARE(files(), QString());
     }
 
     void removing_leavesEmptyBunches()
@@ -387,17 +368,6 @@ private Q_SLOTS:
         QCOMPARE(first.filter(_desktop->tree.path(u"y/"_s)).size(), certain);
     }
 
-    void inspection_loadsAndWritesNothing()
-    {
-        start(u"x/ab"_s, OTAppManager::Use::Inspection);
-        _manager->excludeApp(app(u"x/a"_s));
-        addFavourites(u"x/b"_s);
-        QCOMPARE(lists({ 1, 8 }), u"b| b|"_s);
-        QVERIFY(app(u"x/b"_s)->isPathValid() && app(u"x/b"_s)->containsLetter('b'));
-        QCOMPARE(IconLoader::sharedIconLoader().pendingCount(), 0);
-        QVERIFY(!QFile::exists(_desktop->tree.path(u"user"_s)));
-    }
-
     void runningApps_keepTheirEntries()
     {
         FakeRunning &running = _desktop->running;
@@ -474,11 +444,11 @@ private:
         }
         _defaults->setObject(u"searchDirectories"_s, list);
     }
-    void start(const QString &folders = {}, OTAppManager::Use use = OTAppManager::Use::Normal)
+    void start(const QString &folders = {})
     {
         addApps(folders);
         _manager.reset();
-        _manager = std::make_unique<OTAppManager>(*_desktop, use);
+        _manager = std::make_unique<OTAppManager>(*_desktop);
         connect(_manager.get(), &OTAppManager::willChange, this,
             [this](const QString &key) { _open.append(key); });
         connect(_manager.get(), &OTAppManager::didChange, this, [this](const QString &key) {

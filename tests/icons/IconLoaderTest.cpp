@@ -32,11 +32,9 @@ public:
     }
     QImage decode(const IconSource &, int size) const override
     {
-        if (++_atOnce > mostAtOnce) {
-            mostAtOnce = int(_atOnce);
-        }
+        count(1);
         gate.acquire();
-        --_atOnce;
+        count(-1);
         decoded.release();
         QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::red);
@@ -45,9 +43,16 @@ public:
     mutable std::atomic<int> mostAtOnce = 0;
 
 private:
+    void count(int change) const
+    {
+        const QMutexLocker lock(&_mutex);
+        _atOnce += change;
+        mostAtOnce = qMax(int(mostAtOnce), _atOnce);
+    }
+
     mutable QMutex _mutex;
     mutable QStringList _started;
-    mutable std::atomic<int> _atOnce = 0;
+    mutable int _atOnce = 0;
 };
 
 constexpr int many = 40;

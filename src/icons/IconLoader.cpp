@@ -4,7 +4,6 @@
 #include "platform/IconProvider.h"
 
 #include <QElapsedTimer>
-#include <QMutexLocker>
 
 #include <iterator>
 #include <utility>
@@ -101,7 +100,7 @@ void IconLoader::run(
 void IconLoader::deliver(
     const IconLoadOperation &operation, LoadedIcon icon, Handing handing, quint64 cancellations)
 {
-    QMutexLocker lock(&_mutex);
+    std::unique_lock lock(_mutex);
     if (cancellations != _cancellations) {
         return;
     }
@@ -112,7 +111,7 @@ void IconLoader::deliver(
         QMetaObject::invokeMethod(this, &IconLoader::takeDelivered, Qt::QueuedConnection);
     }
     while (handing == Handing::Waits && cancellations == _cancellations && _lastTaken < ticket) {
-        _taken.wait(&_mutex);
+        _taken.wait(lock);
     }
 }
 
@@ -122,7 +121,7 @@ void IconLoader::takeDelivered()
 {
     std::deque<Delivery> ready;
     {
-        const QMutexLocker lock(&_mutex);
+        const std::lock_guard lock(_mutex);
         ready.swap(_delivered);
         _isAwake = !ready.empty();
     }
@@ -153,7 +152,7 @@ void IconLoader::takeDelivered()
 // by a timer: an event posted now would be handled before the event loop gets to paint.
 void IconLoader::release(quint64 taken, std::deque<Delivery> &rest)
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     _delivered.insert(_delivered.begin(), std::make_move_iterator(rest.begin()),
         std::make_move_iterator(rest.end()));
     _isAwake = !_delivered.empty();
@@ -161,18 +160,18 @@ void IconLoader::release(quint64 taken, std::deque<Delivery> &rest)
         _nextTurn.start();
     }
     _lastTaken = taken;
-    _taken.wakeAll();
+    _taken.notify_all();
 }
 
 bool IconLoader::cancelAll()
 {
     _queue.clear();
     {
-        const QMutexLocker lock(&_mutex);
+        const std::lock_guard lock(_mutex);
         ++_cancellations;
         _delivered.clear();
         _isAwake = false;
-        _taken.wakeAll();
+        _taken.notify_all();
     }
     _nextTurn.stop();
     _pendingCount = 0;

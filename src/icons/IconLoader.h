@@ -16,15 +16,15 @@
 #include "icons/IconParameters.h"
 
 #include <QImage>
-#include <QMutex>
 #include <QObject>
 #include <QString>
 #include <QThreadPool>
 #include <QTimer>
-#include <QWaitCondition>
 
+#include <condition_variable>
 #include <deque>
 #include <functional>
+#include <mutex>
 
 class IconProvider;
 
@@ -115,8 +115,8 @@ private:
     int _pendingCount = 0;
 
     // Shared with the threads of the queue.
-    QMutex _mutex;
-    QWaitCondition _taken;
+    std::mutex _mutex;
+    std::condition_variable _taken;
     std::deque<Delivery> _delivered;
     quint64 _lastTicket = 0;
     quint64 _lastTaken = 0;

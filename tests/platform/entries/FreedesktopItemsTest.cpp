@@ -64,6 +64,7 @@ private Q_SLOTS:
         programs.add(u"not-executable"_s, script);
         qputenv("PATH", QFile::encodeName(programs.path()));
     }
+
     void entries()
     {
         const std::pair<QByteArray, QString> rows[] { { "[Desktop Entry]\nType=Link\nURL=x\n", {} },

@@ -2,8 +2,8 @@
 // sorting every list, with 1,000 and with 10,000 applications. And what a change of the favourites
 // costs, with 20 and with 200 of them, down to the disk.
 
-#include "catalogue/CatalogueFiles.h"
 #include "catalogue/OTAppManager.h"
+#include "catalogue/files/CatalogueFiles.h"
 #include "platform/Desktop.h"
 #include "support/UserDefaults.h"
 

@@ -1,7 +1,7 @@
 // Walking and reading 2,000 desktop entries takes at most 150 ms once the disk has been read; that
 // is the scan of a computer with far more applications than most.
 
-#include "catalogue/FolderWalk.h"
+#include "catalogue/files/FolderWalk.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
 
 #include <QCoreApplication>

@@ -3,7 +3,7 @@
 
 #include "ThemedHome.h"
 #include "catalogue/OTAppManager.h"
-#include "catalogue/ScanFolders.h"
+#include "catalogue/files/ScanFolders.h"
 #include "grid/GridHost.h"
 #include "grid/OTIconView.h"
 #include "icons/IconLoader.h"

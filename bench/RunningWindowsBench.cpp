@@ -3,7 +3,7 @@
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
-#include "catalogue/ScanFolders.h"
+#include "catalogue/files/ScanFolders.h"
 #include "icons/IconLoader.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
 #include "support/UserDefaults.h"

@@ -1,6 +1,6 @@
 #include "catalogue/AppIcon.h"
 
-#include "catalogue/Log.h"
+#include "catalogue/files/Log.h"
 #include "icons/IconLoader.h"
 #include "icons/NamedImages.h"
 #include "icons/SpectrumIcon.h"

@@ -1,12 +1,12 @@
 #include "catalogue/OTApp.h"
 
 #include "catalogue/InitialLetters.h"
-#include "catalogue/Log.h"
+#include "catalogue/files/Log.h"
 #include "icons/NamedImages.h"
 #include "platform/Desktop.h"
 #include "support/NotificationCenter.h"
-#include "support/PropertyList.h"
-#include "support/StandardPath.h"
+#include "support/files/PropertyList.h"
+#include "support/files/StandardPath.h"
 
 #include <QDataStream>
 #include <QFile>

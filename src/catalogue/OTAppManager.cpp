@@ -1,15 +1,15 @@
 #include "catalogue/OTAppManager.h"
 
 #include "catalogue/ChangeScope.h"
-#include "catalogue/Log.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/RunningOrder.h"
+#include "catalogue/files/Log.h"
 #include "icons/IconLoader.h"
 #include "platform/Desktop.h"
 #include "support/NotificationCenter.h"
-#include "support/PropertyList.h"
-#include "support/StandardPath.h"
 #include "support/UserDefaults.h"
+#include "support/files/PropertyList.h"
+#include "support/files/StandardPath.h"
 
 #include <algorithm>
 

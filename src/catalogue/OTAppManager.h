@@ -11,8 +11,8 @@
 
 #include "catalogue/AppArray.h"
 #include "catalogue/AppSorting.h"
-#include "catalogue/CatalogueFiles.h"
 #include "catalogue/Favourites.h"
+#include "catalogue/files/CatalogueFiles.h"
 #include "icons/IconParameters.h"
 
 #include <QHash>

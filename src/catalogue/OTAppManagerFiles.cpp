@@ -5,8 +5,8 @@
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "support/NotificationCenter.h"
-#include "support/StandardPath.h"
 #include "support/UserDefaults.h"
+#include "support/files/StandardPath.h"
 
 using List = CatalogueFiles::List;
 

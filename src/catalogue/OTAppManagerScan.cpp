@@ -1,11 +1,11 @@
 // The part of the catalogue that fills it: from the folders to scan, and from what runs.
 
 #include "catalogue/ChangeScope.h"
-#include "catalogue/FolderWalk.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "catalogue/RunningOrder.h"
-#include "catalogue/ScanFolders.h"
+#include "catalogue/files/FolderWalk.h"
+#include "catalogue/files/ScanFolders.h"
 #include "platform/Desktop.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"

@@ -1,7 +1,7 @@
 #include "commands/Commands.h"
 
 #include "catalogue/OTAppManager.h"
-#include "catalogue/ScanFolders.h"
+#include "catalogue/files/ScanFolders.h"
 #include "commands/Output.h"
 #include "commands/PreferenceText.h"
 #include "grid/OTIconView.h"

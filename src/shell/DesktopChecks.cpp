@@ -1,6 +1,6 @@
 #include "shell/DesktopChecks.h"
 
-#include "support/PropertyList.h"
+#include "support/files/PropertyList.h"
 
 #include <QVariantMap>
 

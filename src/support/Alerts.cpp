@@ -1,6 +1,6 @@
 #include "support/Alerts.h"
 
-#include "support/Log.h"
+#include "support/files/Log.h"
 
 #include <QCoreApplication>
 

@@ -1,9 +1,9 @@
 #include "support/DefaultsFile.h"
 
-#include "support/FileLock.h"
-#include "support/FileWatch.h"
-#include "support/Log.h"
-#include "support/PropertyList.h"
+#include "support/files/FileLock.h"
+#include "support/files/FileWatch.h"
+#include "support/files/Log.h"
+#include "support/files/PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDir>

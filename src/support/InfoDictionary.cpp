@@ -1,8 +1,8 @@
 #include "support/InfoDictionary.h"
 
-#include "support/Log.h"
 #include "support/PreferenceType.h"
-#include "support/PropertyList.h"
+#include "support/files/Log.h"
+#include "support/files/PropertyList.h"
 
 #include <QFile>
 

@@ -1,10 +1,10 @@
 #include "support/UserDefaults.h"
 
 #include "support/DefaultsFile.h"
-#include "support/Log.h"
 #include "support/NotificationCenter.h"
 #include "support/PreferenceType.h"
-#include "support/PropertyList.h"
+#include "support/files/Log.h"
+#include "support/files/PropertyList.h"
 
 #include <QHash>
 #include <QMultiHash>

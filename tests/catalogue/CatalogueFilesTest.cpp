@@ -1,9 +1,9 @@
-#include "catalogue/CatalogueFiles.h"
+#include "catalogue/files/CatalogueFiles.h"
 
 #include "FakeDesktop.h"
 #include "TestCase.h"
-#include "support/FileLock.h"
 #include "support/NotificationCenter.h"
+#include "support/files/FileLock.h"
 
 #include <QDateTime>
 

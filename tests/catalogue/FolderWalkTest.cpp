@@ -1,4 +1,4 @@
-#include "catalogue/FolderWalk.h"
+#include "catalogue/files/FolderWalk.h"
 
 #include "FakeDesktop.h"
 #include "TestCase.h"

@@ -6,8 +6,8 @@
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "support/NotificationCenter.h"
-#include "support/PropertyList.h"
 #include "support/UserDefaults.h"
+#include "support/files/PropertyList.h"
 
 #include <QMap>
 #include <QProcess>

@@ -3,10 +3,10 @@
 #include "FakeDesktop.h"
 #include "TestCase.h"
 #include "catalogue/BunchText.h"
-#include "catalogue/ScanFolders.h"
+#include "catalogue/files/ScanFolders.h"
 #include "support/NotificationCenter.h"
-#include "support/PropertyList.h"
 #include "support/UserDefaults.h"
+#include "support/files/PropertyList.h"
 
 #include <QElapsedTimer>
 

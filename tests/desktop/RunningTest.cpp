@@ -3,7 +3,7 @@
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
-#include "catalogue/ScanFolders.h"
+#include "catalogue/files/ScanFolders.h"
 #include "desktop/Programs.h"
 #include "platform/FileTree.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"

@@ -1,5 +1,5 @@
 #include "fuzz/Fuzz.h"
-#include "support/PropertyList.h"
+#include "support/files/PropertyList.h"
 
 void fuzz(const QByteArray &bytes)
 {

@@ -6,7 +6,7 @@
 #include "TestCase.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
-#include "catalogue/ScanFolders.h"
+#include "catalogue/files/ScanFolders.h"
 #include "grid/GridHost.h"
 #include "grid/OTIconView.h"
 #include "support/Geometry.h"

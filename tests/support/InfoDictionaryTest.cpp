@@ -1,7 +1,7 @@
 #include "support/InfoDictionary.h"
 
 #include "TestCase.h"
-#include "support/PropertyList.h"
+#include "support/files/PropertyList.h"
 
 namespace {
 

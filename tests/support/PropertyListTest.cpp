@@ -1,4 +1,4 @@
-#include "support/PropertyList.h"
+#include "support/files/PropertyList.h"
 
 #include "TestCase.h"
 

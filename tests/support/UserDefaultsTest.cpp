@@ -1,10 +1,10 @@
 #include "support/UserDefaults.h"
 
 #include "TestCase.h"
-#include "support/FileLock.h"
 #include "support/NotificationCenter.h"
 #include "support/PreferenceType.h"
-#include "support/PropertyList.h"
+#include "support/files/FileLock.h"
+#include "support/files/PropertyList.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #include "platform/freedesktop/base/SessionFolders.h"
 
-#include "support/StandardPath.h"
+#include "support/files/StandardPath.h"
 
 #include <QDir>
 #include <QFile>

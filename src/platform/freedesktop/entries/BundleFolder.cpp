@@ -1,7 +1,7 @@
 #include "platform/freedesktop/entries/BundleFolder.h"
 
 #include "platform/freedesktop/entries/DesktopEntry.h"
-#include "support/PropertyList.h"
+#include "support/files/PropertyList.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,7 +2,7 @@
 
 #include "platform/freedesktop/entries/DesktopEntryIndex.h"
 #include "platform/freedesktop/entries/LaunchedEntries.h"
-#include "support/StandardPath.h"
+#include "support/files/StandardPath.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
-#include "support/PropertyListBinary.h"
+#include "support/files/PropertyListBinary.h"
 
-#include "support/PropertyList.h"
+#include "support/files/PropertyList.h"
 
 #include <QByteArrayView>
 #include <QDateTime>

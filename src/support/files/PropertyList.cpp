@@ -1,8 +1,8 @@
-#include "support/PropertyList.h"
+#include "support/files/PropertyList.h"
 
-#include "support/Log.h"
-#include "support/PropertyListBinary.h"
-#include "support/PropertyListXml.h"
+#include "support/files/Log.h"
+#include "support/files/PropertyListBinary.h"
+#include "support/files/PropertyListXml.h"
 
 #include <QDateTime>
 #include <QFile>

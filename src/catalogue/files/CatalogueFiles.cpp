@@ -1,9 +1,9 @@
-#include "catalogue/CatalogueFiles.h"
+#include "catalogue/files/CatalogueFiles.h"
 
-#include "catalogue/Log.h"
-#include "support/FileLock.h"
-#include "support/FileWatch.h"
+#include "catalogue/files/Log.h"
 #include "support/NotificationCenter.h"
+#include "support/files/FileLock.h"
+#include "support/files/FileWatch.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

@@ -1,4 +1,4 @@
-#include "catalogue/PathFile.h"
+#include "catalogue/files/PathFile.h"
 
 using PropertyList::State;
 

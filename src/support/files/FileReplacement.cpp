@@ -1,7 +1,7 @@
-#include "support/FileReplacement.h"
+#include "support/files/FileReplacement.h"
 
-#include "support/FileLock.h"
-#include "support/Log.h"
+#include "support/files/FileLock.h"
+#include "support/files/Log.h"
 
 #include <QDateTime>
 #include <QDirIterator>

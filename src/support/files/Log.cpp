@@ -1,3 +1,3 @@
-#include "support/Log.h"
+#include "support/files/Log.h"
 
 Q_LOGGING_CATEGORY(lcSupport, "ortu.support", QtInfoMsg)

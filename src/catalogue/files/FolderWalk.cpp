@@ -1,8 +1,8 @@
-#include "catalogue/FolderWalk.h"
+#include "catalogue/files/FolderWalk.h"
 
-#include "catalogue/Log.h"
+#include "catalogue/files/Log.h"
 #include "platform/Items.h"
-#include "support/PropertyList.h"
+#include "support/files/PropertyList.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "support/FileLock.h"
+#include "support/files/FileLock.h"
 
 #include <QDeadlineTimer>
 #include <QFile>

@@ -1,6 +1,6 @@
-#include "support/PropertyListXml.h"
+#include "support/files/PropertyListXml.h"
 
-#include "support/PropertyList.h"
+#include "support/files/PropertyList.h"
 
 #include <QDateTime>
 #include <QXmlStreamReader>

@@ -1,6 +1,6 @@
-#include "catalogue/PathBunches.h"
+#include "catalogue/files/PathBunches.h"
 
-#include "support/StandardPath.h"
+#include "support/files/StandardPath.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,3 +1,3 @@
-#include "catalogue/Log.h"
+#include "catalogue/files/Log.h"
 
 Q_LOGGING_CATEGORY(lcCatalogue, "ortu.catalogue", QtInfoMsg)

@@ -1,7 +1,7 @@
-#include "catalogue/StoredPaths.h"
+#include "catalogue/files/StoredPaths.h"
 
-#include "catalogue/Log.h"
-#include "support/FileLock.h"
+#include "catalogue/files/Log.h"
+#include "support/files/FileLock.h"
 
 #include <QFileInfo>
 

@@ -7,7 +7,7 @@
 
 #pragma once
 
-#include "catalogue/PathFile.h"
+#include "catalogue/files/PathFile.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "support/FileWatch.h"
+#include "support/files/FileWatch.h"
 
 #include <QFileInfo>
 

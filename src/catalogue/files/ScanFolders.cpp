@@ -1,8 +1,8 @@
-#include "catalogue/ScanFolders.h"
+#include "catalogue/files/ScanFolders.h"
 
 #include "platform/SearchPaths.h"
-#include "support/StandardPath.h"
 #include "support/UserDefaults.h"
+#include "support/files/StandardPath.h"
 
 namespace {
 

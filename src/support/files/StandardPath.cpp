@@ -1,4 +1,4 @@
-#include "support/StandardPath.h"
+#include "support/files/StandardPath.h"
 
 #include <QDir>
 

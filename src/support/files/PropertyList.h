@@ -7,7 +7,7 @@
 
 #pragma once
 
-#include "support/FileReplacement.h"
+#include "support/files/FileReplacement.h"
 
 #include <QByteArray>
 #include <QString>

@@ -2,8 +2,8 @@
 
 #pragma once
 
-#include "catalogue/PathBunches.h"
-#include "support/PropertyList.h"
+#include "catalogue/files/PathBunches.h"
+#include "support/files/PropertyList.h"
 
 namespace PathFile {
 

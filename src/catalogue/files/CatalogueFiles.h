@@ -8,7 +8,7 @@
 
 #pragma once
 
-#include "catalogue/StoredPaths.h"
+#include "catalogue/files/StoredPaths.h"
 #include "platform/SearchPaths.h"
 
 #include <QObject>

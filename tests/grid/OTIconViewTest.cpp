@@ -24,23 +24,13 @@ private Q_SLOTS:
         QCOMPARE(asked[0][0].value<QObject *>(), _view.get());
         // Two cells of 68 points side by side within margins of 12.
         QCOMPARE(_view->viewSize(), QSizeF(160, 92));
-
-        // Another entry with the same path is the same application.
-        const auto twin = std::make_shared<OTApp>(app(u"b"_s)->path(), *_desktop);
-        QCOMPARE(_view->coordsOfApp(twin), (Coords { 0, 1 }));
-        QCOMPARE(_view->appAtCoords({ 0, 1 }), app(u"b"_s));
-        QVERIFY(_view->coordsOfApp(nullptr).isEmpty() && !_view->appAtCoords({}));
-
         _view->resizeView(OTIconView::Resizing::WhenChanged);
         QCOMPARE(asked.size(), 1);
-        _view->updateLayout();
-        QCOMPARE(asked.size(), 2);
         _manager->excludeApp(app(u"a"_s));
-        QCOMPARE(asked.size(), 3);
+        QCOMPARE(asked.size(), 2);
         QCOMPARE(_view->viewSize(), QSizeF(92, 92));
         _manager->excludeApp(app(u"b"_s));
-        QVERIFY(_view->isEmpty());
-        QVERIFY(_view->coordsOfPoint({ 40, 40 }).isEmpty());
+        QVERIFY(_view->isEmpty() && _view->coordsOfPoint({ 40, 40 }).isEmpty());
     }
 
     void anIconIsDrawnInItsCell()
@@ -54,14 +44,9 @@ private Q_SLOTS:
         QVERIFY(shown.pixelColor(14, 14) == Qt::red && shown.pixelColor(77, 77) == Qt::red);
         QVERIFY(shown.pixelColor(78, 77) != Qt::red);
         QVERIFY(shown.pixelColor(82, 14) == Qt::blue && shown.pixelColor(145, 77) == Qt::blue);
-        // Behind what runs there is something, and nothing in a cell that is empty.
-        const QColor behind = shown.pixelColor(13, 40);
+        // Behind what runs there is something.
         run(u"a"_s);
-        _view->forceRowColCountForRows(3, 0);
-        _view->resize(_view->viewSize().toSize());
-        const QImage forced = _view->grab().toImage();
-        QCOMPARE(forced.pixelColor(13, 40), QColor(Qt::red));
-        QCOMPARE(forced.pixelColor(13, 40 + 2 * 68), behind);
+        QCOMPARE(_view->grab().toImage().pixelColor(13, 40), QColor(Qt::red));
     }
 
     void aFavouriteThatMovedIsFoundInsteadOfLaunched()
@@ -85,8 +70,7 @@ private Q_SLOTS:
         // The reading order stays the same at 0, and the layout must follow all the same.
         for (const auto &[orientation, readingOrder, group, layouts] :
             { std::tuple(1, 2, int(IncludedGroup), 1), std::tuple(0, 2, int(Included1DGroup), 2),
-                std::tuple(2, 1, int(IncludedGroup), 3),
-                std::tuple(7, 1, int(IncludedGroup), 3) }) {
+                std::tuple(2, 1, int(IncludedGroup), 3) }) {
             _defaults->setObject(GridKeys::groupOrientation, orientation);
             QCOMPARE(_defaults->integerForKey(u"iconReadingOrder"_s), readingOrder);
             QCOMPARE(_view->groupShown(), group);
@@ -115,10 +99,6 @@ private Q_SLOTS:
         QVERIFY(press(Qt::Key_Escape) && !press(Qt::Key_Escape));
         _view->textCommitted(u"é"_s);
         QCOMPARE(_view->filterSubstring(), u"é"_s);
-        const QString beyond = QString::fromUcs4(U"\U0001E922", 1);
-        _view->textCommitted(beyond);
-        QCOMPARE(_view->filterSubstring(), u"é"_s + beyond);
-        press(Qt::Key_Backspace);
         QVERIFY(!press(Qt::Key_A, Qt::ControlModifier, u"\x01"_s));
         QCOMPARE(_view->filterSubstring(), u"é"_s);
     }
@@ -258,10 +238,6 @@ private Q_SLOTS:
         QCOMPARE(painted.region, QRegion(cell(u"a"_s)) + cell(u"b"_s));
         QCOMPARE(announced.size(), 1);
         QCOMPARE(announced[0].value(1).value<AppRef>(), app(u"b"_s));
-        // A changed icon repaints its cell alone.
-        painted.region = {};
-        app(u"c"_s)->setIcon(filled(Qt::red));
-        QTRY_COMPARE(painted.region, QRegion(cell(u"c"_s)));
         QEvent leaving(QEvent::Leave);
         QCoreApplication::sendEvent(_view.get(), &leaving);
         QCOMPARE(announced.size(), 2);
@@ -285,37 +261,9 @@ private Q_SLOTS:
         QCOMPARE(drag(u"a"_s, { 68, 0 }), std::pair(2, 2));
         QCOMPARE(selected(), u"b"_s);
         QCOMPARE(drag(u"a"_s, { -40, 0 }), std::pair(3, 2));
-        run(u"b"_s);
-        _manager->runningApps().constFirst()->refreshNameAndPath();
-        showGroup(RunningGroup);
-        QCOMPARE(drag(u"b"_s, { 0, 2.5 }), std::pair(3, 3));
         // What meant no icon is the window's.
         QTest::mouseClick(_view.get(), Qt::LeftButton, {}, QPoint(3, 3));
         QVERIFY(_host.handedOn.endsWith("pr"_L1));
-    }
-
-    void anIcon_isDimmedWhileAPressOnItLasts()
-    {
-        fill({ u"a"_s, u"b"_s });
-        app(u"a"_s)->setIcon(filled(Qt::red));
-        const QPoint middle = middleOf(u"a"_s);
-        const auto isDimmed = [&] { return _view->grab().toImage().pixelColor(middle) != Qt::red; };
-        QTest::mousePress(_view.get(), Qt::LeftButton, {}, middle);
-        QVERIFY(isDimmed());
-        QTest::mouseRelease(_view.get(), Qt::LeftButton, {}, middle + QPoint(40, 0));
-        QVERIFY(!isDimmed());
-        _view->show();
-        QCursor::setPos(_view->mapToGlobal(middleOf(u"b"_s)));
-        for (const Qt::MouseButton button : { Qt::RightButton, Qt::LeftButton }) {
-            QTest::mousePress(_view.get(), button, Qt::MetaModifier, middle);
-            QVERIFY(isDimmed());
-            QApplication::activePopupWidget()->close();
-            QVERIFY(!isDimmed());
-            QTRY_COMPARE(selected(), u"b"_s);
-        }
-        hover(u"a"_s);
-        QVERIFY(press(Qt::Key_Menu) && !isDimmed());
-        QApplication::activePopupWidget()->close();
     }
 
     void modifiedClicks()

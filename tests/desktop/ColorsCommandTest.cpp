@@ -7,13 +7,9 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include <sys/stat.h>
-
 class ColorsCommandTest : public TestCase
 {
     Q_OBJECT
-
-    static constexpr double redKey = 12.17439925928580830 / 360;
 
     static QImage filled(
         const QSize &size, const QColor &color, QImage::Format format = QImage::Format_ARGB32)
@@ -36,31 +32,11 @@ private Q_SLOTS:
         QCOMPARE(summary(objects(result)),
             u"large.png %1 | deep.png 512 | none.png | drawn.svg %2"_s.arg(128 * 32 * 255)
                 .arg(64 * 64 * 255));
-    }
-
-    void options_changeTheMeasurementAndTheJudgement()
-    {
-        QImage halves = filled({ 8, 8 }, Qt::blue);
-        for (int i = 0; i < 32; ++i) {
-            halves.setPixelColor(i % 8, i / 8, Qt::red);
-        }
-        write(u"halves.png"_s, halves);
-        write(u"dark.png"_s, filled({ 8, 8 }, Qt::black));
-        const auto key = [this](const QString &arguments) {
-            return objects(run(arguments.split(u' ')))[0][u"colorSortValue"_s].toDouble();
-        };
-        const auto isNear = [](double one, double other) { return std::abs(one - other) < 1e-6; };
-        QVERIFY(isNear(key(u"halves.png"_s), redKey));
-        QVERIFY(isNear(key(u"halves.png --wrap-hue 30"_s), redKey + 11.0 / 12));
-        QVERIFY(isNear(key(u"halves.png --set colorSortWrapHue=30"_s), redKey + 11.0 / 12));
-        QVERIFY(isNear(key(u"halves.png --gray-threshold 1"_s), 10));
-        QVERIFY(isNear(key(u"halves.png --count 0"_s), 10));
-        QVERIFY(key(u"halves.png --min-saturation 9"_s) > 1);
-        // Everything is alike, so one colour between red and blue is left.
-        QVERIFY(key(u"halves.png --delta-e 1000"_s) > 0.8);
-        QVERIFY(isNear(key(u"dark.png --grays-by-secondary-color"_s), 2));
-        QCOMPARE(summary(objects(run({ u"halves.png"_s, u"--size"_s, u"2"_s }))),
-            u"halves.png 510 510"_s);
+        QVERIFY(
+            std::abs(objects(result)[0][u"colorSortValue"_s].toDouble() - 12.1744 / 360) < 1e-6);
+        const auto small =
+            run({ u"large.png"_s, u"--size"_s, u"2"_s, u"--gray-threshold"_s, u"1"_s });
+        QCOMPARE(summary(objects(small)), u"large.png 510"_s);
     }
 
     void applications_areMeasuredByTheirIcons()
@@ -103,9 +79,6 @@ private Q_SLOTS:
         QVERIFY2(shown.contains("#ffffff 100.0%") && shown.count('\n') == 1, shown);
         QCOMPARE(run({ u"b"_s + name }).errorLines,
             QStringList(uR"(ortu: ba\n\u001b[31mb\u0085.png: no such file)"_s));
-        QCOMPARE(summary(objects(run({ name }))), name + u" 1020"_s);
-        QCOMPARE(run({ QString(QChar::ReplacementCharacter) }).errorLines,
-            QStringList(u"ortu: \ufffd: its name is not valid text"_s));
     }
 
     void outputThatCannotBeWritten_isOneLine()
@@ -143,17 +116,8 @@ private Q_SLOTS:
         seen.removeOne(u"white"_s); // of which the captions are
         QCOMPARE(seen.join(u' '), u"red lime blue black"_s);
 
-        QCOMPARE(run(files + QStringList { u"--sheet"_s, u"/nowhere/a.png"_s }).exitCode, 1);
         QCOMPARE(run({ u"absent.png"_s, u"--sheet"_s, sheet }).exitCode, 1);
         QCOMPARE(QImage(sheet), image);
-        // A pipe is written into, not replaced.
-        const QByteArray pipe = QFile::encodeName(_runner.path(u"pipe"_s));
-        QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
-        QFile reader(QFile::decodeName(pipe));
-        QVERIFY(reader.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
-        QCOMPARE(run({ u"red.png"_s, u"--sheet"_s, reader.fileName() }).exitCode, 0);
-        QVERIFY(!QFileInfo(reader.fileName()).isFile());
-        QCOMPARE(reader.read(4), "\x89PNG");
     }
 
 private:

@@ -11,26 +11,19 @@
 
 namespace {
 
-// A settings daemon, until it goes. It writes a text, a colour and a number, with names that are
-// filled up differently.
+// A settings daemon, until it goes. It writes a text and a number.
 class Daemon : public XClient
 {
 public:
-    explicit Daemon(bool isBigEndian = false)
-        : _isBigEndian(isBigEndian)
-    {
-        own("_XSETTINGS_S0");
-    }
+    Daemon() { own("_XSETTINGS_S0"); }
     void write(qint32 animations)
     {
-        _bytes = QByteArray(1, char(_isBigEndian)) + QByteArray(3, '\0');
-        add(quint32(1));
-        add(quint32(3));
+        _bytes = QByteArray(4, '\0');
+        add<quint32>(1);
+        add<quint32>(2);
         addName(1, "Net/ThemeName");
-        add(quint32(5));
+        add<quint32>(5);
         _bytes += QByteArray("Plain\0\0\0", 8);
-        addName(2, "Gtk/Red");
-        _bytes += QByteArray(8, '\1');
         addName(0, "Gtk/EnableAnimations");
         add(animations);
         const xcb_atom_t name = atom("_XSETTINGS_SETTINGS");
@@ -42,7 +35,7 @@ public:
 private:
     template <typename Number> void add(Number number)
     {
-        const Number ordered = _isBigEndian ? qToBigEndian(number) : qToLittleEndian(number);
+        const Number ordered = qToLittleEndian(number);
         _bytes.append(reinterpret_cast<const char *>(&ordered), sizeof(ordered));
     }
     void addName(char type, const QByteArray &name)
@@ -52,10 +45,9 @@ private:
         add(quint16(name.size()));
         _bytes += name;
         _bytes.resize((_bytes.size() + 3) / 4 * 4, '\0');
-        add(quint32(7));
+        add<quint32>(7);
     }
 
-    bool _isBigEndian;
     QByteArray _bytes;
 };
 
@@ -93,8 +85,8 @@ private Q_SLOTS:
         const std::unique_ptr<Desktop> desktop = makeDesktop();
         const Motion &motion = desktop->motion();
         QVERIFY(!motion.isReduced());
-        for (const bool isBigEndian : { false, true }) {
-            Daemon daemon(isBigEndian);
+        {
+            Daemon daemon;
             for (const int animations : { 0, 1, 0 }) {
                 daemon.write(animations);
                 QTRY_COMPARE(motion.isReduced(), animations == 0);
@@ -111,8 +103,7 @@ private Q_SLOTS:
         const QByteArray kde = "[KDE]\nAnimationDurationFactor=";
         const std::tuple<const char *, QString, QByteArray, QByteArray> rows[] {
             { "Test", u"config/gtk-3.0/settings.ini"_s, gtk + "0", gtk + "1" },
-            { "Test", u"config/gtk-4.0/settings.ini"_s, gtk + "false", gtk + "true" },
-            { "KDE", u"system/gtk-4.0/settings.ini"_s, gtk + "0", {} },
+            { "Test", u"system/gtk-4.0/settings.ini"_s, gtk + "false", gtk + "true" },
             { "KDE", u"config/kdeglobals"_s, kde + "0", kde + "0.5" }
         };
         for (const auto &[name, file, still, moving] : rows) {
@@ -130,22 +121,14 @@ private Q_SLOTS:
 
     void firstThatSaysAnything_decides()
     {
-        const std::unique_ptr<Desktop> kde = makeDesktop("KDE");
         const std::unique_ptr<Desktop> gnome = makeDesktop("GNOME");
-        const auto answers = [&] {
-            return std::pair(kde->motion().isReduced(), gnome->motion().isReduced());
-        };
+        const Motion &motion = gnome->motion();
         _tree.add(u"config/gtk-3.0/settings.ini"_s, "[Settings]\ngtk-enable-animations=0\n");
-        QTRY_COMPARE(answers(), std::pair(true, true));
+        QTRY_VERIFY(motion.isReduced());
         choose("[org/gnome/desktop/interface]\nenable-animations=true\n");
-        QTRY_COMPARE(answers(), std::pair(false, false));
+        QTRY_VERIFY(!motion.isReduced());
         choose("[org/gnome/desktop/interface]\nenable-animations=false\n");
-        QTRY_COMPARE(answers(), std::pair(true, true));
-        Daemon daemon;
-        daemon.write(1);
-        QTRY_COMPARE(answers(), std::pair(false, false));
-        _tree.add(u"config/kdeglobals"_s, "[KDE]\nAnimationDurationFactor=0\n");
-        QCOMPARE(answers(), std::pair(true, false));
+        QTRY_VERIFY(motion.isReduced());
     }
 
     void compositing_isActiveWhileTheDisplayHasAManagerForIt()
@@ -154,20 +137,14 @@ private Q_SLOTS:
         const Compositing &compositing = desktop->compositing();
         QSignalSpy changed(&compositing, &Compositing::changed);
         QVERIFY(!compositing.isActive());
-        for (int i = 1; i <= 2; ++i) {
-            auto manager = std::make_unique<XClient>();
-            QVERIFY(manager->own("_NET_WM_CM_S0"));
-            QTRY_VERIFY(compositing.isActive());
-            // Another one takes over.
-            auto other = std::make_unique<XClient>();
-            QVERIFY(other->own("_NET_WM_CM_S0"));
-            manager.reset();
-            // Right from the start, before a notification can arrive.
-            QVERIFY(makeDesktop()->compositing().isActive());
-            other.reset();
-            QTRY_VERIFY(!compositing.isActive());
-            QCOMPARE(changed.count(), 2 * i);
-        }
+        auto manager = std::make_unique<XClient>();
+        QVERIFY(manager->own("_NET_WM_CM_S0"));
+        QTRY_VERIFY(compositing.isActive());
+        // Right from the start, before a notification can arrive.
+        QVERIFY(makeDesktop()->compositing().isActive());
+        manager.reset();
+        QTRY_VERIFY(!compositing.isActive());
+        QCOMPARE(changed.count(), 2);
     }
 
 private:

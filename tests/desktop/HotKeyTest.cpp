@@ -11,9 +11,8 @@
 namespace {
 
 // Keys of this display by their codes; what they type is up to the layout.
-constexpr int Tab = 23, Q = 24, Control = 37, F = 41, Shift = 50, Backslash = 51, Alt = 64,
-              CapsLock = 66, F5 = 71, NumLock = 77, OtherHome = 97, RightAlt = 108, Home = 110,
-              Super = 133, F20 = 198;
+constexpr int Tab = 23, Q = 24, Control = 37, F = 41, Shift = 50, Alt = 64, CapsLock = 66, F5 = 71,
+              NumLock = 77, OtherHome = 97, Home = 110, Super = 133;
 using Keys = QList<int>;
 
 const HotKeyCombination controlTab { .key = u"TAB"_s, .control = true };
@@ -113,17 +112,12 @@ private Q_SLOTS:
 
     void itIsPressed_withItsOwnModifiers()
     {
-        // The last one by another name of the key.
         const std::pair<HotKeyCombination, Keys> rows[] { { { .key = u"FK05"_s }, { F5 } },
             { controlTab, { Control, Tab } },
-            { { .key = u"HOME"_s, .option = true }, { Alt, Home } },
-            { { .key = u"AD01"_s, .command = true }, { Super, Q } },
-            { { u"AC04"_s, true, true, true, true }, { Control, Alt, Super, Shift, F } },
-            { { .key = u"AC12"_s, .shift = true }, { Shift, Backslash } } };
+            { { u"AC04"_s, true, true, true, true }, { Control, Alt, Super, Shift, F } } };
         for (const auto &[combination, chord] : rows) {
             QCOMPARE(_ours->hotKey.registerKey(combination), QString());
-            for (const Keys &locks :
-                QList<Keys> { {}, { CapsLock }, { NumLock }, { CapsLock, NumLock } }) {
+            for (const Keys &locks : QList<Keys> { {}, { CapsLock, NumLock } }) {
                 const auto toggle = [&] { return locks.isEmpty() || strike(locks); };
                 QVERIFY(toggle());
                 const auto unlock = qScopeGuard(toggle);
@@ -131,9 +125,8 @@ private Q_SLOTS:
                 QVERIFY(_ours->pressed.takeFirst().at(0).value<ActivationStamp>().time > 0);
             }
             // One modifier more or less is another key.
-            const int more = chord.contains(Super) ? Alt : Super;
             QVERIFY(chord.size() == 1 || strike({ chord.last() }));
-            QVERIFY(chord.size() == 5 || strike(Keys { more } + chord));
+            QVERIFY(chord.size() == 5 || strike(Keys { Super } + chord));
             QVERIFY(hasArrived(_ours->pressed, 0));
         }
     }
@@ -141,31 +134,14 @@ private Q_SLOTS:
     void held_itIsPressedOnce()
     {
         QCOMPARE(_ours->hotKey.registerKey(controlTab), QString());
-        const auto goesOnRepeating = [this] {
-            const qsizetype before = _ours->keys.size();
-            return QTest::qWaitFor([&] { return _ours->keys.size() > before + 10; });
-        };
-        QVERIFY(press({ Control, Tab }) && goesOnRepeating());
-        // Also without its modifier, and when the keyboard changes in a way that does not concern
-        // it.
-        QVERIFY(release({ Control }) && goesOnRepeating());
-        QVERIFY(setKeyboard(u"-layout fr"_s) && press({ Tab }));
+        QVERIFY(press({ Control, Tab }));
+        QTRY_VERIFY(_ours->keys.size() > 10);
+        // Also without its modifier.
+        QVERIFY(release({ Control }));
+        const qsizetype before = _ours->keys.size();
+        QTRY_VERIFY(_ours->keys.size() > before + 10);
         QCOMPARE(_ours->pressed.size(), 1);
         QVERIFY(release({ Tab }) && strike({ Control, Tab }) && hasArrived(_ours->pressed, 2));
-    }
-
-    void held_itLetsOtherKeysThrough()
-    {
-        OtherProgram other;
-        QVERIFY(other.takeFocus());
-        QCOMPARE(_ours->hotKey.registerKey({ .key = u"FK05"_s }), QString());
-        QVERIFY(press({ F5 }));
-        QTRY_COMPARE(_ours->pressed.size(), 1);
-        // The first of them stops the repeating.
-        QVERIFY(strike({ Shift, F }) && strike({ Q }) && strike({ Shift, Q }));
-        QTRY_COMPARE(other.typed(), (Keys { F, Q, Shift, Q }));
-        QVERIFY(release({ F5 }) && strike({ F5 }) && hasArrived(_ours->pressed, 2));
-        QCOMPARE(other.typed().size(), 4);
     }
 
     void heldBefore_itCountsOnceItWasReleased()
@@ -176,18 +152,12 @@ private Q_SLOTS:
         QVERIFY(release({ F5 }));
         QTRY_VERIFY(!_ours->hotKey.findChild<QTimer *>()->isActive());
         QVERIFY(strike({ F5 }) && hasArrived(_ours->pressed, 1));
-        // Repetitions are ours.
-        _ours->hotKey.unregisterKey();
-        QVERIFY(press({ F5 }));
-        QCOMPARE(_ours->hotKey.registerKey({ .key = u"FK05"_s }), QString());
-        QTRY_VERIFY(_ours->keys.size() > 10);
-        QCOMPARE(_ours->pressed.size(), 1);
     }
 
     void anotherKeyboard_keepsThePhysicalKey()
     {
         QCOMPARE(_ours->hotKey.registerKey({ .key = u"AD01"_s, .option = true }), QString());
-        for (const char *layout : { "fr", "us(dvorak)", "ru", "us,ru" }) {
+        for (const char *layout : { "fr", "us(dvorak)", "us,ru" }) {
             QVERIFY(setKeyboard(u"-layout "_s + QLatin1String(layout)) && strike({ Alt, Q }));
             QVERIFY(hasArrived(_ours->pressed, 1));
             _ours->pressed.clear();
@@ -196,12 +166,6 @@ private Q_SLOTS:
         QVERIFY(setKeyboard(u"-keycodes xfree86"_s) && strike({ Home }));
         QVERIFY(strike({ OtherHome }) && hasArrived(_ours->pressed, 1));
         QVERIFY(_ours->registration.isEmpty());
-        // This one is not there at all.
-        const QString whyNot = _ours->hotKey.registerKey({ .key = u"FK20"_s });
-        QVERIFY(!whyNot.isEmpty() && setKeyboard(u"-keycodes evdev"_s));
-        QVERIFY(strike({ F20 }) && hasArrived(_ours->pressed, 2));
-        QVERIFY(setKeyboard(u"-keycodes xfree86"_s));
-        QCOMPARE(_ours->registration, (QList<QVariantList> { { QString() }, { whyNot } }));
     }
 
     void whatDoesNotCome_getsNoKeys()
@@ -215,15 +179,11 @@ private Q_SLOTS:
         // While the main thread does not get to anything else.
         QVERIFY(typesAtOnce());
         while (other.typed().size() < 2) { }
-        // A window that is never shown, then no window.
+        // A window that is never shown.
         QWindow window;
-        const auto connection =
-            connect(&hotKey, &HotKey::pressed, &window, [&] { hotKey.handKeysTo(window); });
+        connect(&hotKey, &HotKey::pressed, &window, [&] { hotKey.handKeysTo(window); });
         QVERIFY(typesAtOnce());
-        QTRY_COMPARE(other.typed().size(), 4);
-        disconnect(connection);
-        QVERIFY(typesAtOnce());
-        QTRY_COMPARE(other.typed(), (Keys { Q, F, Q, F, Q, F }));
+        QTRY_COMPARE(other.typed(), (Keys { Q, F, Q, F }));
     }
 
     void whatAnotherHolds_isTakenOnceItIsFree()
@@ -254,14 +214,16 @@ private Q_SLOTS:
         OtherProgram other;
         QVERIFY(_ours->tap.setUp() && !_ours->tap.isEnabled());
         const std::pair<int, Qt::KeyboardModifier> keys[] { { Control, Qt::ControlModifier },
-            { Alt, Qt::AltModifier }, { Super, Qt::MetaModifier },
-            { RightAlt, Qt::GroupSwitchModifier } };
+            { Alt, Qt::AltModifier }, { Super, Qt::MetaModifier } };
+        // What the tap said at its change number i.
+        const auto held = [this](int i) {
+            return _ours->changes.at(i).at(0).value<Qt::KeyboardModifiers>();
+        };
         for (const bool isKeyboardHeld : { false, true }) {
             QVERIFY(!isKeyboardHeld || other.grabKeyboard());
             _ours->tap.setEnabled(true);
             for (const auto &[key, modifier] : keys) {
-                QVERIFY(strike({ CapsLock }) && strike({ key, Shift, Q }));
-                QVERIFY(strike({ CapsLock }) && hasArrived(_ours->changes, 4));
+                QVERIFY(strike({ key, Shift, Q }) && hasArrived(_ours->changes, 4));
                 QCOMPARE(held(0), modifier);
                 QCOMPARE(held(1), modifier | Qt::ShiftModifier);
                 QCOMPARE(held(3), Qt::NoModifier);
@@ -269,21 +231,7 @@ private Q_SLOTS:
             }
             _ours->tap.setEnabled(false);
         }
-    }
-
-    void theTap_sleepsWhileItIsOff()
-    {
-        _ours->tap.setEnabled(true);
-        _ours->tap.setEnabled(false);
-        const QSignalSpy events(&_ours->connection, &XConnection::eventArrived);
-        QVERIFY(strike({ Shift }) && press({ Control }) && hasArrived(_ours->changes, 0));
-        // The answer to the question just asked.
-        QCOMPARE(events.size(), 1);
-        // What went down meanwhile is no news, that it goes up is.
-        _ours->tap.setEnabled(true);
-        QVERIFY(_ours->tap.isEnabled() && release({ Control }));
-        QVERIFY(hasArrived(_ours->changes, 1));
-        QCOMPARE(held(0), Qt::NoModifier);
+        QVERIFY(strike({ Shift }) && hasArrived(_ours->changes, 0));
     }
 
     void withoutDisplay_thereIsAReason()
@@ -311,12 +259,6 @@ private:
         QSignalSpy answer(&_ours->connection, &XConnection::timeTold);
         return QTest::qWaitFor([&] { return spy.size() >= count; })
             && (_ours->connection.askTime(), answer.wait()) && spy.size() == count;
-    }
-
-    // What the tap said at its change number i.
-    Qt::KeyboardModifiers held(int i) const
-    {
-        return _ours->changes.at(i).at(0).value<Qt::KeyboardModifiers>();
     }
 
     std::unique_ptr<Program> _ours;

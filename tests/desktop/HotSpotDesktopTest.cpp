@@ -19,11 +19,11 @@ class HotSpotDesktopTest : public TestCase
     static constexpr QRect corner { 0, 796, 4, 4 };
     static constexpr QPoint inCorner { 1, 798 };
 
-    // For the hot spot, the window of another program.
-    static std::unique_ptr<QWidget> shown(const QRect &frame, Qt::WindowFlags flags)
+    // For the hot spot, the window of another program that lies on the corner.
+    static std::unique_ptr<QWidget> shown(Qt::WindowType flag)
     {
-        auto window = std::make_unique<QWidget>(nullptr, flags);
-        window->setGeometry(frame);
+        auto window = std::make_unique<QWidget>(nullptr, Qt::FramelessWindowHint | flag);
+        window->setGeometry(0, 500, 300, 300);
         window->show();
         [&] { QVERIFY(QTest::qWaitForWindowExposed(window.get())); }();
         return window;
@@ -47,14 +47,11 @@ private Q_SLOTS:
 
     void places_areTurnedIntoPixels()
     {
-        const QRect whole(0, 0, 1280, 800);
-        QCOMPARE(XHotSpot::devicePixels({ 0, 28, 1, 744 }, whole, 2), QRect(0, 56, 2, 1488));
+        QCOMPARE(XHotSpot::devicePixels({ 0, 28, 1, 744 }, { 0, 0, 1280, 800 }, 2),
+            QRect(0, 56, 2, 1488));
         // A second screen, whose origin is in pixels already.
         QCOMPARE(XHotSpot::devicePixels({ 2560, 796, 4, 4 }, { 2560, 0, 1280, 800 }, 2),
             QRect(2560, 1592, 8, 9));
-        // 1000 pixels are 333 points, and 333 points are 999 pixels.
-        QCOMPARE(XHotSpot::devicePixels({ 332, 28, 1, 277 }, { 0, 0, 333, 333 }, 3),
-            QRect(996, 84, 4, 831));
     }
 
     void thePointer_entersAndLeaves()
@@ -73,41 +70,29 @@ private Q_SLOTS:
         }
     }
 
-    void anotherPlace_isTheOnlyOne_andARestingPointerHasNotEntered()
+    void aRestingPointer_hasNotEntered()
     {
         Pointer::move(inCorner);
         QVERIFY(_spot->place(corner));
         Pointer::move(Pointer::away);
         enterCorner();
-        QVERIFY(_spot->place(QRect(1276, 0, 4, 4)));
+        _spot->remove();
         QCOMPARE(_left->count(), 1);
         Pointer::move(Pointer::away);
         Pointer::move(inCorner);
-        Pointer::move({ 1278, 2 });
-        expectCounts(2, 1);
-        _spot->remove();
-        QCOMPARE(_left->count(), 2);
-        Pointer::move(Pointer::away);
-        Pointer::move({ 1278, 2 });
-        expectCounts(2, 2);
+        expectCounts(1, 1);
     }
 
     void windowsAbove_doNotHideIt()
     {
         QVERIFY(_spot->place(corner));
-        const auto enters = [this] {
-            Pointer::move(Pointer::away);
-            Pointer::move(inCorner);
-            return !_entered->isEmpty();
-        };
-        for (const Qt::WindowFlags flags : { Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint,
-                 Qt::FramelessWindowHint | Qt::BypassWindowManagerHint }) {
+        for (const Qt::WindowType flag :
+            { Qt::WindowStaysOnTopHint, Qt::BypassWindowManagerHint }) {
             _entered->clear();
-            const auto first = shown({ 0, 500, 300, 300 }, flags);
-            const auto second = shown({ 0, 600, 200, 200 }, flags);
-            first->raise();
+            const auto window = shown(flag);
             // It may take its time to rise: another window might insist.
-            QTRY_VERIFY(enters());
+            QTRY_VERIFY(
+                (Pointer::move(Pointer::away), Pointer::move(inCorner), !_entered->isEmpty()));
         }
     }
 
@@ -115,25 +100,9 @@ private Q_SLOTS:
     {
         QVERIFY(_spot->place(corner));
         enterCorner();
-        for (int i = 0; i < 3; ++i) {
-            const auto window =
-                shown({ 0, 500, 300, 300 }, Qt::Window | Qt::BypassWindowManagerHint);
-        }
+        const auto window = shown(Qt::BypassWindowManagerHint);
         QCOMPARE(_left->count(), 0);
         Pointer::move(Pointer::away);
-        expectCounts(1, 1);
-    }
-
-    // The program does not get to raise the spot before the pointer has gone.
-    void aPointerThatGoesUnderCover_hasLeft()
-    {
-        QVERIFY(_spot->place(corner));
-        enterCorner();
-        Pointer::use({ u"mousemove"_s, u"1"_s, u"797"_s, u"mousemove"_s, u"2"_s, u"798"_s });
-        QWidget cover(nullptr, Qt::Window | Qt::BypassWindowManagerHint);
-        cover.setGeometry(0, 500, 300, 300);
-        cover.show();
-        QProcess::execute(u"xdotool"_s, { u"mousemove"_s, u"150"_s, u"650"_s });
         expectCounts(1, 1);
     }
 
@@ -144,14 +113,8 @@ private Q_SLOTS:
         Pointer::move({ 20, 780 });
         enterCorner();
         QVERIFY(_entered->first().first().value<ActivationStamp>().time != 0);
-        Pointer::move({ 3, 797 });
-        Pointer::move({ 30, 770 });
-        QTRY_COMPARE(_left->count(), 1);
-        Pointer::move({ 20, 780 });
-        Pointer::move(inCorner);
-        QTRY_COMPARE(_entered->count(), 2);
         QCOMPARE(drag.drop(), QByteArray("refused"));
-        QTRY_COMPARE(_left->count(), 2);
+        QTRY_COMPARE(_left->count(), 1);
     }
 
     void theWholeThing_waitsActsAndIsRed()

@@ -97,8 +97,8 @@ private Q_SLOTS:
         };
         // The last one in a terminal, whose window is the newest of that kind then.
         std::vector<Case> cases { { u"debian-xterm"_s, u"xterm"_s },
-            { u"org.xfce.mousepad"_s, u"mousepad"_s }, { u"calculator"_s, u"xcalc"_s },
-            { u"org.gnome.baobab"_s, u"baobab"_s }, { u"processes"_s, u"xterm"_s } };
+            { u"org.xfce.mousepad"_s, u"mousepad"_s }, { u"org.gnome.baobab"_s, u"baobab"_s },
+            { u"processes"_s, u"xterm"_s } };
         QStringList ids;
         for (Case &one : cases) {
             const AppRef app = one.app = launched(one.id);
@@ -109,7 +109,6 @@ private Q_SLOTS:
             QVERIFY(app->pid());
             one.processFolder = u"/proc/%1"_s.arg(*app->pid());
             QCOMPARE(outputOf(u"cat"_s, { one.processFolder + "/comm"_L1 }), one.process);
-            QCOMPARE(app->psn().low, quint32(ids.size()));
             QVERIFY(app->isVisible());
         }
         for (const Case &one : cases) {
@@ -119,20 +118,9 @@ private Q_SLOTS:
         }
         for (const Case &one : cases) {
             one.app->hide();
-            QTRY_VERIFY(isIconified(one.window));
-            QTRY_VERIFY(!one.app->isVisible());
-        }
-        QVERIFY(cases[0].app->activate());
-        expectInFront(cases[0].window, cases[0].app);
-        // Programs of newer desktops may ask for the front themselves, at any time.
-        for (const int index : { 0, 2, 4, 1, 3 }) {
-            const Case &one = cases[size_t(index)];
+            QTRY_VERIFY(isIconified(one.window) && !one.app->isVisible());
             one.app->show();
-            QTRY_VERIFY(!isIconified(one.window));
-            QTRY_VERIFY(one.app->isVisible());
-            if (index % 2 == 0) {
-                QTRY_COMPARE(activeWindow(), cases[0].window);
-            }
+            QTRY_VERIFY(!isIconified(one.window) && one.app->isVisible());
         }
         for (const Case &one : cases) {
             ids.removeFirst();
@@ -160,11 +148,9 @@ private Q_SLOTS:
         expectInFront(windowsOf(u"xcalc"_s).value(0), calculator);
         QVERIFY(terminal->launchWithPasteboard(nullptr));
         expectInFront(newest, terminal);
+        // The one that was used last, and hidden ones come back.
         outputOf(u"wmctrl"_s, { u"-ia"_s, first });
         expectInFront(first, terminal);
-        QVERIFY(calculator->activate());
-        expectInFront(windowsOf(u"xcalc"_s).value(0), calculator);
-        // The one that was used last, and hidden ones come back.
         terminal->hide();
         QTRY_VERIFY(!terminal->isVisible());
         QVERIFY(terminal->launchWithPasteboard(nullptr));
@@ -178,9 +164,9 @@ private Q_SLOTS:
     void strangeWindows_areTakenForWhatTheyAre()
     {
         const AppRef terminal = launched(u"debian-xterm"_s);
-        const QString pid = QString::number(*terminal->pid());
         {
-            const StrangeWindows liar({ u"1"_s, u"Liar"_s, u"pid="_s + pid, u"title=1000000"_s });
+            const StrangeWindows liar(
+                { u"1"_s, u"Liar"_s, u"pid="_s + QString::number(*terminal->pid()) });
             QTRY_COMPARE(windowsOf(u"Liar"_s).size(), 1);
             QTRY_COMPARE(activeWindow(), windowsOf(u"Liar"_s).value(0));
             QTRY_VERIFY(!_manager->activeApp());
@@ -188,13 +174,9 @@ private Q_SLOTS:
             QCOMPARE(_manager->lastActiveApp()->path(), terminal->path());
         }
         {
-            const StrangeWindows skipped({ u"1"_s, u"XCalc"_s, u"skip"_s });
             StrangeWindows renamed({ u"1"_s, u"Odd"_s });
             QTRY_COMPARE(windowsOf(u"Odd"_s).size(), 1);
-            QTRY_COMPARE(windowsOf(u"XCalc"_s).size(), 1);
             const QString window = windowsOf(u"Odd"_s).value(0);
-            QTRY_COMPARE(activeWindow(), window);
-            QCOMPARE(running(), QStringList(u"debian-xterm"_s));
             renamed.tell("XCalc");
             QTRY_COMPARE(running(), QStringList({ u"debian-xterm"_s, u"calculator"_s }));
             expectInFront(window, app(u"calculator"_s));
@@ -212,33 +194,11 @@ private Q_SLOTS:
             QTRY_VERIFY(!calculator->isVisible());
             QCOMPARE(windowsOf(u"XCalc"_s).size(), 1);
         }
-        QTRY_COMPARE(running(), QStringList(u"debian-xterm"_s));
-        // A dialog under another name belongs to the window below it.
-        StrangeWindows dialogs({ u"3"_s, u"Odd"_s, u"dialog"_s });
-        QTRY_COMPARE(windowsOf(u"Odd"_s).size(), 3);
-        outputOf(u"xprop"_s,
-            (u"-f WM_CLASS 8s -set WM_CLASS XCalc -id "_s + windowsOf(u"Odd"_s)[0]).split(u' '));
-        QTRY_COMPARE(running(), QStringList({ u"debian-xterm"_s, u"calculator"_s }));
-        const QString dialog = windowsOf(u"Odd"_s).value(1);
-        outputOf(u"wmctrl"_s, { u"-ia"_s, dialog });
-        expectInFront(dialog, app(u"calculator"_s));
-    }
-
-    void manyWindows_comeAndGo()
-    {
-        {
-            const StrangeWindows many({ u"500"_s, u"XCalc"_s });
-            QTRY_COMPARE_WITH_TIMEOUT(windowsOf(u"XCalc"_s).size(), 500, patience);
-            QTRY_COMPARE(running(), QStringList(u"calculator"_s));
-            QCOMPARE(*app(u"calculator"_s)->pid(), many.processId());
-        }
-        QTRY_COMPARE_WITH_TIMEOUT(running(), QStringList(), patience);
         // Gone before the program can ask about them.
         for (int i = 0; i < 20; ++i) {
             StrangeWindows brief({ u"20"_s, u"XCalc"_s });
             brief.tell("close");
         }
-        launched(u"debian-xterm"_s);
         QTRY_COMPARE(running(), QStringList(u"debian-xterm"_s));
     }
 

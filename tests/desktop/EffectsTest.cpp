@@ -64,20 +64,11 @@ class EffectsTest : public TestCase
     Q_OBJECT
 
 private Q_SLOTS:
-    // GLib remembers from the first question on where schemas and settings are.
     void initTestCase()
     {
-        _tree.add(u"schemas/a.gschema.xml"_s,
-            "<schemalist><schema id='org.gnome.desktop.interface' "
-            "path='/org/gnome/desktop/interface/'>"
-            "<key name='enable-animations' type='b'><default>true</default></key>"
-            "</schema></schemalist>");
-        QCOMPARE(QProcess::execute(u"glib-compile-schemas"_s, { _tree.path(u"schemas"_s) }), 0);
-        choose({});
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(_tree.path(u"config"_s)));
         qputenv("XDG_CONFIG_DIRS", QFile::encodeName(_tree.path(u"system"_s)));
-        qputenv("GSETTINGS_SCHEMA_DIR", QFile::encodeName(_tree.path(u"schemas"_s)));
-        qputenv("GSETTINGS_BACKEND", "keyfile");
+        qputenv("GSETTINGS_BACKEND", "memory");
     }
 
     void settingsDaemon_isHeard()
@@ -119,18 +110,6 @@ private Q_SLOTS:
         }
     }
 
-    void firstThatSaysAnything_decides()
-    {
-        const std::unique_ptr<Desktop> gnome = makeDesktop("GNOME");
-        const Motion &motion = gnome->motion();
-        _tree.add(u"config/gtk-3.0/settings.ini"_s, "[Settings]\ngtk-enable-animations=0\n");
-        QTRY_VERIFY(motion.isReduced());
-        choose("[org/gnome/desktop/interface]\nenable-animations=true\n");
-        QTRY_VERIFY(!motion.isReduced());
-        choose("[org/gnome/desktop/interface]\nenable-animations=false\n");
-        QTRY_VERIFY(motion.isReduced());
-    }
-
     void compositing_isActiveWhileTheDisplayHasAManagerForIt()
     {
         const std::unique_ptr<Desktop> desktop = makeDesktop();
@@ -148,11 +127,6 @@ private Q_SLOTS:
     }
 
 private:
-    void choose(const QByteArray &settings)
-    {
-        _tree.add(u"config/glib-2.0/settings/keyfile"_s, settings);
-    }
-
     FileTree _tree;
 };
 

@@ -76,13 +76,6 @@ private Q_SLOTS:
             Registrar registrar;
             QTRY_VERIFY(_item->isShown());
             QTRY_VERIFY(registrar.hasItem());
-            registrar.readLine();
-            // As if to change what a click does.
-            _item->hide();
-            QVERIFY(!_item->isShown());
-            _item->show(QPixmap(22, 22), u"Ortu"_s, _menu);
-            QTRY_VERIFY(_item->isShown());
-            QTRY_VERIFY(registrar.hasItem());
         }
     }
 

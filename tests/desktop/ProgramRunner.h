@@ -65,31 +65,14 @@ public:
 
     void start(QProcess &process, const QStringList &arguments) const
     {
-        start(process, qEnvironmentVariable("ORTU_PROGRAM"), arguments);
+        process.setProcessEnvironment(_environment);
+        process.start(qEnvironmentVariable("ORTU_PROGRAM"), arguments);
     }
     Result run(const QStringList &arguments, const QString &workingFolder = {}) const
     {
-        return finished(qEnvironmentVariable("ORTU_PROGRAM"), arguments, workingFolder);
-    }
-    Result runInShell(const QString &line) const
-    {
-        return finished(u"sh"_s, { u"-c"_s, line }, {});
-    }
-    // What the running program says of itself.
-    QJsonObject status() const { return run({ u"--status"_s, u"--json"_s }).json().object(); }
-
-private:
-    void start(QProcess &process, const QString &program, const QStringList &arguments) const
-    {
-        process.setProcessEnvironment(_environment);
-        process.start(program, arguments);
-    }
-    Result finished(
-        const QString &program, const QStringList &arguments, const QString &folder) const
-    {
         QProcess process;
-        process.setWorkingDirectory(folder);
-        start(process, program, arguments);
+        process.setWorkingDirectory(workingFolder);
+        start(process, arguments);
         Result result;
         if (process.waitForFinished(120'000) && process.exitStatus() == QProcess::NormalExit) {
             result.exitCode = process.exitCode();
@@ -99,7 +82,10 @@ private:
             QString::fromUtf8(process.readAllStandardError()).split(u'\n', Qt::SkipEmptyParts);
         return result;
     }
+    // What the running program says of itself.
+    QJsonObject status() const { return run({ u"--status"_s, u"--json"_s }).json().object(); }
 
+private:
     FileTree _home;
     QProcessEnvironment _environment = QProcessEnvironment::systemEnvironment();
 };

@@ -121,39 +121,26 @@ private Q_SLOTS:
         const auto shown = _runner->run({});
         QVERIFY(shown.exitCode == 1 && shown.errorLines.size() == 1);
         QCOMPARE(_runner->run({ u"--version"_s }).exitCode, 0);
-        // A home that Qt would take for another one.
-        const auto home =
-            _runner->runInShell(u"HOME=$(printf '/tmp/\\351') exec \"$ORTU_PROGRAM\" --list"_s);
-        QCOMPARE(home.exitCode, 1);
-        QCOMPARE(
-            home.errorLines, QStringList(u"ortu: cannot use HOME=/tmp/\uFFFD: not valid UTF-8"_s));
     }
 
     void badApplications_leaveTheRestStanding()
     {
-        const QByteArray head = "[Desktop Entry]\nType=Application\nName=Bad\n";
         _runner->writeEntry(u"good"_s);
         _runner->write(u"apps/binary.desktop"_s, QByteArray("\x7f\x45LF\0\1\2\xff\0", 9));
-        _runner->write(u"apps/long.desktop"_s,
-            head + "Exec=/bin/true\nComment=" + QByteArray(50'000'000, 'x'));
-        // Names that forge a line, one of them in what a list shows and one in what the log says.
-        const QString forged = u"a\nortu.catalogue: forged\u202e"_s;
-        _runner->write(u"apps/%1.desktop"_s.arg(forged),
-            "[Desktop Entry]\nType=Application\nExec=/bin/true\n");
-        _runner->write(u"apps/%1\x1b[31m.desktop"_s.arg(forged), head + "Exec=/bin/true\n");
+        // A name that forges a line of the log.
+        _runner->write(u"apps/a\nortu.catalogue: forged\x1b[31m.desktop"_s,
+            "[Desktop Entry]\nType=Application\nName=Bad\nExec=/bin/true\n");
         _runner->scanOnlyOwnApplications();
 
         const auto result = _runner->run({ u"--list"_s, u"6"_s });
 
         QCOMPARE(result.exitCode, 0);
-        const QString escaped = u"a\\nortu.catalogue: forged\\u202e"_s;
-        for (const QString &name : { u"binary"_s, u"long"_s, escaped + u"\\u001b[31m"_s }) {
-            QCOMPARE(result.errorLines.filter(name + u".desktop"_s).size(), 1);
+        for (const char *name :
+            { "binary.desktop", "a\\nortu.catalogue: forged\\u001b[31m.desktop" }) {
+            QCOMPARE(result.errorLines.filter(QLatin1String(name)).size(), 1);
         }
-        QCOMPARE(result.errorLines.size(), 3);
-        QCOMPARE(result.output.count(".desktop"), 2);
-        QVERIFY(result.output.contains(escaped.toUtf8() + ".desktop"));
-        QVERIFY(result.output.contains("good.desktop"));
+        QCOMPARE(result.errorLines.size(), 2);
+        QVERIFY(result.output.count(".desktop") == 1 && result.output.contains("good.desktop"));
     }
 
 private:

@@ -91,14 +91,9 @@ private Q_SLOTS:
         Pointer::move(inside - QPoint(0, 40));
         Pointer::move(inside);
         QTRY_COMPARE(dragEntered.count(), 1);
-        Pointer::move(inside + QPoint(1, 1));
-        Pointer::move(inside - QPoint(0, 40));
+        QCOMPARE(drag.drop(), QByteArray("refused"));
         QTRY_COMPARE(dragged.count(), 1);
         QCOMPARE(dragged.last().first().toBool(), false);
-        Pointer::move(inside);
-        QTRY_COMPARE(dragEntered.count(), 2);
-        QCOMPARE(drag.drop(), QByteArray("refused"));
-        QTRY_COMPARE(dragged.count(), 2);
     }
 
     void aLateOrRestartedTray_takesTheItem_untilItIsHidden()
@@ -117,9 +112,7 @@ private Q_SLOTS:
         Pointer::release();
         QTRY_VERIFY(!_item->isShown());
         QTRY_VERIFY(placeOf(Qt::green).isNull());
-        QVERIFY(!_item->reportsPresses());
         _item->show(plainIcon(Qt::blue), u"Ortu"_s, _menu);
-        QTRY_VERIFY(_item->isShown());
         QTRY_VERIFY(!placeOf(Qt::blue).isNull());
     }
 

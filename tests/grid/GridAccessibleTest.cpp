@@ -107,9 +107,7 @@ private Q_SLOTS:
         _manager->excludeApp(app(u"b"_s));
         QCoreApplication::processEvents();
         QVERIFY(launched().isEmpty());
-        QVERIFY(!b->isValid() && b->state().invalid && b->rect().isEmpty());
-        QVERIFY(b->text(QAccessible::Name).isEmpty());
-        QCOMPARE(list()->indexOfChild(b), -1);
+        QVERIFY(!b->isValid() && b->text(QAccessible::Name).isEmpty());
         QCOMPARE(heard(), u"c 1 of 1"_s);
         QVERIFY(!QAccessible::accessibleInterface(id));
 

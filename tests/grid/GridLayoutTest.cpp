@@ -2,7 +2,6 @@
 
 #include "TestCase.h"
 #include "grid/LayoutSamples.h"
-#include "grid/layout/GridGroups.h"
 
 #include <QRandomGenerator>
 
@@ -214,10 +213,6 @@ private Q_SLOTS:
             QCOMPARE(layout.rectOfCellForRow(lastRow, layout.columnCount() - 1).topLeft(),
                 pointOf(part[6]));
             QCOMPARE(layout.rectOfCellForRow(lastRow + 1, 0), QRectF(0, 0, 0, 0));
-            const double width = size.width(), height = size.height();
-            const std::vector<QRectF> margins { { 0, height - 12, width, 12 },
-                { width - 12, 0, 12, height }, { 0, 0, width, 12 }, { 0, 0, 12, height } };
-            QCOMPARE(layout.marginRects(), margins);
         }
     }
 
@@ -286,20 +281,6 @@ private Q_SLOTS:
                 QCOMPARE(std::count(bunch.begin(), bunch.end(), 1), qsizetype(bunch.size()));
             }
         }
-    }
-
-    void groupToShow()
-    {
-        const auto shown = [](int orientation, bool isOptionHeld) {
-            QList<int> groups;
-            for (int group = -1; group < 10; ++group) {
-                groups += groupToShowConsideringModifiers(group, isOptionHeld, orientation);
-            }
-            return groups;
-        };
-        QCOMPARE(shown(1, true), QList({ -1, 0, 5, 6, 3, 4, 5, 6, 7, 8, 9 }));
-        QCOMPARE(shown(0, false), QList({ -1, 0, 2, 2, 4, 4, 6, 6, 7, 9, 9 }));
-        QCOMPARE(shown(0, true), QList({ -1, 0, 6, 6, 4, 4, 6, 6, 7, 9, 9 }));
     }
 
     // Bunches of 5, 1 and no applications, cells of 68 spaced by 4: a view of 296 by 380 points, or

@@ -6,7 +6,6 @@
 #include "support/Contrast.h"
 #include "support/UserDefaults.h"
 
-#include <QBitmap>
 #include <QMenu>
 #include <QPainter>
 
@@ -194,36 +193,6 @@ private Q_SLOTS:
             QCOMPARE(stretches(image, along, 12), QLatin1String(expected));
             QCOMPARE(stretches(image, along, 79), QLatin1String(expected));
         }
-    }
-
-    void bandEndsAreMarkedInTheMargin()
-    {
-        for (const quint64 margin : { 0, 1, 2 }) {
-            const QImage image = drawn(twoBands(SideBySide), [&](GridPainter &painter) {
-                painter.drawBandEnd(
-                    { Coords::NotFound, Coords::NotFound, 0, Coords::NotFound, margin });
-            });
-            const auto isMarked = [&image](int y) {
-                return !stretches(image, Qt::Horizontal, y).isEmpty();
-            };
-            QVERIFY(isMarked(6) == (margin == 0) && isMarked(86) == (margin == 2) && !isMarked(46));
-        }
-    }
-
-    void scanTextStandsInTheMiddle()
-    {
-        const auto ink = [](const QString &text) {
-            QImage image = drawn(twoBands(SideBySide), [&](GridPainter &painter) {
-                painter.drawScanText({ 0, 0, 194, 92 }, text, {});
-            });
-            image.setDevicePixelRatio(1);
-            const QImage mask = image.createAlphaMask(Qt::ThresholdDither);
-            return QRegion(QBitmap::fromImage(mask)).boundingRect();
-        };
-        const QRect shown = ink(u"HHHH"_s);
-        QVERIFY(!shown.isEmpty() && std::abs(shown.center().x() - 97 * Ratio) <= 2);
-        const QRect longer = ink(QString(120, u'H'));
-        QVERIFY(longer.left() >= 12 * Ratio && longer.right() <= 182 * Ratio);
     }
 
     void preferencesGiveTheColors()

@@ -13,8 +13,6 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
-#include <QPaintEvent>
-
 class FixedHost : public GridHost
 {
 public:
@@ -26,20 +24,6 @@ public:
     QSizeF size { 1000, 400 };
     int hideCount = 0;
     QString handedOn;
-};
-
-// What a widget was asked to paint.
-class PaintedRegion : public QObject
-{
-public:
-    QRegion region;
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint) {
-            region += static_cast<QPaintEvent *>(event)->region();
-        }
-        return false;
-    }
 };
 
 class IconViewFixture : public TestCase

@@ -219,23 +219,13 @@ private Q_SLOTS:
         QVERIFY(!QApplication::activePopupWidget());
     }
 
-    void pointer_selectsAndRepaintsTwoCells()
+    void pointer_selects()
     {
-        fill({ u"a"_s, u"b"_s, u"c"_s });
-        _view->show();
-        QVERIFY(QTest::qWaitForWindowExposed(_view.get()));
+        fill({ u"a"_s, u"b"_s });
         hover(u"a"_s);
-        QCoreApplication::processEvents();
-        PaintedRegion painted;
-        _view->installEventFilter(&painted);
         QSignalSpy announced(&center(), &NotificationCenter::N_SelectedAppChanged);
         hover(u"b"_s);
         hover(u"b"_s);
-        QTRY_VERIFY(!painted.region.isEmpty());
-        const auto cell = [this](const QString &name) {
-            return Geometry::flipped(_view->rectOfApp(app(name)), _view->height()).toRect();
-        };
-        QCOMPARE(painted.region, QRegion(cell(u"a"_s)) + cell(u"b"_s));
         QCOMPARE(announced.size(), 1);
         QCOMPARE(announced[0].value(1).value<AppRef>(), app(u"b"_s));
         QEvent leaving(QEvent::Leave);
@@ -393,17 +383,6 @@ private Q_SLOTS:
             turn({ 60, 0 });
         }
         QCOMPARE(next.size(), 1);
-    }
-
-    void aScan_hidesTheGridOnlyWhenItTakesLong()
-    {
-        fill({ u"a"_s });
-        const QImage before = _view->grab().toImage();
-        _view->showProgressStep(1, 3, u"somewhere"_s);
-        QCOMPARE(_view->grab().toImage(), before);
-        QTRY_VERIFY((_view->showProgressStep(2, 3, {}), _view->grab().toImage() != before));
-        _view->showProgressStep(0, 0, {});
-        QCOMPARE(_view->grab().toImage(), before);
     }
 
 private:

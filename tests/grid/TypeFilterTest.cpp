@@ -148,15 +148,6 @@ private Q_SLOTS:
             }
         }
     }
-
-    void gesture_goesOnInAnotherGrid()
-    {
-        GridWheel one, other;
-        TypeFilter filter;
-        QCOMPARE(one.scroll(12, 0, 1, false, filter, 0), Outcome::Nothing);
-        QCOMPARE(other.scroll(12, 0, 1.01, false, filter, 0), Outcome::NextGroup);
-        QCOMPARE(one.scroll(12, 0, 1.02, false, filter, 0), Outcome::Nothing);
-    }
 };
 
 QTEST_APPLESS_MAIN(TypeFilterTest)

@@ -369,24 +369,6 @@ private Q_SLOTS:
         QCOMPARE(icon(), usual);
     }
 
-    void theDesktopIsChecked()
-    {
-        const auto isTold = [this](const QByteArray &entries) {
-            cleanup();
-            init();
-            _desktop->library = _desktop->tree.path(u"library"_s);
-            QDir().mkpath(_desktop->library + u"/Preferences"_s);
-            save(_desktop->library + u"/Preferences/com.apple.spaces.plist"_s,
-                "<plist version=\"1.0\"><dict>" + entries + "</dict></plist>");
-            launch();
-            return isShown() && _alerts.value(0).startsWith(u"Mission Control currently"_s);
-        };
-        const QByteArray two = "<key>spaces</key><array><string>one</string></array>";
-        const QByteArray everywhere = "<key>app-bindings</key><dict><key>org.ortu.ortu</"
-                                      "key><string>AllSpaces</string></dict>";
-        QVERIFY(isTold(two) && !isTold({}) && !isTold(two + everywhere));
-    }
-
     void theAboutPanelGoesWithThePanel()
     {
         launch();

@@ -215,29 +215,6 @@ private Q_SLOTS:
         QVERIFY(isLabelBeside(u"app2"_s));
     }
 
-    void colorsFollowTheWindow()
-    {
-        fill(6);
-        set("windowAlpha", 0);
-        show();
-        select(u"app0"_s);
-        // In the round end of the capsule, where no letter is.
-        const QPoint inLabel(overlay().labelRect().left() + 4, overlay().labelRect().center().y());
-        for (const char *color : { "#ffffff00", "#102080ff" }) {
-            set("windowColor", QLatin1String(color));
-            const QColor wanted = colorFromText(QLatin1String(color));
-            const QImage picture = _window->grab().toImage();
-            QVERIFY(std::abs(colorAt(picture, inLabel).blue() - wanted.blue()) <= 3);
-            // The letters stand out.
-            int farthest = 0;
-            for (int x = 0; x < overlay().labelRect().width(); ++x) {
-                const QColor there = colorAt(picture, inLabel + QPoint(x, 0));
-                farthest = std::max(farthest, std::abs(there.green() - wanted.green()));
-            }
-            QVERIFY(farthest > 150);
-        }
-    }
-
 private:
     OTIconOverlayView &overlay() const { return _window->overlay(); }
 

@@ -159,22 +159,6 @@ private Q_SLOTS:
         QCOMPARE(selected(), int(Included));
     }
 
-    void capsulesLookLikeTheirState()
-    {
-        fillWide();
-        const auto alphaOf = [this](int index) {
-            QImage picture(control().size(), QImage::Format_ARGB32);
-            picture.fill(Qt::transparent);
-            control().render(&picture, {}, {}, QWidget::DrawChildren);
-            return picture.pixelColor(endOf(index)).alpha();
-        };
-        QVERIFY(alphaOf(Running) != alphaOf(Included));
-        send(QEvent::MouseMove, endOf(Running), {});
-        QCOMPARE(alphaOf(Running), alphaOf(Included));
-        send(QEvent::MouseButtonPress, endOf(Included), Qt::LeftButton);
-        QVERIFY(alphaOf(Running) != alphaOf(Included));
-    }
-
     void labelsCanBeRead()
     {
         for (const char *name : { "#000000", "#ffffff", "#808080" }) {

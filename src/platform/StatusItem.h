@@ -30,8 +30,6 @@ public:
     // Where it lies on the screen, in points with y growing downwards; empty where the desktop does
     // not tell.
     virtual QRect place() const { return {}; }
-    // Whether the desktop reports presses, drags and releases; if not, it reports activations.
-    virtual bool reportsPresses() const { return false; }
 
 Q_SIGNALS:
     void isShownChanged(bool isShown);

@@ -37,7 +37,6 @@ public:
     void hide() override;
     bool isShown() const override { return _isShown; }
     QRect place() const override;
-    bool reportsPresses() const override { return _widget != nullptr; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -35,8 +35,7 @@ public:
 
     bool isFadingOut() const { return _isFadingOut; }
     bool isSliding() const { return _slide.isAnimating(); }
-    // Brings what is running to its end at once.
-    void finishFade() { _fade.stopAnimation(); }
+    // Brings it to its end at once.
     void finishSlide() { _slide.stopAnimation(); }
 
 Q_SIGNALS:

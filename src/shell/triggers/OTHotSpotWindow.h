@@ -32,7 +32,6 @@ public:
     OTHotSpotWindow(HotSpot &hotSpot, const QRectF &contentRect, Action action);
     ~OTHotSpotWindow() override;
 
-    bool isPlaced() const { return _isPlaced; }
     OTHotSpotView &view() { return _view; }
 
 private:

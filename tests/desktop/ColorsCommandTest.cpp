@@ -70,17 +70,6 @@ private Q_SLOTS:
         QCOMPARE(summary(lines.mid(4)), u"good \"ä\".png 1020"_s);
     }
 
-    void names_areDataForTheTerminal()
-    {
-        const QString name = u"a\n\x1b[31mb\u0085.png"_s;
-        write(name, filled({ 2, 2 }, Qt::white));
-        const QByteArray shown = _runner.run({ u"--colors"_s, _runner.path(name) }).output;
-        QVERIFY2(shown.contains(R"(a\n\u001b[31mb\u0085.png )"), shown);
-        QVERIFY2(shown.contains("#ffffff 100.0%") && shown.count('\n') == 1, shown);
-        QCOMPARE(run({ u"b"_s + name }).errorLines,
-            QStringList(uR"(ortu: ba\n\u001b[31mb\u0085.png: no such file)"_s));
-    }
-
     void theSheet_standsInOrder()
     {
         const QStringList colors { u"#0000ff"_s, u"#ff0000"_s, u"#00ff00"_s };

@@ -216,17 +216,6 @@ private Q_SLOTS:
         }
     }
 
-    void emptyGroup_hasTheSizeOfTheView()
-    {
-        GridLayout layout = LayoutSamples::searched({}, { true, false, { 40 } });
-        layout.setFrameSize({ 640, 480 });
-        layout.setContents({ true, false, { 0 } });
-        layout.calcRowColCount();
-        QCOMPARE(shape(layout), u"0x0"_s);
-        QCOMPARE(layout.viewSize(), QSizeF(640, 480));
-        QVERIFY(layout.bunchRects().empty() && layout.coordsOfPoint({ 5, 5 }).isEmpty());
-    }
-
     void anyShape_isBounded()
     {
         GridLayout layout = LayoutSamples::forced({ 2 }, { 600, 3 }, 1'000'000'000, 0);

@@ -281,15 +281,6 @@ private Q_SLOTS:
         QVERIFY(QGuiApplication::primaryScreen()->availableGeometry().contains(frame()));
     }
 
-    void aMissingScreenCentresIt()
-    {
-        showPanelOf(4);
-        const QPoint centred = frame().topLeft();
-        _window->move(20, 20);
-        Q_EMIT qGuiApp->screenRemoved(QGuiApplication::screens().constLast());
-        QTRY_COMPARE(frame().topLeft(), centred);
-    }
-
     void badPreferences_leaveItUsable()
     {
         const auto isUsableWith = [this](const char *key, const QVariant &value,

@@ -4,7 +4,6 @@
 #include "desktop/Programs.h"
 #include "platform/FileTree.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
-#include "platform/freedesktop/x11/XSettings.h"
 
 #include <QGuiApplication>
 #include <QtEndian>

@@ -2,16 +2,10 @@
 
 #include "shell/PanelFixture.h"
 #include "shell/panel/PanelButton.h"
-#include "support/Shapes.h"
 
 class OTIconOverlayViewTest : public PanelFixture
 {
     Q_OBJECT
-
-    static QColor colorAt(const QImage &picture, const QPoint &point)
-    {
-        return picture.pixelColor(point * picture.devicePixelRatio());
-    }
 
 private Q_SLOTS:
     void init() { setUp(); }
@@ -191,7 +185,8 @@ private Q_SLOTS:
         QVERIFY(std::abs(large.center().x() - _window->rect().center().x()) <= 1);
         QVERIFY(large.contains(_window->rect().center() - QPoint(0, 63)));
         const QPoint onIcon = large.center() - QPoint(0, 32);
-        QCOMPARE(colorAt(_window->grab().toImage(), onIcon), QColor(Qt::red));
+        const QPixmap shown = _window->grab();
+        QCOMPARE(shown.toImage().pixelColor(onIcon * shown.devicePixelRatio()), QColor(Qt::red));
         grid().selectCoords({});
         QVERIFY(overlay().bigIconRect().isEmpty());
     }

@@ -3,11 +3,9 @@
 #include "shell/PanelFixture.h"
 #include "shell/selector/StatsAccessible.h"
 #include "support/Contrast.h"
-#include "support/Shapes.h"
 
 #include <QDragEnterEvent>
 #include <QMimeData>
-#include <QPainter>
 
 class OTStatsControlTest : public PanelFixture
 {

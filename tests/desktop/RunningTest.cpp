@@ -118,7 +118,10 @@ private Q_SLOTS:
         }
         for (const Case &one : cases) {
             one.app->hide();
-            QTRY_VERIFY(isIconified(one.window) && !one.app->isVisible());
+            QTRY_VERIFY(isIconified(one.window));
+            QTRY_VERIFY(!one.app->isVisible());
+        }
+        for (const Case &one : cases) {
             one.app->show();
             QTRY_VERIFY(!isIconified(one.window) && one.app->isVisible());
         }
@@ -148,9 +151,11 @@ private Q_SLOTS:
         expectInFront(windowsOf(u"xcalc"_s).value(0), calculator);
         QVERIFY(terminal->launchWithPasteboard(nullptr));
         expectInFront(newest, terminal);
-        // The one that was used last, and hidden ones come back.
         outputOf(u"wmctrl"_s, { u"-ia"_s, first });
         expectInFront(first, terminal);
+        QVERIFY(calculator->activate());
+        expectInFront(windowsOf(u"xcalc"_s).value(0), calculator);
+        // The one that was used last, and hidden ones come back.
         terminal->hide();
         QTRY_VERIFY(!terminal->isVisible());
         QVERIFY(terminal->launchWithPasteboard(nullptr));

@@ -113,16 +113,6 @@ AppArray OTAppManager::appArrayForGroup(int group)
     }
 }
 
-int OTAppManager::groupForAppArray(const AppArray &array)
-{
-    for (int group = 0; group < GroupCount; ++group) {
-        if (!array.isNull() && appArrayForGroup(group) == array) {
-            return group;
-        }
-    }
-    return -1;
-}
-
 AppRef OTAppManager::appForPath(const QString &path)
 {
     AppRef &app = _everythingSet[standardizedPath(path)];

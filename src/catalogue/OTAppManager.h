@@ -83,8 +83,6 @@ public:
 
     // The list of a group; the null array for a number that is no group.
     AppArray appArrayForGroup(int group);
-    // The group of one of the lists above, by identity; -1 for any other.
-    int groupForAppArray(const AppArray &array);
 
     // The catalogue's one entry for a path, made when there is none yet.
     AppRef appForPath(const QString &path);

@@ -69,62 +69,19 @@ inline QString text(const ColorHistogram &histogram)
     return words.join(u' ');
 }
 
-struct Layout
+// How a picture lies in memory; it must outlive the view.
+inline BitmapView view(const Picture &picture)
 {
-    // The samples as they stand in memory: R, G, B, A, W for grey, x for padding.
-    QByteArray samples = "RGBA";
-    BitmapFormat format;
-    bool isPlanar = false;
-    std::size_t rowPadding = 0;
-};
-
-// A picture in memory. Each plane ends with its last sample, so that reading on is noticed.
-class Bitmap final
-{
-public:
-    explicit Bitmap(const Picture &picture, const Layout &layout = {})
-    {
-        const QByteArray &samples = layout.samples;
-        const auto width = std::size_t(picture.width), height = std::size_t(picture.height());
-        const auto together = std::size_t(layout.isPlanar ? 1 : samples.size());
-        view.bytesPerRow = width * together + layout.rowPadding;
-        _planes.resize(layout.isPlanar ? std::size_t(samples.size()) : 1);
-        for (std::size_t sample = 0; sample < std::size_t(samples.size()); ++sample) {
-            std::vector<std::uint8_t> &plane = _planes[sample / together];
-            plane.resize(view.bytesPerRow * (height - 1) + width * together, Padding);
-            view.planes[sample / together] = plane.data();
-            for (std::size_t i = 0; i < picture.pixels.size(); ++i) {
-                plane[i / width * view.bytesPerRow + i % width * together + sample % together] =
-                    value(picture.pixels[i], samples[qsizetype(sample)]);
-            }
-        }
-        view.pixelsWide = picture.width;
-        view.pixelsHigh = picture.height();
-        view.samplesPerPixel = int(samples.size() - samples.count('x'));
-        view.bitsPerPixel = int(8 * together);
-        view.hasAlpha = samples.contains('A');
-        view.isPlanar = layout.isPlanar;
-        view.format = layout.format;
-        view.colorSpaceModel = samples.contains('W') ? ColorSpaceModel::Gray : ColorSpaceModel::RGB;
-    }
-    explicit Bitmap(const QString &text, const Layout &layout = {})
-        : Bitmap(picture(text), layout)
-    { }
-    Q_DISABLE_COPY_MOVE(Bitmap)
-
     BitmapView view;
-
-private:
-    static constexpr std::uint8_t Padding = 0x5a;
-
-    static std::uint8_t value(const Pixel &pixel, char sample)
-    {
-        const std::uint8_t values[] { pixel.red, pixel.green, pixel.blue, pixel.alpha, pixel.red,
-            Padding };
-        return values[QByteArrayView("RGBAWx").indexOf(sample)];
-    }
-
-    std::vector<std::vector<std::uint8_t>> _planes;
-};
+    view.planes[0] = &picture.pixels[0].red;
+    view.pixelsWide = picture.width;
+    view.pixelsHigh = picture.height();
+    view.samplesPerPixel = 4;
+    view.bytesPerRow = 4 * std::size_t(picture.width);
+    view.bitsPerPixel = 32;
+    view.hasAlpha = true;
+    view.colorSpaceModel = ColorSpaceModel::RGB;
+    return view;
+}
 
 } // namespace BitmapText

@@ -94,17 +94,12 @@ private Q_SLOTS:
     {
         const QByteArray tooDeep =
             QByteArray("<array>").repeated(65) + QByteArray("</array>").repeated(65);
-        QByteArray attributed = "<dict";
-        for (int i = 0; i < 80'000; ++i) {
-            attributed += " a" + QByteArray::number(i) + "='>'";
-        }
-        attributed += "/>";
         QByteArrayList rows { "", "<true/><true/>", "<array><null/></array>",
             "<dict><true/></dict>", "<dict><key>a</key></dict>", "<array>a<true/></array>",
             "<array>&b;</array>", "<string>a&b;</string>", "<true>no</true>",
             "<integer>5 px</integer>", "<real>0,5</real>", "<date>2023-02-29T00:00:00Z</date>",
             "<date>2023-02-28T00:00:00</date>", "<data>A*==</data>", tooDeep,
-            "<!-- ' -->" + attributed, QByteArray("<dict><key>a</key>").repeated(1'000'000) };
+            QByteArray("<dict><key>a</key>").repeated(1'000'000) };
         std::transform(rows.begin(), rows.end(), rows.begin(), inPlist);
         const QByteArray whole = inPlist("<dict><key>a</key><string>ü</string></dict>").trimmed();
         QVERIFY(PropertyList::fromData(whole));
@@ -112,8 +107,7 @@ private Q_SLOTS:
             rows << whole.left(size);
         }
         rows << "<html><true/></html>" << inPlist("<true/>") + "more"
-             << "<!DOCTYPE plist [<!ENTITY a \"aaaa\">]><plist><string>&a;</string></plist>"
-             << "<!DOCTYPE plist [<!ATTLIST dict a CDATA 'a'>]>" + inPlist("<dict/>");
+             << "<!DOCTYPE plist [<!ENTITY a \"aaaa\">]><plist><string>&a;</string></plist>";
         const QDir binary(QFINDTESTDATA("../fuzz/corpus/PropertyList"), u"refused-*"_s);
         for (const QFileInfo &file : binary.entryInfoList()) {
             rows << load(file.filePath());

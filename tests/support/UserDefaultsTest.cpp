@@ -122,20 +122,6 @@ private Q_SLOTS:
         QCOMPARE(QDir(_folder->path()).entryList(QDir::Files) + program.taken(), QStringList());
     }
 
-    void receiverThatSetsAnotherKey_endsWithItsValue()
-    {
-        Program program(_path);
-        connect(&program.defaults, &UserDefaults::changed, this, [&](const QString &key) {
-            if (key == sizeKey) {
-                program.defaults.setObject(hueKey, 7);
-            }
-        });
-        QVERIFY(write({ { sizeKey, 20 }, { hueKey, 3 } }));
-        const auto last = [&] { return program.signal.value(program.signal.size() - 1).value(2); };
-        QTRY_COMPARE(last(), QVariant::fromValue(QVariant(7.0)));
-        QCOMPARE(stored(), QVariantMap({ { sizeKey, 20LL }, { hueKey, 7.0 } }));
-    }
-
     void twoPrograms_keepEachOthersKeys()
     {
         UserDefaults one(_path);

@@ -8,8 +8,6 @@
 #include <QBuffer>
 #include <QGuiApplication>
 #include <QProcess>
-#include <QStringEncoder>
-#include <QtEndian>
 
 #include <cstring>
 #include <dlfcn.h>
@@ -18,31 +16,19 @@
 
 namespace {
 
-QByteArray encoded(const QImage &image, const char *format = "PNG")
+QByteArray encoded(const QImage &image)
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);
-    image.save(&buffer, format);
+    image.save(&buffer, "PNG");
     return bytes;
 }
 
-QImage plain(int width, int height, QColor color = Qt::red)
+QImage plain(int width, int height)
 {
     QImage image(width, height, QImage::Format_ARGB32);
-    image.fill(color);
+    image.fill(Qt::red);
     return image;
-}
-
-QByteArray big(quint32 number)
-{
-    QByteArray bytes(4, '\0');
-    qToBigEndian(number, bytes.data());
-    return bytes;
-}
-
-QByteArray little(quint32 number)
-{
-    return big(qbswap(number));
 }
 
 QByteArray svg(const QByteArray &content, const QByteArray &attributes = "viewBox='0 0 64 64'")
@@ -57,44 +43,6 @@ const QByteArray useOfA = "<use xlink:href='#a'/>";
 QByteArray image(const QByteArray &reference, const QByteArray &attribute = "xlink:href")
 {
     return svg("<image width='64' height='64' " + attribute + "='" + reference + "'/>");
-}
-
-QByteArray embedded(const QByteArray &data)
-{
-    return image("data:image/png;base64," + data.toBase64());
-}
-
-QByteArray ico(const QByteArray &picture)
-{
-    return QByteArray("\0\0\1\0\1\0\0\0\0\0\1\0\x20\0", 14) + little(quint32(picture.size()))
-        + little(22) + picture;
-}
-
-QByteArray icnsPart(const QByteArray &kind, const QByteArray &part)
-{
-    return kind + big(quint32(8 + part.size())) + part;
-}
-
-// The picture as PNG, with texts of 180 MB when they are unpacked.
-QByteArray withTexts(const QImage &image)
-{
-    static const QByteArray small = [] {
-        QImage pixel = plain(1, 1);
-        for (int i = 0; i < 30; ++i) {
-            pixel.setText(QString::number(i), QString(6'000'000, u'a'));
-        }
-        return encoded(pixel);
-    }();
-    return encoded(image).insert(33, small.mid(33, small.indexOf("IDAT") - 37));
-}
-
-QByteArray manyAttributes(int count, const QByteArray &prefix)
-{
-    QByteArray text;
-    for (int i = 0; i < count; ++i) {
-        text += ' ' + prefix + QByteArray::number(i) + "='a'";
-    }
-    return text;
 }
 
 // How many lines decoding gives, and 100 more for an icon.
@@ -152,22 +100,16 @@ private Q_SLOTS:
             circle + "<g style='fill:red; clip-path: url( \"#c\" )'/>",
             "<filter id='c'/><g filter='url(#c)'/>", "<mask id='c'/><g mask='url(#c)'/>",
             "<pattern id='c'/><path stroke='url(#c)'/>", clipped("<rect width='60' height='64'/>"),
-            clipped("<rect width='64' height='64' rx='9'/>"),
-            clipped("<path d='M 0 0 L 64 64 L 0 64 Z M 0 0'/>"),
-            clipped("<rect width='64' height='64'/><rect width='9' height='9'/>") };
+            clipped("<path d='M 0 0 L 64 64 L 0 64 Z M 0 0'/>") };
         // Used where nothing is drawn or not at all, or clipped to what it is anyway.
         const QByteArrayList right { circle + square, circle + "<g clip-path='url(#d)'/>",
             circle + "<defs><g clip-path='url(#c)'/></defs>",
-            circle + "<g style='display:none'><g clip-path='url(#c)'/></g>",
             "<linearGradient id='c'/><pattern/><path fill='url(#c)'/>",
             clipped("<rect width='64' height='64'/>"),
             clipped("<path d='M 0.3 0.3 L 63.7,0.3 L 63.7 63.7 L 0.3 63.7 Z M 0.3 0.3'/>") };
         for (const QByteArray &content : flawed + right) {
-            QStringEncoder utf16(QStringEncoder::Utf16LE, QStringEncoder::Flag::WriteBom);
-            const QByteArray wide = utf16(QString::fromUtf8(svg(content)));
-            for (const QByteArray &text : { svg(content), wide }) {
-                QVERIFY2(SvgFeatures::goBeyondRenderer(text) == flawed.contains(content), content);
-            }
+            const bool isFlawed = flawed.contains(content);
+            QVERIFY2(SvgFeatures::goBeyondRenderer(svg(content)) == isFlawed, content);
         }
     }
 
@@ -231,29 +173,21 @@ private Q_SLOTS:
         QCOMPARE(decodeIcon(file, 8).pixelColor(4, 4), QColor(Qt::green));
     }
 
-    void nothingAsked_isSilent()
-    {
-        QVERIFY(decodeIcon(QString(), 64).isNull());
-        const QString file = _tree.add(u"icon"_s, svg(square));
-        for (const int size : { 0, -1, 1'000'000 }) {
-            QVERIFY(decodeIcon(file, size).isNull());
-        }
-    }
-
     // Each would take too long, too much memory or another file. Small ones are for the fuzz
     // target.
     void hostileFile_givesOneLine()
     {
         const QByteArray farOff = "<path stroke='red' d='M-1e6 -1e6L1e6 1e6'/>";
-        const QByteArray nearby = "<path stroke='red' d='M-1 -1L1 1'/>";
         const QByteArray elsewhere = QFile::encodeName(_tree.addPipe(u"pipe"_s));
         const QByteArray manyPixels = encoded(QImage(20'000, 1'000, QImage::Format_Mono));
-        const QByteArray parts = QByteArray("0 ;").repeated(1'300'000);
         const QString gzip = _tree.path(u"zeros.gz"_s);
         QProcess::execute(
             u"/bin/sh"_s, { u"-c"_s, u"head -c 20000000 /dev/zero | gzip >"_s + gzip });
         const QByteArray zeros = load(gzip);
-        const QByteArray packed = withTexts(plain(1, 1));
+        QByteArray attributes;
+        for (int i = 0; i < 80'000; ++i) {
+            attributes += " a" + QByteArray::number(i) + "='a'";
+        }
         QByteArray chain = "<rect id='a0' width='9' height='9'/>";
         for (int i = 1; i <= 50'000; ++i) {
             const QByteArray before = QByteArray::number(i - 1);
@@ -261,28 +195,15 @@ private Q_SLOTS:
                 "<g id='a" + QByteArray::number(i) + "'><use xlink:href='#a" + before + "'/></g>";
         }
         for (const QByteArray &bytes :
-            { manyPixels, svg("<rect" + manyAttributes(80'000, "a") + "/>"),
-                "<!DOCTYPE svg [<!ATTLIST svg" + manyAttributes(80'000, "a").replace('=', " CDATA ")
-                    + ">]>" + svg(square.repeated(2'000)),
-                "<!DOCTYPE svg [<!ENTITY a \"&#60;g"
-                    + manyAttributes(400, "a").replace("=", "&#61;") + "/>\">]>"
-                    + svg(QByteArray("&a;").repeated(2'000)),
-                svg(("<g" + manyAttributes(400, "xmlns:a") + "/>").repeated(50) + square),
-                svg(farOff.repeated(40)),
-                svg(QByteArray("<g transform='scale(100)'>").repeated(3) + nearby.repeated(40)
-                    + QByteArray("</g>").repeated(3)),
-                svg(QByteArray("<ellipse rx='9000' ry='9000'/>").repeated(10'000)),
-                svg("<style>" + QByteArray("dasharray ").repeated(400'000) + "</style>"),
-                svg("<g style='" + QByteArray("url(").repeated(60'000) + "#'/>"
-                    + useOfA.repeated(17'000)),
-                embedded(packed), zeros, svg(QByteArray(9'000'000, ' ')),
-                svg({}, "viewBox='" + parts + "'"), svg("<g style='" + parts + "'/>"), svg(chain),
+            { manyPixels, svg("<rect" + attributes + "/>"), svg(farOff.repeated(40)),
+                svg(QByteArray("<ellipse rx='9000' ry='9000'/>").repeated(10'000)), zeros,
+                svg(QByteArray(9'000'000, ' ')), svg(chain),
                 svg("<path id='a' d='" + QByteArray("M0 0L9 9").repeated(10'000) + "'/>"
                     + useOfA.repeated(10'000)),
                 svg(QByteArray("<g>").repeated(100'000) + QByteArray("</g>").repeated(100'000)),
                 image(elsewhere), image("data/../../../../../.." + elsewhere, "href"),
                 "<?xml-stylesheet type='text/css' href='" + elsewhere + "'?>" + svg(square),
-                embedded(manyPixels),
+                image("data:image/png;base64," + manyPixels.toBase64()),
                 svg("<style>" + QByteArray("g.a{fill:red}").repeated(20'000) + "</style>"
                     + QByteArray("<g class='b'/>").repeated(20'000)) }) {
             const int lines = linesAndIconWithinLimits(_tree.add(u"hostile"_s, bytes));
@@ -290,14 +211,12 @@ private Q_SLOTS:
         }
     }
 
-    // What stands beside the pixels does not count, and the largest picture that is read fits.
+    // The largest picture that is read fits.
     void largeButHarmless_isRead()
     {
-        const QByteArray wide = withTexts(plain(2'800, 2'800));
-        const QByteArray part = withTexts(plain(1, 1));
-        for (const QByteArray &bytes : { wide, ico(part), icnsPart("icns", icnsPart("ic10", part)),
-                 encoded(plain(2'000, 2'000).convertToFormat(QImage::Format_RGBA64)) }) {
-            QCOMPARE(linesAndIconWithinLimits(_tree.add(u"large"_s, bytes)), 100);
+        for (const QImage &large :
+            { plain(2'800, 2'800), plain(2'000, 2'000).convertToFormat(QImage::Format_RGBA64) }) {
+            QCOMPARE(linesAndIconWithinLimits(_tree.add(u"large"_s, encoded(large))), 100);
         }
     }
 

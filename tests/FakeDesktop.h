@@ -125,8 +125,6 @@ public:
     RequestList requests;
     LaunchStatus launchStatus = LaunchStatus::Launched;
     bool areWindowsShown = true;
-    // Below the tree; empty for a desktop without one.
-    QString userFolder = u"user"_s;
     QStringList folders;
 
     const SearchPaths &searchPaths() const override { return *this; }
@@ -138,8 +136,7 @@ public:
 
     QString applicationSupportFolder(Domain domain) const override
     {
-        const QString name = domain == Domain::User ? userFolder : u"local"_s;
-        return name.isEmpty() ? QString() : tree.path(name);
+        return tree.path(domain == Domain::User ? u"user"_s : u"local"_s);
     }
     QStringList applicationFolders() const override { return folders; }
 

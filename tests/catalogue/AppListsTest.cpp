@@ -20,8 +20,7 @@ private Q_SLOTS:
             { u"MPlayer"_s, "ml" }, { u"QTKit"_s, "qk" }, { u"OK"_s, "o" }, { u"Krita"_s, "k" },
             { u"Adobe (CS5)"_s, "ac5" }, { u"a (b) &c"_s, "a" }, { u"my-app_name.tool"_s, "mant" },
             { u"1Password"_s, "1p" }, { u"9chan"_s, "9" }, { u"2 3 2"_s, "23" },
-            { u"AB1Cd"_s, "a1c" }, { u"a\tb\nc\vd\fe\rf"_s, "abcdef" }, { u"a\u00A0b"_s, "a" },
-            { u"Über Éclair"_s, "" }, { u"ÜBer"_s, "b" }, { u"-_. (&)"_s, "" } };
+            { u"Über Éclair"_s, "" }, { u"-_. (&)"_s, "" } };
         for (const auto &[name, letters] : rows) {
             QCOMPARE(initialLetters(name), QByteArray(letters));
         }
@@ -56,9 +55,6 @@ private Q_SLOTS:
             const AppList list = apps(candidates);
             const AppRef expected = best < 0 ? nullptr : list[best];
             QCOMPARE(bestMatchForApp(lost, AppArray(list)), expected);
-            const BunchList bunches { list.mid(0, 1), list.mid(1) };
-            QCOMPARE(bestMatchForApp(lost, AppArray(bunches)), expected);
-            QCOMPARE(bestMatchForApp(nullptr, AppArray(list)), AppRef());
         }
     }
 

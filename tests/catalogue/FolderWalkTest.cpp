@@ -27,11 +27,8 @@ private Q_SLOTS:
         _tree->addLink(u"r/linked.app"_s, _tree->path(u"r/a.app"_s));
         _tree->addLink(u"r/t/loop"_s, _tree->path(u"r"_s));
         _tree->addLink(u"r/nowhere"_s, u"/no/such/thing"_s);
-        const QString one = u"r/a.app"_s;
-        const QString four = one + u" r/t/b.app r/t/u/c.app r/t/u/v/d.app"_s;
-        for (const qint64 depth : { -1, 0, 1 }) {
-            QCOMPARE(found({ u"r"_s }, depth), one);
-        }
+        const QString four = u"r/a.app r/t/b.app r/t/u/c.app r/t/u/v/d.app"_s;
+        QCOMPARE(found({ u"r"_s }, 1), u"r/a.app"_s);
         QCOMPARE(found({ u"r"_s }, 4), four);
         QCOMPARE(found({ u"r"_s }, 250), four + u" r/t/u/v/w/e.app"_s);
         QCOMPARE(found({ u"r"_s, u"r/t/u"_s }, 3),
@@ -42,22 +39,15 @@ private Q_SLOTS:
     {
         _tree->addLink(u"circle"_s, _tree->path(u"circle"_s));
         _tree->add(u"real/a.app"_s, {});
-        const QString locked = _tree->addFolder(u"locked"_s);
-        QFile::setPermissions(locked, {});
-        QList<std::pair<QString, QString>> rows { { u"absent"_s, {} },
-            { u"real/a.app"_s, u"not a folder"_s }, { u"circle"_s, u"leads nowhere"_s } };
-        // The superuser may read anything.
-        if (::geteuid() != 0) {
-            rows.append({ u"locked"_s, u"no permission"_s });
-        }
-        for (const auto &[root, line] : rows) {
+        for (const auto &[root, line] :
+            { std::pair(u"absent"_s, u""_s), std::pair(u"real/a.app"_s, u"not a folder"_s),
+                std::pair(u"circle"_s, u"leads nowhere"_s) }) {
             if (!line.isEmpty()) {
                 expectWarning(u"^cannot scan %1: .*%2"_s.arg(
                     QRegularExpression::escape(_tree->path(root)), line));
             }
             QCOMPARE(found({ root }, 4), QString());
         }
-        QFile::setPermissions(locked, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
     // One line each, up to a bound; what is no application is nothing to tell of.

@@ -92,15 +92,6 @@ private Q_SLOTS:
         }
     }
 
-    void samples_countPremultiplied()
-    {
-        const HclColors half = measureIcon(image(u"RR"_s), asked()).colors;
-        QCOMPARE(half[0].count, quint64(256));
-        // (128, 0, 0) is as much darker than red as this grey is than white.
-        QVERIFY(isNear(half[0].luminosity + 0.16,
-            std::cbrt(0.21951971807486792) * (closedForm('r').L / 100 + 0.16)));
-    }
-
     void nothingToMeasure_isMeasuredToo()
     {
         QTest::ignoreMessage(

@@ -145,16 +145,6 @@ private Q_SLOTS:
         }
     }
 
-    void cancelAll_fromWithinAReceiver()
-    {
-        addMany([this] { _loader->cancelAll(); });
-        _icons->gate.release(many);
-        QTRY_VERIFY(!_received.isEmpty());
-        QCoreApplication::processEvents();
-        QCOMPARE(_received.size(), 1);
-        verifyThatItWorks();
-    }
-
 private:
     void add(const QString &path, std::function<void()> receiver = {})
     {

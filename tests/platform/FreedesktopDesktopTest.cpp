@@ -39,10 +39,8 @@ private Q_SLOTS:
                 u"double-clicking the application icon in the file manager."_s },
             { "\u2303 control + \u2325 option + \u2318 command + \u21e7 shift + Tab",
                 u"\u2303 control + \u2325 Alt + \u2318 Super + \u21e7 shift + Tab"_s },
-            { "option", u"Alt"_s }, { "Command", u"Super"_s },
-            { "\u2318 command:", u"\u2318 Super:"_s }, { "Pathfinder: Finders Keepers", {} },
-            { "You must restart Ortu for this option to take effect.", {} }, { "options + ", {} },
-            { "command line", {} }, { "", {} } };
+            { "option", u"Alt"_s }, { "Pathfinder: Finders Keepers", {} },
+            { "You must restart Ortu for this option to take effect.", {} } };
         for (const auto &[text, ours] : rows) {
             const QString said = FreedesktopWording().translate("OTController", text, nullptr, -1);
             QCOMPARE(said, ours);

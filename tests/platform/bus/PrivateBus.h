@@ -9,10 +9,19 @@
 class PrivateBus final
 {
 public:
-    PrivateBus() { start({ QStringLiteral("--session") }); }
-    explicit PrivateBus(const QString &configuration)
+    PrivateBus()
     {
-        start({ QStringLiteral("--config-file"), configuration });
+        static const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("bus"));
+        const QString address = QStringLiteral("unix:path=") + path;
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
+        QFile::remove(path);
+        _daemon.start(QStringLiteral("dbus-daemon"),
+            { QStringLiteral("--session"), QStringLiteral("--nofork"),
+                QStringLiteral("--print-address"), QStringLiteral("--address"), address });
+        if (!_daemon.waitForReadyRead()) {
+            qFatal("no bus: %s", _daemon.readAllStandardError().constData());
+        }
     }
     ~PrivateBus() { end(); }
     Q_DISABLE_COPY_MOVE(PrivateBus)
@@ -25,21 +34,5 @@ public:
     }
 
 private:
-    void start(const QStringList &arguments)
-    {
-        static const QTemporaryDir folder;
-        const QString address =
-            QStringLiteral("unix:path=") + folder.filePath(QStringLiteral("bus"));
-        qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
-        QFile::remove(folder.filePath(QStringLiteral("bus")));
-        _daemon.start(QStringLiteral("dbus-daemon"),
-            arguments
-                + QStringList { QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-                    QStringLiteral("--address"), address });
-        if (!_daemon.waitForReadyRead()) {
-            qFatal("no bus: %s", _daemon.readAllStandardError().constData());
-        }
-    }
-
     QProcess _daemon;
 };

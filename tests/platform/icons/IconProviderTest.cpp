@@ -105,7 +105,7 @@ private Q_SLOTS:
         Session session;
         const FreedesktopIcons icons(itself);
         QSignalSpy changed(&icons, &IconProvider::iconsChanged);
-        for (const QString &theme : { u"Two"_s, u"One"_s, u"hicolor"_s, u"Two"_s, u"One"_s }) {
+        for (const QString &theme : { u"Two"_s, u"One"_s }) {
             if (theme == u"Two"_s) {
                 QSaveFile file(session.tree.path(session.settings));
                 QVERIFY(file.open(QIODevice::WriteOnly));

@@ -50,15 +50,10 @@ public:
     {
         for (const QString &base : places().baseFolders) {
             for (const QString &name : QDir(base).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-                addCache(base + u'/' + name);
+                const QStringList arguments { u"-q"_s, u"-f"_s, u"-t"_s, base + u'/' + name };
+                QCOMPARE(QProcess::execute(u"gtk-update-icon-cache"_s, arguments), 0);
             }
         }
-    }
-    static void addCache(const QString &themeFolder)
-    {
-        QCOMPARE(QProcess::execute(
-                     u"gtk-update-icon-cache"_s, { u"-q"_s, u"-f"_s, u"-t"_s, themeFolder }),
-            0);
     }
 
 private:

@@ -27,19 +27,15 @@ private Q_SLOTS:
             { u"kde"_s, { gtk, u"icons/breeze/index.theme=x"_s }, u"breeze"_s },
             { u"kde"_s, { gtk }, u"B"_s },
             { u"kde"_s, { u"config/kdeglobals=[Icons]\nTheme=Gone\n"_s, gtk }, u"B"_s },
-            { u"kde"_s, { u"config/kdeglobals=[Icons]\nTheme=../icons/A\n"_s, gtk }, u"B"_s },
             { u"xfce"_s, { u"config/"_s + channel, gtk }, u"A"_s },
             { u"xfce"_s, { u"xdg/"_s + channel }, u"A"_s },
-            { u"xfce"_s, { u"config/"_s + QString(channel).replace(u"Icon"_s, u"<"_s), gtk },
-                u"B"_s },
             { u"lxqt"_s,
                 { u"config/lxqt/lxqt.conf=[General]\nicon_theme=A\n[Qt]\nicon_theme=B\n"_s },
                 u"A"_s },
             { u"x:lxqt"_s, { u"xdg/lxqt/lxqt.conf=[General]\nicon_theme=\"A\"\n"_s }, u"A"_s },
             { {}, { u"xdg/"_s + gtkFile + u"gtk-icon-theme-name=A"_s }, u"A"_s },
             { {}, { u"config/gtk-4.0/settings.ini=[Settings]\ngtk-icon-theme-name=A"_s }, u"A"_s },
-            { {}, { u"config/"_s + gtkFile + u"#gtk-icon-theme-name=A"_s }, u"Adwaita"_s },
-            { {}, { u"config/gtk-3.0/settings.ini="_s + QString(5000, QChar(0)) }, u"Adwaita"_s } };
+            { {}, { u"config/"_s + gtkFile + u"#gtk-icon-theme-name=A"_s }, u"Adwaita"_s } };
         for (const auto &[desktops, files, expected] : rows) {
             for (const QStringList &themes : { QStringList { u"A"_s, u"B"_s, u"Adwaita"_s }, {} }) {
                 FileTree tree;
@@ -53,14 +49,6 @@ private Q_SLOTS:
                 QCOMPARE(IconThemeName::current(placesIn(tree, desktops)),
                     isThere ? expected : u"hicolor"_s);
             }
-        }
-    }
-
-    void desktopWithoutGSettings_namesNoSchema()
-    {
-        const FileTree tree;
-        for (const QString &desktop : { u"kde"_s, u"xfce"_s, u"lxqt"_s, u""_s, u"openbox"_s }) {
-            QCOMPARE(IconThemeName::schema(placesIn(tree, desktop)), QString());
         }
     }
 

@@ -3,13 +3,10 @@
 
 #include "platform/freedesktop/launch/FreedesktopLauncher.h"
 
-#include "platform/bus/SilentServer.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
 #include "platform/freedesktop/entries/LaunchedEntries.h"
-#include "platform/freedesktop/launch/LaunchScope.h"
 #include "platform/launch/LaunchSession.h"
 
-#include <QAbstractNativeEventFilter>
 #include <QDBusArgument>
 #include <QGuiApplication>
 #include <QProcess>
@@ -23,29 +20,6 @@ namespace {
 
 const QRegularExpression anyId(u"^ortu-%1-.+-\\d+_TIME\\d+$"_s.arg(::getpid()));
 constexpr LaunchStatus launched = LaunchStatus::Launched;
-
-// Puts together the messages to the root window that come in parts.
-class Announcements final : public QAbstractNativeEventFilter
-{
-public:
-    bool nativeEventFilter(const QByteArray &, void *event, qintptr *) override
-    {
-        const char *const bytes = static_cast<const char *>(event);
-        if ((bytes[0] & 0x7f) == 33 && bytes[1] == 8) { // a client message of single bytes
-            QByteArray &text = _open[QByteArray(bytes + 4, 4)]; // by the window that it is from
-            text += QByteArray(bytes + 12, 20);
-            if (text.contains('\0')) {
-                texts.append(QString::fromUtf8(std::exchange(text, {}).constData()));
-            }
-        }
-        return false;
-    }
-
-    QStringList texts;
-
-private:
-    QHash<QByteArray, QByteArray> _open;
-};
 
 } // namespace
 
@@ -82,29 +56,13 @@ private Q_SLOTS:
     }
     void cleanup() { _session.reset(); }
 
-    void unitNames_keepTheirPartsApart()
-    {
-        const std::pair<QString, QByteArray> rows[] { { u"/x/org.example.App_1.desktop"_s,
-                                                          "org.example.App_1" },
-            { u"/x/applications/kde/a-b.desktop"_s, R"(kde\x2da\x2db)" },
-            { uR"(/x/.My ü\.AppImage)"_s, R"(\x2eMy\x20\xc3\xbc\x5c)" },
-            { u'/' + QString(200, u'-'), QByteArray(R"(\x2d)").repeated(59) } };
-        for (const auto &[path, name] : rows) {
-            QCOMPARE(LaunchScope::unitName(LaunchScope::applicationId(path), 7),
-                "app-ortu-" + name + "-7.scope");
-        }
-    }
-
     void programs_areOnTheirOwn()
     {
         const QByteArray records = QFile::encodeName(_session->tree.path(u"records"_s));
         const auto entry = [this](const QByteArray &lines) {
             return _session->addEntry(u"a.desktop"_s, _session->exec + '\n' + lines);
         };
-        const auto marked = [&] {
-            return _session->tree.add(u"a.desktop"_s, "\xef\xbb\xbf" + load(entry({})));
-        };
-        for (const QString &path : { entry({}), marked(), entry("Path=" + records + '\n'),
+        for (const QString &path : { entry({}), entry("Path=" + records + '\n'),
                  entry("StartupNotify=1\n"), entry("DBusActivatable=true\n"), _session->program }) {
             const bool isEntry = path != _session->program;
             const bool hasFolder = load(path).contains("Path=");
@@ -162,12 +120,6 @@ private Q_SLOTS:
         }
         QCOMPARE(ids.size(), 29);
         QCOMPARE(_systemd->asked.size(), 29);
-        // Those of long ago are forgotten.
-        for (int i = 0; i < 65; ++i) {
-            LaunchedEntries::remember(QString::number(i), u"/x/%1.desktop"_s.arg(i));
-        }
-        QCOMPARE(LaunchedEntries::entryOf(u"0"_s), QString());
-        QCOMPARE(LaunchedEntries::entryOf(u"1"_s), u"/x/1.desktop"_s);
     }
 
     void whatCannotBeLaunched_isFoundOutBefore()
@@ -180,7 +132,6 @@ private Q_SLOTS:
             QCOMPARE(status(_session->addEntry(u"org.example.NoService.desktop"_s, lines)), bad);
         }
         FileTree &tree = _session->tree;
-        QCOMPARE(status(tree.add(u"bad.txt"_s, "x")), bad);
         QCOMPARE(status(tree.add(u"bad.AppImage"_s, "x")), bad);
         QCOMPARE(status(tree.addFolder(u"bad"_s)), bad);
         QCOMPARE(status(tree.add(u"Garbage.AppImage"_s, "\x01\x02\x03", 0755)), bad);
@@ -216,48 +167,6 @@ private Q_SLOTS:
         }
     }
 
-    void withoutDisplay_noIdentifierIsLeft()
-    {
-        const QByteArray display = qgetenv("DISPLAY");
-        const QString entry = _session->addEntry(u"a.desktop"_s, _session->exec);
-        // None, and one that does not answer.
-        for (const bool isThere : { false, true }) {
-            const SilentServer server;
-            qputenv("DISPLAY", isThere ? server.display() : QByteArray());
-            const bool areLaunched = open({ entry, _session->program });
-            qputenv("DISPLAY", display);
-            QVERIFY(areLaunched);
-            QVERIFY(server.wasReached() == isThere);
-            for (const StartRecord &record : _session->started(2)) {
-                QCOMPARE(record.value("id", "none"), QByteArray());
-            }
-        }
-    }
-
-    // GIO would run this program to get one.
-    void withoutBus_noneIsStarted()
-    {
-        FileTree &tree = _session->tree;
-        const QString trace = tree.path(u"asked"_s);
-        tree.add(u"bin/dbus-launch"_s, "#!/bin/sh\necho \"$@\" >" + QFile::encodeName(trace) + '\n',
-            0755);
-        const QByteArray path = qgetenv("PATH");
-        const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
-        qputenv("PATH", QFile::encodeName(tree.path(u"bin"_s)) + ':' + path);
-        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(tree.addFolder(u"run"_s)));
-        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-        const FreedesktopLauncher made; // keeps GIO from it
-        const bool areLaunched =
-            open({ _session->addEntry(u"a.desktop"_s, _session->exec), _session->program });
-        qputenv("PATH", path);
-        qputenv("XDG_RUNTIME_DIR", folder);
-        QVERIFY(areLaunched);
-        for (const StartRecord &record : _session->started(2)) {
-            QCOMPARE(record.value("bus", "?"), QByteArray());
-        }
-        QVERIFY(!QFile::exists(trace));
-    }
-
     void serviceOnTheBus_getsTheIdentifier()
     {
         const QString entry =
@@ -274,42 +183,6 @@ private Q_SLOTS:
             const auto data = qdbus_cast<QVariantMap>(message.arguments().constLast());
             QVERIFY(anyId.match(data[u"desktop-startup-id"_s].toString()).hasMatch());
         }
-    }
-
-    void announcement_isTakenBackWhenNothingStarts()
-    {
-        Announcements announcements;
-        QCoreApplication::instance()->installNativeEventFilter(&announcements);
-        const QStringList &texts = announcements.texts;
-        const QByteArray announced =
-            "Name=The \"A\"\nStartupNotify=true\nStartupWMClass=C\nIcon=i\n" + _session->exec;
-        const QString good = _session->addEntry(u"good.desktop"_s, announced);
-        QVERIFY(open({ _session->addEntry(u"quiet.desktop"_s, _session->exec) }));
-        QVERIFY(open({ good }));
-        QTRY_COMPARE(texts.size(), 1);
-        QVERIFY(!open({ _session->addEntry(u"bad.desktop"_s, announced + "\nPath=/nowhere\n") }));
-        QTRY_COMPARE(texts.size(), 3);
-        const auto idIn = [&](int i) { return texts[i].section(u'"', 1, 1); };
-        QVERIFY(anyId.match(idIn(0)).hasMatch());
-        QCOMPARE(texts[0],
-            QStringLiteral(
-                R"(new: ID="%1" SCREEN="0" NAME="The \"A\"" DESCRIPTION="Starting The \"A\"" )"
-                R"(BIN="%2" ICON="i" WMCLASS="C" APPLICATION_ID="%3")")
-                .arg(idIn(0), _session->program, good));
-        QVERIFY(texts[1].startsWith(u"new: "_s));
-        QCOMPARE(texts[2], u"remove: ID=\"%1\""_s.arg(idIn(1)));
-    }
-
-    void busThatGoesAway_doesNotEndTheProgram()
-    {
-        const QString entry = _session->addEntry(
-            u"org.example.My-App.desktop"_s, "DBusActivatable=true\n" + _session->exec);
-        _application->isSilent = true;
-        _application->whenAsked = [this] { _session->bus.end(); };
-        for (const QString &path : { _session->program, entry, _session->program }) {
-            QVERIFY(open({ path }));
-        }
-        QCOMPARE(_session->started(3).size(), 3);
     }
 
     void runningApplication_isRaisedUnlessThereAreDocuments()
@@ -360,24 +233,17 @@ private Q_SLOTS:
     void actions_areListed()
     {
         const QByteArray window = "[Desktop Action window]\nName=New Window\nExec=true\n";
-        const QByteArray quiet = "[Desktop Action quiet]\nName=Quiet\nName[de]=Still\n"
-                                 "Name[fr]=Privé\nExec=true\n";
+        const QByteArray quiet = "[Desktop Action quiet]\nName=Quiet\nName[de]=Still\nExec=true\n";
         const QByteArray bare = "[Desktop Action bare]\nName=Bare\n";
-        const QByteArray inLines = "[Desktop Action a]\nName=\\tTwo\\n  & lines\nExec=true\n";
         const std::pair<QByteArray, QString> rows[] { { "Exec=true\n" + window, {} },
             { "Exec=true\nActions=quiet;absent;window;\n" + window + quiet,
                 u"quiet=Still, window=New Window"_s },
-            { "Exec=true\nActions=a\n" + inLines, u"a=Two & lines"_s },
-            { "DBusActivatable=true\nActions=window\n" + window, u"window=New Window"_s },
             { "Exec=true\nActions=bare;window\n" + bare + window, u"window=New Window"_s },
             { "DBusActivatable=true\nActions=bare\n" + bare, u"bare=Bare"_s },
             { "Exec=/nowhere/program\nActions=window\n" + window, {} } };
         for (const auto &[lines, expected] : rows) {
             const QString entry = _session->addEntry(u"a.desktop"_s, lines);
             QCOMPARE(listed(entry), expected);
-            QCOMPARE(
-                listed(_session->tree.add(u"b.desktop"_s, "\xef\xbb\xbf" + load(entry))), expected);
-            QCOMPARE(listed(_session->tree.add(u"a.AppImage"_s, load(entry), 0755)), QString());
         }
         QCOMPARE(listed(u"/absent.desktop"_s), QString());
     }
@@ -415,17 +281,13 @@ private Q_SLOTS:
     void performThatFails_saysWhy()
     {
         const QString entry = _session->addEntry(u"c.desktop"_s,
-            "Exec=true\nActions=lost;mute;\n[Desktop Action lost]\nName=L\nExec=/nowhere/program\n"
-            "[Desktop Action mute]\nName=M\n[Desktop Action unlisted]\nName=U\nExec=true\n");
-        const auto failsWith = [&](const QString &id, const QString &reason) {
+            "Exec=true\nActions=lost;\n[Desktop Action lost]\nName=L\nExec=/nowhere/program\n"
+            "[Desktop Action unlisted]\nName=U\nExec=true\n");
+        for (const auto &[id, reason] : { std::pair(u"lost"_s, u"its program is not there"_s),
+                 std::pair(u"unlisted"_s, u"there is no such action"_s) }) {
             expectWarning(u"^cannot perform %1 of %2: %3$"_s.arg(id, entry, reason));
             QVERIFY(!perform(entry, id));
-        };
-        failsWith(u"lost"_s, u"its program is not there"_s);
-        failsWith(u"mute"_s, u"there is no such action"_s);
-        failsWith(u"unlisted"_s, u"there is no such action"_s);
-        QFile::remove(entry);
-        failsWith(u"lost"_s, u"there is no such action"_s);
+        }
     }
 
 private:

@@ -15,7 +15,6 @@
 #include <QThread>
 
 #include <atomic>
-#include <functional>
 
 // Answers for a service on the bus, and remembers what was asked.
 class Peer final : public QDBusVirtualObject
@@ -25,16 +24,12 @@ public:
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
     {
         asked.append(message);
-        if (whenAsked) {
-            whenAsked();
-        }
         return isSilent
             || connection.send(isRefusing ? message.createErrorReply(QDBusError::AccessDenied, {})
                                           : message.createReply());
     }
 
     QList<QDBusMessage> asked;
-    std::function<void()> whenAsked;
     bool isSilent = false;
     bool isRefusing = false;
 };

@@ -223,8 +223,8 @@ private Q_SLOTS:
         layout.forceRowColCountForRows(1, 7);
         QCOMPARE(shape(layout), u"1x256"_s);
         QCOMPARE(layout.cellAt(0, 255).index, quint64(255));
-        layout = LayoutSamples::searched({ 1, 1, true, 1LL << 40, -(1LL << 40), 1LL << 40 },
-            { false, false, Sizes(100'000, 1) }, { 1e300, qQNaN() });
+        layout = LayoutSamples::searched({ 2, 1, true, 1LL << 40, -(1LL << 40), 1LL << 40 },
+            { true, false, { 100'000 } }, { 1920, 1080 });
         QVERIFY(layout.rowCount() <= 256 && layout.columnCount() <= 256);
         QVERIFY(layout.iconWidth() >= 1 && layout.iconWidth() <= 128);
         QVERIFY(layout.coordsOfPoint({ qQNaN(), 1 }).isEmpty());

@@ -6,7 +6,7 @@
 // of standard input that names a class gives it to all windows; `close` destroys them; the end of
 // the input ends the program.
 
-#include "desktop/Programs.h"
+#include "desktop/XClient.h"
 
 #include <iostream>
 

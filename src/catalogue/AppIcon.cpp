@@ -15,8 +15,10 @@ constexpr qint64 LargestSpectrum = 1024;
 
 } // namespace
 
-AppIcon::AppIcon(const IconProvider &icons, const QString &path, std::function<void()> changed)
+AppIcon::AppIcon(
+    const IconProvider &icons, const QString &path, Owner owner, std::function<void()> changed)
     : _icons(icons)
+    , _owner(std::move(owner))
     , _changed(std::move(changed))
     , _path(path)
     , _icon(NamedImages::dot())
@@ -54,7 +56,7 @@ void AppIcon::requestIcon()
     _awaitedIcon = request;
     IconLoader::sharedIconLoader().addOperation(
         { _path, _colorSortParams,
-            [weak = weak_from_this(), request](const LoadedIcon &loaded) {
+            [weak = weak(), request](const LoadedIcon &loaded) {
                 const std::shared_ptr<AppIcon> icon = weak.lock();
                 if (icon && icon->_awaitedIcon.lock() == request) {
                     icon->takeIcon(loaded.image);
@@ -120,7 +122,7 @@ void AppIcon::requestMeasurement()
     _measurement = request;
     IconLoader::sharedIconLoader().addOperation(
         { _icon, _colorSortParams,
-            [weak = weak_from_this(), request](LoadedIcon measured) {
+            [weak = weak(), request](LoadedIcon measured) {
                 if (const std::shared_ptr<AppIcon> icon = weak.lock()) {
                     icon->takeMeasurement(std::move(measured));
                 }

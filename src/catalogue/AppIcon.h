@@ -18,12 +18,16 @@
 class IconProvider;
 struct LoadedIcon;
 
-class AppIcon final : public std::enable_shared_from_this<AppIcon>
+class AppIcon final
 {
 public:
+    // What the icon is part of, and lives as long as; null when that is not shared.
+    using Owner = std::function<std::shared_ptr<void>()>;
     // The icon of the bundle at a path, not loaded yet. `changed` is called when image or colours
     // may be others than before. The provider must outlive the icon and what it has asked for.
-    AppIcon(const IconProvider &icons, const QString &path, std::function<void()> changed);
+    AppIcon(
+        const IconProvider &icons, const QString &path, Owner owner, std::function<void()> changed);
+    Q_DISABLE_COPY_MOVE(AppIcon)
 
     // A placeholder until an icon has been loaded; null when there is none.
     const QImage &image() const { return _icon; }
@@ -59,6 +63,7 @@ private:
     struct Request
     { };
 
+    std::weak_ptr<AppIcon> weak() { return std::shared_ptr<AppIcon>(_owner(), this); }
     void requestIcon();
     void takeIcon(const QImage &icon);
     void requestMeasurement();
@@ -68,6 +73,7 @@ private:
     void pickAndSortColors();
 
     const IconProvider &_icons;
+    Owner _owner;
     std::function<void()> _changed;
     QString _path;
     QImage _icon;

@@ -45,9 +45,11 @@ QStringList readExcludedNameSubstrings()
 OTApp::OTApp(const QString &path, Desktop &desktop)
     : _desktop(desktop)
     , _path(standardizedPath(path))
-    , _icon(std::make_shared<AppIcon>(desktop.icons(), _path, [this] {
-        Q_EMIT NotificationCenter::defaultCenter().N_AppIconChanged(shared_from_this());
-    }))
+    , _icon(
+          desktop.icons(), _path, [this] { return weak_from_this().lock(); },
+          [this] {
+              Q_EMIT NotificationCenter::defaultCenter().N_AppIconChanged(shared_from_this());
+          })
 { }
 
 QByteArray OTApp::encoded() const
@@ -72,7 +74,7 @@ AppRef OTApp::decoded(const QByteArray &bytes, Desktop &desktop)
     }
     auto app = std::make_shared<OTApp>(QString(), desktop);
     app->_path = *path;
-    app->_icon->forgetIcon();
+    app->_icon.forgetIcon();
     return app;
 }
 
@@ -84,7 +86,7 @@ void OTApp::setPath(const QString &path)
     }
     _path = standardized;
     _displayName.clear();
-    loadIconWithParameters(_icon->parameters());
+    loadIconWithParameters(_icon.parameters());
 }
 
 QString OTApp::name() const
@@ -154,7 +156,7 @@ void OTApp::refreshName()
 
 QImage OTApp::icon() const
 {
-    return _icon->image().isNull() ? NamedImages::notfound() : _icon->image();
+    return _icon.image().isNull() ? NamedImages::notfound() : _icon.image();
 }
 
 void OTApp::setIconParameters(const IconParameters &parameters)
@@ -164,9 +166,9 @@ void OTApp::setIconParameters(const IconParameters &parameters)
     const std::optional<quint64> fileNumber = Items::fileNumberOf(_path, &error);
     _pathIsValid = fileNumber.has_value();
     if (fileNumber) {
-        _icon->load(_path, *fileNumber, parameters);
+        _icon.load(_path, *fileNumber, parameters);
     } else {
-        _icon->clear(parameters);
+        _icon.clear(parameters);
     }
 }
 
@@ -175,10 +177,10 @@ void OTApp::loadIconWithParameters(const IconParameters &parameters)
     QString error;
     const std::optional<quint64> fileNumber = Items::fileNumberOf(_path, &error);
     if (fileNumber) {
-        _icon->load(_path, *fileNumber, parameters);
+        _icon.load(_path, *fileNumber, parameters);
     } else {
         qCWarning(lcCatalogue, "%s", qUtf8Printable(error));
-        _icon->clear(parameters);
+        _icon.clear(parameters);
     }
 }
 

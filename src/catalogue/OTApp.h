@@ -80,26 +80,26 @@ public:
     void loadIconWithParameters(const IconParameters &parameters);
     // Measures the icon at once and announces N_AppIconChanged, unless it is the icon that the
     // entry has. Null: no icon.
-    void setIcon(const QImage &icon) { _icon->setIcon(icon); }
+    void setIcon(const QImage &icon) { _icon.setIcon(icon); }
     // Shows the placeholder until the next pass, which loads the icon again. Announces nothing.
-    void resetIconToDot() { _icon->resetIconToDot(); }
+    void resetIconToDot() { _icon.resetIconToDot(); }
     // The next pass loads the icon again; until it arrives the present one stays.
-    void forgetIconSource() { _icon->forgetIconSource(); }
+    void forgetIconSource() { _icon.forgetIconSource(); }
 
     // Judges the colours of the icon by these parameters, measuring it first where the judgement
     // needs that. Announces N_AppIconChanged, also when all stayed as it was.
     void setColorSortParameters(const IconParameters &parameters)
     {
-        _icon->setColorSortParameters(parameters);
+        _icon.setColorSortParameters(parameters);
     }
     // Forgets what was measured; the key is then unknown.
-    void freeColorSortData() { _icon->freeColorSortData(); }
+    void freeColorSortData() { _icon.freeColorSortData(); }
     // Where the icon stands in the order by colour; ColorKey::Unknown when it cannot be told.
-    double colorSortValue() const { return _icon->colorSortValue(); }
+    double colorSortValue() const { return _icon.colorSortValue(); }
     // The icon's colours, the main one first; empty when they are not known.
-    const SortedColors &sortedColors() const { return _icon->sortedColors(); }
+    const SortedColors &sortedColors() const { return _icon.sortedColors(); }
     // A picture of the sorted colours; the icon, which may be null, when there are none.
-    QImage spectrumIcon() const { return _icon->spectrumIcon(); }
+    QImage spectrumIcon() const { return _icon.spectrumIcon(); }
 
     // Launches the application with the documents on the pasteboard: its local files, else its
     // first URL, else an empty list; with no pasteboard, without documents. May be called from any
@@ -151,6 +151,5 @@ private:
     QByteArray _letters;
     bool _containsExcludedKeywords = false;
     QVariantMap _attributes;
-    // Shared with the operations that load and measure it.
-    std::shared_ptr<AppIcon> _icon;
+    AppIcon _icon;
 };

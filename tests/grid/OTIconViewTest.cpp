@@ -5,9 +5,27 @@
 
 #include <QKeyEvent>
 #include <QMenu>
+#include <QPaintEvent>
 #include <QWheelEvent>
 
 #include <utility>
+
+namespace {
+
+class PaintedRegion : public QObject
+{
+public:
+    QRegion region;
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            region += static_cast<QPaintEvent *>(event)->region();
+        }
+        return false;
+    }
+};
+
+} // namespace
 
 class OTIconViewTest : public IconViewFixture
 {
@@ -234,6 +252,27 @@ private Q_SLOTS:
         QVERIFY(_view->selectedCoords().isEmpty());
     }
 
+    void whatChanges_isPaintedAndNoMore()
+    {
+        fill({ u"a"_s, u"b"_s, u"c"_s });
+        _view->show();
+        QVERIFY(QTest::qWaitForWindowExposed(_view.get()));
+        hover(u"a"_s);
+        QCoreApplication::processEvents();
+        PaintedRegion painted;
+        _view->installEventFilter(&painted);
+        hover(u"b"_s);
+        QTRY_COMPARE(painted.region, QRegion(cellOf(u"a"_s)) + cellOf(u"b"_s));
+        painted.region = {};
+        app(u"c"_s)->setIcon(filled(Qt::red));
+        QTRY_COMPARE(painted.region, QRegion(cellOf(u"c"_s)));
+        // Dimmed while a press on it lasts.
+        QTest::mousePress(_view.get(), Qt::LeftButton, {}, middleOf(u"c"_s));
+        QVERIFY(_view->grab().toImage().pixelColor(middleOf(u"c"_s)) != Qt::red);
+        QTest::mouseRelease(_view.get(), Qt::LeftButton, {}, middleOf(u"a"_s));
+        QCOMPARE(_view->grab().toImage().pixelColor(middleOf(u"c"_s)), QColor(Qt::red));
+    }
+
     // Whether anything runs the drag or not.
     void press_thatMovesTooFar_wantsADrag_andIsAClickOnTheSameIcon()
     {
@@ -410,6 +449,10 @@ private:
     {
         QMouseEvent event(type, at, _view->mapToGlobal(at), button, buttons, modifiers);
         QCoreApplication::sendEvent(_view.get(), &event);
+    }
+    QRect cellOf(const QString &name) const
+    {
+        return Geometry::flipped(_view->rectOfApp(app(name)), _view->height()).toRect();
     }
     void hover(const QString &name) { send(QEvent::MouseMove, middleOf(name), Qt::NoButton, {}); }
     void click(const QString &name, Qt::KeyboardModifiers modifiers)

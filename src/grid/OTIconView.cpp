@@ -197,11 +197,6 @@ QPointF OTIconView::inView(const QPointF &onWidget) const
     return Geometry::flipped(onWidget, height());
 }
 
-void OTIconView::resizeEvent(QResizeEvent *)
-{
-    _layout.setFrameSize(size());
-}
-
 void OTIconView::updateColors()
 {
     _colors = GridColors::fromPreferences();
@@ -213,11 +208,6 @@ void OTIconView::showProgressStep(int step, int count, const QString &label)
     if (_scanNotice.showProgressStep(step, count, label)) {
         repaint();
     }
-}
-
-void OTIconView::setNeedsDisplayForApp(const AppRef &app)
-{
-    setNeedsDisplayForCoords(coordsOfApp(app));
 }
 
 void OTIconView::setNeedsDisplayForCoords(const Coords &coords)

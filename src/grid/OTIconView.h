@@ -139,7 +139,7 @@ public:
     void showProgressStep(int step, int count, const QString &label);
     void updateColors();
     const GridColors &colors() const { return _colors; }
-    void setNeedsDisplayForApp(const AppRef &app);
+    void setNeedsDisplayForApp(const AppRef &app) { setNeedsDisplayForCoords(coordsOfApp(app)); }
 
 Q_SIGNALS:
     // Another list is shown than before.
@@ -150,7 +150,7 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
+    void resizeEvent(QResizeEvent *) override { _layout.setFrameSize(size()); }
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;

@@ -1,9 +1,9 @@
 // Decides whether an SVG picture is safe to hand to the renderer, before that sees it.
 //
-// Pictures come from anywhere, and the renderer follows whatever they say: files to read, references
-// that lead back to themselves or multiply, nesting without end. Most icons use none of that and
-// pass after one look at their bytes; the others are parsed first. Knows nothing of the process
-// around it: any thread.
+// Pictures come from anywhere, and the renderer follows whatever they say: files to read,
+// references that lead back to themselves or multiply, nesting without end. Most icons use none of
+// that and pass after one look at their bytes; the others are parsed first. Knows nothing of the
+// process around it: any thread.
 
 #pragma once
 

@@ -67,6 +67,23 @@ private Q_SLOTS:
         QCOMPARE(_view->grab().toImage().pixelColor(13, 40), QColor(Qt::red));
     }
 
+    // An icon that was loaded in points is loaded again for a screen with more pixels.
+    void aFineScreen_getsIconsOfItsOwn()
+    {
+        fill({ u"a"_s });
+        app(u"a"_s)->setIcon(filled(Qt::red));
+        _desktop->fakeIcons.colors[u"a"_s] = Qt::green;
+        const auto drawnAt = [this](int ratio) {
+            QImage image(_view->size() * ratio, QImage::Format_ARGB32_Premultiplied);
+            image.setDevicePixelRatio(ratio);
+            _view->render(&image);
+            return image.pixelColor(middleOf(u"a"_s) * ratio);
+        };
+        QCOMPARE(drawnAt(1), QColor(Qt::red));
+        QCOMPARE(drawnAt(2), QColor(Qt::red));
+        QTRY_COMPARE(drawnAt(2), QColor(Qt::green));
+    }
+
     void aFavouriteThatMovedIsFoundInsteadOfLaunched()
     {
         fill({ u"a"_s });

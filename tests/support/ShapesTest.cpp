@@ -54,6 +54,15 @@ private Q_SLOTS:
         QVERIFY(std::abs(desktop.with(stronger).contrast(Qt::black) - 4.55) < 0.01);
     }
 
+    void colorsAreTexts()
+    {
+        QCOMPARE(colorFromText(u"#12345678"_s), QColor(0x12, 0x34, 0x56, 0x78));
+        QCOMPARE(colorText(QColor(0x12, 0x34, 0x56, 0x78)), u"#12345678"_s);
+        for (const QString &text : { u"red"_s, u"#1234567"_s, u"#1234567g"_s }) {
+            QVERIFY(!colorFromText(text).isValid());
+        }
+    }
+
     void allSamples_areRoundedToNearest()
     {
         QImage source(256, 256, QImage::Format_ARGB32);

@@ -52,8 +52,8 @@ bool isDisplayAnnounced()
         || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
-// Hot keys and places of its own choice are to be had for a window under X alone, which nearly
-// every session offers.
+// Only X lets a program have hot keys and choose the places of its windows; nearly every session
+// offers it.
 void preferX()
 {
     if (!qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {

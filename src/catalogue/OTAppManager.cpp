@@ -122,6 +122,11 @@ AppRef OTAppManager::appForPath(const QString &path)
     return app;
 }
 
+AppRef OTAppManager::knownAppForPath(const QString &path) const
+{
+    return _everythingSet.value(standardizedPath(path));
+}
+
 AppList OTAppManager::appsFromPaths(const QStringList &paths)
 {
     AppList apps;

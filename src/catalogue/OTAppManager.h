@@ -86,6 +86,8 @@ public:
 
     // The catalogue's one entry for a path, made when there is none yet.
     AppRef appForPath(const QString &path);
+    // Null when there is none yet.
+    AppRef knownAppForPath(const QString &path) const;
     AppList appsFromPaths(const QStringList &paths);
     BunchList appArraysFromPathArrays(const QList<QStringList> &arrays);
 

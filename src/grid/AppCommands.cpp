@@ -4,20 +4,24 @@
 #include "catalogue/OTAppManager.h"
 #include "grid/GridHost.h"
 #include "grid/OTIconView.h"
+#include "grid/dragging/DropPlace.h"
 #include "grid/drawing/Log.h"
 #include "grid/drawing/PoofEffect.h"
 #include "grid/layout/GridGroups.h"
 #include "platform/Desktop.h"
 #include "support/NotificationCenter.h"
 
-#include <limits>
+constexpr qsizetype AtTheEnd = DropPlace::AtTheEnd;
 
-namespace {
-
-// The end of a list of whatever length; the catalogue clamps it.
-constexpr qsizetype AtTheEnd = std::numeric_limits<qint32>::max();
-
-} // namespace
+void AppCommands::moveApp(const AppRef &app, const DropPlace &place)
+{
+    // Only the favourites in bunches take a new one.
+    if (place.isNewBunch) {
+        _appManager.moveAppNewBunchAtIndex(app, UserGroup, place.bunch);
+    } else {
+        _appManager.moveApp(app, _view.groupShown(), place.bunch, place.index);
+    }
+}
 
 void AppCommands::launchApp(const AppRef &app, const QMimeData *withPasteboard)
 {
@@ -35,9 +39,14 @@ void AppCommands::launchApp(const AppRef &app, const QMimeData *withPasteboard)
         }
         return;
     }
-    _launches.start([app, documents = OTApp::documentsOnPasteboard(withPasteboard)] {
-        app->launchWithDocuments(documents);
-    });
+    std::optional<QList<QUrl>> documents = OTApp::documentsOnPasteboard(withPasteboard);
+    if (!documents && _view.drags().isOffering()) {
+        documents = _view.drags().takeOffered(app);
+        if (!documents) {
+            return;
+        }
+    }
+    _launches.start([app, documents] { app->launchWithDocuments(documents); });
     _host.hide();
 }
 
@@ -62,7 +71,7 @@ void AppCommands::clicked(const AppRef &app, const ModifierKeys &modifiers, cons
                 excludeSelectedApp();
             }
         }
-    } else if (modifiers.command) {
+    } else if (modifiers.command && !_view.drags().isOffering()) {
         showAppInFinder();
     } else {
         launchApp(app);

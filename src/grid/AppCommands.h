@@ -14,6 +14,7 @@ class GridHost;
 class OTAppManager;
 class OTIconView;
 class QMimeData;
+struct DropPlace;
 struct ModifierKeys;
 
 class AppCommands final
@@ -26,8 +27,11 @@ public:
         , _host(host)
     { }
 
+    // Files an application into the favourites, at a place of the group that is shown.
+    void moveApp(const AppRef &app, const DropPlace &place);
     // Launches on a thread of its own and lets the window hide. A favourite that is gone is looked
-    // for instead. Null does nothing.
+    // for instead. Files that are offered are opened by it, or nothing happens where it cannot take
+    // them. Null does nothing.
     void launchApp(const AppRef &app, const QMimeData *withPasteboard = nullptr);
     // Does what the application itself offers under this identifier, likewise.
     void performAction(const AppRef &app, const QString &id);

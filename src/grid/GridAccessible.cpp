@@ -72,6 +72,12 @@ QString GridItem::position() const
 QString GridItem::description() const
 {
     QStringList parts { position() };
+    const OTIconView *const view = _list.view();
+    if (GridGroups::isFavourites(view->groupShown()) && view->gridLayout().hasBands()) {
+        const Coords own = coords();
+        const GridCell &cell = view->gridLayout().cellAt(own.row, own.col);
+        parts.prepend(tr("place %1 in group %2").arg(cell.index + 1).arg(cell.bunch + 1));
+    }
     if (_list.view()->isAppRunning(_app)) {
         parts.append(tr("running"));
     }
@@ -208,6 +214,19 @@ void GridAccessible::selectionChanged(OTIconView *view)
     if (view->isActiveWindow()) {
         QAccessibleEvent focused(item, QAccessible::Focus);
         QAccessible::updateAccessibility(&focused);
+    }
+}
+
+void GridAccessible::placeChanged(OTIconView *view, const AppRef &app)
+{
+    if (!QAccessible::isActive()) {
+        return;
+    }
+    const auto *const list =
+        static_cast<const GridAccessible *>(QAccessible::queryAccessibleInterface(view));
+    if (QAccessibleInterface *const item = list ? list->itemOf(app) : nullptr) {
+        QAccessibleEvent moved(item, QAccessible::DescriptionChanged);
+        QAccessible::updateAccessibility(&moved);
     }
 }
 

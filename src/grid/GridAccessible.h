@@ -29,6 +29,9 @@ public:
     // To be called after a grid was filled anew, or with another group.
     static void contentChanged(OTIconView *view);
 
+    // To be called after the user has moved an application: its new place is announced.
+    static void placeChanged(OTIconView *view, const std::shared_ptr<OTApp> &app);
+
     explicit GridAccessible(OTIconView *view);
     ~GridAccessible() override;
 

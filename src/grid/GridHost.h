@@ -22,4 +22,15 @@ public:
     // Presses and releases that meant no icon; the window may want to be moved by them.
     virtual void mousePressed(QMouseEvent *) { }
     virtual void mouseReleased(QMouseEvent *) { }
+
+    // Whether drags are for the grid: not while a dialog hangs on the window.
+    virtual bool iconViewHasUserFocus() const { return true; }
+    // Whether the program is active, and making it so.
+    virtual bool isProgramActive() const { return true; }
+    virtual void makeFrontProcess() { }
+    // Gives the front back to the application that had it before.
+    virtual void reactivateLastApp() { }
+    // Gets the window where all of it can be seen, and back to where it was.
+    virtual void slideOnscreen() { }
+    virtual void slideBack() { }
 };

@@ -37,6 +37,7 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     , _iconRepaint(*this)
     , _commands(*this, appManager, host)
     , _menu(*this, _commands, appManager)
+    , _drags(*this, appManager, host)
 {
     _layout.setSettings(GridInput::settings());
     connect(
@@ -76,7 +77,8 @@ void OTIconView::setGroupToShow(int group)
     }
     _groupToShow = group;
     UserDefaults::standard().setObject(GridKeys::groupShownWhenWindowClosed, group);
-    reset();
+    // A drag goes on: it may have opened the group, to be dropped there.
+    resetInput();
     sendFilterSubstringNotification();
     resizeView(Resizing::WhenChanged);
 }
@@ -237,12 +239,16 @@ CellLook OTIconView::lookOf(quint64 row, quint64 column, const AppRef &app) cons
 {
     CellFacts facts;
     facts.hasApp = app != nullptr;
+    facts.group = _groupShown;
+    facts.isSelected = row == _selectedCoords.row && column == _selectedCoords.col;
+    facts.isIconMove = _drags.isDragMoveInProgress();
     if (!app) {
         return cellLook(facts);
     }
-    facts.group = _groupShown;
+    facts.isDragged = _drags.isDragged(app);
+    facts.isFileDrop = _drags.isFileDrop();
+    facts.isDroppable = _drags.isDroppable(app);
     facts.isFilteredOut = isAppKeyFilteredOut(app);
-    facts.isSelected = row == _selectedCoords.row && column == _selectedCoords.col;
     facts.isMouseButtonDown = _press.mouseDownPoint.has_value() || _press.isMenu;
     facts.isExcluded = _excludedPaths.contains(app);
     facts.isRunning = _runningPaths.contains(app);
@@ -268,7 +274,10 @@ void OTIconView::paintEvent(QPaintEvent *event)
         grid.drawFocus(_selectedCoords.row, _selectedCoords.col);
     }
     if (!_appsShown.isFlat()) {
-        grid.drawSeparators(_selectedCoords, false);
+        grid.drawSeparators(_selectedCoords, _drags.isMarking());
+    }
+    if (_drags.isMarking()) {
+        grid.drawBandEnd(_selectedCoords);
     }
 }
 

@@ -10,6 +10,7 @@
 #include "catalogue/AppArray.h"
 #include "grid/AppCommands.h"
 #include "grid/AppMenu.h"
+#include "grid/GridDrags.h"
 #include "grid/drawing/CellPictures.h"
 #include "grid/drawing/GatheredRepaint.h"
 #include "grid/drawing/GridPainter.h"
@@ -114,7 +115,7 @@ public:
     {
         _isSelectedByKeys ? selectCoordsByKeys(coords) : selectCoords(coords);
     }
-    // Ends whatever the user has begun: modifiers, filter, selection.
+    // Ends whatever the user has begun: drag, modifiers, filter, selection.
     void reset();
     // To be called when the window is no longer the one that is used.
     void resignFirstResponder();
@@ -128,6 +129,19 @@ public:
 
     // Follows the pointer; for a window that sees its moves before the view does.
     void myMouseMoved(const QPointF &inView) { selectCoords(coordsOfPoint(inView)); }
+
+    // What is dragged over the view, and files that are offered to its applications.
+    GridDrags &drags() { return _drags; }
+    bool isCommandHeld() const { return _modifiers.command; }
+    // The modifiers that are held during a drag of files.
+    void takeModifiersOfDrag(Qt::KeyboardModifiers modifiers)
+    {
+        takeModifiers(ModifierKeys::of(modifiers));
+    }
+    // The picture of an application's icon that is shown.
+    QImage pictureOf(const AppRef &app) { return _pictures.pictureOf(app); }
+    // A drag that began with a press on an icon is over.
+    void pressEnded();
 
     // What can be done to the application in the selected cell, and the menu that offers it.
     AppCommands &commands() { return _commands; }
@@ -144,9 +158,10 @@ public:
 Q_SIGNALS:
     // Another list is shown than before.
     void groupShownChanged(int group);
-    // The pointer was pressed on an icon and has moved away from there. A drag that is run for it
-    // takes the release of the button; without one a release on the same icon is a click.
-    void dragWanted(const Coords &start);
+    // The pointer was pressed on the icon of a cell, at a point of the view, and has moved away
+    // from there. A drag that is run for it takes the release of the button; without one a release
+    // on the same icon is a click.
+    void dragWanted(const Coords &start, const QPointF &pressedAt);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -186,6 +201,7 @@ private:
     Arrangement arrangement() const { return { _layout, _cells, selectedApp() }; }
     void refillCells(const Arrangement &before);
     void takeModifiers(const ModifierKeys &modifiers);
+    void resetInput();
 
     CellLook lookOf(quint64 row, quint64 column, const AppRef &app) const;
     void drawCells(GridPainter &painter, const QRegion &region);
@@ -194,6 +210,7 @@ private:
     qint64 now() const { return _clock.elapsed(); }
     void filterChanged();
     bool moveSelection(int key);
+    bool moveFavourite(const QKeyEvent &event);
     bool changeLineCount(int by);
     void menuIsOpenDidChange(bool isOpen);
     void selectUnderPointer();
@@ -230,4 +247,5 @@ private:
 
     AppCommands _commands;
     AppMenu _menu;
+    GridDrags _drags;
 };

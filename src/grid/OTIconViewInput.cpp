@@ -1,10 +1,9 @@
-// The part of the grid that keys, wheel, modifiers and pointer drive, and the selection.
+// The part of the grid that keys, wheel and modifiers drive, and the selection.
 
 #include "catalogue/OTAppManager.h"
 #include "grid/GridAccessible.h"
-#include "grid/GridHost.h"
 #include "grid/OTIconView.h"
-#include "grid/drawing/DisappearingCursor.h"
+#include "grid/dragging/DropPlace.h"
 #include "grid/layout/GridGroups.h"
 #include "grid/layout/GridKeys.h"
 #include "grid/layout/SelectionSteps.h"
@@ -13,14 +12,10 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
-#include <QApplication>
-#include <QCursor>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QWheelEvent>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace {
@@ -29,14 +24,12 @@ constexpr double ResetInterval = 1.0; // seconds
 
 constexpr qint64 ColorOrder = 2;
 
-// A press that moves farther, on either axis, begins a drag.
-constexpr qreal DragThreshold = 2.0;
-
 } // namespace
 
 bool OTIconView::keyPressed(const QKeyEvent &event)
 {
-    return performKeyEquivalent(event) || moveSelection(event.key()) || handleKeyDown(event);
+    return performKeyEquivalent(event) || moveFavourite(event) || moveSelection(event.key())
+        || handleKeyDown(event);
 }
 
 bool OTIconView::performKeyEquivalent(const QKeyEvent &event)
@@ -115,11 +108,11 @@ void OTIconView::textCommitted(const QString &text)
 
 bool OTIconView::handleCancelOperation()
 {
-    const bool isCancelled = _filter.cancelOperation();
-    if (isCancelled) {
+    if (_filter.cancelOperation()) {
         filterChanged();
+        return true;
     }
-    return isCancelled;
+    return _drags.stopOffering();
 }
 
 void OTIconView::filterChanged()
@@ -167,6 +160,24 @@ bool OTIconView::moveSelection(int key)
     return true;
 }
 
+// One place farther, as often as the key is pressed: the selection goes with the icon.
+bool OTIconView::moveFavourite(const QKeyEvent &event)
+{
+    const std::optional<SelectionSteps::Step> step = SelectionSteps::stepOf(event.key());
+    const AppRef app = selectedApp();
+    if (event.modifiers() != Qt::ShiftModifier || !GridGroups::isFavourites(_groupShown) || !app
+        || !step) {
+        return false;
+    }
+    const std::optional<DropPlace> place = DropPlace::farther(_selectedCoords, *step, _layout);
+    if (place) {
+        selectCoordsByKeys(_selectedCoords);
+        _commands.moveApp(app, *place);
+        GridAccessible::placeChanged(this, app);
+    }
+    return true;
+}
+
 void OTIconView::selectCoords(const Coords &coords)
 {
     if (std::exchange(_isSelectedByKeys, false)) {
@@ -184,8 +195,10 @@ void OTIconView::selectCoords(const Coords &coords)
             this, app, app ? rectOfApp(app) : QRectF());
         GridAccessible::selectionChanged(this);
     }
-    for (const QRectF &mark : _layout.marksThatDiffer(old, coords)) {
-        update(onWidget(mark));
+    if (_drags.isMarking()) {
+        for (const QRectF &mark : _layout.marksThatDiffer(old, coords)) {
+            update(onWidget(mark));
+        }
     }
 }
 
@@ -197,6 +210,12 @@ void OTIconView::selectCoordsByKeys(const Coords &coords)
 }
 
 void OTIconView::reset()
+{
+    _drags.cancel();
+    resetInput();
+}
+
+void OTIconView::resetInput()
 {
     _modifiers = {};
     resetFilterSubstring();
@@ -216,10 +235,14 @@ void OTIconView::resignFirstResponder()
 void OTIconView::modifierKeysChanged(Qt::KeyboardModifiers modifiers)
 {
     // While a menu is open the grid stays as it was when that was asked for.
-    if (!isActiveWindow() || _menu.isVisible()) {
+    if (!isActiveWindow() || _menu.isVisible() || _drags.isDragMoveInProgress()) {
         return;
     }
-    takeModifiers(_heldModifiers.counted(modifiers));
+    if (_drags.isOver()) {
+        takeModifiersOfDrag(modifiers);
+    } else {
+        takeModifiers(_heldModifiers.counted(modifiers));
+    }
 }
 
 void OTIconView::takeModifiers(const ModifierKeys &modifiers)
@@ -228,6 +251,9 @@ void OTIconView::takeModifiers(const ModifierKeys &modifiers)
     const bool isAnotherGroup = old.option != _modifiers.option
         && (_groupToShow == IncludedGroup || _groupToShow == Included1DGroup);
     const bool isShiftReleased = old.shift && !_modifiers.shift;
+    if (old.command != _modifiers.command) {
+        _drags.commandKeyChanged();
+    }
     if (isAnotherGroup || isShiftReleased) {
         resizeView(Resizing::WhenChanged);
     } else if (old.function != _modifiers.function && _groupToShow != RunningGroup) {
@@ -255,124 +281,5 @@ void OTIconView::wheelEvent(QWheelEvent *event)
     case GridWheel::Outcome::PreviousGroup:
         Q_EMIT center.N_SelectPrevIconGroup(this);
         break;
-    }
-}
-
-void OTIconView::mousePressEvent(QMouseEvent *event)
-{
-    const QPointF point = inView(event->position());
-    const bool isLeft = event->button() == Qt::LeftButton;
-    if (!isLeft && event->button() != Qt::RightButton) {
-        event->ignore();
-        return;
-    }
-    // A finger has not moved there before.
-    selectCoords(coordsOfPoint(point));
-    const AppRef app = appAtPoint(point);
-    const bool opensMenu = app && (!isLeft || event->modifiers().testFlag(Qt::MetaModifier));
-    // A menu that opens takes the release of its button.
-    _press = { isLeft && !opensMenu ? std::optional(point) : std::nullopt, app };
-    if (app) {
-        setNeedsDisplayForApp(app);
-    }
-    if (isLeft && !app) {
-        _host.mousePressed(event);
-    }
-    if (opensMenu) {
-        _press.isMenu = _menu.open(event->globalPosition().toPoint());
-    }
-    event->setAccepted(isLeft || app);
-}
-
-void OTIconView::mouseMoveEvent(QMouseEvent *event)
-{
-    const QPointF point = inView(event->position());
-    if (!_press.mouseDownPoint) {
-        myMouseMoved(point);
-        return;
-    }
-    const QPointF way = point - *_press.mouseDownPoint;
-    const bool isFar = std::abs(way.x()) > DragThreshold || std::abs(way.y()) > DragThreshold;
-    const bool canBeDragged =
-        _groupShown != -1 && _groupShown != RunningGroup && _groupShown != MissingGroup;
-    if (isFar && canBeDragged && !_press.isDragWanted && event->buttons().testFlag(Qt::LeftButton)
-        && appAtPoint(*_press.mouseDownPoint)) {
-        _press.isDragWanted = true;
-        Q_EMIT dragWanted(coordsOfPoint(*_press.mouseDownPoint));
-    }
-}
-
-void OTIconView::mouseReleaseEvent(QMouseEvent *event)
-{
-    if (event->button() == Qt::RightButton) {
-        _press.mouseDownPoint.reset();
-        setNeedsDisplayForCoords(_selectedCoords);
-        return;
-    }
-    if (event->button() != Qt::LeftButton) {
-        event->ignore();
-        return;
-    }
-    modifierKeysChanged(event->modifiers());
-    // A click on the inactive window counts as well.
-    _modifiers = _heldModifiers.counted(event->modifiers());
-    // The cells may have been filled anew since.
-    const Press press = std::exchange(_press, {});
-    const AppRef pressed = press.mouseDownPoint ? press.app : nullptr;
-    const QPointF point = inView(event->position());
-    setNeedsDisplayForCoords(_selectedCoords);
-    // However far the pointer was meanwhile: a drag takes the release for itself.
-    if (pressed && pressed == appAtPoint(point)) {
-        _commands.clicked(pressed, _modifiers, event->globalPosition().toPoint());
-    } else {
-        myMouseMoved(point);
-        _host.mouseReleased(event);
-    }
-}
-
-// While the menu is open the pointer is in it, and the application stays selected.
-void OTIconView::leaveEvent(QEvent *)
-{
-    if (!_menu.exists()) {
-        selectCoords({});
-    }
-}
-
-void OTIconView::openMenuAt(const Coords &coords)
-{
-    selectKeepingKeys(coords);
-    if (selectedApp()) {
-        _menu.open(onScreen(coords).center());
-    }
-}
-
-void OTIconView::menuIsOpenDidChange(bool isOpen)
-{
-    if (isOpen) {
-        return;
-    }
-    _press.isMenu = false;
-    setNeedsDisplayForCoords(_selectedCoords);
-    // What was chosen comes first, and the press that closes a menu may open the next one.
-    QMetaObject::invokeMethod(this, &OTIconView::selectUnderPointer, Qt::QueuedConnection);
-}
-
-// A menu had the pointer, which is elsewhere now, within the grid or not.
-void OTIconView::selectUnderPointer()
-{
-    modifierKeysChanged(QGuiApplication::queryKeyboardModifiers());
-    if (!_menu.isVisible() && !_isSelectedByKeys) {
-        const QPoint pointer = QCursor::pos();
-        const bool isOverGrid = QApplication::widgetAt(pointer) == this;
-        selectCoords(isOverGrid ? coordsOfPoint(inView(mapFromGlobal(pointer))) : Coords());
-    }
-}
-
-void OTIconView::updateCursor()
-{
-    if (_modifiers.shift && _groupShown > RunningGroup) {
-        setCursor(disappearingItemCursor());
-    } else {
-        unsetCursor();
     }
 }

@@ -2,8 +2,8 @@
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
-#include "grid/DropStack.h"
 #include "grid/OTIconView.h"
+#include "grid/dragging/DropStack.h"
 #include "grid/drawing/MenuColors.h"
 #include "platform/Desktop.h"
 #include "shell/OTNSAppSubclass.h"
@@ -71,6 +71,7 @@ void OTController::awakeFromNib()
     connect(&_desktop.runningApplications(), &RunningApplications::questionAsked, this,
         &OTController::implicitHideMainWindow);
     connect(&_mainWindow, &OTWindow::closeWanted, this, &OTController::explicitHideMainWindow);
+    connect(&_mainWindow, &OTWindow::frontBackWanted, this, &OTController::deactivate);
     connect(&_mainWindow, &OTWindow::prefsWanted, this, [this] {
         const QWidget &gear = _mainWindow.prefsButton();
         openMainMenu(gear.mapToGlobal(gear.rect().bottomLeft()));
@@ -211,6 +212,7 @@ void OTController::openFiles(const QList<QUrl> &files)
         DropStack::sharedDropStack().push(
             file.isLocalFile() ? QVariant(file.toLocalFile()) : QVariant(file));
     }
+    _mainWindow.iconView().drags().offerDropStack();
 }
 
 void OTController::applicationDidBecomeActive()

@@ -28,9 +28,10 @@ void OTController::perform(const InstanceRequest &request)
 {
     switch (request.verb) {
     case InstanceRequest::Verb::Open:
-        openFiles(request.files);
         activate(request.stamp);
         applicationOpenUntitledFile(request.stamp);
+        // A panel that was about to go has given up what it offered.
+        openFiles(request.files);
         break;
     case InstanceRequest::Verb::Activate:
         applicationShouldHandleReopen(request.stamp);

@@ -1,5 +1,6 @@
 #include "shell/OTNSAppSubclass.h"
 
+#include "grid/OTIconView.h"
 #include "platform/OwnWindows.h"
 #include "shell/panel/OTWindow.h"
 #include "support/InfoDictionary.h"
@@ -91,6 +92,10 @@ bool OTNSAppSubclass::handleCancelEvent()
 {
     QWidget *const window = activeWindow();
     if (auto *const panel = qobject_cast<OTWindow *>(window)) {
+        // Qt gives up the drag.
+        if (panel->iconView().drags().isOwnDrag()) {
+            return false;
+        }
         panel->cancelOperation();
     } else if (auto *const dialog = qobject_cast<QDialog *>(window)) {
         dialog->reject();

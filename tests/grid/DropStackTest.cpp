@@ -1,4 +1,4 @@
-#include "grid/DropStack.h"
+#include "grid/dragging/DropStack.h"
 
 #include "TestCase.h"
 

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "grid/DropStack.h"
 #include "grid/IconViewFixture.h"
+#include "grid/dragging/DropStack.h"
 #include "shell/OTController.h"
 #include "shell/panel/OTWindow.h"
 

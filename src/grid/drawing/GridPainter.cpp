@@ -185,11 +185,6 @@ qreal GridPainter::pixels(qreal length) const
     return std::max(std::round(length * _toDevice.m11()), 1.0);
 }
 
-bool GridPainter::isStacked() const
-{
-    return _layout.settings().groupOrientation == 1;
-}
-
 void GridPainter::drawBackground(const QRectF &bounds)
 {
     _painter.fillPath(roundedRectanglePath(onPixels(bounds), BackgroundRadius * _toDevice.m11()),
@@ -281,8 +276,8 @@ void GridPainter::drawSeparators(const Coords &selected, bool isMoving)
             drawBracket(i);
         } else if (i > 0 && i + 1 < spacers.size()) {
             drawLine(spacer,
-                std::floor(isStacked() ? spacer.y() + spacer.height() / 2
-                                       : spacer.x() + spacer.width() / 2));
+                std::floor(_layout.isStacked() ? spacer.y() + spacer.height() / 2
+                                               : spacer.x() + spacer.width() / 2));
         }
     }
 }
@@ -291,23 +286,23 @@ void GridPainter::drawSeparators(const Coords &selected, bool isMoving)
 void GridPainter::drawBracket(size_t spacer)
 {
     const QRectF &rect = _layout.bunchSpacingRects()[spacer];
-    const qreal low = isStacked() ? rect.y() : rect.x();
-    const qreal high = low + (isStacked() ? rect.height() : rect.width());
+    const qreal low = _layout.isStacked() ? rect.y() : rect.x();
+    const qreal high = low + (_layout.isStacked() ? rect.height() : rect.width());
     const bool isFirst = spacer == 0;
     const bool isLast = spacer + 1 == _layout.bunchSpacingRects().size();
     // The first band begins where the first spacer ends, which is its high edge when it lies to the
     // left of the band and its low edge when it lies on top.
-    if (isStacked() ? !isLast : !isFirst) {
+    if (_layout.isStacked() ? !isLast : !isFirst) {
         drawLine(rect, std::floor(low));
     }
-    if (isStacked() ? !isFirst : !isLast) {
+    if (_layout.isStacked() ? !isFirst : !isLast) {
         drawLine(rect, std::floor(high) - LineWidth);
     }
 }
 
 void GridPainter::drawLine(const QRectF &spacer, qreal at)
 {
-    const QRectF line = isStacked()
+    const QRectF line = _layout.isStacked()
         ? QRectF(spacer.x() + SeparatorInset, at, spacer.width() - 2 * SeparatorInset, LineWidth)
         : QRectF(at, spacer.y() + SeparatorInset, LineWidth, spacer.height() - 2 * SeparatorInset);
     const float alpha = _colors.isWindowSeen() ? _colors.winAlpha * SeparatorShare : 0;
@@ -318,14 +313,10 @@ void GridPainter::drawBandEnd(const Coords &selected)
 {
     enum Margin : quint64 { Top, Right, Bottom, Left };
     const bool hasBands = _layout.settings().groupOrientation != 0;
-    if (!hasBands || selected.bunch >= _layout.bunchRects().size()
-        || selected.margin >= _layout.marginRects().size()) {
-        return;
-    }
-    const bool isAtAnEnd = isStacked() == (selected.margin == Left || selected.margin == Right);
-    const QRectF end =
-        _layout.bunchRects()[selected.bunch] & _layout.marginRects()[selected.margin];
-    if (!isAtAnEnd || end.isEmpty()) {
+    const bool isAtAnEnd =
+        _layout.isStacked() == (selected.margin == Left || selected.margin == Right);
+    const QRectF end = _layout.bandEnd(selected);
+    if (!hasBands || !isAtAnEnd || end.isEmpty()) {
         return;
     }
     // Inwards, at the band.

@@ -91,7 +91,6 @@ private:
     QRectF onPixelsOfEqualExtent(const QRectF &rect) const;
     qreal pixels(qreal length) const;
 
-    bool isStacked() const;
     void drawHighlight(const QRectF &cell, const QColor &color);
     void drawOutline(const QRectF &cell, const QColor &color);
     void drawBracket(size_t spacer);

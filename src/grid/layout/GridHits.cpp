@@ -144,18 +144,27 @@ Coords GridLayout::coordsOfPoint2(const QPointF &point) const
     return coords;
 }
 
+QRectF GridLayout::bandEnd(const Coords &coords) const
+{
+    const bool isNamed = coords.bunch < _bunchRects.size() && coords.margin < _marginRects.size();
+    return isNamed ? _bunchRects[coords.bunch] & _marginRects[coords.margin] : QRectF();
+}
+
 std::vector<QRectF> GridLayout::marksThatDiffer(const Coords &one, const Coords &other) const
 {
     std::vector<QRectF> marks;
-    const auto add = [&](quint64 first, quint64 second, const std::vector<QRectF> &rects) {
-        for (const quint64 index : { first, second }) {
-            if (first != second && index < rects.size()) {
-                marks.push_back(rects[index]);
-            }
+    const auto add = [&marks](const QRectF &mark) {
+        if (!mark.isEmpty()) {
+            marks.push_back(mark);
         }
     };
-    add(one.bunch, other.bunch, _bunchRects);
-    add(one.spacer, other.spacer, _bunchSpacingRects);
-    add(one.margin, other.margin, _marginRects);
+    for (const Coords &coords : { one, other }) {
+        if (one.spacer != other.spacer && coords.spacer < _bunchSpacingRects.size()) {
+            add(_bunchSpacingRects[coords.spacer]);
+        }
+        if (one.bunch != other.bunch || one.margin != other.margin) {
+            add(bandEnd(coords));
+        }
+    }
     return marks;
 }

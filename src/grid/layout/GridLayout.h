@@ -43,6 +43,11 @@ public:
     quint64 rowCount() const { return _rowCount; }
     quint64 columnCount() const { return _colCount; }
     quint64 bunchCount() const { return _bunchCount; }
+    // Of a bunch that is shown: how many applications it holds.
+    quint64 bunchSize(quint64 bunch) const { return _bunchSizes[bunch]; }
+    // Whether bunches have bands, and whether these lie one below the other.
+    bool hasBands() const { return !_isFlat; }
+    bool isStacked() const { return _groupOrientation == 1; }
     quint64 iconWidth() const { return quint64(_iconWidth); }
     quint64 cellWidth() const { return quint64(_cellWidth); }
     // A band for each bunch; the gaps with the outer margins before and after; top, right, bottom,
@@ -50,7 +55,10 @@ public:
     const std::vector<QRectF> &bunchRects() const { return _bunchRects; }
     const std::vector<QRectF> &bunchSpacingRects() const { return _bunchSpacingRects; }
     const std::vector<QRectF> &marginRects() const { return _marginRects; }
-    // The bunches, gaps and margins that only one of the two names.
+    // The part of a band that lies in a margin, where coords name both; otherwise empty.
+    QRectF bandEnd(const Coords &coords) const;
+    // The gaps, outer margins and ends of bands that only one of the two names: what has to be
+    // drawn anew where these are marked.
     std::vector<QRectF> marksThatDiffer(const Coords &one, const Coords &other) const;
 
     bool isValidRow(quint64 row, quint64 column) const
@@ -88,7 +96,6 @@ private:
         quint64 lineCount = 0;
     };
 
-    bool isStacked() const { return _groupOrientation == 1; }
     double gap() const { return double(bunchSpacingForCellWidth(quint64(_cellWidth))); }
     QRectF cellRect(quint64 row, quint64 column, quint64 band) const;
 

@@ -73,6 +73,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     setAttribute(Qt::WA_InputMethodEnabled);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
+    setAcceptDrops(true);
     _background->installEventFilter(this);
     _iconView->installEventFilter(this);
     _overlay->setObjectName(QStringLiteral("Ortu Overlay"));
@@ -94,6 +95,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
         Q_EMIT NotificationCenter::defaultCenter().N_WindowDidResize(this);
     });
     connect(_animation.get(), &WindowAnimation::fadedOut, this, &OTWindow::hidden);
+    connect(_iconView, &OTIconView::dragWanted, &_iconView->drags(), &GridDrags::runMove);
     connect(_closeButton, &PanelButton::clicked, this, &OTWindow::closeWanted);
     connect(_prefsButton, &PanelButton::clicked, this, &OTWindow::prefsWanted);
     connect(&NotificationCenter::defaultCenter(), &NotificationCenter::N_SubviewNeedsResizing, this,

@@ -8,6 +8,7 @@
 
 #pragma once
 
+#include "grid/GridDrags.h"
 #include "grid/GridHost.h"
 #include "platform/OwnWindows.h"
 #include "shell/panel/PanelFrame.h"
@@ -75,7 +76,10 @@ public:
     // its screen. Where a window manager puts it by itself does not count.
     bool hasBeenMoved() const;
     // Whether keys and drags are for the grid: not while a dialog hangs on the panel.
-    bool iconViewHasUserFocus() const;
+    bool iconViewHasUserFocus() const override;
+    bool isProgramActive() const override;
+    void makeFrontProcess() override;
+    void reactivateLastApp() override { Q_EMIT frontBackWanted(); }
 
     QSizeF maxIconViewSize() const override;
     // How long an animated change to another frame takes, in seconds.
@@ -83,8 +87,8 @@ public:
 
     // Slides that get the panel out of the way of a drag, and back to where it was.
     void slideToCenter();
-    void slideBack();
-    void slideOnscreen();
+    void slideBack() override;
+    void slideOnscreen() override;
 
     // Above ordinary windows, and among them again; this lasts over hiding and showing.
     void raise();
@@ -109,6 +113,8 @@ Q_SIGNALS:
     // The close button, or a key that stands for it, asks that the panel be hidden.
     void closeWanted();
     void prefsWanted();
+    // The application that was in front before is to have the front again.
+    void frontBackWanted();
     // The main menu is asked for at a place of the screen.
     void menuWanted(const QPoint &position);
     // It has been shown, or hidden to the end.
@@ -128,6 +134,10 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -155,6 +165,9 @@ private:
     bool isAwayFromCentre() const;
     void setLevel(OwnWindows::Level level);
     void dragTo(const QPoint &pointer);
+    GridDrags::Info draggingInfo(const QDropEvent &event) const;
+    Qt::DropAction actionOf(const QDropEvent &event);
+    void dragLeft();
 
     Desktop &_desktop;
     std::optional<QSizeF> _largestGrid;

@@ -14,6 +14,8 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <utility>
+
 namespace {
 
 // Seconds.
@@ -186,8 +188,9 @@ void OTWindow::slideToCenter()
 
 void OTWindow::slideBack()
 {
-    if (!_movedFrame.isNull() && _movedFrame != currentFrame()) {
-        slideTo(_movedFrame);
+    const QRectF frame = std::exchange(_movedFrame, {});
+    if (!frame.isNull() && frame != currentFrame()) {
+        slideTo(frame);
     }
 }
 

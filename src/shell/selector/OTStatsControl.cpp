@@ -9,7 +9,6 @@
 #include "support/Shapes.h"
 #include "support/UserDefaults.h"
 
-#include <QDragEnterEvent>
 #include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -37,7 +36,6 @@ OTStatsControl::OTStatsControl(OTAppManager &appManager, OTIconView &iconView, Q
     // The panel has the keyboard.
     setFocusPolicy(Qt::NoFocus);
     setMouseTracking(true);
-    setAcceptDrops(true);
     QFont small;
     small.setPixelSize(TextSize);
     setFont(small);
@@ -367,31 +365,4 @@ void OTStatsControl::enterEvent(QEnterEvent *event)
 void OTStatsControl::leaveEvent(QEvent *)
 {
     pointerMoved({});
-}
-
-// Who says no when a drag arrives does not hear of its moves; so it says yes, but to nothing.
-void OTStatsControl::dragEnterEvent(QDragEnterEvent *event)
-{
-    _springLoading.dragMovedTo(indexOfButtonAt(event->position()));
-    event->setDropAction(Qt::IgnoreAction);
-    event->accept();
-}
-
-void OTStatsControl::dragMoveEvent(QDragMoveEvent *event)
-{
-    _springLoading.dragMovedTo(indexOfButtonAt(event->position()));
-    event->setDropAction(Qt::IgnoreAction);
-    event->ignore();
-}
-
-void OTStatsControl::dragLeaveEvent(QDragLeaveEvent *)
-{
-    _springLoading.dragEnded();
-}
-
-void OTStatsControl::dropEvent(QDropEvent *event)
-{
-    _springLoading.dragEnded();
-    event->setDropAction(Qt::IgnoreAction);
-    event->ignore();
 }

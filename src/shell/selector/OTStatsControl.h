@@ -70,6 +70,11 @@ public:
     // For the panel, which has the keyboard: whether the key was used.
     bool handleKeyDown(const QKeyEvent &event);
 
+    // A drag is over a point of the control; a button that it rests on for a while is selected.
+    // Nothing can be dropped here.
+    void testDrag(const QPointF &point) { _springLoading.dragMovedTo(indexOfButtonAt(point)); }
+    void dragEnded() { _springLoading.dragEnded(); }
+
     void updateColors();
 
 Q_SIGNALS:
@@ -86,10 +91,6 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
-    void dragEnterEvent(QDragEnterEvent *event) override;
-    void dragMoveEvent(QDragMoveEvent *event) override;
-    void dragLeaveEvent(QDragLeaveEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
 
 private:
     void listDidChange(const QString &key);

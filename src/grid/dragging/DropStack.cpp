@@ -1,4 +1,4 @@
-#include "grid/DropStack.h"
+#include "grid/dragging/DropStack.h"
 
 #include <QAssociativeIterable>
 #include <QFileInfo>
@@ -20,6 +20,15 @@ bool isCollection(const QVariant &object)
 bool isDictionary(const QVariant &object)
 {
     return object.typeId() == QMetaType::QVariantMap || object.typeId() == QMetaType::QVariantHash;
+}
+
+QUrl asURL(const QVariant &object)
+{
+    if (object.typeId() == QMetaType::QUrl) {
+        return object.toUrl();
+    }
+    const QString path = object.typeId() == QMetaType::QString ? object.toString() : QString();
+    return path.isEmpty() ? QUrl() : QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
 }
 
 } // namespace
@@ -44,12 +53,17 @@ void DropStack::setSharedDropStack(DropStack *stack)
 
 QUrl DropStack::topObjectAsURL() const
 {
-    const QVariant top = topObject();
-    if (top.typeId() == QMetaType::QUrl) {
-        return top.toUrl();
+    return asURL(topObject());
+}
+
+QList<QUrl> DropStack::URLs() const
+{
+    QList<QUrl> urls;
+    for (const QVariant &object : _heldObjects) {
+        urls.append(asURL(object));
     }
-    const QString path = top.typeId() == QMetaType::QString ? top.toString() : QString();
-    return path.isEmpty() ? QUrl() : QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
+    urls.removeAll(QUrl());
+    return urls;
 }
 
 QString DropStack::description() const

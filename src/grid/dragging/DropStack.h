@@ -27,6 +27,8 @@ public:
     // The file's URL when a path is on top; a relative path is one of the current folder. Empty for
     // what is neither URL nor string.
     QUrl topObjectAsURL() const;
+    // Every object that is a URL or a path, as its URL, the lowest first.
+    QList<QUrl> URLs() const;
     // The objects from the lowest to the top, for the log.
     QString description() const;
 

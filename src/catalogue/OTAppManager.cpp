@@ -175,7 +175,18 @@ bool OTAppManager::canKeep(const AppRef &app)
 
 void OTAppManager::excludeApp(const AppRef &app)
 {
-    if (indexOfApp(_excludedApps1D, app) < 0 && indexOfApp(_missingApps, app) < 0 && canKeep(app)) {
+    // It may stand in one of the lists that change.
+    const QString path = app->path();
+    if (addExclusion(app)) {
+        addToHistory({ ArrangementStep::Kind::Exclude, { path }, {}, {} });
+    }
+}
+
+bool OTAppManager::addExclusion(const AppRef &app)
+{
+    const bool isNew =
+        indexOfApp(_excludedApps1D, app) < 0 && indexOfApp(_missingApps, app) < 0 && canKeep(app);
+    if (isNew) {
         const AppRef own = appForPath(app->path());
         {
             const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
@@ -184,15 +195,25 @@ void OTAppManager::excludeApp(const AppRef &app)
         writeExcludedApps({ own });
     }
     rebuildDependentApps();
+    return isNew;
 }
 
 void OTAppManager::includeApp(const AppRef &app)
 {
+    const QString path = app->path();
+    if (removeExclusion(app)) {
+        addToHistory({ ArrangementStep::Kind::Include, { path }, {}, {} });
+    }
+}
+
+bool OTAppManager::removeExclusion(const AppRef &app)
+{
     const AppList included { app };
+    bool wasExcluded = false;
     bool wasMissing = false;
     {
         const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
-        removeFromList(_excludedApps1D, PathSet(included));
+        wasExcluded = removeFromList(_excludedApps1D, PathSet(included));
         wasMissing = removeFromList(_missingApps, PathSet(included));
     }
     writeExcludedApps(included);
@@ -200,6 +221,7 @@ void OTAppManager::includeApp(const AppRef &app)
         takeStoredUserApps();
     }
     rebuildDependentApps();
+    return wasExcluded || wasMissing;
 }
 
 void OTAppManager::autoExcludeNamedApps()
@@ -225,19 +247,10 @@ void OTAppManager::autoExcludeNamedApps()
 
 void OTAppManager::removeAppsFromUserApps(const AppList &apps)
 {
-    const PathSet favourites(userApps1D());
-    const auto isFavourite = [&](const AppRef &app) { return favourites.contains(app); };
-    if (std::none_of(apps.begin(), apps.end(), isFavourite)) {
-        return;
+    Favourites remaining = _favourites;
+    if (remaining.removeApps(PathSet(apps))) {
+        arrangeUserApps(ArrangementStep::Kind::Remove, remaining, pathsFromApps(apps));
     }
-    // It may be one of the lists that change.
-    const AppList removed(apps.begin(), apps.end());
-    {
-        const ChangeScope scope(
-            *this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
-        _favourites.removeApps(PathSet(removed));
-    }
-    writeUserApps(removed);
 }
 
 void OTAppManager::removeAppsFromAllArrays(const AppList &apps)
@@ -246,8 +259,11 @@ void OTAppManager::removeAppsFromAllArrays(const AppList &apps)
     if (std::none_of(apps.begin(), apps.end(), isKnown)) {
         return;
     }
-    removeAppsFromUserApps(apps);
     const PathSet removed(apps);
+    Favourites favourites = _favourites;
+    if (favourites.removeApps(removed)) {
+        setUserApps(favourites, pathsFromApps(apps));
+    }
     const auto remove = [&](BunchList &bunches, AppList &flat, const QStringList &keys) {
         AppList remaining = flat;
         if (removeFromList(remaining, removed)) {
@@ -275,15 +291,9 @@ void OTAppManager::moveApp(const AppRef &app, int toGroup, qsizetype bunch, qsiz
     const AppRef own = appForPath(app->path());
     const bool isMoved = toGroup == UserGroup ? moved.moveApp(own, bunch, index)
                                               : moved.moveAppInFlatOrder(own, index);
-    if (!isMoved) {
-        return;
+    if (isMoved) {
+        arrangeUserApps(kindOfMove(own), moved, { own->path() });
     }
-    {
-        const ChangeScope scope(
-            *this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
-        _favourites = moved;
-    }
-    writeUserApps({ own });
 }
 
 void OTAppManager::moveAppNewBunchAtIndex(const AppRef &app, int toGroup, qsizetype newBunchAtIndex)
@@ -291,13 +301,16 @@ void OTAppManager::moveAppNewBunchAtIndex(const AppRef &app, int toGroup, qsizet
     if (!app || toGroup != UserGroup || !canKeep(app)) {
         return;
     }
+    Favourites moved = _favourites;
     const AppRef own = appForPath(app->path());
-    {
-        const ChangeScope scope(
-            *this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
-        _favourites.moveAppNewBunchAtIndex(own, newBunchAtIndex);
-    }
-    writeUserApps({ own });
+    moved.moveAppNewBunchAtIndex(own, newBunchAtIndex);
+    arrangeUserApps(kindOfMove(own), moved, { own->path() });
+}
+
+ArrangementStep::Kind OTAppManager::kindOfMove(const AppRef &app) const
+{
+    return indexOfApp(userApps1D(), app) < 0 ? ArrangementStep::Kind::Add
+                                             : ArrangementStep::Kind::Move;
 }
 
 void OTAppManager::preferenceDidChange(

@@ -11,6 +11,7 @@
 
 #include "catalogue/AppArray.h"
 #include "catalogue/AppSorting.h"
+#include "catalogue/ArrangementHistory.h"
 #include "catalogue/Favourites.h"
 #include "catalogue/files/CatalogueFiles.h"
 #include "icons/IconParameters.h"
@@ -20,6 +21,8 @@
 #include <QStringList>
 #include <QTimer>
 #include <QUrl>
+
+#include <optional>
 
 class Desktop;
 
@@ -106,6 +109,18 @@ public:
     void moveApp(const AppRef &app, int toGroup, qsizetype bunch, qsizetype index);
     // The same into a new bunch; for the bunched favourites only.
     void moveAppNewBunchAtIndex(const AppRef &app, int toGroup, qsizetype newBunchAtIndex);
+
+    // The changes of favourites and exclusions by the five operations above, whatever asked for
+    // them. Those that the catalogue, or another program, makes of itself are not among them.
+    const ArrangementHistory &history() const { return _history; }
+    bool canUndo() const { return _history.nextToUndo(); }
+    bool canRedo() const { return _history.nextToRedo(); }
+    // Takes back the last change, or does the last one again that was taken back, and returns it;
+    // nothing when there is none. See ArrangementStep::favouritesOn() for what another change
+    // since then makes of it.
+    std::optional<ArrangementStep> undoLastChange();
+    std::optional<ArrangementStep> redoLastChange();
+
     // Excludes every application whose name holds a word of the exclusion list.
     void autoExcludeNamedApps();
     // Looks for favourites that are gone, by name, among the applications that are no favourites.
@@ -157,6 +172,8 @@ Q_SIGNALS:
     void willChange(const QString &key);
     void didChange(const QString &key);
     void isBusyScanningChanged(bool isBusyScanning);
+    // What can be taken back or done again is another step now.
+    void historyChanged();
 
 private:
     class ChangeScope;
@@ -175,6 +192,17 @@ private:
 
     // Whether the lists on disk can hold its path; one log line when they cannot.
     static bool canKeep(const AppRef &app);
+    // These answer whether anything changed.
+    bool addExclusion(const AppRef &app);
+    bool removeExclusion(const AppRef &app);
+    // What moving an application into the favourites is called.
+    ArrangementStep::Kind kindOfMove(const AppRef &app) const;
+    // Announces and writes other favourites; the first also keeps the step in the history.
+    void arrangeUserApps(
+        ArrangementStep::Kind kind, const Favourites &arranged, const QStringList &paths);
+    void setUserApps(const Favourites &favourites, const QStringList &changed);
+    void addToHistory(const ArrangementStep &step);
+    void goTo(ArrangementStep::Side side, const ArrangementStep &step);
     void findMissingApps();
     void divideAllApps();
     void takeOverFiles();
@@ -182,7 +210,7 @@ private:
     void takeStoredUserApps();
     // These tell the files what was moved, removed or added.
     void writeExcludedApps(const AppList &changed);
-    void writeUserApps(const AppList &changed, const AppList &changedInFlatOrder = {});
+    void writeUserApps(const QStringList &changed, const QStringList &changedInFlatOrder = {});
     void writeAllApps();
     SortOrder sortOrder() const;
     static bool sortsRunningByLaunchOrder();
@@ -202,6 +230,7 @@ private:
     BunchList _excludedApps;
     AppList _excludedApps1D;
     Favourites _favourites;
+    ArrangementHistory _history;
     AppList _missingApps;
     bool _isBusyScanning = false;
     int _prioritizedGroup = AllGroup;

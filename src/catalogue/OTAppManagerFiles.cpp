@@ -204,10 +204,10 @@ void OTAppManager::writeExcludedApps(const AppList &changed)
     }
 }
 
-void OTAppManager::writeUserApps(const AppList &changed, const AppList &changedInFlatOrder)
+void OTAppManager::writeUserApps(const QStringList &changed, const QStringList &changedInFlatOrder)
 {
-    const QSet<QString> paths = pathsOf({ pathsFromApps(changed) });
-    const QSet<QString> flatPaths = paths + pathsOf({ pathsFromApps(changedInFlatOrder) });
+    const QSet<QString> paths = pathsOf({ changed });
+    const QSet<QString> flatPaths = paths + pathsOf({ changedInFlatOrder });
     _files.store({ { List::UserApps, pathArraysFromAppArrays(userApps()), paths },
         { List::UserApps1D, { pathsFromApps(userApps1D()) }, flatPaths } });
     if (_files.isChangedOutside(List::UserApps) || _files.isChangedOutside(List::UserApps1D)) {
@@ -242,5 +242,5 @@ void OTAppManager::locateUserApps()
         }
         rebuildUserApps1D();
     }
-    writeUserApps(replaced, userApps1D());
+    writeUserApps(pathsFromApps(replaced), pathsFromApps(userApps1D()));
 }

@@ -1,14 +1,40 @@
 #include "shell/MainMenu.h"
 
+#include "catalogue/OTAppManager.h"
+
 #include <QAction>
 
 #include <algorithm>
 #include <utility>
 
+namespace {
+
+// With the names that the menu of an icon has for them.
+QString nameOf(ArrangementStep::Kind kind)
+{
+    switch (kind) {
+    case ArrangementStep::Kind::Move:
+        return MainMenu::tr("Move");
+    case ArrangementStep::Kind::Add:
+        return MainMenu::tr("Add Favorite");
+    case ArrangementStep::Kind::Remove:
+        return MainMenu::tr("Remove Favorite");
+    case ArrangementStep::Kind::Exclude:
+        return MainMenu::tr("Exclude");
+    case ArrangementStep::Kind::Include:
+        return MainMenu::tr("Include");
+    }
+    return {};
+}
+
+} // namespace
+
 MainMenu::MainMenu(HomePage homePage, QObject *parent)
     : QObject(parent)
 {
     add(tr("Show or Hide Ortu"), Command::ShowHidePanel);
+    _menu.addSeparator();
+    addHistoryItems();
     _menu.addSeparator();
     add(tr("About Ortu"), Command::About);
     add(tr("Rescan All Applications"), Command::RescanAllApps);
@@ -41,6 +67,38 @@ void MainMenu::fillStatusItemMenu()
             }
         }
     }
+}
+
+void MainMenu::addHistoryItems()
+{
+    add(tr("Undo"), Command::Undo);
+    add(tr("Redo"), Command::Redo);
+    for (const auto &[command, key] : { std::pair(Command::Undo, Qt::CTRL | Qt::Key_Z),
+             std::pair(Command::Redo, Qt::CTRL | Qt::SHIFT | Qt::Key_Z) }) {
+        QAction *const action = actionOf(command);
+        action->setShortcut(key);
+        action->setShortcutVisibleInContextMenu(true);
+    }
+    setHistoryItems({});
+}
+
+void MainMenu::followHistory(const OTAppManager &appManager)
+{
+    connect(&appManager, &OTAppManager::historyChanged, this,
+        [this, &appManager] { setHistoryItems(appManager.history()); });
+    setHistoryItems(appManager.history());
+}
+
+void MainMenu::setHistoryItems(const ArrangementHistory &history)
+{
+    const ArrangementStep *const undone = history.nextToUndo();
+    const ArrangementStep *const redone = history.nextToRedo();
+    QAction *const undo = actionOf(Command::Undo);
+    undo->setText(undone ? tr("Undo %1").arg(nameOf(undone->kind)) : tr("Undo"));
+    undo->setEnabled(undone);
+    QAction *const redo = actionOf(Command::Redo);
+    redo->setText(redone ? tr("Redo %1").arg(nameOf(redone->kind)) : tr("Redo"));
+    redo->setEnabled(redone);
 }
 
 QAction *MainMenu::actionOf(Command command) const

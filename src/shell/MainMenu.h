@@ -2,16 +2,20 @@
 
 #pragma once
 
+#include "catalogue/ArrangementHistory.h"
+
 #include <QMenu>
 #include <QObject>
 #include <QString>
+
+class OTAppManager;
 
 class MainMenu : public QObject
 {
     Q_OBJECT
 
 public:
-    enum class Command { ShowHidePanel, About, RescanAllApps, HomePage, Quit };
+    enum class Command { ShowHidePanel, Undo, Redo, About, RescanAllApps, HomePage, Quit };
 
     // Without a home page there is no command for it.
     enum class HomePage { Known, Unknown };
@@ -21,11 +25,17 @@ public:
     // The same commands in the shorter order of the status item.
     QMenu &statusItemMenu() { return _statusItemMenu; }
 
+    // From now on the menu says what is undone and redone next. The keys beside these items are only
+    // shown: a menu of no window triggers nothing by key, and the grid takes them.
+    void followHistory(const OTAppManager &appManager);
+
 Q_SIGNALS:
     void chosen(Command command);
 
 private:
     void fillStatusItemMenu();
+    void addHistoryItems();
+    void setHistoryItems(const ArrangementHistory &history);
     QAction *actionOf(Command command) const;
     void add(const QString &title, Command command);
 

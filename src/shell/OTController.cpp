@@ -84,6 +84,7 @@ void OTController::awakeFromNib()
         [overlay] { overlay->setIsMenuOpen(true); });
     connect(&_mainMenu.menu(), &QMenu::aboutToHide, overlay,
         [overlay] { overlay->setIsMenuOpen(false); });
+    _mainMenu.followHistory(_appManager);
     connect(&_mainMenu, &MainMenu::chosen, this, &OTController::performCommand);
     for (QMenu *const menu : { &_mainMenu.menu(), &_mainMenu.statusItemMenu() }) {
         followColors(*menu, [this] { return _mainWindow.iconView().colors(); });

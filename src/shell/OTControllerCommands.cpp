@@ -68,6 +68,12 @@ void OTController::performCommand(MainMenu::Command command)
     case MainMenu::Command::ShowHidePanel:
         showHideMainWindow();
         break;
+    case MainMenu::Command::Undo:
+        _appManager.undoLastChange();
+        break;
+    case MainMenu::Command::Redo:
+        _appManager.redoLastChange();
+        break;
     case MainMenu::Command::About:
         openAbout();
         break;

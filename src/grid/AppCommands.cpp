@@ -2,6 +2,7 @@
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "grid/GridAccessible.h"
 #include "grid/GridHost.h"
 #include "grid/OTIconView.h"
 #include "grid/dragging/DropPlace.h"
@@ -10,6 +11,8 @@
 #include "grid/layout/GridGroups.h"
 #include "platform/Desktop.h"
 #include "support/NotificationCenter.h"
+
+#include <QApplication>
 
 constexpr qsizetype AtTheEnd = DropPlace::AtTheEnd;
 
@@ -143,6 +146,34 @@ void AppCommands::quitSelectedApp()
 {
     if (const AppRef app = _view.selectedApp()) {
         _appManager.quitApp(app);
+    }
+}
+
+void AppCommands::undo()
+{
+    showStep(_appManager.undoLastChange(), OTIconView::tr("Undone for %1."));
+}
+
+void AppCommands::redo()
+{
+    showStep(_appManager.redoLastChange(), OTIconView::tr("Redone for %1."));
+}
+
+void AppCommands::showStep(const std::optional<ArrangementStep> &step, const QString &whatWasDone)
+{
+    if (!step) {
+        QApplication::beep();
+        return;
+    }
+    const AppRef app = _appManager.appForPath(step->paths.constFirst());
+    const Coords place = _view.coordsOfApp(app);
+    if (place.isEmpty() || step->isOfFavourites() != GridGroups::isFavourites(_view.groupShown())) {
+        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+            whatWasDone.arg(app->displayName()));
+    }
+    if (!place.isEmpty()) {
+        _view.selectCoordsByKeys(place);
+        GridAccessible::placeChanged(&_view, app);
     }
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "catalogue/AppList.h"
+#include "catalogue/ArrangementHistory.h"
 #include "grid/LaunchQueue.h"
 
 #include <QPoint>
@@ -38,6 +39,11 @@ public:
     // What a click at a point of the screen means with these modifiers. Selects the application.
     void clicked(const AppRef &app, const ModifierKeys &modifiers, const QPoint &onScreen);
 
+    // One step back or forth in what was arranged by hand. Selects the application, or says which
+    // one it was where that is not shown. A beep where there is no such step.
+    void undo();
+    void redo();
+
     // Of the application in the selected cell; nothing where that is empty.
     void includeSelectedApp();
     void excludeSelectedApp();
@@ -51,6 +57,7 @@ public:
 
 private:
     void showPoof();
+    void showStep(const std::optional<ArrangementStep> &step, const QString &whatWasDone);
 
     OTIconView &_view;
     OTAppManager &_appManager;

@@ -44,6 +44,9 @@ bool OTIconView::performKeyEquivalent(const QKeyEvent &event)
         return changeLineCount(-1);
     case Qt::Key_Period:
         return handleCancelOperation();
+    case Qt::Key_Z:
+        event.modifiers().testFlag(Qt::ShiftModifier) ? _commands.redo() : _commands.undo();
+        return true;
     case Qt::Key_QuoteLeft:
     case Qt::Key_Dead_Grave:
         if (UserDefaults::standard().integerForKey(GridKeys::groupContentsSortOrder)

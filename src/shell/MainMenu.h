@@ -25,8 +25,8 @@ public:
     // The same commands in the shorter order of the status item.
     QMenu &statusItemMenu() { return _statusItemMenu; }
 
-    // From now on the menu says what is undone and redone next. The keys beside these items are only
-    // shown: a menu of no window triggers nothing by key, and the grid takes them.
+    // From now on the menu says what is undone and redone next. The keys beside these items are
+    // only shown: a menu of no window triggers nothing by key, and the grid takes them.
     void followHistory(const OTAppManager &appManager);
 
 Q_SIGNALS:

@@ -2,6 +2,7 @@
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "grid/OTIconView.h"
 #include "icons/ProgramImages.h"
 #include "platform/Desktop.h"
 #include "shell/KeyboardWait.h"
@@ -69,10 +70,10 @@ void OTController::performCommand(MainMenu::Command command)
         showHideMainWindow();
         break;
     case MainMenu::Command::Undo:
-        _appManager.undoLastChange();
+        _mainWindow.iconView().commands().undo();
         break;
     case MainMenu::Command::Redo:
-        _appManager.redoLastChange();
+        _mainWindow.iconView().commands().redo();
         break;
     case MainMenu::Command::About:
         openAbout();

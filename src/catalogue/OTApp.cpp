@@ -293,10 +293,10 @@ void OTApp::revealInFinder() const
 
 bool OTApp::canAcceptURL(const QUrl &document) const
 {
-    return _desktop.documents().canAccept(_path, document);
+    return !_desktop.documents().applicationsThatAccept(document, { _path }).isEmpty();
 }
 
 bool OTApp::prefersURL(const QUrl &document) const
 {
-    return _desktop.documents().applicationsFor(document).contains(_path);
+    return !_desktop.documents().applicationsThatPrefer(document, { _path }).isEmpty();
 }

@@ -163,15 +163,18 @@ void OTAppManager::quitApp(const AppRef &app) const
 
 AppList OTAppManager::allAppsThatCanAcceptURL(const QUrl &document) const
 {
-    AppList accepting = flattened(_allApps);
-    accepting.removeIf([&document](const AppRef &app) { return !app->canAcceptURL(document); });
-    return accepting;
+    AppList apps = flattened(_allApps);
+    const QSet<QString> accepting =
+        _desktop.documents().applicationsThatAccept(document, pathsFromApps(apps));
+    apps.removeIf([&accepting](const AppRef &app) { return !accepting.contains(app->path()); });
+    return apps;
 }
 
 AppList OTAppManager::allAppsThatPreferURL(const QUrl &document) const
 {
-    const QStringList claiming = _desktop.documents().applicationsFor(document);
-    AppList preferring = flattened(_allApps);
-    preferring.removeIf([&claiming](const AppRef &app) { return !claiming.contains(app->path()); });
-    return preferring;
+    AppList apps = flattened(_allApps);
+    const QSet<QString> preferring =
+        _desktop.documents().applicationsThatPrefer(document, pathsFromApps(apps));
+    apps.removeIf([&preferring](const AppRef &app) { return !preferring.contains(app->path()); });
+    return apps;
 }

@@ -1,11 +1,11 @@
 #include "platform/Documents.h"
 
-bool Documents::canAccept(const QString &, const QUrl &) const
+QSet<QString> Documents::applicationsThatAccept(const QUrl &, const QStringList &) const
 {
-    return false;
+    return {};
 }
 
-QStringList Documents::applicationsFor(const QUrl &) const
+QSet<QString> Documents::applicationsThatPrefer(const QUrl &, const QStringList &) const
 {
     return {};
 }

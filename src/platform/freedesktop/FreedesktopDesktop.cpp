@@ -142,7 +142,7 @@ private:
     FreedesktopItems _items { _entries, _paths.dataFolders(), SessionFolders::currentDesktops() };
     FreedesktopIcons _icons { [this](const QString &path) { return _items.iconNameOf(path); } };
     ProcessMemory _memory;
-    FreedesktopDocuments _documents;
+    FreedesktopDocuments _documents { _entries, _paths.dataFolders() };
     FreedesktopActions _actions;
     LauncherProgress _progress;
     mutable std::unique_ptr<XConnection> _display;

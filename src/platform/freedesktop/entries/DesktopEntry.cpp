@@ -74,6 +74,8 @@ DesktopEntry::Kind filled(DesktopEntry &entry, const Values &values)
     entry.isTerminal = isTrue(values[Terminal].text);
     entry.flatpakId = textOf(values[Flatpak]);
     entry.snapName = textOf(values[SnapInstanceName]);
+    const std::string_view types = values[MimeType].text;
+    entry.documentTypes = QByteArray(types.data(), qsizetype(types.size()));
 
     const std::string_view type = values[Type].text;
     if (type != "Application" && (!type.empty() || entry.isHidden)) {

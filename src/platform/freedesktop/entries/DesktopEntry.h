@@ -1,8 +1,7 @@
 // A desktop entry: what one `.desktop` file says of the application it stands for.
 //
-// Only the main group and the keys used here are read; launching and document types are left to
-// GIO, which reads the file again. Escapes are resolved and texts are in the best of the wanted
-// languages.
+// Only the main group and the keys used here are read; launching is left to GIO, which reads the
+// file again. Escapes are resolved and texts are in the best of the wanted languages.
 
 #pragma once
 
@@ -41,6 +40,8 @@ public:
     // The sandboxed application that the entry belongs to, by its name there.
     QString flatpakId;
     QString snapName;
+    // The types of documents that it opens, between semicolons.
+    QByteArray documentTypes;
     QStringList onlyShowIn;
     QStringList notShowIn;
     bool isNoDisplay = false;

@@ -17,7 +17,7 @@ struct KnownKey
 constexpr std::array<KnownKey, KeyCount> knownKeys { { { "Type" }, { "Name", true },
     { "GenericName", true }, { "Icon", true }, { "Exec" }, { "TryExec" }, { "NoDisplay" },
     { "Hidden" }, { "OnlyShowIn" }, { "NotShowIn" }, { "StartupWMClass" }, { "DBusActivatable" },
-    { "Terminal" }, { "X-Flatpak" }, { "X-SnapInstanceName" } } };
+    { "Terminal" }, { "X-Flatpak" }, { "X-SnapInstanceName" }, { "MimeType" } } };
 
 // Takes the raw values that are wanted.
 class GroupReader final

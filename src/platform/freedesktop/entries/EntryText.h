@@ -33,6 +33,7 @@ enum Key {
     Terminal,
     Flatpak,
     SnapInstanceName,
+    MimeType,
     KeyCount,
 };
 

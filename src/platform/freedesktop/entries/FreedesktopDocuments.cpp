@@ -1,98 +1,160 @@
 #include "platform/freedesktop/entries/FreedesktopDocuments.h"
 
 #include "platform/freedesktop/base/DocumentFile.h"
+#include "platform/freedesktop/base/FileState.h"
 #include "platform/freedesktop/base/GioPointer.h"
+#include "platform/freedesktop/entries/DesktopEntryIndex.h"
+#include "platform/freedesktop/entries/TypeAssociations.h"
 
 #include <QFile>
-#include <QFileInfo>
+#include <QHash>
 
 #include <gio/gdesktopappinfo.h>
 
 namespace {
 
-// Empty when nothing can be told.
+const QByteArray schemeTypes = "x-scheme-handler/";
+
+// Empty when nothing can be told: the file is gone, say.
 QByteArray contentTypeOf(const QUrl &document)
 {
     if (!document.isLocalFile()) {
         const QString scheme = document.scheme();
-        return scheme.isEmpty() ? QByteArray() : "x-scheme-handler/" + scheme.toLatin1();
+        return scheme.isEmpty() ? QByteArray() : schemeTypes + scheme.toLatin1();
     }
-    const GioPointer<GFile> file(g_file_new_for_path(fileNameOf(document).constData()));
+    const QByteArray name = fileNameOf(document);
+    if (!name.startsWith('/') || name.contains('\0')) {
+        return {};
+    }
+    // Opens regular files alone, so that a pipe keeps no one waiting.
+    const GioPointer<GFile> file(g_file_new_for_path(name.constData()));
     const GioPointer<GFileInfo> info(g_file_query_info(file.get(),
         G_FILE_ATTRIBUTE_STANDARD_CONTENT_TYPE, G_FILE_QUERY_INFO_NONE, nullptr, nullptr));
     return info ? QByteArray(g_file_info_get_content_type(info.get())) : QByteArray();
 }
 
-QString entryPathOf(GAppInfo *application)
+// What opens a document of the type when the user says no more, be it by a more general type.
+QStringList defaultApplication(const QByteArray &type)
 {
-    return G_IS_DESKTOP_APP_INFO(application)
-        ? QFile::decodeName(g_desktop_app_info_get_filename(G_DESKTOP_APP_INFO(application)))
-        : QString();
+    const GioPointer<GAppInfo> info(g_app_info_get_default_for_type(type.constData(), FALSE));
+    return info && G_IS_DESKTOP_APP_INFO(info.get()) ? QStringList(
+               QFile::decodeName(g_desktop_app_info_get_filename(G_DESKTOP_APP_INFO(info.get()))))
+                                                     : QStringList();
 }
 
-// The entries of a list of applications, which is used up.
-QStringList takeEntryPaths(GList *applications)
+// Compares the type of a document with many others, of which most come again and again.
+class TypeComparison final
 {
-    QStringList paths;
-    for (const GList *link = applications; link != nullptr; link = link->next) {
-        paths.append(entryPathOf(G_APP_INFO(link->data)));
+public:
+    using Relation = FreedesktopDocuments::Relation;
+
+    TypeComparison(QByteArray type, Relation relation)
+        : _type(std::move(type))
+        // All but folders would be kinds of application/octet-stream, which no URL is.
+        , _relation(_type.startsWith(schemeTypes) ? Relation::SameType : relation)
+    { }
+
+    bool holdsFor(const QByteArray &other)
+    {
+        const auto known = _answers.constFind(other);
+        if (known != _answers.constEnd()) {
+            return *known;
+        }
+        const bool holds = _relation == Relation::SameType
+            ? g_content_type_equals(_type.constData(), other.constData()) != FALSE
+            : g_content_type_is_a(_type.constData(), other.constData()) != FALSE;
+        _answers.insert(other, holds);
+        return holds;
     }
-    g_list_free_full(applications, g_object_unref);
-    paths.removeAll(QString());
-    return paths;
-}
 
-// Whether the entry itself claims the type or one that it is a kind of.
-bool claims(const QString &bundlePath, const QByteArray &contentType)
-{
-    const GioPointer<GDesktopAppInfo> application(
-        g_desktop_app_info_new_from_filename(QFile::encodeName(bundlePath).constData()));
-    if (!application) {
+    // Whether it holds for one of the types between semicolons.
+    bool holdsForAny(const QByteArray &types)
+    {
+        for (qsizetype start = 0; start < types.size();) {
+            const qsizetype semicolon = types.indexOf(';', start);
+            const qsizetype end = semicolon < 0 ? types.size() : semicolon;
+            const QByteArray type = types.mid(start, end - start).trimmed();
+            if (!type.isEmpty() && holdsFor(type)) {
+                return true;
+            }
+            start = end + 1;
+        }
         return false;
     }
-    const char **type = g_app_info_get_supported_types(G_APP_INFO(application.get()));
-    for (; type != nullptr && *type != nullptr; ++type) {
-        if (g_content_type_is_a(contentType.constData(), *type) != FALSE) {
-            return true;
+
+private:
+    const QByteArray _type;
+    const Relation _relation;
+    QHash<QByteArray, bool> _answers;
+};
+
+// Files, by what they are: links lead to entries as well.
+class FileSet final
+{
+public:
+    explicit FileSet(const QStringList &paths)
+    {
+        for (const QString &path : paths) {
+            if (const std::optional<FileState> file = FileState::of(path)) {
+                _files.insert({ file->device, file->number });
+            }
         }
     }
-    return false;
-}
+    bool contains(const QString &path) const
+    {
+        if (_files.isEmpty()) {
+            return false;
+        }
+        const std::optional<FileState> file = FileState::of(path);
+        return file && _files.contains({ file->device, file->number });
+    }
+
+private:
+    QSet<std::pair<quint64, quint64>> _files;
+};
 
 } // namespace
 
-bool FreedesktopDocuments::canAccept(const QString &bundlePath, const QUrl &document) const
+FreedesktopDocuments::FreedesktopDocuments(DesktopEntryIndex &entries, QStringList dataFolders)
+    : _entries(entries)
+    , _dataFolders(std::move(dataFolders))
+{ }
+
+QSet<QString> FreedesktopDocuments::applicationsThatAccept(
+    const QUrl &document, const QStringList &bundlePaths) const
 {
-    const QByteArray type = contentTypeOf(document);
-    const QFileInfo bundle(bundlePath);
-    if (type.isEmpty() || !bundlePath.endsWith(QLatin1String(".desktop")) || !bundle.isFile()) {
-        return false;
-    }
-    if (claims(bundlePath, type)) {
-        return true;
-    }
-    // The user may have associated them, wherever the entry's own list stands to it.
-    const QString canonical = bundle.canonicalFilePath();
-    const QStringList paths = takeEntryPaths(g_app_info_get_all_for_type(type.constData()));
-    return std::any_of(paths.begin(), paths.end(), [&canonical](const QString &path) {
-        return QFileInfo(path).canonicalFilePath() == canonical;
-    });
+    return applicationsFor(document, bundlePaths, Relation::KindOf);
 }
 
-QStringList FreedesktopDocuments::applicationsFor(const QUrl &document) const
+QSet<QString> FreedesktopDocuments::applicationsThatPrefer(
+    const QUrl &document, const QStringList &bundlePaths) const
+{
+    return applicationsFor(document, bundlePaths, Relation::SameType);
+}
+
+QSet<QString> FreedesktopDocuments::applicationsFor(
+    const QUrl &document, const QStringList &bundlePaths, Relation relation) const
 {
     const QByteArray type = contentTypeOf(document);
     if (type.isEmpty()) {
         return {};
     }
-    QStringList paths;
-    const GioPointer<GAppInfo> preferred(g_app_info_get_default_for_type(type.constData(), FALSE));
-    if (preferred) {
-        paths.append(entryPathOf(preferred.get()));
+    TypeComparison comparison(type, relation);
+    const TypeAssociations associations(_dataFolders,
+        [&comparison](const QByteArray &other) { return comparison.holdsFor(other); });
+    const FileSet associated(associations.added() + defaultApplication(type));
+    // An entry that is no longer meant for a type is still able to open it.
+    const FileSet withdrawn(
+        relation == Relation::SameType ? associations.removed() : QStringList());
+    QSet<QString> found;
+    for (const QString &path : bundlePaths) {
+        const auto entry =
+            path.endsWith(QLatin1String(".desktop")) ? _entries.entryAt(path) : nullptr;
+        if (entry && entry->kind == DesktopEntry::Kind::Application && !entry->isHidden
+            && (associated.contains(path)
+                || (comparison.holdsForAny(entry->documentTypes) && !withdrawn.contains(path)))) {
+            found.insert(path);
+        }
     }
-    paths += takeEntryPaths(g_app_info_get_recommended_for_type(type.constData()));
-    paths += takeEntryPaths(g_app_info_get_all_for_type(type.constData()));
-    paths.removeAll(QString());
-    paths.removeDuplicates();
-    return paths;
+    return found;
 }

@@ -1,5 +1,5 @@
 // An invisible place of the screen that feels the pointer, whatever lies there, also while
-// something is being dragged.
+// files are being dragged.
 //
 // The base class is a desktop that has no such places.
 
@@ -23,7 +23,7 @@ public:
     virtual void remove() { }
 
 Q_SIGNALS:
-    // Pointers and drags alike; a drag is told that nothing is taken here.
+    // Pointers, and drags of files and addresses; every drag is told that nothing is taken here.
     void entered(const ActivationStamp &stamp);
     void left();
 };

@@ -40,7 +40,7 @@ Q_SIGNALS:
     void released(bool isInside, const ActivationStamp &stamp);
     // The menu is wanted at once; the pointer is at this place of the screen.
     void menuWanted(const QPoint &position);
-    // Something is being dragged onto the item.
+    // Files or addresses are being dragged onto the item.
     void dragEntered(const ActivationStamp &stamp);
     // The item was chosen, where no presses are reported.
     void activated(const ActivationStamp &stamp);

@@ -1,6 +1,6 @@
-// Another program from which a file can be dragged: a window with the title "Drag Source" in the
-// middle of the screen. Whether the file was taken is one line of standard output: "taken" or
-// "refused".
+// Another program from which a file, or data of the types that are its arguments, can be dragged: a
+// window with the title "Drag Source" in the middle of the screen. Whether that was taken is one
+// line of standard output: "taken" or "refused".
 
 #include <QApplication>
 #include <QDrag>
@@ -22,7 +22,13 @@ struct Source final : QWidget
         }
         auto *const drag = new QDrag(this);
         drag->setMimeData(new QMimeData);
-        drag->mimeData()->setUrls({ QUrl::fromLocalFile(QStringLiteral("/etc/hostname")) });
+        const QStringList types = QCoreApplication::arguments().mid(1);
+        for (const QString &type : types) {
+            drag->mimeData()->setData(type, "data");
+        }
+        if (types.isEmpty()) {
+            drag->mimeData()->setUrls({ QUrl::fromLocalFile(QStringLiteral("/etc/hostname")) });
+        }
         const Qt::DropAction action = drag->exec(Qt::CopyAction);
         std::puts(action == Qt::IgnoreAction ? "refused" : "taken");
         std::fflush(stdout);

@@ -106,15 +106,19 @@ private Q_SLOTS:
         expectCounts(1, 1);
     }
 
-    void aDrag_entersAndIsRefused()
+    void drags_enterWithUrlsAloneAndAreRefused()
     {
         QVERIFY(_spot->place(corner));
-        Pointer::Drag drag;
-        Pointer::move({ 20, 780 });
-        enterCorner();
+        for (const QStringList &types : { QStringList { u"a/a"_s, u"text/plain"_s }, {},
+                 { u"a/a"_s, u"a/b"_s, u"a/c"_s, u"text/x-moz-url"_s }, { u"_NETSCAPE_URL"_s } }) {
+            Pointer::Drag drag(types);
+            Pointer::move({ 20, 780 });
+            Pointer::move(inCorner);
+            QCOMPARE(drag.drop(), QByteArray("refused"));
+            Pointer::move(Pointer::away);
+        }
+        expectCounts(3, 3);
         QVERIFY(_entered->first().first().value<ActivationStamp>().time != 0);
-        QCOMPARE(drag.drop(), QByteArray("refused"));
-        QTRY_COMPARE(_left->count(), 1);
     }
 
     void theWholeThing_waitsActsAndIsRed()

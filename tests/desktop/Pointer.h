@@ -33,12 +33,12 @@ inline void release(int button = 1)
     use({ u"mouseup"_s, QString::number(button) });
 }
 
-// Drags a file out of another program.
+// Drags a file out of another program, or data of these types.
 class Drag : public OtherProcess
 {
 public:
-    Drag()
-        : OtherProcess(qEnvironmentVariable("ORTU_DRAG_SOURCE"), {})
+    explicit Drag(const QStringList &types = {})
+        : OtherProcess(qEnvironmentVariable("ORTU_DRAG_SOURCE"), types)
     {
         use({ u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, u"^Drag Source$"_s });
         move({ 640, 340 });

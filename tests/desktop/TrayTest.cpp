@@ -81,18 +81,21 @@ private Q_SLOTS:
         QVERIFY(!_menu.isVisible() && activated.isEmpty());
     }
 
-    void aDragOntoTheItem_isReportedAndRefused()
+    void aDragOfFilesOntoTheItem_isReportedAndRefused()
     {
         showItem();
         QSignalSpy dragEntered(_item, &StatusItem::dragEntered);
         QSignalSpy dragged(_item, &StatusItem::dragged);
         const QPoint inside = place();
-        Pointer::Drag drag;
-        Pointer::move(inside - QPoint(0, 40));
-        Pointer::move(inside);
-        QTRY_COMPARE(dragEntered.count(), 1);
-        QCOMPARE(drag.drop(), QByteArray("refused"));
+        for (const QStringList &types : { QStringList(u"text/plain"_s), {} }) {
+            Pointer::Drag drag(types);
+            Pointer::move(inside - QPoint(0, 40));
+            Pointer::move(inside);
+            QCOMPARE(drag.drop(), QByteArray("refused"));
+            Pointer::move(Pointer::away);
+        }
         QTRY_COMPARE(dragged.count(), 1);
+        QCOMPARE(dragEntered.count(), 1);
         QCOMPARE(dragged.last().first().toBool(), false);
     }
 

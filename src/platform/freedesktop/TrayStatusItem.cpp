@@ -5,7 +5,9 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QDragEnterEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QWindow>
 
@@ -228,13 +230,18 @@ bool TrayStatusItem::handleWindowEvent(QEvent &event)
     switch (event.type()) {
     case QEvent::DragEnter:
         event.ignore();
-        Q_EMIT dragEntered({});
+        _isDragNoticed = static_cast<QDragEnterEvent &>(event).mimeData()->hasUrls();
+        if (_isDragNoticed) {
+            Q_EMIT dragEntered({});
+        }
         return true;
     case QEvent::DragMove:
         event.ignore();
         return true;
     case QEvent::DragLeave:
-        Q_EMIT dragged(false);
+        if (std::exchange(_isDragNoticed, false)) {
+            Q_EMIT dragged(false);
+        }
         return true;
     default:
         return false;

@@ -67,4 +67,5 @@ private:
     bool _hasHadWidget = false;
     bool _isShown = false;
     bool _isPressed = false;
+    bool _isDragNoticed = false;
 };

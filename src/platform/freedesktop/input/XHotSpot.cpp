@@ -18,6 +18,8 @@ constexpr auto shortestPause = 250ms;
 constexpr std::chrono::milliseconds longestPause = 8s;
 // https://www.freedesktop.org/wiki/Specifications/XDND/
 constexpr quint32 dragProtocol = 5;
+constexpr quint32 hasMoreTypes = 1;
+constexpr quint32 mostTypes = 1000;
 constexpr std::string_view title = "Ortu Hot Spot";
 
 const QScreen *screenOf(const QRect &area)
@@ -121,8 +123,9 @@ bool XHotSpot::connectToServer()
         }
         // In the order of the enumeration.
         _atoms = atomsNamed(_connection->get(),
-            std::array<std::string_view, AtomCount> { "XdndAware", "XdndDrop", "XdndFinished",
-                "XdndLeave", "XdndPosition", "XdndStatus" });
+            std::array<std::string_view, AtomCount> { "XdndAware", "XdndDrop", "XdndEnter",
+                "XdndFinished", "XdndLeave", "XdndPosition", "XdndStatus", "XdndTypeList",
+                "text/uri-list", "text/x-moz-url", "_NETSCAPE_URL" });
         connect(_connection.get(), &XConnection::eventArrived, this, &XHotSpot::handleEvent);
         connect(_connection.get(), &XConnection::eventsTaken, this, [this] {
             if (_isCheckDue && !_pause.isActive()) {
@@ -196,10 +199,13 @@ void XHotSpot::handleDrag(const xcb_client_message_event_t &message)
         return;
     }
     const xcb_window_t source = message.data.data32[0];
-    if (message.type == _atoms[Position]) {
+    if (message.type == _atoms[Enter]) {
+        // The one before may have ended without a word.
+        leave();
+        _dragSource = carriesUrls(message) ? source : xcb_window_t(XCB_WINDOW_NONE);
+    } else if (message.type == _atoms[Position]) {
         refuse(source, Status);
-        if (_pointer != Pointer::Entered || _dragSource != source) {
-            _dragSource = source;
+        if (_pointer != Pointer::Entered && _dragSource == source) {
             enter(message.data.data32[3]);
         }
     } else if (message.type == _atoms[Leave] || message.type == _atoms[Drop]) {
@@ -208,6 +214,23 @@ void XHotSpot::handleDrag(const xcb_client_message_event_t &message)
         }
         leave();
     }
+}
+
+// The message names three types, a property of the source all of them if there are more.
+bool XHotSpot::carriesUrls(const xcb_client_message_event_t &enter) const
+{
+    const auto &words = enter.data.data32;
+    QList<quint32> types(words + 2, words + 5);
+    if ((words[1] & hasMoreTypes) != 0) {
+        xcb_connection_t *const server = _connection->get();
+        types += numbersIn(XPropertyReply(xcb_get_property_reply(server,
+            xcb_get_property(server, 0, words[0], _atoms[TypeList], XCB_ATOM_ATOM, 0, mostTypes),
+            nullptr)));
+    }
+    return std::any_of(types.begin(), types.end(), [this](quint32 type) {
+        return type != XCB_ATOM_NONE
+            && std::find(_atoms.begin() + UriList, _atoms.end(), type) != _atoms.end();
+    });
 }
 
 void XHotSpot::refuse(xcb_window_t source, Atom message)

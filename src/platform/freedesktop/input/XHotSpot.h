@@ -36,13 +36,28 @@ public:
 private:
     // Resting: it is there without having come in.
     enum class Pointer { Outside, Resting, Entered };
-    enum Atom { Aware, Drop, Finished, Leave, Position, Status, AtomCount };
+    enum Atom {
+        Aware,
+        Drop,
+        Enter,
+        Finished,
+        Leave,
+        Position,
+        Status,
+        TypeList,
+        // What files and addresses are offered as; by the last two, addresses alone.
+        UriList,
+        MozillaUrl,
+        NetscapeUrl,
+        AtomCount
+    };
 
     bool connectToServer();
     void makeWindow();
     void handleEvent(const xcb_generic_event_t *event);
     void handleCrossing(const xcb_enter_notify_event_t &event, bool isEntering);
     void handleDrag(const xcb_client_message_event_t &message);
+    bool carriesUrls(const xcb_client_message_event_t &enter) const;
     void refuse(xcb_window_t source, Atom message);
     bool concernsCovering(const xcb_generic_event_t *event) const;
     bool overlaps(int x, int y, int width, int height) const;
@@ -58,6 +73,7 @@ private:
     xcb_window_t _window = XCB_WINDOW_NONE;
     QRect _pixels;
     Pointer _pointer = Pointer::Outside;
+    // Of the drag above the spot when that is one of files or addresses.
     xcb_window_t _dragSource = XCB_WINDOW_NONE;
     // Something may have covered the spot.
     bool _isCheckDue = false;

@@ -10,6 +10,7 @@
 #include "platform/ApplicationControl.h"
 #include "platform/Compositing.h"
 #include "platform/Documents.h"
+#include "platform/DragWatch.h"
 #include "platform/HotKey.h"
 #include "platform/HotSpot.h"
 #include "platform/IconProvider.h"
@@ -47,6 +48,7 @@ public:
     virtual HotKey &hotKey() { return _noHotKey; }
     virtual ModifierTap &modifierTap() { return _noTap; }
     virtual HotSpot &hotSpot() { return _noHotSpot; }
+    virtual DragWatch &dragWatch() { return _noDragWatch; }
     virtual StatusItem &statusItem() { return _noStatusItem; }
 
 private:
@@ -66,5 +68,6 @@ private:
     HotKey _noHotKey;
     ModifierTap _noTap;
     HotSpot _noHotSpot;
+    DragWatch _noDragWatch;
     StatusItem _noStatusItem;
 };

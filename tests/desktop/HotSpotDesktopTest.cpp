@@ -1,4 +1,4 @@
-// The hot spot on a real display, among windows of other programs.
+// The hot spot on a real display, among windows of other programs, and drags out of those.
 
 #include "desktop/Pointer.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
@@ -119,6 +119,27 @@ private Q_SLOTS:
         }
         expectCounts(3, 3);
         QVERIFY(_entered->first().first().value<ActivationStamp>().time != 0);
+    }
+
+    void theEndOfADragsSource_isTold()
+    {
+        DragWatch &watch = _desktop->dragWatch();
+        QSignalSpy gone(&watch, &DragWatch::sourceGone);
+        QVERIFY(_spot->place(corner));
+        Pointer::Drag drag;
+        enterCorner();
+        watch.watch();
+        Pointer::move({ 20, 780 });
+        QTRY_COMPARE(_left->count(), 1);
+        QVERIFY(gone.isEmpty());
+        drag.kill();
+        QTRY_COMPARE(gone.count(), 1);
+        // Before it was watched.
+        watch.watch();
+        watch.stop();
+        watch.watch();
+        QTRY_COMPARE(gone.count(), 2);
+        Pointer::release();
     }
 
     void theWholeThing_waitsActsAndIsRed()

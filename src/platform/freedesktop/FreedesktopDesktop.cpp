@@ -12,6 +12,7 @@
 #include "platform/freedesktop/entries/FreedesktopDocuments.h"
 #include "platform/freedesktop/entries/FreedesktopItems.h"
 #include "platform/freedesktop/icons/FreedesktopIcons.h"
+#include "platform/freedesktop/input/XDragWatch.h"
 #include "platform/freedesktop/input/XHotKey.h"
 #include "platform/freedesktop/input/XHotSpot.h"
 #include "platform/freedesktop/input/XModifierTap.h"
@@ -86,6 +87,13 @@ public:
         }
         return *_hotSpot;
     }
+    DragWatch &dragWatch() override
+    {
+        if (!_dragWatch && toolkitDisplay() != nullptr) {
+            _dragWatch = std::make_unique<XDragWatch>(display());
+        }
+        return _dragWatch ? *_dragWatch : Desktop::dragWatch();
+    }
     StatusItem &statusItem() override
     {
         if (!_statusItem) {
@@ -155,6 +163,7 @@ private:
     std::unique_ptr<XHotKey> _hotKey;
     std::unique_ptr<XModifierTap> _modifierTap;
     std::unique_ptr<XHotSpot> _hotSpot;
+    std::unique_ptr<XDragWatch> _dragWatch;
     std::unique_ptr<TrayStatusItem> _statusItem;
     // For launches, which have threads of their own.
     std::atomic<RunningWindows *> _raisable = nullptr;

@@ -43,6 +43,7 @@ constexpr std::array<std::string_view, XConnection::AtomCount> atomNames {
     "WM_DELETE_WINDOW",
     "WM_PROTOCOLS",
     "WM_TRANSIENT_FOR",
+    "XdndSelection",
     "_XSETTINGS_SETTINGS",
     "_NET_WM_CM_S",
     "_XSETTINGS_S",

@@ -57,6 +57,7 @@ public:
         WmDeleteWindow,
         WmProtocols,
         WmTransientFor,
+        XdndSelection,
         XsettingsSettings,
         // Selections, one for each screen: these are the ones of ours.
         CompositingManager,

@@ -11,7 +11,8 @@ constexpr quint32 everyChange = XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OW
 } // namespace
 
 XSelection::XSelection(XConnection &connection, XConnection::Atom name)
-    : _name(connection.atom(name))
+    : _connection(connection)
+    , _name(connection.atom(name))
 {
     xcb_connection_t *const server = connection.get();
     const xcb_query_extension_reply_t *const extension =
@@ -32,6 +33,14 @@ XSelection::XSelection(XConnection &connection, XConnection::Atom name)
     _owner = answer ? answer->owner : xcb_window_t(XCB_WINDOW_NONE);
     connect(&connection, &XConnection::eventArrived, this, &XSelection::handleEvent);
     connect(&connection, &XConnection::closed, this, [this] { setOwner(XCB_WINDOW_NONE); });
+}
+
+XSelection::~XSelection()
+{
+    if (_eventType != 0 && _connection.isOpen()) {
+        xcb_xfixes_select_selection_input(_connection.get(), _connection.root(), _name, 0);
+        xcb_flush(_connection.get());
+    }
 }
 
 void XSelection::handleEvent(const xcb_generic_event_t *event)

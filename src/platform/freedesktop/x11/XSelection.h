@@ -13,6 +13,7 @@ public:
     // The connection is open, and outlives this. Asks the server once, here, and is told of changes
     // from then on.
     XSelection(XConnection &connection, XConnection::Atom name);
+    ~XSelection() override;
 
     // None when no window does.
     xcb_window_t owner() const { return _owner; }
@@ -25,6 +26,7 @@ private:
     void handleEvent(const xcb_generic_event_t *event);
     void setOwner(xcb_window_t owner);
 
+    XConnection &_connection;
     const xcb_atom_t _name;
     // 0 where the server does not tell.
     int _eventType = 0;

@@ -111,6 +111,37 @@ public:
     }
 };
 
+// What begins with the ending of a document's name prefers the document, and what contains it can
+// open it.
+class FakeDocuments final : public Documents
+{
+public:
+    QSet<QString> applicationsThatAccept(
+        const QUrl &document, const QStringList &paths) const override
+    {
+        return those(paths, [&](const QString &name) { return name.contains(endingOf(document)); });
+    }
+    QSet<QString> applicationsThatPrefer(
+        const QUrl &document, const QStringList &paths) const override
+    {
+        return those(
+            paths, [&](const QString &name) { return name.startsWith(endingOf(document)); });
+    }
+
+private:
+    static QString endingOf(const QUrl &document) { return document.path().section(u'.', -1); }
+    template <typename IsOne> static QSet<QString> those(const QStringList &paths, IsOne isOne)
+    {
+        QSet<QString> found;
+        for (const QString &path : paths) {
+            if (isOne(Items::nameOf(path))) {
+                found.insert(path);
+            }
+        }
+        return found;
+    }
+};
+
 class FakeDesktop : public Desktop, public SearchPaths, public Launcher, public ApplicationControl
 {
 public:
@@ -119,6 +150,7 @@ public:
     FileTree tree;
     FakeItems fakeItems;
     FakeIcons fakeIcons;
+    FakeDocuments fakeDocuments;
     FakeRunning running;
     // What was launched, as "path" or "path <- document document", and what was done to what runs,
     // as "verb path".
@@ -131,6 +163,7 @@ public:
     Items &items() override { return fakeItems; }
     IconProvider &icons() override { return fakeIcons; }
     Launcher &launcher() override { return *this; }
+    const Documents &documents() const override { return fakeDocuments; }
     RunningApplications &runningApplications() override { return running; }
     ApplicationControl &applicationControl() override { return *this; }
 

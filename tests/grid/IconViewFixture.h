@@ -21,6 +21,17 @@ public:
     void mousePressed(QMouseEvent *) override { handedOn += u'p'; }
     void mouseReleased(QMouseEvent *) override { handedOn += u'r'; }
 
+    bool isProgramActive() const override { return isActive; }
+    void makeFrontProcess() override { slides += u"front "_s; }
+    void reactivateLastApp() override { slides += u"last "_s; }
+    void slideOnscreen() override { slides += u"on "_s; }
+    void slideBack() override { slides += u"back "_s; }
+    bool iconViewHasUserFocus() const override { return hasFocus; }
+
+    bool isActive = true;
+    bool hasFocus = true;
+    // What was asked of the window and of the program during drags.
+    QString slides;
     QSizeF size { 1000, 400 };
     int hideCount = 0;
     QString handedOn;

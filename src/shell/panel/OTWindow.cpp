@@ -96,6 +96,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     });
     connect(_animation.get(), &WindowAnimation::fadedOut, this, &OTWindow::hidden);
     connect(_iconView, &OTIconView::dragWanted, &_iconView->drags(), &GridDrags::runMove);
+    connect(&_desktop.dragWatch(), &DragWatch::sourceGone, this, &OTWindow::dragLeft);
     connect(_closeButton, &PanelButton::clicked, this, &OTWindow::closeWanted);
     connect(_prefsButton, &PanelButton::clicked, this, &OTWindow::prefsWanted);
     connect(&NotificationCenter::defaultCenter(), &NotificationCenter::N_SubviewNeedsResizing, this,

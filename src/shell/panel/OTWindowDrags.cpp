@@ -42,7 +42,12 @@ Qt::DropAction OTWindow::actionOf(const QDropEvent &event)
     case GridDrags::Operation::Move:
         return Qt::MoveAction;
     case GridDrags::Operation::Generic:
-        return event.possibleActions().testFlag(Qt::CopyAction) ? Qt::CopyAction : Qt::LinkAction;
+        for (const Qt::DropAction action : { Qt::CopyAction, Qt::LinkAction }) {
+            if (event.possibleActions().testFlag(action)) {
+                return action;
+            }
+        }
+        break;
     case GridDrags::Operation::None:
         break;
     }
@@ -53,6 +58,9 @@ Qt::DropAction OTWindow::actionOf(const QDropEvent &event)
 void OTWindow::dragEnterEvent(QDragEnterEvent *event)
 {
     if (isShown() && GridDrags::canAccept(*event->mimeData())) {
+        if (!event->source()) {
+            _desktop.dragWatch().watch();
+        }
         event->setDropAction(actionOf(*event));
         event->accept();
     }
@@ -72,6 +80,7 @@ void OTWindow::dragLeaveEvent(QDragLeaveEvent *)
 
 void OTWindow::dragLeft()
 {
+    _desktop.dragWatch().stop();
     _statsControl->dragEnded();
     _iconView->drags().draggingExited();
 }
@@ -84,6 +93,7 @@ void OTWindow::dropEvent(QDropEvent *event)
         event->ignore();
         return;
     }
+    _desktop.dragWatch().stop();
     const bool isDone = _iconView->drags().performDragOperation(draggingInfo(*event));
     event->setDropAction(isDone ? action : Qt::IgnoreAction);
     event->setAccepted(isDone);

@@ -105,6 +105,8 @@ void GridDrags::runMove(const Coords &start, const QPointF &pressedAt)
     }
     _isOwnDrag = false;
     const bool isGivenUp = _appManager.desktop().ownWindows().isPointerPressed();
+    // A fast pointer may have left before the drag was there to be told.
+    _hasLeftStart = _hasLeftStart || !_view.onScreen(start).contains(QCursor::pos());
     draggingReset();
     _view.pressEnded();
     if (!_hasLeftStart && !isGivenUp) {

@@ -4,34 +4,12 @@
 #include "desktop/ProgramRunner.h"
 #include "desktop/Programs.h"
 
-#include <QRect>
-
 class PanelTest : public TestCase
 {
     Q_OBJECT
 
     static constexpr QRect screen { 0, 0, 1280, 800 };
     static constexpr QRect smallScreen { 0, 0, 1000, 700 };
-
-    // Of those that are shown, in no order.
-    static QStringList windowsBy(const QString &pattern)
-    {
-        return xdotool(u"search --onlyvisible "_s + pattern).split(u'\n', Qt::SkipEmptyParts);
-    }
-
-    // Below its alerts, which have the same name.
-    static QString panel() { return windowsBy(u"--name ^Ortu$"_s).value(0); }
-
-    static int windowCount() { return int(windowsBy(u"--class ^ortu$"_s).size()); }
-
-    static QRect panelFrame()
-    {
-        const QString text = xdotool(u"getwindowgeometry --shell "_s + panel());
-        const auto value = [&text](const QString &name) {
-            return text.section(u'\n' + name + u'=', 1).section(u'\n', 0, 0).toInt();
-        };
-        return { value(u"X"_s), value(u"Y"_s), value(u"WIDTH"_s), value(u"HEIGHT"_s) };
-    }
 
     static bool isCentredOn(const QRect &place)
     {
@@ -64,7 +42,7 @@ private Q_SLOTS:
             _ortu.terminate();
             _ortu.waitForFinished();
         }
-        QTRY_COMPARE(windowCount(), 0);
+        QTRY_COMPARE(panelWindows(), 0);
     }
 
     void theMenuIsThere_andQuits()
@@ -73,13 +51,13 @@ private Q_SLOTS:
         const QPoint betweenIcons(18 + 3, 30 + 3);
         for (const QPoint &place : { onMargin(), betweenIcons }) {
             click(3, place);
-            QTRY_COMPARE(windowCount(), 2);
+            QTRY_COMPARE(panelWindows(), 2);
             xdotool(u"key Escape"_s);
-            QTRY_COMPARE(windowCount(), 1);
+            QTRY_COMPARE(panelWindows(), 1);
             QVERIFY(isActive());
         }
         click(1, { panelFrame().width() - 23, 18 });
-        QTRY_COMPARE(windowCount(), 2);
+        QTRY_COMPARE(panelWindows(), 2);
         xdotool(u"key Up Return"_s);
         QTRY_COMPARE(_ortu.state(), QProcess::NotRunning);
         QVERIFY(_ortu.exitStatus() == QProcess::NormalExit && _ortu.exitCode() == 0);
@@ -132,7 +110,7 @@ private Q_SLOTS:
         QProcess &ended = other.state() == QProcess::Running ? _ortu : other;
         QVERIFY(ended.exitStatus() == QProcess::NormalExit && ended.exitCode() == 0);
         QTRY_VERIFY(isActive());
-        QCOMPARE(windowCount(), 1);
+        QCOMPARE(panelWindows(), 1);
         QCOMPARE(ended.readAllStandardError(), QByteArray());
         // The next start finds the name and the hot key free.
         tell(u"--quit"_s);
@@ -169,7 +147,7 @@ private Q_SLOTS:
             // It outlives the program.
             _ortu.kill();
             QVERIFY(_ortu.waitForFinished());
-            QTRY_COMPARE(windowCount(), 0);
+            QTRY_COMPARE(panelWindows(), 0);
             QVERIFY(isRunning() && windowsOf(windowClass).size() == 1);
             outputOf(u"wmctrl"_s, { u"-ic"_s, windowsOf(windowClass).value(0) });
             QTRY_VERIFY_WITH_TIMEOUT(windowsOf(windowClass).isEmpty(), patience);

@@ -3,8 +3,13 @@
 #include "shell/base/OTBkgndView.h"
 #include "shell/panel/PanelButton.h"
 #include "shell/selector/OTIconOverlayView.h"
+#include "shell/selector/OTStatsControl.h"
 
+#include <QDragEnterEvent>
+#include <QMimeData>
 #include <QTemporaryFile>
+
+#include <type_traits>
 
 class OTWindowTest : public PanelFixture
 {
@@ -165,6 +170,49 @@ private Q_SLOTS:
         QVERIFY(comesTo(QPoint(0, 600 - _window->height())));
         _window->slideBack();
         QVERIFY(comesTo(outside));
+        // It is back for good.
+        _window->move(away);
+        _window->slideBack();
+        QVERIFY(comesTo(away));
+    }
+
+    void dragsGoToTheGrid_fromAllOfThePanel()
+    {
+        showPanelOf(QStringList { u"txt"_s, u"png"_s });
+        grid().setGroupToShow(AllGroup);
+        QMimeData data;
+        data.setUrls({ QUrl(u"file:///d/one.txt"_s) });
+        const auto drag = [&]<typename Event>(std::type_identity<Event>, const QPoint &at,
+                              Qt::DropActions actions) {
+            Event event(at, actions, &data, Qt::LeftButton, {});
+            QCoreApplication::sendEvent(_window.get(), &event);
+            return event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
+        };
+        constexpr std::type_identity<QDragEnterEvent> entry;
+        constexpr std::type_identity<QDragMoveEvent> move;
+        constexpr std::type_identity<QDropEvent> drop;
+        const Qt::DropActions all = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+        const QPoint onIcon = grid().pos() + middleOf(u"txt"_s);
+        const QPoint beside(3, _window->height() / 2);
+        QCOMPARE(drag(entry, beside, all), Qt::CopyAction);
+        QVERIFY(grid().drags().isFileDrop());
+        // The file is not to be taken away.
+        QCOMPARE(drag(move, onIcon, Qt::LinkAction), Qt::LinkAction);
+        QCOMPARE(drag(move, onIcon, Qt::MoveAction), Qt::IgnoreAction);
+        // Over the selector it has not left, and opens what it rests on.
+        set("com.apple.springing.delay", 0);
+        const OTStatsControl &selector = _window->statsControl();
+        const QPoint running =
+            selector.mapTo(_window.get(), selector.buttonRect(4).center().toPoint());
+        QCOMPARE(drag(move, running, all), Qt::IgnoreAction);
+        QTRY_COMPARE(grid().groupShown(), int(RunningGroup));
+        QVERIFY(grid().drags().isFileDrop());
+        grid().setGroupToShow(AllGroup);
+        QCOMPARE(drag(drop, grid().pos() + middleOf(u"txt"_s), all), Qt::CopyAction);
+        QTRY_COMPARE(launched(), QStringList { u"txt <- file:///d/one.txt"_s });
+        // A panel that has gone takes nothing.
+        QTRY_VERIFY(!_window->isShown());
+        QCOMPARE(drag(entry, onIcon, all), Qt::IgnoreAction);
     }
 
     void keysCountWhileItComes_notWhileItGoes()

@@ -29,7 +29,7 @@ private Q_SLOTS:
         showGroup(User1DGroup);
         QVERIFY(list()->childCount() == 0 && !item(0) && !list()->focusChild());
         QCOMPARE(list()->text(QAccessible::Description),
-            u"No favourites yet. Choose Add Favorite in an application's menu."_s);
+            u"No favourites yet. Drag an icon onto the Favorite button, or choose Add Favorite in its menu."_s);
     }
 
     void itemsLieWhereTheIconsAre()

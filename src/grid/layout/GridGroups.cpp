@@ -95,7 +95,9 @@ QString GridGroups::hintWhenEmpty(int group, Known known)
         return tr("Nothing is missing. What was excluded and is gone appears here.");
     case UserGroup:
     case User1DGroup:
-        return tr("No favourites yet. Choose Add Favorite in an application's menu.");
+        return tr(
+            "No favourites yet. Drag an icon onto the Favorite button, or choose Add Favorite in "
+            "its menu.");
     case IncludedGroup:
     case Included1DGroup:
         if (known == Known::Applications) {

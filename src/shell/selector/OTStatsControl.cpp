@@ -366,3 +366,15 @@ void OTStatsControl::leaveEvent(QEvent *)
 {
     pointerMoved({});
 }
+
+void OTStatsControl::testDrag(const QPointF &point)
+{
+    pointerMoved(point);
+    _springLoading.dragMovedTo(_pointedIndex);
+}
+
+void OTStatsControl::dragEnded()
+{
+    pointerMoved({});
+    _springLoading.dragEnded();
+}

@@ -72,8 +72,8 @@ public:
 
     // A drag is over a point of the control; a button that it rests on for a while is selected.
     // Nothing can be dropped here.
-    void testDrag(const QPointF &point) { _springLoading.dragMovedTo(indexOfButtonAt(point)); }
-    void dragEnded() { _springLoading.dragEnded(); }
+    void testDrag(const QPointF &point);
+    void dragEnded();
 
     void updateColors();
 

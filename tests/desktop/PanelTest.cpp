@@ -11,9 +11,20 @@ class PanelTest : public TestCase
     static constexpr QRect screen { 0, 0, 1280, 800 };
     static constexpr QRect smallScreen { 0, 0, 1000, 700 };
 
+    // Of those that are shown, in no order.
+    static QStringList windowsBy(const QString &pattern)
+    {
+        return xdotool(u"search --onlyvisible "_s + pattern).split(u'\n', Qt::SkipEmptyParts);
+    }
+
+    // Below its alerts, which have the same name.
+    static QString panel() { return windowsBy(u"--name ^Ortu$"_s).value(0); }
+
+    static int windowCount() { return int(windowsBy(u"--class ^ortu$"_s).size()); }
+
     static bool isCentredOn(const QRect &place)
     {
-        const QRect frame = panelFrame();
+        const QRect frame = frameOf(panel());
         return frame.isValid() && (frame.center() - place.center()).manhattanLength() <= 2;
     }
 
@@ -42,7 +53,7 @@ private Q_SLOTS:
             _ortu.terminate();
             _ortu.waitForFinished();
         }
-        QTRY_COMPARE(panelWindows(), 0);
+        QTRY_COMPARE(windowCount(), 0);
     }
 
     void theMenuIsThere_andQuits()
@@ -51,13 +62,13 @@ private Q_SLOTS:
         const QPoint betweenIcons(18 + 3, 30 + 3);
         for (const QPoint &place : { onMargin(), betweenIcons }) {
             click(3, place);
-            QTRY_COMPARE(panelWindows(), 2);
+            QTRY_COMPARE(windowCount(), 2);
             xdotool(u"key Escape"_s);
-            QTRY_COMPARE(panelWindows(), 1);
+            QTRY_COMPARE(windowCount(), 1);
             QVERIFY(isActive());
         }
-        click(1, { panelFrame().width() - 23, 18 });
-        QTRY_COMPARE(panelWindows(), 2);
+        click(1, { frameOf(panel()).width() - 23, 18 });
+        QTRY_COMPARE(windowCount(), 2);
         xdotool(u"key Up Return"_s);
         QTRY_COMPARE(_ortu.state(), QProcess::NotRunning);
         QVERIFY(_ortu.exitStatus() == QProcess::NormalExit && _ortu.exitCode() == 0);
@@ -110,7 +121,7 @@ private Q_SLOTS:
         QProcess &ended = other.state() == QProcess::Running ? _ortu : other;
         QVERIFY(ended.exitStatus() == QProcess::NormalExit && ended.exitCode() == 0);
         QTRY_VERIFY(isActive());
-        QCOMPARE(panelWindows(), 1);
+        QCOMPARE(windowCount(), 1);
         QCOMPARE(ended.readAllStandardError(), QByteArray());
         // The next start finds the name and the hot key free.
         tell(u"--quit"_s);
@@ -147,7 +158,7 @@ private Q_SLOTS:
             // It outlives the program.
             _ortu.kill();
             QVERIFY(_ortu.waitForFinished());
-            QTRY_COMPARE(panelWindows(), 0);
+            QTRY_COMPARE(windowCount(), 0);
             QVERIFY(isRunning() && windowsOf(windowClass).size() == 1);
             outputOf(u"wmctrl"_s, { u"-ic"_s, windowsOf(windowClass).value(0) });
             QTRY_VERIFY_WITH_TIMEOUT(windowsOf(windowClass).isEmpty(), patience);
@@ -163,7 +174,7 @@ private:
         _runner->start(_ortu, {});
         QTRY_VERIFY_WITH_TIMEOUT(_ortu.waitForStarted() && isActive(), patience);
     }
-    static QPoint onMargin() { return { panelFrame().width() / 2, 8 }; }
+    static QPoint onMargin() { return { frameOf(panel()).width() / 2, 8 }; }
 
     std::unique_ptr<ProgramRunner> _runner;
     QProcess _ortu;

@@ -52,27 +52,9 @@ inline QString activeWindow()
     return u"0x"_s + text.section(u"0x"_s, -1).rightJustified(8, u'0');
 }
 
-// Of those that are shown, in no order.
-inline QStringList windowsBy(const QString &pattern)
+inline QRect frameOf(const QString &window)
 {
-    return xdotool(u"search --onlyvisible "_s + pattern).split(u'\n', Qt::SkipEmptyParts);
-}
-
-// The program's panel, and how many windows the program shows. An alert has the panel's name and
-// lies above it.
-inline QString panel()
-{
-    return windowsBy(u"--name ^Ortu$"_s).value(0);
-}
-
-inline int panelWindows()
-{
-    return int(windowsBy(u"--class ^ortu$"_s).size());
-}
-
-inline QRect panelFrame()
-{
-    const QString text = xdotool(u"getwindowgeometry --shell "_s + panel());
+    const QString text = xdotool(u"getwindowgeometry --shell "_s + window);
     const auto value = [&text](const QString &name) {
         return text.section(u'\n' + name + u'=', 1).section(u'\n', 0, 0).toInt();
     };

@@ -348,13 +348,13 @@ private Q_SLOTS:
         _view->show();
         const auto data = payloadOf(u"x"_s);
         update(*data, u"a"_s);
-        QTest::qWait(0);
+        QCoreApplication::processEvents();
         PaintedRegion painted;
         _view->installEventFilter(&painted);
         const auto paintedBy = [&](const QString &place) {
             painted.region = {};
             update(*data, place);
-            QTest::qWait(0);
+            QCoreApplication::processEvents();
             return painted.region;
         };
         const auto onWidget = [this](const QRectF &rect) {

@@ -312,6 +312,24 @@ private Q_SLOTS:
         QVERIFY(_host.handedOn.endsWith("pr"_L1));
     }
 
+    void theMenu_isOpenedByTheRightButton_theSignKeyAndItsOwnKey()
+    {
+        fill({ u"a"_s });
+        _view->show();
+        const auto closes = [] {
+            QWidget *const menu = QApplication::activePopupWidget();
+            return menu != nullptr && menu->close();
+        };
+        QTest::mousePress(_view.get(), Qt::LeftButton, {}, middleOf(u"a"_s));
+        QVERIFY(!closes());
+        QTest::mousePress(_view.get(), Qt::RightButton, {}, middleOf(u"a"_s));
+        QVERIFY(closes());
+        QTest::mousePress(_view.get(), Qt::LeftButton, Qt::MetaModifier, middleOf(u"a"_s));
+        QVERIFY(closes());
+        _view->selectCoords(_view->coordsOfApp(app(u"a"_s)));
+        QVERIFY(press(Qt::Key_Menu) && closes());
+    }
+
     void modifiedClicks()
     {
         fill({ u"a"_s, u"b"_s });
@@ -435,9 +453,19 @@ private Q_SLOTS:
         QCOMPARE(_view->filterSubstring(), u"a"_s);
         turn({ 0, 240 });
         QCOMPARE(_view->filterSubstring(), QString());
-        for (int i = 0; i < 5; ++i) {
-            turn({ 60, 0 });
-        }
+        const auto swipe = [this](int turns) {
+            for (int i = 0; i < turns; ++i) {
+                turn({ 60, 0 });
+            }
+        };
+        // What is typed in the middle of a swipe ends it.
+        swipe(2);
+        type(u"a"_s);
+        swipe(1);
+        press(Qt::Key_Escape);
+        swipe(1);
+        QVERIFY(next.isEmpty());
+        swipe(1);
         QCOMPARE(next.size(), 1);
     }
 

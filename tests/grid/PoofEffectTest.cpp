@@ -45,6 +45,8 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
         PoofEffect::show({ 300, 200 }, window.get());
         QVERIFY(shown() && shown()->isVisible());
+        QCOMPARE(shown()->geometry().center(), QPoint(300, 200));
+        QCOMPARE(shown()->width(), shown()->height());
         QVERIFY(shown()->windowFlags().testFlag(Qt::WindowTransparentForInput));
         QTRY_VERIFY(!shown());
         QVERIFY(window->isActiveWindow());

@@ -109,6 +109,7 @@ private Q_SLOTS:
         QCOMPARE(shown[0].color().rgba(), qRgba(0, 0, 255, 255));
         QCOMPARE(shown[1].color().rgba(), qRgba(128, 128, 128, 255));
         QCOMPARE(shown[1].count, quint64(255));
+        QVERIFY(colorArrayForPrimaryIndex(colors, 0, qsizetype(colors.size()), -1).isEmpty());
     }
 
     void spectrumIcon_isARingAndAPie()
@@ -127,6 +128,7 @@ private Q_SLOTS:
             QCOMPARE(icon.pixelColor(place), QColor(color));
         }
         QVERIFY(spectrumIcon({}, 100).isNull());
+        QVERIFY(spectrumIcon({ { 1, 0, 0, 1 } }, 0).isNull());
         // One colour is a ring around nothing.
         QCOMPARE(spectrumIcon({ { 1, 0, 0, 1 } }, 100).pixel(50, 50), qRgba(0, 0, 0, 0));
     }

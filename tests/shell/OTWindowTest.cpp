@@ -174,6 +174,15 @@ private Q_SLOTS:
         _window->move(away);
         _window->slideBack();
         QVERIFY(comesTo(away));
+        // Of another size it has another place.
+        _window->move(outside);
+        _window->slideOnscreen();
+        QVERIFY(comesTo(QPoint(0, 600 - _window->height())));
+        _window->iconView().setGroupToShow(RunningGroup);
+        const QRect anew = frame();
+        _desktop->movement.isStill = true;
+        _window->slideBack();
+        QCOMPARE(frame(), anew);
     }
 
     void dragsGoToTheGrid_fromAllOfThePanel()

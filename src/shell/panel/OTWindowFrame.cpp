@@ -186,10 +186,12 @@ void OTWindow::slideToCenter()
     }
 }
 
+// A panel that has taken another size meanwhile, for another group for instance, was placed anew.
 void OTWindow::slideBack()
 {
     const QRectF frame = std::exchange(_movedFrame, {});
-    if (!frame.isNull() && frame != currentFrame()) {
+    if (!frame.isNull() && frame != currentFrame() && frame.size() == currentFrame().size()
+        && !_resize->isUnderWay()) {
         slideTo(frame);
     }
 }

@@ -340,10 +340,12 @@ void GridDrags::sayWhatIsOffered() const
     const QString name = top.isLocalFile() ? top.fileName() : top.toDisplayString();
     const QString what = urls.size() == 1
         ? OTIconView::tr("\"%1\"").arg(name)
-        : OTIconView::tr("\"%1\" and %2 more").arg(name).arg(urls.size() - 1);
-    const bool isAnyLit = !_appManager.allAppsThatPreferURL(top).isEmpty();
-    const QString hint = isAnyLit
-        ? OTIconView::tr("Click an application to open %1.")
-        : OTIconView::tr("No application prefers %1. Hold Ctrl to see those that can open it.");
+        : OTIconView::tr("\"%1\" and %2 more").arg(name, QString::number(urls.size() - 1));
+    QString hint = OTIconView::tr("Click an application to open %1.");
+    if (_appManager.allAppsThatPreferURL(top).isEmpty()) {
+        hint = _appManager.allAppsThatCanAcceptURL(top).isEmpty()
+            ? OTIconView::tr("No application can open %1.")
+            : OTIconView::tr("No application prefers %1. Hold Ctrl to see those that can open it.");
+    }
     Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(hint.arg(what));
 }

@@ -121,11 +121,12 @@ bool GridDrags::hasUserFocus()
     if (_host.iconViewHasUserFocus()) {
         return true;
     }
-    refuse();
     if (isOver()) {
-        _dragDropInProgress = _dragMoveInProgress = _isOver = false;
-        _view.update();
+        // The dialog keeps the front.
+        _activeWhenDragBegan = true;
+        draggingReset();
     }
+    refuse();
     return false;
 }
 
@@ -275,6 +276,16 @@ void GridDrags::draggingReset()
             _host.reactivateLastApp();
         }
     }
+}
+
+bool GridDrags::giveUpFileDrop()
+{
+    if (!_dragDropInProgress) {
+        return false;
+    }
+    draggingReset();
+    _isOver = true;
+    return true;
 }
 
 void GridDrags::cancel()

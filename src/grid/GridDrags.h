@@ -65,6 +65,9 @@ public:
     bool performDragOperation(const Info &info);
     // Ends a drag that is over the view.
     void draggingReset();
+    // Ends the drag of files that is over the view, and takes no notice of it until it leaves: only
+    // its source can end it altogether. False when there is none.
+    bool giveUpFileDrop();
     // Ends that and whatever else is under way: the window goes.
     void cancel();
 

@@ -111,6 +111,11 @@ void OTIconView::textCommitted(const QString &text)
 
 bool OTIconView::handleCancelOperation()
 {
+    // Not every source has the keyboard while its files are dragged. A panel that went would leave
+    // them over what lies below.
+    if (_drags.giveUpFileDrop()) {
+        return true;
+    }
     if (_filter.cancelOperation()) {
         filterChanged();
         return true;

@@ -250,6 +250,16 @@ private Q_SLOTS:
         update(data, u"txt"_s);
         drags().draggingExited();
         QCOMPARE(_host.slides, u"on back "_s);
+        // Given up, or under a dialog, it leaves nothing behind.
+        update(data, u"txt"_s);
+        QVERIFY(press(Qt::Key_Escape, {}) && !drags().isFileDrop());
+        QCOMPARE(update(data, u"txt"_s), Operation::None);
+        drags().draggingExited();
+        QCOMPARE(update(data, u"txt"_s), Operation::Generic);
+        _host.hasFocus = false;
+        QCOMPARE(update(data, u"txt"_s), Operation::None);
+        QVERIFY(_stack.count() == 0 && lit().isEmpty());
+        QVERIFY(_host.slides.endsWith(u"on back on back "));
     }
 
     void waitingFiles_areOfferedToAClick()

@@ -226,7 +226,14 @@ void OTIconOverlayView::drawInfoForApp(const AppRef &app, const QRectF &inRect)
         rect = Geometry::flipped(upwards, height()).toRect();
     }
     if (label != _label || rect != _labelRect) {
-        update(QRegion(_labelRect) + rect);
+        // Where ratios are not whole, a pixel at the edge is only partly the label's.
+        const qreal ratio = devicePixelRatioF();
+        const int beyond = ratio == std::floor(ratio) ? 0 : 1;
+        for (const QRect &part : { _labelRect, rect }) {
+            if (!part.isEmpty()) {
+                update(part.adjusted(-beyond, -beyond, beyond, beyond));
+            }
+        }
         _label = label;
         _labelRect = rect;
     }

@@ -27,6 +27,11 @@ bool isSameCell(const Coords &one, const Coords &other)
     return one.row == other.row && one.col == other.col;
 }
 
+QString nameOf(const QUrl &document)
+{
+    return document.isLocalFile() ? document.fileName() : document.toDisplayString();
+}
+
 } // namespace
 
 GridDrags::GridDrags(OTIconView &view, OTAppManager &appManager, GridHost &host)
@@ -270,8 +275,8 @@ void GridDrags::draggingReset()
     _view.update();
     if (wasDrop) {
         DropStack::sharedDropStack().free();
-        _isOffering = false;
         _droppableApps = {};
+        setIsOffering(false);
         if (!_activeWhenDragBegan) {
             _host.reactivateLastApp();
         }
@@ -302,9 +307,9 @@ void GridDrags::offerDropStack()
     if (DropStack::sharedDropStack().URLs().isEmpty()) {
         return;
     }
-    _isOffering = true;
     findDroppableApps();
-    sayWhatIsOffered();
+    setIsOffering(true);
+    sayIfNothingCanOpen();
 }
 
 std::optional<QList<QUrl>> GridDrags::takeOffered(const AppRef &by)
@@ -320,12 +325,12 @@ std::optional<QList<QUrl>> GridDrags::takeOffered(const AppRef &by)
 
 bool GridDrags::stopOffering()
 {
-    if (!std::exchange(_isOffering, false)) {
+    if (!_isOffering) {
         return false;
     }
     DropStack::sharedDropStack().free();
     _droppableApps = {};
-    _view.update();
+    setIsOffering(false);
     return true;
 }
 
@@ -344,19 +349,35 @@ void GridDrags::findDroppableApps()
     _view.update();
 }
 
-void GridDrags::sayWhatIsOffered() const
+void GridDrags::setIsOffering(bool isOffering)
 {
-    const QList<QUrl> urls = DropStack::sharedDropStack().URLs();
-    const QUrl &top = urls.constLast();
-    const QString name = top.isLocalFile() ? top.fileName() : top.toDisplayString();
-    const QString what = urls.size() == 1
-        ? OTIconView::tr("\"%1\"").arg(name)
-        : OTIconView::tr("\"%1\" and %2 more").arg(name, QString::number(urls.size() - 1));
-    QString hint = OTIconView::tr("Click an application to open %1.");
-    if (_appManager.allAppsThatPreferURL(top).isEmpty()) {
-        hint = _appManager.allAppsThatCanAcceptURL(top).isEmpty()
-            ? OTIconView::tr("No application can open %1.")
-            : OTIconView::tr("No application prefers %1. Hold Ctrl to see those that can open it.");
+    _isOffering = isOffering;
+    _view.update();
+    Q_EMIT offerChanged();
+}
+
+QString GridDrags::offerText() const
+{
+    if (!_isOffering) {
+        return {};
     }
-    Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(hint.arg(what));
+    const DropStack &stack = DropStack::sharedDropStack();
+    const QString name = nameOf(stack.topObjectAsURL());
+    const qsizetype others = stack.URLs().size() - 1;
+    return others == 0
+        ? OTIconView::tr("Open \"%1\" with…").arg(name)
+        : OTIconView::tr("Open \"%1\" and %2 more with…").arg(name, QString::number(others));
+}
+
+// Where nothing is lit no icon is covered by saying so.
+void GridDrags::sayIfNothingCanOpen() const
+{
+    const QUrl top = DropStack::sharedDropStack().topObjectAsURL();
+    if (!_appManager.allAppsThatPreferURL(top).isEmpty()) {
+        return;
+    }
+    const QString hint = _appManager.allAppsThatCanAcceptURL(top).isEmpty()
+        ? OTIconView::tr("No application can open \"%1\".")
+        : OTIconView::tr("No application prefers \"%1\". Hold Ctrl to see those that can open it.");
+    Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(hint.arg(nameOf(top)));
 }

@@ -76,6 +76,8 @@ public:
     void offerDropStack();
     // Whether files are offered to a click.
     bool isOffering() const { return _isOffering; }
+    // What is offered, for people; empty while nothing is.
+    QString offerText() const;
     // What a click on the application opens in it; it is offered no more. Nothing, and a beep, for
     // an application that cannot take it.
     std::optional<QList<QUrl>> takeOffered(const AppRef &by);
@@ -97,6 +99,9 @@ public:
     bool isDragged(const AppRef &app) const;
     bool isDroppable(const AppRef &app) const { return _droppableApps.contains(app); }
 
+Q_SIGNALS:
+    void offerChanged();
+
 private:
     void draggingEntered(const Info &info);
     bool performMove(const QMimeData &pasteboard, const Coords &coords);
@@ -107,7 +112,8 @@ private:
     void refuse();
     Coords select(const QPointF &location);
     void findDroppableApps();
-    void sayWhatIsOffered() const;
+    void sayIfNothingCanOpen() const;
+    void setIsOffering(bool isOffering);
 
     OTIconView &_view;
     OTAppManager &_appManager;

@@ -132,17 +132,23 @@ private Q_SLOTS:
         QVERIFY(!fade().isAnimating() && overlay().filterStringAlpha() == 1);
         QCOMPARE(overlay().filterBubble().text(), u"ap"_s);
         overlay().filterStringTimerFire();
-        QVERIFY(overlay().filterNote().rect().isEmpty());
+        QVERIFY(overlay().note().rect().isEmpty());
         fade().setCurrentTime(500);
         QVERIFY(overlay().filterBubble().isEmpty() && overlay().filterStringAlpha() == 1);
         // The filter goes on, and its note stands between the buttons.
-        QCOMPARE(overlay().filterNote().text(), u"Filter: ap"_s);
-        const QRect note = overlay().filterNote().rect();
+        QCOMPARE(overlay().note().text(), u"Filter: ap"_s);
+        const QRect note = overlay().note().rect();
         QVERIFY(note.left() > _window->closeButton().geometry().right());
         QVERIFY(note.right() < _window->prefsButton().x() && note.bottom() < grid().y());
         // While the bubble is there it says the same.
         type(u"p"_s);
-        QVERIFY(overlay().filterNote().rect().isEmpty());
+        QVERIFY(overlay().note().rect().isEmpty());
+        press(Qt::Key_Escape);
+        _dropStack.push(u"/d/one.txt"_s);
+        grid().drags().offerDropStack();
+        QVERIFY(overlay().note().text().startsWith(u"Open"));
+        press(Qt::Key_Escape);
+        QVERIFY(overlay().note().rect().isEmpty() && _window->isShown());
     }
 
     void aMessageStandsUntilTheNextKeyOrClick()

@@ -245,6 +245,7 @@ void OTWindow::performClose()
 
 void OTWindow::cancelOperation()
 {
+    _overlay->setMessage({});
     if (!_iconView->handleCancelOperation()) {
         Q_EMIT closeWanted();
     }

@@ -93,6 +93,7 @@ OTIconOverlayView::OTIconOverlayView(
             followGrid();
         }
     });
+    connect(&_iconView.drags(), &GridDrags::offerChanged, this, &OTIconOverlayView::offerDidChange);
     connect(&_iconView.menu(), &AppMenu::isOpenChanged, this, &OTIconOverlayView::setIsMenuOpen);
     // The grid has laid out its list by then.
     connect(&appManager, &OTAppManager::didChange, this, &OTIconOverlayView::followGrid);
@@ -285,24 +286,34 @@ void OTIconOverlayView::setFilterString(const QString &filterString)
     if (!changed.isEmpty()) {
         update(changed + _bigIcon.rect());
     }
-    updateFilterNote();
+    updateNote();
 }
 
 // While the bubble is there it says the same, and larger.
-void OTIconOverlayView::updateFilterNote()
+void OTIconOverlayView::updateNote()
 {
-    const bool isWanted = _filterBubble.isEmpty() && isVisible();
-    QRegion changed(_filterNote.rect());
-    _filterNote.setFilter(
-        isWanted ? oneLine(_iconView.filterSubstring()) : QString(), font(), _notePlace);
-    changed += _filterNote.rect();
+    const bool isFilterWanted = _filterBubble.isEmpty() && isVisible();
+    const QString filter = isFilterWanted ? oneLine(_iconView.filterSubstring()) : QString();
+    QRegion changed(_note.rect());
+    if (filter.isEmpty()) {
+        _note.setText(oneLine(_iconView.drags().offerText()), Qt::ElideMiddle, font(), _notePlace);
+    } else {
+        _note.setText(tr("Filter: %1").arg(filter), Qt::ElideLeft, font(), _notePlace);
+    }
+    changed += _note.rect();
     update(changed);
+}
+
+void OTIconOverlayView::offerDidChange()
+{
+    updateNote();
+    announce(_iconView.drags().offerText());
 }
 
 void OTIconOverlayView::setNotePlace(const QRect &place)
 {
     _notePlace = place;
-    updateFilterNote();
+    updateNote();
 }
 
 void OTIconOverlayView::setMessage(const QString &message)
@@ -310,12 +321,19 @@ void OTIconOverlayView::setMessage(const QString &message)
     const QRect before = _message.rect();
     _message.setText(message, size());
     update(QRegion(before) + _message.rect());
-    if (message != accessibleName()) {
-        setAccessibleName(message);
-        if (!message.isEmpty() && QAccessible::isActive()) {
-            QAccessibleEvent alert(this, QAccessible::Alert);
-            QAccessible::updateAccessibility(&alert);
-        }
+    announce(message);
+}
+
+// To screen readers.
+void OTIconOverlayView::announce(const QString &text)
+{
+    if (text == accessibleName()) {
+        return;
+    }
+    setAccessibleName(text);
+    if (!text.isEmpty() && QAccessible::isActive()) {
+        QAccessibleEvent alert(this, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
     }
 }
 
@@ -406,9 +424,9 @@ void OTIconOverlayView::paintEvent(QPaintEvent *event)
     if (region.intersects(_filterBubble.rect())) {
         _filterBubble.draw(painter, _filterStringAlpha);
     }
-    if (region.intersects(_filterNote.rect())) {
+    if (region.intersects(_note.rect())) {
         painter.setFont(font());
-        _filterNote.draw(painter, _fgColor, _plate);
+        _note.draw(painter, _fgColor, _plate);
     }
     if (region.intersects(_message.rect())) {
         // Nothing of what it covers is to be read through it.
@@ -428,7 +446,7 @@ void OTIconOverlayView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
     followGrid();
-    updateFilterNote();
+    updateNote();
 }
 
 void OTIconOverlayView::hideEvent(QHideEvent *event)

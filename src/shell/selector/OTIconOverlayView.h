@@ -13,8 +13,8 @@
 #include "shell/base/KRViewAnimation.h"
 #include "shell/selector/BigIcon.h"
 #include "shell/selector/FilterBubble.h"
-#include "shell/selector/FilterNote.h"
 #include "shell/selector/MessageBubble.h"
+#include "shell/selector/PanelNote.h"
 
 #include <QColor>
 #include <QImage>
@@ -44,7 +44,7 @@ public:
     const QRect &labelRect() const { return _labelRect; }
     const FilterBubble &filterBubble() const { return _filterBubble; }
     double filterStringAlpha() const { return _filterStringAlpha; }
-    const FilterNote &filterNote() const { return _filterNote; }
+    const PanelNote &note() const { return _note; }
     const MessageBubble &message() const { return _message; }
     // Empty while no application is shown in large; the bubble hides it.
     const QRect &bigIconRect() const { return _bigIcon.rect(); }
@@ -82,7 +82,9 @@ private:
     void startLabelTimer();
     void cancelFilterStringTimer();
     void setFilterString(const QString &filterString);
-    void updateFilterNote();
+    void updateNote();
+    void offerDidChange();
+    void announce(const QString &text);
 
     QString fullLabel() const;
     void drawInfoForApp(const AppRef &app, const QRectF &inRect);
@@ -116,7 +118,7 @@ private:
     double _filterStringAlpha = 1;
     FilterBubble _filterBubble;
     QRect _notePlace;
-    FilterNote _filterNote;
+    PanelNote _note;
 
     // What was asked for, and what is shown.
     AppRef _bigIconWanted;

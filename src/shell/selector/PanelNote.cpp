@@ -1,4 +1,4 @@
-#include "shell/selector/FilterNote.h"
+#include "shell/selector/PanelNote.h"
 
 #include "support/Shapes.h"
 
@@ -9,22 +9,23 @@
 
 #include <algorithm>
 
-void FilterNote::setFilter(const QString &filter, const QFont &font, const QRect &place)
+void PanelNote::setText(
+    const QString &text, Qt::TextElideMode elision, const QFont &font, const QRect &place)
 {
     _text.clear();
     _rect = {};
-    if (filter.isEmpty() || place.isEmpty()) {
+    if (text.isEmpty() || place.isEmpty()) {
         return;
     }
     const QFontMetrics metrics(font);
     // With half its height free at either end.
     const int widest = std::max(0, place.width() - metrics.height());
-    _text = metrics.elidedText(tr("Filter: %1").arg(filter), Qt::ElideLeft, widest);
+    _text = metrics.elidedText(text, elision, widest);
     _rect = QRect(0, 0, metrics.horizontalAdvance(_text) + metrics.height(), metrics.height() + 2);
     _rect.moveCenter(place.center());
 }
 
-void FilterNote::draw(QPainter &painter, const QColor &foreground, const QColor &plate) const
+void PanelNote::draw(QPainter &painter, const QColor &foreground, const QColor &plate) const
 {
     painter.fillPath(capsulePath(_rect), plate);
     painter.setPen(foreground);

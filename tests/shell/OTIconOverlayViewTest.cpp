@@ -171,6 +171,13 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QTest::mouseClick(_window->windowHandle(), Qt::LeftButton, {}, { 40, 5 });
         QCOMPARE(shown(), QString());
+        // The icon that it covers is not meant.
+        Q_EMIT center.N_UserMessage(u"a message of some length, over the icons"_s);
+        QCoreApplication::processEvents();
+        const QPoint onIcon = grid().pos() + middleOf(u"app1"_s);
+        QVERIFY(overlay().message().rect().contains(onIcon));
+        QTest::mouseClick(_window->windowHandle(), Qt::LeftButton, {}, onIcon);
+        QVERIFY(shown().isEmpty() && _window->isShown());
         // Seen and left alone, it does not come back.
         Q_EMIT center.N_UserMessage(u"third"_s);
         _window->hide();

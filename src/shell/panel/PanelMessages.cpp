@@ -7,6 +7,8 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWindow>
 
 namespace {
 
@@ -60,8 +62,19 @@ bool PanelMessages::eventFilter(QObject *watched, QEvent *event)
 {
     const bool isPress = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::Wheel
         || (event->type() == QEvent::KeyPress && isKey(*static_cast<QKeyEvent *>(event)));
-    if (isPress && _window.isShown()) {
-        dismiss();
+    if (!isPress || !_window.isShown()) {
+        return QObject::eventFilter(watched, event);
     }
-    return QObject::eventFilter(watched, event);
+    const bool isOnBubble = watched == _window.windowHandle()
+        && event->type() == QEvent::MouseButtonPress
+        && isOnMessage(static_cast<QMouseEvent *>(event)->globalPosition().toPoint());
+    dismiss();
+    // The icon below it was not seen.
+    return isOnBubble || QObject::eventFilter(watched, event);
+}
+
+bool PanelMessages::isOnMessage(const QPoint &onScreen) const
+{
+    const OTIconOverlayView &overlay = _window.overlay();
+    return overlay.message().rect().contains(overlay.mapFromGlobal(onScreen));
 }

@@ -1,5 +1,5 @@
 // What the program has to say to its user: one sentence on the panel, where what is typed stands
-// otherwise, which goes with the next key or click.
+// otherwise, which goes with the next key or click. A click on the sentence itself does no more.
 //
 // What comes up while the panel is hidden waits for it to be shown. Of several sentences the last
 // one counts.
@@ -27,6 +27,7 @@ private:
     void take(const QString &message);
     void show();
     void dismiss();
+    bool isOnMessage(const QPoint &onScreen) const;
 
     OTWindow &_window;
     QString _waiting;

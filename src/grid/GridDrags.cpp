@@ -169,6 +169,11 @@ GridDrags::Operation GridDrags::draggingUpdated(const Info &info)
         draggingEntered(info);
     }
     select(info.location);
+    // What may yet be a click keeps its icon under the pointer.
+    if (_isSlideDue && (!_isOwnDrag || _hasLeftStart)) {
+        _isSlideDue = false;
+        _host.slideOnscreen();
+    }
     if (isMove) {
         return isMarking() ? Operation::Move : Operation::None;
     }
@@ -200,7 +205,7 @@ void GridDrags::draggingEntered(const Info &info)
         _dragMoveInProgress = true;
         _view.update();
     }
-    _host.slideOnscreen();
+    _isSlideDue = true;
 }
 
 void GridDrags::draggingAside()
@@ -263,7 +268,7 @@ bool GridDrags::performFileDrop(const QMimeData &pasteboard)
 
 void GridDrags::draggingReset()
 {
-    _isOver = _isRefused = false;
+    _isOver = _isRefused = _isSlideDue = false;
     const bool wasMove = std::exchange(_dragMoveInProgress, false);
     const bool wasDrop = std::exchange(_dragDropInProgress, false);
     _startCoords = {};

@@ -126,6 +126,8 @@ private:
     // It cannot be taken, and the user has been told.
     bool _isRefused = false;
     bool _isOffering = false;
+    // The window is to come where all of it can be seen.
+    bool _isSlideDue = false;
     // Of a drag that runMove() runs.
     bool _isOwnDrag = false;
     bool _hasLeftStart = false;

@@ -133,6 +133,8 @@ private Q_SLOTS:
     void icon_isLoadedAgainOnlyWhenTheBundleOrTheSizeIsAnother()
     {
         const QString path = _desktop->tree.add(u"a.app"_s, {});
+        expectWarning(u"^/nowhere/b.app: No such file"_s);
+        made(u"/nowhere/b.app"_s)->loadIconWithParameters(sized(16));
         const AppRef app = made(path);
         QSignalSpy changes(_center.get(), &NotificationCenter::N_AppIconChanged);
         qsizetype loads = 0;

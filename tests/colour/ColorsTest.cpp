@@ -101,6 +101,25 @@ private Q_SLOTS:
         }
     }
 
+    void picturesThatLieOtherwise_areNotRead()
+    {
+        const Picture picture = BitmapText::picture(u"rg"_s);
+        const auto isRead = [&](auto change) {
+            BitmapView changed = view(picture);
+            change(changed);
+            return pixelManipulationOffsetsWithImageGamma(changed, 1).has_value();
+        };
+        QVERIFY(isRead([](BitmapView &) {}));
+        QVERIFY(isRead([](BitmapView &bitmap) { bitmap.format.isLittleEndian32Bit = true; }));
+        QVERIFY(!isRead([](BitmapView &bitmap) { bitmap.bitsPerSample = 16; }));
+        QVERIFY(!isRead([](BitmapView &bitmap) { bitmap.isPlanar = true; }));
+        QVERIFY(!isRead([](BitmapView &bitmap) {
+            bitmap.format.isLittleEndian32Bit = true;
+            bitmap.bitsPerPixel = 40;
+            bitmap.bytesPerRow = 10;
+        }));
+    }
+
     void manyColors_areCountedEach()
     {
         constexpr std::uint32_t Distinct = 120'000, Step = 139;

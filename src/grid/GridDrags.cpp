@@ -321,6 +321,13 @@ std::optional<QList<QUrl>> GridDrags::takeOffered(const AppRef &by)
 {
     if (!isDroppable(by)) {
         QApplication::beep();
+        const QUrl top = DropStack::sharedDropStack().topObjectAsURL();
+        const bool canOpen = indexOfApp(_appManager.allAppsThatCanAcceptURL(top), by) >= 0;
+        const QString reason = canOpen
+            ? OTIconView::tr("%1 is not meant for \"%2\". With Ctrl held it opens it all the same.")
+            : OTIconView::tr("%1 cannot open \"%2\".");
+        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+            reason.arg(by->displayName(), nameOf(top)));
         return std::nullopt;
     }
     const QList<QUrl> urls = DropStack::sharedDropStack().URLs();

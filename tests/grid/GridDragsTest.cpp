@@ -279,8 +279,12 @@ private Q_SLOTS:
         QCOMPARE(lit(), u"txt"_s);
         // It outlasts another group, and what cannot take them does nothing.
         showGroup(AllGroup);
-        QTest::mouseClick(_view.get(), Qt::LeftButton, {}, middleOf(u"png"_s));
+        for (const QString &name : { u"png"_s, u"any-txt"_s }) {
+            QTest::mouseClick(_view.get(), Qt::LeftButton, {}, middleOf(name));
+        }
         QCOMPARE(_host.hideCount, 0);
+        QCOMPARE(said[0][0].toString(), uR"(png cannot open "one.txt".)"_s);
+        QVERIFY(said[1][0].toString().startsWith(u"any-txt is not meant for"));
         QTest::mouseClick(_view.get(), Qt::LeftButton, {}, middleOf(u"txt"_s));
         QTRY_COMPARE(
             launched(), QStringList { u"txt <- https://a.example/x.png file:///d/one.txt"_s });

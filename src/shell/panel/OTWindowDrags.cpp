@@ -28,9 +28,14 @@ GridDrags::Info OTWindow::draggingInfo(const QDropEvent &event) const
     return { *event.mimeData(), Geometry::flipped(inGrid, _iconView->height()), event.modifiers() };
 }
 
-// What is done with files never takes them away from where they are.
+// What is done with files never takes them away from where they are; a drag that may only do that
+// is for somewhere else.
 Qt::DropAction OTWindow::actionOf(const QDropEvent &event)
 {
+    const Qt::DropAction forFiles =
+        event.possibleActions().testFlag(Qt::CopyAction) ? Qt::CopyAction : Qt::LinkAction;
+    const bool isForUs =
+        OTDragPayload::isOn(*event.mimeData()) || event.possibleActions().testFlag(forFiles);
     const QPoint inSelector = _statsControl->mapFrom(this, event.position().toPoint());
     if (_statsControl->rect().contains(inSelector)) {
         _iconView->drags().draggingAside();
@@ -38,16 +43,15 @@ Qt::DropAction OTWindow::actionOf(const QDropEvent &event)
         return Qt::IgnoreAction;
     }
     _statsControl->dragEnded();
+    if (!isForUs) {
+        _iconView->drags().draggingAside();
+        return Qt::IgnoreAction;
+    }
     switch (_iconView->drags().draggingUpdated(draggingInfo(event))) {
     case GridDrags::Operation::Move:
         return Qt::MoveAction;
     case GridDrags::Operation::Generic:
-        for (const Qt::DropAction action : { Qt::CopyAction, Qt::LinkAction }) {
-            if (event.possibleActions().testFlag(action)) {
-                return action;
-            }
-        }
-        break;
+        return forFiles;
     case GridDrags::Operation::None:
         break;
     }

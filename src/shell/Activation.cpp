@@ -15,6 +15,7 @@ Activation::Activation(OwnWindows &ownWindows, const OTWindow &panel)
     connect(&_frontTimer, &QTimer::timeout, this, &Activation::frontDidNotCome);
     connect(
         &ownWindows, &OwnWindows::activeWindowChanged, this, &Activation::activeWindowDidChange);
+    connect(&panel, &OTWindow::isNonActivatingChanged, this, &Activation::activeWindowDidChange);
 }
 
 bool Activation::isActive() const

@@ -165,6 +165,13 @@ private Q_SLOTS:
             return isShown();
         };
         QVERIFY(isShownAfterToggle() && !isShownAfterToggle() && isShownAfterToggle());
+        // Another choice counts at once.
+        set("nonActivatingPanel", false);
+        QVERIFY(_controller->isActive());
+        QCOMPARE(_desktop->windows.level, OwnWindows::Level::Normal);
+        set("nonActivatingPanel", true);
+        lowerAll();
+        QVERIFY(isShown() && !_controller->isActive());
         // An alert hangs on it, and it stays.
         set("showIconInDock", false);
         QVERIFY(isShown() && _alerts.size() == 1);

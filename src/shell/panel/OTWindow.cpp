@@ -106,6 +106,8 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
             updateColors();
         } else if (key == Key::animateWindowResizing) {
             readAnimation();
+        } else if (key == Key::nonActivatingPanel) {
+            readActivation();
         }
     });
     connect(&_desktop.compositing(), &Compositing::changed, this, &OTWindow::compositingDidChange);
@@ -273,6 +275,13 @@ void OTWindow::updateColors()
 void OTWindow::readAnimation()
 {
     _useCoreAnimation = UserDefaults::standard().boolForKey(Key::animateWindowResizing);
+}
+
+void OTWindow::readActivation()
+{
+    _isNonActivating = UserDefaults::standard().boolForKey(Key::nonActivatingPanel);
+    setLevel(_isNonActivating ? OwnWindows::Level::Raised : OwnWindows::Level::Normal);
+    Q_EMIT isNonActivatingChanged();
 }
 
 void OTWindow::compositingDidChange()

@@ -113,6 +113,7 @@ Q_SIGNALS:
     // The close button, or a key that stands for it, asks that the panel be hidden.
     void closeWanted();
     void prefsWanted();
+    void isNonActivatingChanged();
     // The application that was in front before is to have the front again.
     void frontBackWanted();
     // The main menu is asked for at a place of the screen.
@@ -152,6 +153,7 @@ private:
     void takeScreenOfFrame();
     void compositingDidChange();
     void readAnimation();
+    void readActivation();
     void updateColors();
     void layOutSubviews();
     void layOutGrid();
@@ -183,7 +185,7 @@ private:
     PanelMargins _margins;
     // Where the panel was before it slid away; empty when it has not.
     QRectF _movedFrame;
-    const bool _isNonActivating;
+    bool _isNonActivating = false;
     bool _useCoreAnimation = false;
     TaskBar _taskBar = TaskBar::Listed;
     OwnWindows::Level _level;

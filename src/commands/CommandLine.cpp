@@ -109,6 +109,7 @@ private:
             { QStringLiteral("--toggle"), Verb::Toggle },
             { QStringLiteral("--show"), Verb::Show },
             { QStringLiteral("--hide"), Verb::Hide },
+            { QStringLiteral("--preferences"), Verb::Preferences },
             { QStringLiteral("--rescan"), Verb::Rescan },
             { QStringLiteral("--quit"), Verb::Quit },
             { QStringLiteral("--status"), Verb::Status },
@@ -367,6 +368,8 @@ QString commandLineHelp()
         "\n"
         "  --toggle, --show                    show the panel, or with --toggle hide it; starts "
         "the "
+        "program\n"
+        "  --preferences                       show the panel with its preferences; starts the "
         "program\n"
         "  --hide, --rescan, --quit            tell the running program\n"
         "  --status [--json]                   print what the running program shows\n"

@@ -34,6 +34,7 @@ struct Invocation
         Toggle,
         Show,
         Hide,
+        Preferences,
         Rescan,
         Quit,
         Status,

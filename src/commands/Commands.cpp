@@ -18,6 +18,7 @@ Commands::Drawing Commands::drawing(const Invocation &invocation)
     case Verb::Start:
     case Verb::Toggle:
     case Verb::Show:
+    case Verb::Preferences:
     case Verb::Screenshot:
         return Drawing::Widgets;
     case Verb::Colors:
@@ -81,6 +82,7 @@ int Commands::run(const Invocation &invocation, Desktop &desktop)
     case Verb::Toggle:
     case Verb::Show:
     case Verb::Hide:
+    case Verb::Preferences:
     case Verb::Rescan:
     case Verb::Quit:
     case Verb::Status:

@@ -31,6 +31,8 @@ InstanceRequest::Verb requestedVerb(const Invocation &invocation)
         return InstanceRequest::Verb::Show;
     case Verb::Hide:
         return InstanceRequest::Verb::Hide;
+    case Verb::Preferences:
+        return InstanceRequest::Verb::Preferences;
     case Verb::Rescan:
         return InstanceRequest::Verb::Rescan;
     case Verb::Quit:
@@ -74,7 +76,7 @@ bool printStatus(const QString &json, bool isJson)
 bool Commands::startsProgram(const Invocation &invocation)
 {
     return invocation.verb == Verb::Start || invocation.verb == Verb::Toggle
-        || invocation.verb == Verb::Show;
+        || invocation.verb == Verb::Show || invocation.verb == Verb::Preferences;
 }
 
 bool Commands::concernsInstance(const Invocation &invocation)

@@ -19,7 +19,7 @@
 struct InstanceRequest
 {
     // Activate is a start without arguments, Open one with files. Status only asks.
-    enum class Verb { Activate, Open, Toggle, Show, Hide, Rescan, Quit, Status };
+    enum class Verb { Activate, Open, Toggle, Show, Hide, Preferences, Rescan, Quit, Status };
 
     Verb verb = Verb::Activate;
     QList<QUrl> files;

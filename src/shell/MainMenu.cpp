@@ -36,6 +36,9 @@ MainMenu::MainMenu(HomePage homePage, QObject *parent)
     _menu.addSeparator();
     addHistoryItems();
     _menu.addSeparator();
+    add(tr("Preferences…"), Command::Preferences);
+    showKey(Command::Preferences, Qt::CTRL | Qt::Key_Comma);
+    _menu.addSeparator();
     add(tr("About Ortu"), Command::About);
     add(tr("Rescan All Applications"), Command::RescanAllApps);
     if (homePage == HomePage::Known) {
@@ -52,6 +55,7 @@ void MainMenu::fillStatusItemMenu()
 {
     static const QList<QList<Command>> lines {
         { Command::ShowHidePanel },
+        { Command::Preferences },
         { Command::About, Command::RescanAllApps },
         { Command::HomePage },
         { Command::Quit },
@@ -73,13 +77,16 @@ void MainMenu::addHistoryItems()
 {
     add(tr("Undo"), Command::Undo);
     add(tr("Redo"), Command::Redo);
-    for (const auto &[command, key] : { std::pair(Command::Undo, Qt::CTRL | Qt::Key_Z),
-             std::pair(Command::Redo, Qt::CTRL | Qt::SHIFT | Qt::Key_Z) }) {
-        QAction *const action = actionOf(command);
-        action->setShortcut(key);
-        action->setShortcutVisibleInContextMenu(true);
-    }
+    showKey(Command::Undo, Qt::CTRL | Qt::Key_Z);
+    showKey(Command::Redo, Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
     setHistoryItems({});
+}
+
+void MainMenu::showKey(Command command, const QKeySequence &key)
+{
+    QAction *const action = actionOf(command);
+    action->setShortcut(key);
+    action->setShortcutVisibleInContextMenu(true);
 }
 
 void MainMenu::followHistory(const OTAppManager &appManager)

@@ -15,7 +15,16 @@ class MainMenu : public QObject
     Q_OBJECT
 
 public:
-    enum class Command { ShowHidePanel, Undo, Redo, About, RescanAllApps, HomePage, Quit };
+    enum class Command {
+        ShowHidePanel,
+        Undo,
+        Redo,
+        Preferences,
+        About,
+        RescanAllApps,
+        HomePage,
+        Quit
+    };
 
     // Without a home page there is no command for it.
     enum class HomePage { Known, Unknown };
@@ -29,12 +38,16 @@ public:
     // only shown: a menu of no window triggers nothing by key, and the grid takes them.
     void followHistory(const OTAppManager &appManager);
 
+    // A command that cannot be given now is grey.
+    void setEnabled(Command command, bool isEnabled) { actionOf(command)->setEnabled(isEnabled); }
+
 Q_SIGNALS:
     void chosen(Command command);
 
 private:
     void fillStatusItemMenu();
     void addHistoryItems();
+    void showKey(Command command, const QKeySequence &key);
     void setHistoryItems(const ArrangementHistory &history);
     QAction *actionOf(Command command) const;
     void add(const QString &title, Command command);

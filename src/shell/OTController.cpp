@@ -72,6 +72,7 @@ void OTController::awakeFromNib()
         &OTController::implicitHideMainWindow);
     connect(&_mainWindow, &OTWindow::closeWanted, this, &OTController::explicitHideMainWindow);
     connect(&_mainWindow, &OTWindow::frontBackWanted, this, &OTController::deactivate);
+    connect(&_mainWindow, &OTWindow::preferencesWanted, this, &OTController::openPrefs);
     connect(&_mainWindow, &OTWindow::prefsWanted, this, [this] {
         const QWidget &gear = _mainWindow.prefsButton();
         openMainMenu(gear.mapToGlobal(gear.rect().bottomLeft()));
@@ -114,6 +115,7 @@ void OTController::applicationOpenUntitledFile(const ActivationStamp &stamp)
 
 void OTController::hideMainWindow()
 {
+    closePrefs();
     if (QDialog *const about = OTNSAppSubclass::standardAboutPanel()) {
         about->close();
     }
@@ -228,9 +230,10 @@ void OTController::applicationDidBecomeActive()
 void OTController::applicationWillResignActive()
 {
     _desktop.modifierTap().setEnabled(false);
-    // A question on the panel would be left without it; and a panel that does not activate the
-    // program may have become the one in front.
-    if (QApplication::activeModalWidget() || _activation.isInFront()) {
+    // A question on the panel would be left without it, while the preferences go with it; and a
+    // panel that does not activate the program may have become the one in front.
+    const bool isQuestionOpen = QApplication::activeModalWidget() && !isPrefsVisible();
+    if (isQuestionOpen || _activation.isInFront()) {
         return;
     }
     if (_activation.isLossPostponed()) {

@@ -18,6 +18,7 @@
 #include <QElapsedTimer>
 #include <QJsonObject>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <optional>
@@ -26,6 +27,7 @@ class Desktop;
 class InfoDictionary;
 class OTAppManager;
 class OTWindow;
+class PreferencesWindow;
 class UserDefaults;
 struct Alert;
 
@@ -93,6 +95,9 @@ public:
     // Chooses another hot key, by the key's code and the mask of its modifiers.
     void setHotKey(int hotKeyCode, int hotKeyModifiers);
 
+    // Preferences as a sheet on the panel, which is shown for them; nothing when they are open.
+    void openPrefs();
+    void closePrefs();
     void rescanAllApps(Sender sender);
     void openAbout();
     void openHomeURL();
@@ -119,6 +124,7 @@ private:
     void applicationWillResignActive();
     void preferenceDidChange(const QString &key);
 
+    bool isPrefsVisible() const;
     void hotKeyPressed(const ActivationStamp &stamp);
     void setApplicationIcon();
     void showProgressStep(int step, int count);
@@ -135,6 +141,8 @@ private:
     Triggers _triggers;
     AccessCheck _access;
     ScanProgress _scanProgress;
+    // From their first opening on; the panel owns them.
+    QPointer<PreferencesWindow> _prefWindow;
 
     bool _finishedLaunching = false;
     // What the panel is to be shown with at the start, until it is, and the time since the start.

@@ -10,6 +10,7 @@
 #include "shell/OTNSAppSubclass.h"
 #include "shell/ProgramStatus.h"
 #include "shell/panel/OTWindow.h"
+#include "shell/preferences/PreferencesWindow.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 #include "support/UserDefaults.h"
@@ -47,6 +48,11 @@ void OTController::perform(const InstanceRequest &request)
     case InstanceRequest::Verb::Hide:
         explicitHideMainWindow();
         break;
+    case InstanceRequest::Verb::Preferences:
+        activate(request.stamp);
+        applicationOpenUntitledFile(request.stamp);
+        openPrefs();
+        break;
     case InstanceRequest::Verb::Rescan:
         rescanAllApps(Sender::User);
         break;
@@ -75,6 +81,9 @@ void OTController::performCommand(MainMenu::Command command)
     case MainMenu::Command::Redo:
         _mainWindow.iconView().commands().redo();
         break;
+    case MainMenu::Command::Preferences:
+        openPrefs();
+        break;
     case MainMenu::Command::About:
         openAbout();
         break;
@@ -90,8 +99,37 @@ void OTController::performCommand(MainMenu::Command command)
     }
 }
 
+bool OTController::isPrefsVisible() const
+{
+    return _prefWindow && _prefWindow->isVisible();
+}
+
+void OTController::openPrefs()
+{
+    if (isPrefsVisible()) {
+        return;
+    }
+    activate();
+    applicationOpenUntitledFile();
+    if (!_mainWindow.isShown()) {
+        return;
+    }
+    if (!_prefWindow) {
+        _prefWindow = new PreferencesWindow(&_mainWindow);
+    }
+    _prefWindow->showUnder(_mainWindow.sheetPosition());
+}
+
+void OTController::closePrefs()
+{
+    if (isPrefsVisible()) {
+        _prefWindow->close();
+    }
+}
+
 void OTController::openMainMenu(const QPoint &position)
 {
+    _mainMenu.setEnabled(MainMenu::Command::Preferences, !isPrefsVisible());
     _mainMenu.menu().popup(position);
 }
 
@@ -109,6 +147,7 @@ void OTController::openHomeURL()
 // A user without a menu may have meant to close the panel.
 void OTController::quitApp(Quitting quitting)
 {
+    closePrefs();
     const bool isMenuGone = _access.isAppRunningDockless() && !_desktop.statusItem().isShown();
     if (quitting == Quitting::Asking && isMenuGone) {
         activate();

@@ -75,6 +75,9 @@ void OTController::applicationDidFinishLaunching(const std::optional<InstanceReq
     showLaunchedPanel();
     if (request) {
         openFiles(request->files);
+        if (request->verb == InstanceRequest::Verb::Preferences) {
+            openPrefs();
+        }
     }
     // Once the panel has been drawn: that must not wait for the disk.
     QTimer::singleShot(0, this, [this, launchCount] {

@@ -271,6 +271,11 @@ bool UserDefaults::removeObject(const QString &key)
     return isWritten;
 }
 
+bool UserDefaults::isFixedForThisRun(const QString &key) const
+{
+    return d->thisRun.contains(key);
+}
+
 void UserDefaults::setObjectForThisRun(const QString &key, const QVariant &value)
 {
     const QVariant plain = PropertyList::plain(value);

@@ -68,6 +68,7 @@ public:
     // Overrides a value until the program ends, by the same rule of types; an invalid one lifts it
     // again.
     void setObjectForThisRun(const QString &key, const QVariant &value);
+    bool isFixedForThisRun(const QString &key) const;
 
 Q_SIGNALS:
     // The value in force of a key has changed; values are the ones in force, defaults included.

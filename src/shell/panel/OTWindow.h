@@ -112,7 +112,9 @@ public:
 Q_SIGNALS:
     // The close button, or a key that stands for it, asks that the panel be hidden.
     void closeWanted();
+    // The gear was clicked; and the key that opens the preferences was pressed.
     void prefsWanted();
+    void preferencesWanted();
     void isNonActivatingChanged();
     // The application that was in front before is to have the front again.
     void frontBackWanted();

@@ -33,6 +33,10 @@ Qt::KeyboardModifiers heldModifiers(const QKeyEvent &event)
 void OTWindow::keyPressEvent(QKeyEvent *event)
 {
     _iconView->modifierKeysChanged(heldModifiers(*event));
+    if (isShown() && event->key() == Qt::Key_Comma && event->modifiers() == Qt::ControlModifier) {
+        Q_EMIT preferencesWanted();
+        return;
+    }
     // What comes while it fades out was not meant for it any more.
     event->setAccepted(
         isShown() && (_statsControl->handleKeyDown(*event) || _iconView->keyPressed(*event)));

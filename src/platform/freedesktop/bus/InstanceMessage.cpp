@@ -17,6 +17,7 @@ constexpr std::array actions {
     Action { Verb::Toggle, "toggle" },
     Action { Verb::Show, "show" },
     Action { Verb::Hide, "hide" },
+    Action { Verb::Preferences, "preferences" },
     Action { Verb::Rescan, "rescan" },
     Action { Verb::Quit, "quit" },
 };

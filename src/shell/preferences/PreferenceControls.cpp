@@ -1,0 +1,139 @@
+#include "shell/preferences/PreferenceControls.h"
+
+#include "shell/preferences/ColorWell.h"
+#include "support/Shapes.h"
+#include "support/UserDefaults.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QSlider>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// In the type that the preference has.
+void store(const QString &key, QVariant value)
+{
+    UserDefaults &defaults = UserDefaults::standard();
+    const QVariant registered = defaults.defaultForKey(key);
+    if (registered.isValid()) {
+        value.convert(registered.metaType());
+    }
+    defaults.setObject(key, value);
+}
+
+} // namespace
+
+void PreferenceControls::add(
+    QWidget *control, const QString &key, const std::function<void()> &show)
+{
+    UserDefaults &defaults = UserDefaults::standard();
+    if (!std::exchange(_isFollowing, true)) {
+        connect(&defaults, &UserDefaults::changed, this, &PreferenceControls::refresh);
+    }
+    _refreshes.insert(key, show);
+    show();
+    if (defaults.isFixedForThisRun(key)) {
+        control->setEnabled(false);
+        control->setToolTip(tr("Given for this run by --set."));
+    }
+}
+
+void PreferenceControls::refresh(const QString &key)
+{
+    const auto [first, last] = _refreshes.equal_range(key);
+    std::for_each(first, last, [](const std::function<void()> &show) { show(); });
+}
+
+QCheckBox *PreferenceControls::checkBox(const QString &key, const QString &text)
+{
+    auto *const box = new QCheckBox(text);
+    add(box, key, [box, key] {
+        const QSignalBlocker blocker(box);
+        box->setChecked(UserDefaults::standard().boolForKey(key));
+    });
+    connect(box, &QCheckBox::toggled, this, [key](bool isOn) { store(key, isOn); });
+    return box;
+}
+
+QComboBox *PreferenceControls::comboBox(const QString &key, const Choices &choices)
+{
+    auto *const box = new QComboBox;
+    for (const auto &[text, value] : choices) {
+        box->addItem(text, value);
+    }
+    add(box, key, [box, key] {
+        const QSignalBlocker blocker(box);
+        box->setCurrentIndex(box->findData(UserDefaults::standard().objectForKey(key).toInt()));
+    });
+    connect(box, &QComboBox::activated, this,
+        [box, key](int index) { store(key, box->itemData(index)); });
+    return box;
+}
+
+QWidget *PreferenceControls::slider(const QString &key, const Range &range, const QString &name)
+{
+    const double unit = range.unit == Range::Unit::Points ? 1 : 100;
+    auto *const row = new QWidget;
+    auto *const slider = new QSlider(Qt::Horizontal);
+    auto *const value = new QLabel;
+    slider->setRange(range.least, range.most);
+    slider->setAccessibleName(name);
+    row->setFocusProxy(slider);
+    auto *const layout = new QHBoxLayout(row);
+    layout->setContentsMargins({});
+    layout->addWidget(slider, 1);
+    layout->addWidget(value);
+    const auto text = [range](int position) {
+        switch (range.unit) {
+        case Range::Unit::Points:
+            break;
+        case Range::Unit::Hundredths:
+            return tr("%1 %").arg(position);
+        case Range::Unit::Seconds:
+            return tr("%1 s").arg(position / 100.0, 0, 'f', 2);
+        }
+        return QString::number(position);
+    };
+    // Wide enough for every value, so that the slider keeps its length.
+    value->setMinimumWidth(value->fontMetrics().horizontalAdvance(text(range.most * 10)));
+    value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    add(row, key, [slider, value, key, unit, text] {
+        const QSignalBlocker blocker(slider);
+        slider->setValue(int(std::lround(UserDefaults::standard().doubleForKey(key) * unit)));
+        value->setText(text(slider->value()));
+    });
+    connect(slider, &QSlider::valueChanged, this,
+        [key, unit](int position) { store(key, position / unit); });
+    return row;
+}
+
+ColorWell *PreferenceControls::colorWell(const QString &key, const QString &title)
+{
+    auto *const well = new ColorWell(title);
+    _wells.append(well);
+    add(well, key,
+        [well, key] { well->setColor(colorFromText(UserDefaults::standard().stringForKey(key))); });
+    connect(well, &ColorWell::colorChosen, this,
+        [key](const QColor &color) { store(key, colorText(color)); });
+    return well;
+}
+
+void PreferenceControls::reset()
+{
+    for (const QString &key : keys()) {
+        UserDefaults::standard().removeObject(key);
+    }
+}
+
+void PreferenceControls::closeChoosers()
+{
+    for (ColorWell *const well : _wells) {
+        well->closeChooser();
+    }
+}

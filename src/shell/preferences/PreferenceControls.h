@@ -1,0 +1,65 @@
+// Ordinary controls that stand for preferences: what is set with one is stored at once, and what
+// changes elsewhere is shown. A preference that is fixed for this run shows its value and cannot be
+// set.
+
+#pragma once
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+
+#include <functional>
+#include <utility>
+
+class ColorWell;
+class QCheckBox;
+class QComboBox;
+class QWidget;
+
+class PreferenceControls final : public QObject
+{
+    Q_OBJECT
+
+public:
+    // What a slider covers: whole numbers, or hundredths of the preference's values, which are
+    // shares or seconds.
+    struct Range
+    {
+        enum class Unit { Points, Hundredths, Seconds };
+
+        int least = 0;
+        int most = 0;
+        Unit unit = Unit::Points;
+    };
+    using Choices = QList<std::pair<QString, QVariant>>;
+
+    using QObject::QObject;
+
+    // The caller, or the layout it puts them into, owns what these make. A text's mnemonic counts.
+    QCheckBox *checkBox(const QString &key, const QString &text);
+    // A stored value that is none of the choices selects none.
+    QComboBox *comboBox(const QString &key, const Choices &choices);
+    // A slider with its value beside it. A stored value outside the range is shown as its end and
+    // stays stored.
+    QWidget *slider(const QString &key, const Range &range, const QString &name);
+    ColorWell *colorWell(const QString &key, const QString &title);
+
+    // Every preference that has a control.
+    QStringList keys() const { return _refreshes.uniqueKeys(); }
+    // Goes back to their defaults.
+    void reset();
+    // Chooses of colours close; what was chosen stays.
+    void closeChoosers();
+
+private:
+    // `show` takes over the value in force.
+    void add(QWidget *control, const QString &key, const std::function<void()> &show);
+    void refresh(const QString &key);
+
+    QMultiHash<QString, std::function<void()>> _refreshes;
+    QList<ColorWell *> _wells;
+    bool _isFollowing = false;
+};

@@ -1,0 +1,19 @@
+// The tabs of the preferences: which preference stands where, and in what words.
+
+#pragma once
+
+#include <QString>
+
+class PreferenceControls;
+class QWidget;
+
+namespace PreferenceTabs {
+
+// Each makes the page of a tab, without a parent. What it holds belongs to it; the controls outlive
+// the page.
+QWidget *general(PreferenceControls &controls);
+QWidget *appearance(PreferenceControls &controls);
+QWidget *groupsAndOrder(PreferenceControls &controls);
+QWidget *triggers(PreferenceControls &controls);
+
+} // namespace PreferenceTabs

@@ -1,0 +1,35 @@
+// The preferences: tabs of controls, each with a button that brings its defaults back. Every change
+// counts as soon as it is made, so there is nothing to confirm.
+
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+#include <vector>
+
+class PreferenceControls;
+class QTabWidget;
+
+class PreferencesWindow final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    // Modal on its parent.
+    explicit PreferencesWindow(QWidget *parent);
+    ~PreferencesWindow() override;
+
+    // Under a point of the screen, as far as the screen allows.
+    void showUnder(const QPoint &middleOfUpperEdge);
+
+protected:
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    using Page = QWidget *(PreferenceControls &);
+    void addTab(const QString &title, Page *page);
+
+    QTabWidget *_tabs;
+    std::vector<std::unique_ptr<PreferenceControls>> _controls;
+};

@@ -1,0 +1,150 @@
+#include "shell/OTNSAppSubclass.h"
+#include "shell/PanelFixture.h"
+#include "shell/preferences/ColorWell.h"
+#include "shell/preferences/PreferenceControls.h"
+#include "shell/preferences/PreferencesWindow.h"
+#include "support/InfoDictionary.h"
+
+#include <QCheckBox>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSlider>
+#include <QTabWidget>
+
+class PreferencesTest : public PanelFixture
+{
+    Q_OBJECT
+
+    void launch()
+    {
+        fill(4);
+        _controller = std::make_unique<OTController>(*_desktop, *_manager, *_window, _info);
+        _controller->launch(InstanceRequest());
+        QTRY_VERIFY(_window->isShown());
+    }
+    PreferencesWindow *sheet() const
+    {
+        auto *const found = _window->findChild<PreferencesWindow *>();
+        return found && found->isVisible() ? found : nullptr;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        setUp();
+        _desktop->movement.isStill = true;
+    }
+    void cleanup()
+    {
+        _controller.reset();
+        tearDown();
+    }
+
+    void controlsStore_andFollow()
+    {
+        PreferenceControls controls;
+        const std::unique_ptr<QCheckBox> box(controls.checkBox(u"drawWindowBorder"_s, u"Border"_s));
+        box->click();
+        QCOMPARE(_defaults->boolForKey(u"drawWindowBorder"_s), true);
+        const std::unique_ptr<QComboBox> order(controls.comboBox(
+            u"groupContentsSortOrder"_s, { { u"name"_s, 1 }, { u"colour"_s, 2 } }));
+        set("groupContentsSortOrder", 2);
+        QCOMPARE(order->currentText(), u"colour"_s);
+        set("groupContentsSortOrder", 77);
+        QCOMPARE(order->currentIndex(), -1);
+        const std::unique_ptr<QWidget> opacity(controls.slider(u"windowAlpha"_s,
+            { 0, 100, PreferenceControls::Range::Unit::Hundredths }, u"Opacity"_s));
+        auto *const slider = opacity->findChild<QSlider *>();
+        QCOMPARE(slider->value(), 85);
+        slider->setValue(40);
+        QCOMPARE(_defaults->doubleForKey(u"windowAlpha"_s), 0.4);
+        // What it cannot show stays as it is.
+        set("windowAlpha", 3.0);
+        QCOMPARE(slider->value(), 100);
+        QCOMPARE(_defaults->doubleForKey(u"windowAlpha"_s), 3.0);
+        const std::unique_ptr<ColorWell> well(controls.colorWell(u"windowColor"_s, u"Panel"_s));
+        Q_EMIT well->colorChosen(QColor(1, 2, 3, 4));
+        QCOMPARE(_defaults->stringForKey(u"windowColor"_s), u"#01020304"_s);
+        QCOMPARE(well->color(), QColor(1, 2, 3, 4));
+        controls.reset();
+        QVERIFY(!box->isChecked() && order->currentIndex() == 0 && slider->value() == 85);
+        QCOMPARE(well->color(), QColor(Qt::black));
+        for (const QString &key : controls.keys()) {
+            QVERIFY(!_defaults->hasStoredValue(key));
+        }
+    }
+
+    void whatIsFixedForThisRun_isGrey()
+    {
+        _defaults->setObjectForThisRun(u"drawWindowBorder"_s, true);
+        PreferenceControls controls;
+        const std::unique_ptr<QCheckBox> box(controls.checkBox(u"drawWindowBorder"_s, u"Border"_s));
+        QVERIFY(box->isChecked() && !box->isEnabled() && !box->toolTip().isEmpty());
+    }
+
+    void itHangsOnThePanel_andGoesWithIt()
+    {
+        launch();
+        press(Qt::Key_Comma, Qt::ControlModifier);
+        QVERIFY(sheet() && sheet()->windowModality() == Qt::WindowModal);
+        QVERIFY(!_window->iconViewHasUserFocus());
+        QVERIFY(sheet()->y() >= _window->y());
+        // A choice of colour goes as well.
+        auto *const well = sheet()->findChild<ColorWell *>();
+        well->click();
+        QVERIFY(well->findChild<QColorDialog *>());
+        _controller->closePrefs();
+        QVERIFY(!sheet() && !well->findChild<QColorDialog *>() && _window->isShown());
+        // Losing the focus closes both.
+        _controller->openPrefs();
+        QVERIFY(sheet());
+        _desktop->windows.bringToFront(nullptr);
+        QTRY_VERIFY(!sheet() && !_window->isShown());
+        // It brings the panel up.
+        _controller->openPrefs();
+        QVERIFY(sheet() && _window->isShown());
+    }
+
+    // Two that share a key would make neither reachable by it.
+    void mnemonicsDiffer()
+    {
+        QWidget parent;
+        const PreferencesWindow window(&parent);
+        const auto *const tabs = window.findChild<QTabWidget *>();
+        for (int i = 0; i < tabs->count(); ++i) {
+            QStringList keys;
+            const auto add = [&keys](const QString &text) {
+                const QString key = QKeySequence::mnemonic(text).toString();
+                QVERIFY2(!key.isEmpty() && !keys.contains(key), qPrintable(text));
+                keys.append(key);
+            };
+            for (int tab = 0; tab < tabs->count(); ++tab) {
+                add(tabs->tabText(tab));
+            }
+            for (const QCheckBox *box : tabs->widget(i)->findChildren<QCheckBox *>()) {
+                add(box->text());
+            }
+            for (const QLabel *label : tabs->widget(i)->findChildren<QLabel *>()) {
+                if (label->buddy()) {
+                    add(label->text());
+                }
+            }
+        }
+    }
+
+private:
+    const InfoDictionary _info;
+    std::unique_ptr<OTController> _controller;
+};
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    OTNSAppSubclass application(argc, argv);
+    PreferencesTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "PreferencesTest.moc"

@@ -115,7 +115,10 @@ void OTController::openPrefs()
         return;
     }
     if (!_prefWindow) {
-        _prefWindow = new PreferencesWindow(&_mainWindow);
+        _prefWindow =
+            new PreferencesWindow({ [this](int code, int modifiers) { setHotKey(code, modifiers); },
+                                      [this] { return _triggers.hotKeyProblem(); } },
+                &_mainWindow);
     }
     _prefWindow->showUnder(_mainWindow.sheetPosition());
 }

@@ -1,6 +1,7 @@
 #include "shell/OTNSAppSubclass.h"
 #include "shell/PanelFixture.h"
 #include "shell/preferences/ColorWell.h"
+#include "shell/preferences/HotKeyControl.h"
 #include "shell/preferences/PreferenceControls.h"
 #include "shell/preferences/PreferencesWindow.h"
 #include "support/InfoDictionary.h"
@@ -97,6 +98,15 @@ private Q_SLOTS:
         QVERIFY(well->findChild<QColorDialog *>());
         _controller->closePrefs();
         QVERIFY(!sheet() && !well->findChild<QColorDialog *>() && _window->isShown());
+        // A hot key that cannot be had is told at once.
+        _controller->openPrefs();
+        auto *const hotKey = sheet()->findChild<HotKeyControl *>();
+        _desktop->key.whyNot = u"another program holds this key"_s;
+        expectWarning(u"^no hot key: another program"_s);
+        hotKey->findChild<QCheckBox *>()->click();
+        QCOMPARE(_defaults->integerForKey(u"hotKeyModifiers"_s), 0);
+        QVERIFY(hotKey->findChild<QLabel *>()->text().contains(u"another program"));
+        _controller->closePrefs();
         // Losing the focus closes both.
         _controller->openPrefs();
         QVERIFY(sheet());
@@ -111,7 +121,7 @@ private Q_SLOTS:
     void mnemonicsDiffer()
     {
         QWidget parent;
-        const PreferencesWindow window(&parent);
+        const PreferencesWindow window({ [](int, int) {}, [] { return QString(); } }, &parent);
         const auto *const tabs = window.findChild<QTabWidget *>();
         for (int i = 0; i < tabs->count(); ++i) {
             QStringList keys;
@@ -123,12 +133,14 @@ private Q_SLOTS:
             for (int tab = 0; tab < tabs->count(); ++tab) {
                 add(tabs->tabText(tab));
             }
-            for (const QCheckBox *box : tabs->widget(i)->findChildren<QCheckBox *>()) {
+            for (const QCheckBox *box :
+                tabs->widget(i)->findChildren<QCheckBox *>(QString(), Qt::FindDirectChildrenOnly)) {
                 add(box->text());
             }
             for (const QLabel *label : tabs->widget(i)->findChildren<QLabel *>()) {
                 if (label->buddy()) {
                     add(label->text());
+                    QVERIFY(label->buddy()->focusPolicy() != Qt::NoFocus);
                 }
             }
         }

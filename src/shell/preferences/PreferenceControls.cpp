@@ -85,6 +85,7 @@ QWidget *PreferenceControls::slider(const QString &key, const Range &range, cons
     slider->setRange(range.least, range.most);
     slider->setAccessibleName(name);
     row->setFocusProxy(slider);
+    row->setFocusPolicy(slider->focusPolicy());
     auto *const layout = new QHBoxLayout(row);
     layout->setContentsMargins({});
     layout->addWidget(slider, 1);
@@ -100,8 +101,8 @@ QWidget *PreferenceControls::slider(const QString &key, const Range &range, cons
         }
         return QString::number(position);
     };
-    // Wide enough for every value, so that the slider keeps its length.
-    value->setMinimumWidth(value->fontMetrics().horizontalAdvance(text(range.most * 10)));
+    // Wide enough for every value of every slider, so that these are of one length.
+    value->setMinimumWidth(value->fontMetrics().horizontalAdvance(QStringLiteral("00.00 s")));
     value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     add(row, key, [slider, value, key, unit, text] {
         const QSignalBlocker blocker(slider);
@@ -128,6 +129,9 @@ void PreferenceControls::reset()
 {
     for (const QString &key : keys()) {
         UserDefaults::standard().removeObject(key);
+    }
+    for (const std::function<void()> &action : std::as_const(_resets)) {
+        action();
     }
 }
 

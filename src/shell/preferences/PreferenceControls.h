@@ -49,8 +49,9 @@ public:
 
     // Every preference that has a control.
     QStringList keys() const { return _refreshes.uniqueKeys(); }
-    // Goes back to their defaults.
+    // Goes back to their defaults, and does whatever else is due then.
     void reset();
+    void addReset(const std::function<void()> &action) { _resets.append(action); }
     // Chooses of colours close; what was chosen stays.
     void closeChoosers();
 
@@ -60,6 +61,7 @@ private:
     void refresh(const QString &key);
 
     QMultiHash<QString, std::function<void()>> _refreshes;
+    QList<std::function<void()>> _resets;
     QList<ColorWell *> _wells;
     bool _isFollowing = false;
 };

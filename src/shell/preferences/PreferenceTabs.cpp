@@ -2,6 +2,7 @@
 
 #include "catalogue/OTAppManager.h"
 #include "shell/preferences/ColorWell.h"
+#include "shell/preferences/HotKeyControl.h"
 #include "shell/preferences/PreferenceControls.h"
 
 #include <QCheckBox>
@@ -123,10 +124,14 @@ QWidget *PreferenceTabs::groupsAndOrder(PreferenceControls &controls)
     return page;
 }
 
-QWidget *PreferenceTabs::triggers(PreferenceControls &controls)
+QWidget *PreferenceTabs::triggers(PreferenceControls &controls, const HotKeyChoice &hotKey)
 {
     auto *const page = new QWidget;
     QFormLayout &form = *formOn(page);
+    auto *const hotKeyControl = new HotKeyControl(hotKey);
+    addRow(form, tr("Hot &key:"), hotKeyControl);
+    controls.addReset([hotKeyControl] { hotKeyControl->reset(); });
+    addGap(form);
     form.addRow(controls.checkBox(
         QStringLiteral("showAppInStatusBar"), tr("Show Ortu among the &status icons")));
     form.addRow(controls.checkBox(QStringLiteral("statusBarTogglesWindow"),
@@ -134,13 +139,13 @@ QWidget *PreferenceTabs::triggers(PreferenceControls &controls)
     form.addRow(
         controls.checkBox(QStringLiteral("showIconInDock"), tr("List Ortu in the &task bar")));
     addGap(form);
-    addRow(form, tr("Show the panel from the &edge of the screen:"),
+    addRow(form, tr("Screen &edge:"),
         controls.comboBox(QStringLiteral("cursorHotSpotLocation"),
-            { { tr("No"), 0 }, { tr("Top left corner"), 1 }, { tr("Left edge"), 2 },
+            { { tr("None"), 0 }, { tr("Top left corner"), 1 }, { tr("Left edge"), 2 },
                 { tr("Bottom left corner"), 3 }, { tr("Bottom edge"), 4 },
                 { tr("Bottom right corner"), 5 }, { tr("Right edge"), 6 },
                 { tr("Top right corner"), 7 } }));
-    addRow(form, tr("when the pointer &rests there for:"),
+    addRow(form, tr("After a &rest of:"),
         controls.slider(QStringLiteral("cursorHotSpotDelay"), { 0, 200, Range::Unit::Seconds },
             tr("How long the pointer rests")));
     form.addRow(controls.checkBox(

@@ -5,6 +5,7 @@
 #include <QString>
 
 class PreferenceControls;
+struct HotKeyChoice;
 class QWidget;
 
 namespace PreferenceTabs {
@@ -14,6 +15,6 @@ namespace PreferenceTabs {
 QWidget *general(PreferenceControls &controls);
 QWidget *appearance(PreferenceControls &controls);
 QWidget *groupsAndOrder(PreferenceControls &controls);
-QWidget *triggers(PreferenceControls &controls);
+QWidget *triggers(PreferenceControls &controls, const HotKeyChoice &hotKey);
 
 } // namespace PreferenceTabs

@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-PreferencesWindow::PreferencesWindow(QWidget *parent)
+PreferencesWindow::PreferencesWindow(const HotKeyChoice &hotKey, QWidget *parent)
     : QDialog(parent)
     , _tabs(new QTabWidget)
 {
@@ -21,7 +21,9 @@ PreferencesWindow::PreferencesWindow(QWidget *parent)
     addTab(tr("Ge&neral"), &PreferenceTabs::general);
     addTab(tr("&Appearance"), &PreferenceTabs::appearance);
     addTab(tr("Gro&ups and Order"), &PreferenceTabs::groupsAndOrder);
-    addTab(tr("Tri&ggers"), &PreferenceTabs::triggers);
+    addTab(tr("Tri&ggers"), [&hotKey](PreferenceControls &controls) {
+        return PreferenceTabs::triggers(controls, hotKey);
+    });
 
     auto *const buttons =
         new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::RestoreDefaults);
@@ -36,7 +38,7 @@ PreferencesWindow::PreferencesWindow(QWidget *parent)
 
 PreferencesWindow::~PreferencesWindow() = default;
 
-void PreferencesWindow::addTab(const QString &title, Page *page)
+void PreferencesWindow::addTab(const QString &title, const Page &page)
 {
     _controls.push_back(std::make_unique<PreferenceControls>());
     _tabs->addTab(page(*_controls.back()), title);

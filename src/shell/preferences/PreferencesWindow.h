@@ -3,8 +3,11 @@
 
 #pragma once
 
+#include "shell/preferences/HotKeyControl.h"
+
 #include <QDialog>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -17,7 +20,7 @@ class PreferencesWindow final : public QDialog
 
 public:
     // Modal on its parent.
-    explicit PreferencesWindow(QWidget *parent);
+    PreferencesWindow(const HotKeyChoice &hotKey, QWidget *parent);
     ~PreferencesWindow() override;
 
     // Under a point of the screen, as far as the screen allows.
@@ -27,8 +30,8 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    using Page = QWidget *(PreferenceControls &);
-    void addTab(const QString &title, Page *page);
+    using Page = std::function<QWidget *(PreferenceControls &)>;
+    void addTab(const QString &title, const Page &page);
 
     QTabWidget *_tabs;
     std::vector<std::unique_ptr<PreferenceControls>> _controls;

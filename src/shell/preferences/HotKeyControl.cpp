@@ -1,0 +1,87 @@
+#include "shell/preferences/HotKeyControl.h"
+
+#include "shell/triggers/KeyTable.h"
+#include "shell/triggers/TriggerKeys.h"
+#include "support/UserDefaults.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSignalBlocker>
+
+HotKeyControl::HotKeyControl(HotKeyChoice choice, QWidget *parent)
+    : QWidget(parent)
+    , _choice(std::move(choice))
+    , _keys(new QComboBox)
+    , _problem(new QLabel)
+{
+    auto *const row = new QHBoxLayout;
+    for (const auto &[bit, name] : { std::pair<int, QString>(KeyTable::Control, tr("control")),
+             { KeyTable::Option, tr("option") }, { KeyTable::Command, tr("command") },
+             { KeyTable::Shift, tr("shift") } }) {
+        auto *const box = new QCheckBox(name.left(1).toUpper() + name.mid(1));
+        connect(box, &QCheckBox::clicked, this, &HotKeyControl::choose);
+        row->addWidget(box);
+        _modifiers.emplace_back(bit, box);
+    }
+    _keys->addItem(tr("No hot key"), -1);
+    for (const KeyTable::Key &key : KeyTable().keys()) {
+        _keys->addItem(key.title, key.tag);
+    }
+    connect(_keys, &QComboBox::activated, this, &HotKeyControl::choose);
+    row->addWidget(_keys, 1);
+    setFocusProxy(_keys);
+    setFocusPolicy(_keys->focusPolicy());
+    _problem->setWordWrap(true);
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addLayout(row);
+    layout->addWidget(_problem);
+
+    const QString fixed = tr("Given for this run by --set.");
+    UserDefaults &defaults = UserDefaults::standard();
+    if (defaults.isFixedForThisRun(TriggerKeys::hotKeyCode)
+        || defaults.isFixedForThisRun(TriggerKeys::hotKeyModifiers)) {
+        setEnabled(false);
+        setToolTip(fixed);
+    }
+    connect(&defaults, &UserDefaults::changed, this, [this](const QString &key) {
+        if (key == TriggerKeys::hotKeyCode || key == TriggerKeys::hotKeyModifiers) {
+            takeStates();
+        }
+    });
+    takeStates();
+}
+
+void HotKeyControl::takeStates()
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    const auto mask = int(defaults.integerForKey(TriggerKeys::hotKeyModifiers));
+    for (const auto &[bit, box] : _modifiers) {
+        box->setChecked((mask & bit) != 0);
+    }
+    _keys->setCurrentIndex(_keys->findData(int(defaults.integerForKey(TriggerKeys::hotKeyCode))));
+    _problem->setText(_choice.problem());
+    _problem->setVisible(!_problem->text().isEmpty());
+}
+
+void HotKeyControl::reset()
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    _choice.choose(defaults.defaultForKey(TriggerKeys::hotKeyCode).toInt(),
+        defaults.defaultForKey(TriggerKeys::hotKeyModifiers).toInt());
+}
+
+void HotKeyControl::choose()
+{
+    int mask = 0;
+    for (const auto &[bit, box] : _modifiers) {
+        mask |= box->isChecked() ? bit : 0;
+    }
+    const QVariant code = _keys->currentData();
+    if (code.isValid()) {
+        _choice.choose(code.toInt(), mask);
+        takeStates();
+    }
+}

@@ -29,6 +29,21 @@ private Q_SLOTS:
         QCOMPARE(roundedRectanglePath(wide, 15), capsulePath(wide));
     }
 
+    void everyFormat_becomesTheOneOfIcons()
+    {
+        QImage image(1, 1, QImage::Format_ARGB32);
+        image.setPixel(0, 0, qRgba(200, 100, 50, 128));
+        for (const QImage::Format format : { QImage::Format_ARGB32, QImage::Format_RGBA8888,
+                 QImage::Format_ARGB32_Premultiplied, QImage::Format_RGBA8888_Premultiplied }) {
+            const QImage icon = premultipliedImage(image.convertToFormat(format));
+            QCOMPARE(icon.format(), QImage::Format_ARGB32_Premultiplied);
+            QCOMPARE(
+                *reinterpret_cast<const QRgb *>(icon.constScanLine(0)), qRgba(100, 50, 25, 128));
+        }
+        const QImage opaque = premultipliedImage(image.convertToFormat(QImage::Format_RGB888));
+        QCOMPARE(opaque.format(), QImage::Format_ARGB32_Premultiplied);
+    }
+
     void blackOrWhite_isWhatContrastsMore()
     {
         for (const QColor &dark : { QColor(Qt::black), QColor(Qt::blue), QColor(0, 0, 60, 0) }) {

@@ -21,8 +21,8 @@ using Claim = SingleInstance::Claim;
 
 namespace {
 
-const QStringList verbs { u"activate"_s, u"open"_s, u"toggle"_s, u"show"_s, u"hide"_s, u"rescan"_s,
-    u"quit"_s, u"status"_s };
+const QStringList verbs { u"activate"_s, u"open"_s, u"toggle"_s, u"show"_s, u"hide"_s,
+    u"preferences"_s, u"rescan"_s, u"quit"_s, u"status"_s };
 const QStringList outcomes { u"Done"_s, u"NoneRuns"_s, u"Failed"_s };
 
 const QString name = u"org.ortu.Ortu"_s;

@@ -17,9 +17,9 @@ namespace {
 // A folder full of such names must not fill the log.
 constexpr int MaxRefusalLines = 20;
 
-enum class ItemKind { Application, Folder, Other };
+} // namespace
 
-ItemKind classified(const ItemFlags &flags, const QString &name)
+FolderWalk::ItemKind FolderWalk::classified(const ItemFlags &flags, const QString &name)
 {
     const bool isPlainFolder = flags.isContainer && !flags.isApplication;
     if (flags.isInvisible || (flags.isAlias && !isPlainFolder)) {
@@ -33,8 +33,6 @@ ItemKind classified(const ItemFlags &flags, const QString &name)
     }
     return ItemKind::Other;
 }
-
-} // namespace
 
 FolderWalk::FolderWalk(const Items &items, const QStringList &roots, qint64 maxRecursionDepth)
     : _items(items)

@@ -11,10 +11,17 @@
 #include <QStringList>
 
 class Items;
+struct ItemFlags;
 
 class FolderWalk
 {
 public:
+    // What the walk takes an item for: one to list, one to enter, or neither.
+    enum class ItemKind { Application, Folder, Other };
+
+    // By what the desktop says of the item and by the item's name, its last path component.
+    static ItemKind classified(const ItemFlags &flags, const QString &name);
+
     // Roots in standard form. The limit is taken as it is, except that it is at least 1 and at
     // most 99.
     FolderWalk(const Items &items, const QStringList &roots, qint64 maxRecursionDepth);

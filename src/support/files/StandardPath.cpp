@@ -1,7 +1,5 @@
 #include "support/files/StandardPath.h"
 
-#include <QDir>
-
 namespace {
 
 // Above the root there is nothing; QDir leaves such parts in.
@@ -23,4 +21,11 @@ QString standardizedPath(const QString &path)
         return cleanPath(QDir::homePath() + path.mid(1));
     }
     return path.isEmpty() ? path : cleanPath(path);
+}
+
+QString abbreviatedPath(const QString &path, const QString &home)
+{
+    const bool isBelowHome =
+        !home.isEmpty() && (path == home || path.startsWith(home + QLatin1Char('/')));
+    return isBelowHome ? QLatin1Char('~') + path.mid(home.size()) : path;
 }

@@ -1,19 +1,7 @@
 #include "platform/freedesktop/base/FreedesktopPaths.h"
 
 #include "platform/freedesktop/base/SessionFolders.h"
-
-#include <QDir>
-
-namespace {
-
-QString withTilde(const QString &path)
-{
-    const QString home = QDir::homePath();
-    const bool isBelowHome = path == home || path.startsWith(home + QLatin1Char('/'));
-    return isBelowHome ? QLatin1Char('~') + path.mid(home.size()) : path;
-}
-
-} // namespace
+#include "support/files/StandardPath.h"
 
 FreedesktopPaths::FreedesktopPaths()
     : _dataFolders(SessionFolders::dataHome())
@@ -44,7 +32,7 @@ QStringList FreedesktopPaths::applicationFolders() const
 {
     QStringList folders;
     for (const QString &dataFolder : _dataFolders) {
-        folders.append(withTilde(dataFolder + QStringLiteral("/applications")));
+        folders.append(abbreviatedPath(dataFolder + QStringLiteral("/applications")));
     }
     folders.insert(1, QStringLiteral("~/Applications"));
     folders.removeDuplicates();

@@ -154,11 +154,11 @@ int main(int argc, char **argv)
     // would take that for the answer of another program while the name is still held.
     std::unique_ptr<SingleInstance> claimed = std::move(instance);
     const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
-    UserDefaults defaults(
+    auto defaults = std::make_unique<UserDefaults>(
         desktop->searchPaths().configurationFolder() + QStringLiteral("/Preferences.plist"),
         Commands::mayWrite(invocation) ? UserDefaults::Writing::Allowed
                                        : UserDefaults::Writing::Never);
-    UserDefaults::setStandard(&defaults);
+    UserDefaults::setStandard(defaults.get());
     Commands::registerDefaults(*desktop);
     const QString wrongSetting = Commands::applySettings(invocation);
     int result = WrongUse;
@@ -170,6 +170,7 @@ int main(int argc, char **argv)
         result = Commands::run(invocation, *desktop);
     }
     UserDefaults::setStandard(nullptr);
+    defaults.reset();
     if (Commands::isDecoding()) {
         claimed.reset();
         endAtOnce(result);

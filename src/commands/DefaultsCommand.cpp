@@ -27,7 +27,7 @@ int setPreference(const QString &key, const QString &text)
     if (!value) {
         return Output::fail(QStringLiteral("%1 cannot be %2").arg(key, text), WrongUse);
     }
-    return defaults.setObject(key, *value) ? 0 : 1;
+    return defaults.setObject(key, *value) && defaults.synchronize() ? 0 : 1;
 }
 
 int printPreferences(const QStringList &keys, bool isJson)
@@ -61,7 +61,8 @@ int Commands::defaults(const Invocation &invocation)
         if (isUnknown(*invocation.resetKey)) {
             return unknownKey(*invocation.resetKey);
         }
-        return defaults.removeObject(*invocation.resetKey) ? 0 : 1;
+        defaults.removeObject(*invocation.resetKey);
+        return defaults.synchronize() ? 0 : 1;
     }
     if (!invocation.key) {
         return printPreferences(defaults.registeredKeys(), invocation.isJson);

@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <utility>
+
 namespace {
 
 // A file that is not a dictionary is as damaged as one that cannot be parsed.
@@ -49,6 +51,14 @@ bool makePrivateFolder(const QString &path)
 
 } // namespace
 
+struct DefaultsFile::Outcome
+{
+    // Empty on success.
+    QString error;
+    // What the file now holds.
+    QVariantMap values;
+};
+
 DefaultsFile::DefaultsFile(const QString &path, UserDefaults::Writing writing)
     : _path(path.isEmpty() ? QString() : QFileInfo(path).absoluteFilePath())
     , _writing(path.isEmpty() ? UserDefaults::Writing::Never : writing)
@@ -76,55 +86,113 @@ DefaultsFile::DefaultsFile(const QString &path, UserDefaults::Writing writing)
     }
 }
 
-DefaultsFile::~DefaultsFile() = default;
+DefaultsFile::~DefaultsFile()
+{
+    _writer.flush();
+}
+
+void DefaultsFile::change(const QString &key, const QVariant &value)
+{
+    applyTo(_values, { { key, value } });
+    if (_writing == UserDefaults::Writing::Allowed) {
+        _waiting.insert(key, value);
+        _writer.request();
+    }
+}
+
+bool DefaultsFile::synchronize()
+{
+    if (!_waiting.isEmpty() || !_onTheWay.isEmpty()) {
+        _writer.request();
+        _writer.flush();
+    }
+    return _isLastWriteGood;
+}
 
 void DefaultsFile::readAgain()
 {
-    const PropertyList::Document document = readDictionary(_path);
-    const QVariantMap values = document.value.toMap();
-    if (document.state == PropertyList::State::Damaged || values == _values) {
+    // Read during a write, the file may be that of before it.
+    if (!_onTheWay.isEmpty()) {
+        _isReadingDue = true;
         return;
     }
-    _values = values;
-    Q_EMIT changedOutside();
+    const PropertyList::Document document = readDictionary(_path);
+    if (document.state == PropertyList::State::Damaged) {
+        return;
+    }
+    QVariantMap values = document.value.toMap();
+    applyTo(values, _waiting);
+    if (values != _values) {
+        _values = values;
+        Q_EMIT changedOutside();
+    }
 }
 
-bool DefaultsFile::apply(const Changes &changes, QString *error)
+WriteBehind::Job DefaultsFile::nextJob()
 {
-    if (_writing == UserDefaults::Writing::Never) {
-        applyTo(_values, changes);
-        return true;
+    if (_waiting.isEmpty()) {
+        return {};
     }
-    const QString folder = QFileInfo(_path).absolutePath();
+    _onTheWay = std::exchange(_waiting, {});
+    return [this, path = _path, changes = _onTheWay, known = _values]() -> WriteBehind::Conclusion {
+        return [this, outcome = write(path, changes, known)] { conclude(outcome); };
+    };
+}
+
+// Not on the main thread, and so without a look at the object.
+DefaultsFile::Outcome DefaultsFile::write(
+    const QString &path, const Changes &changes, const QVariantMap &known)
+{
+    const QString folder = QFileInfo(path).absolutePath();
     if (!makePrivateFolder(folder)) {
-        *error = QStringLiteral("the folder cannot be made");
-        qCWarning(lcSupport, "cannot write %s: %s", qUtf8Printable(_path), qUtf8Printable(*error));
-        return false;
+        const QString error = QStringLiteral("the folder cannot be made");
+        qCWarning(lcSupport, "cannot write %s: %s", qUtf8Printable(path), qUtf8Printable(error));
+        return { error, {} };
     }
     FileLock lock(folder);
     if (lock.lock()) {
-        return applyLocked(changes, error);
+        return writeLocked(path, changes, known);
     }
-    *error = lock.error();
-    qCWarning(lcSupport, "cannot lock %s: %s", qUtf8Printable(folder), qUtf8Printable(*error));
-    return false;
+    qCWarning(
+        lcSupport, "cannot lock %s: %s", qUtf8Printable(folder), qUtf8Printable(lock.error()));
+    return { lock.error(), {} };
 }
 
-bool DefaultsFile::applyLocked(const Changes &changes, QString *error)
+DefaultsFile::Outcome DefaultsFile::writeLocked(
+    const QString &path, const Changes &changes, const QVariantMap &known)
 {
-    const PropertyList::Document document = readDictionary(_path);
+    const PropertyList::Document document = readDictionary(path);
     QVariantMap values = document.value.toMap();
     if (document.state == PropertyList::State::Damaged) {
-        if (!PropertyList::setAside(_path, document.error)) {
-            *error = QStringLiteral("the damaged file cannot be moved away");
-            return false;
+        if (!PropertyList::setAside(path, document.error)) {
+            return { QStringLiteral("the damaged file cannot be moved away"), {} };
         }
-        values = _values;
+        values = known;
     }
     applyTo(values, changes);
-    if (!PropertyList::writeFile(_path, values, PropertyList::Former::Dropped, error)) {
-        return false;
+    Outcome outcome { {}, values };
+    PropertyList::writeFile(path, values, PropertyList::Former::Dropped, &outcome.error);
+    return outcome;
+}
+
+void DefaultsFile::conclude(const Outcome &outcome)
+{
+    const Changes changes = std::exchange(_onTheWay, {});
+    _isLastWriteGood = outcome.error.isEmpty();
+    if (_isLastWriteGood) {
+        _values = outcome.values;
+        applyTo(_values, _waiting);
+        Q_EMIT written();
+    } else {
+        // Below what has changed since.
+        for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
+            if (!_waiting.contains(change.key())) {
+                _waiting.insert(change.key(), change.value());
+            }
+        }
+        Q_EMIT writeFailed(outcome.error);
     }
-    _values = values;
-    return true;
+    if (std::exchange(_isReadingDue, false)) {
+        readAgain();
+    }
 }

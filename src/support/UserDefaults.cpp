@@ -6,6 +6,7 @@
 #include "support/files/Log.h"
 #include "support/files/PropertyList.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QMultiHash>
 
@@ -41,55 +42,44 @@ public:
         : file(path, writing)
     { }
 
-    QVariant stored(const QString &key) const;
-    bool store(const QString &key, const QVariant &value);
+    QVariant stored(const QString &key) const { return file.values().value(key); }
+    void store(const QString &key, const QVariant &value);
     QList<Change> recompute();
+    void tellFailure(const QString &reason);
 
     DefaultsFile file;
     QHash<QString, QVariant> registered;
     QHash<QString, QVariant> thisRun;
     QHash<QString, QVariant> inForce;
+    // That a write failed; once, until one succeeds.
+    bool isFailureTold = false;
 
 private:
     QVariant usable(const QString &key, const QVariant &value);
     QVariant computed(const QString &key);
     QStringList keys() const;
 
-    // What could not be written, removals as invalid values. It stands above the file.
-    DefaultsFile::Changes _unwritten;
-    // That they are not written; once, until something is.
-    bool _isFailureTold = false;
     // Values that the log has already named.
     QMultiHash<QString, QVariant> _refused;
 };
 
-QVariant UserDefaults::Private::stored(const QString &key) const
-{
-    const auto unwritten = _unwritten.constFind(key);
-    return unwritten != _unwritten.cend() ? *unwritten : file.values().value(key);
-}
-
-bool UserDefaults::Private::store(const QString &key, const QVariant &value)
+void UserDefaults::Private::store(const QString &key, const QVariant &value)
 {
     const QVariant old = PreferenceType::converted(stored(key), registered.value(key));
     const bool isRemoved = !value.isValid() && !stored(key).isValid();
     const bool isSame = isRemoved || (value.isValid() && PreferenceType::same(value, old));
-    if (isSame && !_unwritten.contains(key)) {
-        return true;
+    if (!isSame || file.isWaiting(key)) {
+        file.change(key, value);
     }
-    _unwritten.insert(key, value);
-    QString error;
-    if (!file.apply(_unwritten, &error)) {
-        // Once; the panel alone notes something down each time it is hidden.
-        if (!std::exchange(_isFailureTold, true)) {
-            Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
-                UserDefaults::tr("Changes of the preferences are not kept: %1.").arg(error));
-        }
-        return false;
+}
+
+// Once; the panel alone notes something down each time it is hidden.
+void UserDefaults::Private::tellFailure(const QString &reason)
+{
+    if (!std::exchange(isFailureTold, true)) {
+        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+            UserDefaults::tr("Changes of the preferences are not kept: %1.").arg(reason));
     }
-    _unwritten.clear();
-    _isFailureTold = false;
-    return true;
 }
 
 // Brings the values in force up to date and tells which of them changed.
@@ -115,8 +105,7 @@ QList<Change> UserDefaults::Private::recompute()
 // Every key of any layer, sorted, so that changes are announced in an order that does not vary.
 QStringList UserDefaults::Private::keys() const
 {
-    QStringList keys = inForce.keys() + registered.keys() + thisRun.keys() + _unwritten.keys()
-        + file.values().keys();
+    QStringList keys = inForce.keys() + registered.keys() + thisRun.keys() + file.values().keys();
     keys.sort();
     keys.removeDuplicates();
     return keys;
@@ -154,6 +143,15 @@ UserDefaults::UserDefaults(const QString &path, Writing writing, QObject *parent
 {
     d->recompute();
     connect(&d->file, &DefaultsFile::changedOutside, this, [this] { announceChanges(); });
+    connect(&d->file, &DefaultsFile::writeFailed, this,
+        [this](const QString &reason) { d->tellFailure(reason); });
+    connect(&d->file, &DefaultsFile::written, this, [this] {
+        d->isFailureTold = false;
+        announceChanges();
+    });
+    if (const auto *const application = QCoreApplication::instance()) {
+        connect(application, &QCoreApplication::aboutToQuit, this, &UserDefaults::synchronize);
+    }
 }
 
 UserDefaults::~UserDefaults()
@@ -161,6 +159,8 @@ UserDefaults::~UserDefaults()
     if (standardDefaults == this) {
         standardDefaults = nullptr;
     }
+    // Writes once more, but emits nothing during destruction.
+    d->file.disconnect(this);
 }
 
 UserDefaults &UserDefaults::standard()
@@ -250,7 +250,8 @@ bool UserDefaults::hasStoredValue(const QString &key) const
 bool UserDefaults::setObject(const QString &key, const QVariant &value)
 {
     if (!value.isValid()) {
-        return removeObject(key);
+        removeObject(key);
+        return true;
     }
     const QVariant like = defaultForKey(key);
     const QVariant plain = PropertyList::plain(value);
@@ -259,16 +260,20 @@ bool UserDefaults::setObject(const QString &key, const QVariant &value)
         complain(key, value, like);
         return false;
     }
-    const bool isWritten = d->store(key, stored);
+    d->store(key, stored);
     announceChanges();
-    return isWritten;
+    return true;
 }
 
-bool UserDefaults::removeObject(const QString &key)
+void UserDefaults::removeObject(const QString &key)
 {
-    const bool isWritten = d->store(key, {});
+    d->store(key, {});
     announceChanges();
-    return isWritten;
+}
+
+bool UserDefaults::synchronize()
+{
+    return d->file.synchronize();
 }
 
 bool UserDefaults::isFixedForThisRun(const QString &key) const

@@ -3,9 +3,10 @@
 // A value for this run (--set) stands above a stored one and is never written. Keys of stored
 // values that are not registered are kept as they are: they may belong to another version. The file
 // is an XML property list; a change that another program makes to it is noticed and announced like
-// one made here. Writing happens under a lock beside the file and re-reads it first, so that two
-// programs do not undo each other. The type of a registered default is the type of its preference:
-// values are given in it. Main thread only.
+// one made here. Changes made here count at once; the file is written on another thread, 200 ms
+// after the last of several and at most a second after the first. Writing happens under a lock
+// beside the file and re-reads it first, so that two programs do not undo each other. The type of a
+// registered default is the type of its preference: values are given in it. Main thread only.
 
 #pragma once
 
@@ -28,6 +29,7 @@ public:
     // changes stay in memory, and nothing is ever created, moved or written.
     explicit UserDefaults(
         const QString &path = {}, Writing writing = Writing::Allowed, QObject *parent = nullptr);
+    // Writes the changes that have not been tried yet, and waits for that.
     ~UserDefaults() override;
 
     // The preferences that the whole program reads; in memory until setStandard() names others,
@@ -56,14 +58,18 @@ public:
     QStringList registeredKeys() const;
     bool hasStoredValue(const QString &key) const;
 
-    // Stores a value, writes the file and announces the change. Nothing happens when the same value
-    // is stored already. False and one log line when it could not be written: the value then holds
-    // until the program ends, the next write that succeeds takes it along, and the user is told of
-    // the first such failure. False and one log
-    // line, and nothing changed, for a value of the wrong type or one that a property list cannot
-    // hold. An invalid value removes the key.
+    // Stores a value and announces the change; the file follows. Nothing happens when the same
+    // value is stored already. False and one log line, and nothing changed, for a value of the
+    // wrong type or one that a property list cannot hold. An invalid value removes the key.
+    //
+    // When the file cannot be written, which costs one log line, the value holds until the program
+    // ends, the next write takes it along, and the user is told of the first such failure.
     bool setObject(const QString &key, const QVariant &value);
-    bool removeObject(const QString &key);
+    void removeObject(const QString &key);
+
+    // Writes at once what is not written yet, what failed before included, and waits for that.
+    // False when it fails. Happens by itself when the event loop of the application ends.
+    bool synchronize();
 
     // Overrides a value until the program ends, by the same rule of types; an invalid one lifts it
     // again.

@@ -45,6 +45,7 @@ public:
     {
         _manager->fullScan();
         _defaults.setObject(u"maximumIconSize"_s, 48);
+        _defaults.synchronize();
         _manager->excludeApp(app(u"c"_s));
         _manager->moveApp(app(u"b"_s), UserGroup, 0, 0);
         _manager->moveApp(app(u"b"_s), User1DGroup, 0, 0);

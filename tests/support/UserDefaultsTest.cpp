@@ -76,8 +76,8 @@ private Q_SLOTS:
         Program program(_path);
         program.defaults.registerDefaults(registered);
         QVERIFY(program.defaults.objectForKey(hueKey).typeId() == QMetaType::Double);
-        QVERIFY(program.defaults.setObject(hueKey, 1));
-        QCOMPARE(stored().value(sizeKey), QVariant(u"a"_s));
+        QVERIFY(program.defaults.setObject(hueKey, 1) && program.defaults.synchronize());
+        QCOMPARE(stored(), QVariantMap({ { sizeKey, u"a"_s }, { hueKey, 1.0 } }));
 
         program.taken();
         expectWarning(u"^maximumIconSize: array cannot stand for integer"_s);
@@ -93,10 +93,10 @@ private Q_SLOTS:
         QCOMPARE(defaults.registeredKeys(), QStringList({ sizeKey, hueKey }));
         defaults.setObjectForThisRun(sizeKey, u"99"_s);
         QVERIFY(!defaults.hasStoredValue(sizeKey));
-        QVERIFY(defaults.setObject(sizeKey, 48));
+        QVERIFY(defaults.setObject(sizeKey, 48) && defaults.synchronize());
         QCOMPARE(stored(), QVariantMap({ { sizeKey, 48LL } }));
         defaults.setObjectForThisRun(sizeKey, {});
-        QVERIFY(defaults.removeObject(sizeKey));
+        defaults.removeObject(sizeKey);
         QCOMPARE(program.taken(),
             QStringList({ u"maximumIconSize 64>32"_s, u"maximumIconSize 32>99"_s,
                 u"maximumIconSize 99>48"_s, u"maximumIconSize 48>32"_s }));
@@ -110,6 +110,7 @@ private Q_SLOTS:
         UserDefaults &defaults = program.defaults;
         QVERIFY(defaults.setObject(sizeKey, 64) && defaults.setObject(hueKey, 1));
         QCOMPARE(program.taken(), QStringList(u"wrapHue 0.5>1"_s));
+        QVERIFY(defaults.synchronize());
         QCOMPARE(
             stored(), QVariantMap({ { sizeKey, 64LL }, { hueKey, 1.0 }, { u"later"_s, foreign } }));
 
@@ -118,7 +119,9 @@ private Q_SLOTS:
         expectWarning(u"^note: QPoint cannot stand for a preference"_s);
         QVERIFY(!defaults.setObject(u"note"_s, QPoint(1, 2)));
         QVERIFY(QFile::remove(_path));
-        QVERIFY(defaults.setObject(hueKey, 1.0F) && defaults.removeObject(u"none"_s));
+        QVERIFY(defaults.setObject(hueKey, 1.0F));
+        defaults.removeObject(u"none"_s);
+        QVERIFY(defaults.synchronize());
         QCOMPARE(QDir(_folder->path()).entryList(QDir::Files) + program.taken(), QStringList());
     }
 
@@ -126,14 +129,45 @@ private Q_SLOTS:
     {
         UserDefaults one(_path);
         Program two(_path);
-        QVERIFY(one.setObject(sizeKey, 1));
-        QVERIFY(two.defaults.setObject(hueKey, 2));
+        QVERIFY(one.setObject(sizeKey, 1) && two.defaults.setObject(hueKey, 2));
+        QVERIFY(one.synchronize() && two.defaults.synchronize());
         // The second learned of the first's key by its own write, before any event.
-        QCOMPARE(two.taken(), QStringList({ u"maximumIconSize 64>1"_s, u"wrapHue 0.5>2"_s }));
+        QCOMPARE(two.taken(), QStringList({ u"wrapHue 0.5>2"_s, u"maximumIconSize 64>1"_s }));
         QTRY_COMPARE(one.integerForKey(hueKey), 2);
-        QVERIFY(one.removeObject(sizeKey));
+        one.removeObject(sizeKey);
         QTRY_VERIFY(!two.defaults.hasStoredValue(sizeKey));
         QCOMPARE(stored(), QVariantMap({ { hueKey, 2.0 } }));
+    }
+
+    void burst_isOneWriteAtItsEndOrAfterASecond()
+    {
+        Program program(_path);
+        for (int size = 1; size <= 100; ++size) {
+            QVERIFY(program.defaults.setObject(sizeKey, size) && !QFile::exists(_path));
+        }
+        QTRY_VERIFY(QFile::exists(_path));
+        QCOMPARE(stored(), QVariantMap({ { sizeKey, 100LL } }));
+
+        const UserDefaults witness(_path);
+        int size = 100;
+        QTRY_VERIFY(
+            program.defaults.setObject(sizeKey, ++size) && witness.integerForKey(sizeKey) > 100);
+        // The watch told this program of its own write, between changes that are newer.
+        QCOMPARE(program.taken().size(), size);
+    }
+
+    void endOfTheProgram_writesWhatIsLeft()
+    {
+        {
+            UserDefaults defaults(_path);
+            QVERIFY(defaults.setObject(sizeKey, 1));
+        }
+        QCOMPARE(stored(), QVariantMap({ { sizeKey, 1LL } }));
+        UserDefaults defaults(_path);
+        QVERIFY(defaults.setObject(sizeKey, 2));
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        QCoreApplication::exec();
+        QCOMPARE(stored(), QVariantMap({ { sizeKey, 2LL } }));
     }
 
     void outsideChange_isAnnounced()
@@ -160,7 +194,7 @@ private Q_SLOTS:
         UserDefaults other(made.filePath(u"Preferences.plist"_s));
         for (const int size : { 10, 11 }) {
             QVERIFY(!made.exists());
-            QVERIFY(other.setObject(sizeKey, size));
+            QVERIFY(other.setObject(sizeKey, size) && other.synchronize());
             QTRY_COMPARE(defaults.integerForKey(sizeKey), size);
             const QFile::Permissions mode = QFileInfo(made.path()).permissions();
             QVERIFY(!mode.testAnyFlags(QFile::ReadGroup | QFile::ReadOther | QFile::ExeOther));
@@ -185,7 +219,7 @@ private Q_SLOTS:
 
         save(_path, whole.chopped(12));
         expectWarning(u"^set aside as .*Preferences.plist.damaged"_s);
-        QVERIFY(program.defaults.setObject(hueKey, 2));
+        QVERIFY(program.defaults.setObject(hueKey, 2) && program.defaults.synchronize());
         QCOMPARE(stored(), QVariantMap({ { sizeKey, 20LL }, { hueKey, 2.0 } }));
         QCOMPARE(load(_path + u".damaged"_s), whole.chopped(12));
     }
@@ -198,7 +232,7 @@ private Q_SLOTS:
                  _path + u"/Preferences.plist"_s, u"/proc/Preferences.plist"_s }) {
             UserDefaults defaults(path);
             expectWarning(u"^cannot (write|lock) .*: ."_s);
-            QVERIFY(!defaults.setObject(sizeKey, 1));
+            QVERIFY(defaults.setObject(sizeKey, 1) && !defaults.synchronize());
             QCOMPARE(defaults.integerForKey(sizeKey), 1);
         }
     }
@@ -215,8 +249,10 @@ private Q_SLOTS:
             QVERIFY(lock.lock());
             for (int i = 0; i < 2; ++i) {
                 expectWarning(u"^cannot lock .*: another program holds it"_s);
-                QVERIFY(!program.defaults.removeObject(sizeKey));
             }
+            program.defaults.removeObject(sizeKey);
+            QTRY_COMPARE(messages.size(), 1);
+            QVERIFY(!program.defaults.synchronize());
         }
         QCOMPARE(messages.size(), 1);
         QVERIFY(messages[0][0].toString().contains(u"another program holds it"));
@@ -225,7 +261,7 @@ private Q_SLOTS:
         QVERIFY(write({ { sizeKey, 20 }, { hueKey, 0.75 } }));
         QCOMPARE(program.awaited(), QStringList(u"wrapHue 0.5>0.75"_s));
         QVERIFY(program.defaults.setObject(hueKey, 2));
-        QCOMPARE(stored(), QVariantMap({ { hueKey, 2.0 } }));
+        QTRY_COMPARE(stored(), QVariantMap({ { hueKey, 2.0 } }));
     }
 
 private:

@@ -53,7 +53,7 @@ QString Commands::applySettings(const Invocation &invocation)
         }
         const auto value = preferenceFromText(text, registered);
         if (!value) {
-            return QStringLiteral("%1 cannot be %2").arg(key, text);
+            return preferenceRefusal(key, text, registered);
         }
         defaults.setObjectForThisRun(key, *value);
     }

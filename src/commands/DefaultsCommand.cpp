@@ -23,9 +23,10 @@ bool isUnknown(const QString &key)
 int setPreference(const QString &key, const QString &text)
 {
     UserDefaults &defaults = UserDefaults::standard();
-    const auto value = preferenceFromText(text, defaults.defaultForKey(key));
+    const QVariant registered = defaults.defaultForKey(key);
+    const auto value = preferenceFromText(text, registered);
     if (!value) {
-        return Output::fail(QStringLiteral("%1 cannot be %2").arg(key, text), WrongUse);
+        return Output::fail(preferenceRefusal(key, text, registered), WrongUse);
     }
     return defaults.setObject(key, *value) && defaults.synchronize() ? 0 : 1;
 }

@@ -1,5 +1,8 @@
 #include "commands/PreferenceText.h"
 
+#include "support/Shapes.h"
+
+#include <QColor>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -21,6 +24,11 @@ std::optional<QVariant> boolean(const QString &text)
         return false;
     }
     return std::nullopt;
+}
+
+bool isColor(const QVariant &value)
+{
+    return colorFromText(value.toString()).isValid();
 }
 
 std::optional<QVariant> fromJson(const QString &text, bool isArrayWanted)
@@ -56,8 +64,18 @@ std::optional<QVariant> preferenceFromText(const QString &text, const QVariant &
     case QMetaType::QVariantMap:
         return fromJson(text, false);
     default:
-        return text;
+        return isColor(registeredDefault) && !isColor(text) ? std::nullopt
+                                                            : std::optional<QVariant>(text);
     }
+}
+
+QString preferenceRefusal(
+    const QString &key, const QString &text, const QVariant &registeredDefault)
+{
+    const QString refusal = QStringLiteral("%1 cannot be %2").arg(key, text);
+    return isColor(registeredDefault)
+        ? refusal + QStringLiteral(": a colour is #rrggbb or #rrggbbaa")
+        : refusal;
 }
 
 QString preferenceText(const QVariant &value)

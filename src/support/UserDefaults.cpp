@@ -3,6 +3,7 @@
 #include "support/DefaultsFile.h"
 #include "support/NotificationCenter.h"
 #include "support/PreferenceType.h"
+#include "support/Shapes.h"
 #include "support/files/Log.h"
 #include "support/files/PropertyList.h"
 
@@ -46,6 +47,8 @@ public:
     void store(const QString &key, const QVariant &value);
     QList<Change> recompute();
     void tellFailure(const QString &reason);
+    // True once: the log has not named the value yet.
+    bool isRefusalNew(const QString &key, const QVariant &value);
 
     DefaultsFile file;
     QHash<QString, QVariant> registered;
@@ -130,11 +133,19 @@ QVariant UserDefaults::Private::usable(const QString &key, const QVariant &value
     }
     const QVariant like = registered.value(key);
     QVariant result = PreferenceType::converted(value, like);
-    if (!result.isValid() && !_refused.contains(key, value)) {
-        _refused.insert(key, value);
+    if (!result.isValid() && isRefusalNew(key, value)) {
         complain(key, value, like);
     }
     return result;
+}
+
+bool UserDefaults::Private::isRefusalNew(const QString &key, const QVariant &value)
+{
+    if (_refused.contains(key, value)) {
+        return false;
+    }
+    _refused.insert(key, value);
+    return true;
 }
 
 UserDefaults::UserDefaults(const QString &path, Writing writing, QObject *parent)
@@ -228,6 +239,20 @@ QString UserDefaults::stringForKey(const QString &key) const
 QVariantList UserDefaults::arrayForKey(const QString &key) const
 {
     return objectForKey(key).toList();
+}
+
+QColor UserDefaults::colorForKey(const QString &key) const
+{
+    const QString text = stringForKey(key);
+    const QColor color = colorFromText(text);
+    if (color.isValid()) {
+        return color;
+    }
+    if (d->isRefusalNew(key, text)) {
+        qCWarning(lcSupport, "%s: \"%s\" is no colour and is not used", qUtf8Printable(key),
+            qUtf8Printable(text));
+    }
+    return colorFromText(defaultForKey(key).toString());
 }
 
 QVariant UserDefaults::defaultForKey(const QString &key) const

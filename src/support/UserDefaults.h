@@ -18,6 +18,8 @@
 
 #include <memory>
 
+class QColor;
+
 class UserDefaults : public QObject
 {
     Q_OBJECT
@@ -51,6 +53,9 @@ public:
     double doubleForKey(const QString &key) const;
     QString stringForKey(const QString &key) const;
     QVariantList arrayForKey(const QString &key) const;
+    // A text as colorFromText() reads it. One that is no colour is not used: one log line, and the
+    // registered default holds. Invalid when that is none either.
+    QColor colorForKey(const QString &key) const;
 
     // The registered default; invalid for a key that is not registered.
     QVariant defaultForKey(const QString &key) const;

@@ -84,10 +84,16 @@ private Q_SLOTS:
         QCOMPARE(run(u"--defaults --reset iconPadding"_s).exitCode, 0);
         QCOMPARE(value(), 2);
         for (const char *refused : { "iconPadding wide", "noSuchKey", "noSuchKey 1",
-                 "--reset noSuchKey", "--set noSuchKey=1", "--set iconPadding=wide" }) {
+                 "--reset noSuchKey", "--set noSuchKey=1", "--set iconPadding=wide",
+                 "windowColor reddish", "--set windowColor=reddish" }) {
             const auto result = run(u"--defaults "_s + QLatin1String(refused));
             QVERIFY2(result.exitCode == 2 && result.errorLines.size() == 1, refused);
         }
+        QCOMPARE(run(u"--defaults windowColor #102030"_s).exitCode, 0);
+        // A file stands where the folder belongs.
+        _runner->set("XDG_CONFIG_HOME", _runner->path(u"config/Ortu/Preferences.plist"_s));
+        const auto failed = run(u"--defaults iconPadding 7"_s);
+        QVERIFY(failed.exitCode == 1 && failed.errorLines.size() == 1);
     }
 
     void aPictureHoldsTheIcons()

@@ -210,7 +210,9 @@ private Q_SLOTS:
         defaults.setObject(u"iconHighlightColor"_s, u"reddish"_s);
         QTest::ignoreMessage(
             QtWarningMsg, "iconHighlightColor: \"reddish\" is no colour and is not used");
-        const GridColors read = GridColors::fromPreferences();
+        // Named once, however often it is read.
+        GridColors read = GridColors::fromPreferences();
+        read = GridColors::fromPreferences();
         QCOMPARE(read.winAlpha, 1.0F);
         QCOMPARE(read.textColor, QColor(Qt::black));
         QCOMPARE(read.iconHighlightColor, QColor(Qt::red));

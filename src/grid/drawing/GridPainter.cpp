@@ -1,6 +1,5 @@
 #include "grid/drawing/GridPainter.h"
 
-#include "grid/drawing/Log.h"
 #include "grid/layout/GridLayout.h"
 #include "support/Contrast.h"
 #include "support/Geometry.h"
@@ -68,19 +67,6 @@ float opacityForKey(const QString &key)
     return std::clamp(UserDefaults::standard().floatForKey(key), 0.0F, 1.0F);
 }
 
-QColor colorForKey(const QString &key)
-{
-    const UserDefaults &defaults = UserDefaults::standard();
-    const QString text = defaults.stringForKey(key);
-    const QColor color = colorFromText(text);
-    if (color.isValid()) {
-        return color;
-    }
-    qCWarning(lcGrid, "%s: \"%s\" is no colour and is not used", qUtf8Printable(key),
-        qUtf8Printable(text));
-    return colorFromText(defaults.defaultForKey(key).toString());
-}
-
 // Where in its cell a dragged icon would go: on the left, or else on top. Bands say so, and in a
 // grid without bands the way it is read.
 bool isInsertedOnTheLeft(const GridSettings &settings)
@@ -118,9 +104,9 @@ GridColors GridColors::fromPreferences()
     colors.excludedOpacity = opacityForKey(Key::excludedIconAlpha);
     colors.drawFilledIconHighlight = defaults.boolForKey(Key::drawFilledIconHighlight);
     colors.drawStrokedIconHighlight = defaults.boolForKey(Key::drawStrokedIconHighlight);
-    colors.iconHighlightColor = colorForKey(Key::iconHighlightColor);
+    colors.iconHighlightColor = defaults.colorForKey(Key::iconHighlightColor);
     colors.winAlpha = opacityForKey(Key::windowAlpha);
-    colors.winColor = colorForKey(Key::windowColor);
+    colors.winColor = defaults.colorForKey(Key::windowColor);
     colors.textColor =
         colors.isWindowSeen() ? contrastingBlackOrWhite(colors.winColor) : QColor(Qt::black);
     return colors;

@@ -1,7 +1,6 @@
 #include "shell/base/OTBkgndView.h"
 
 #include "grid/drawing/GridPainter.h"
-#include "shell/base/Log.h"
 #include "support/Contrast.h"
 #include "support/Shapes.h"
 #include "support/UserDefaults.h"
@@ -190,13 +189,7 @@ void OTBkgndView::updateColors()
     winAlpha_ = colors.winAlpha;
     winColor_ = colors.winColor;
     drawWindowBorder_ = userDefaults.boolForKey(Key::drawWindowBorder);
-    const QString text = userDefaults.stringForKey(Key::windowBorderColor);
-    borderColor_ = colorFromText(text);
-    if (!borderColor_.isValid()) {
-        qCWarning(lcShell, "%s: \"%s\" is no colour and is not used",
-            qUtf8Printable(Key::windowBorderColor), qUtf8Printable(text));
-        borderColor_ = colorFromText(userDefaults.defaultForKey(Key::windowBorderColor).toString());
-    }
+    borderColor_ = userDefaults.colorForKey(Key::windowBorderColor);
     if (look() != before) {
         update();
     }

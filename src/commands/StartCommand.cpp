@@ -1,5 +1,6 @@
 #include "catalogue/OTAppManager.h"
 #include "commands/Commands.h"
+#include "commands/EndingSignals.h"
 #include "platform/Desktop.h"
 #include "platform/SingleInstance.h"
 #include "shell/AlertDialog.h"
@@ -58,6 +59,7 @@ int Commands::start(const Invocation &invocation, Desktop &desktop, SingleInstan
     }
     QMetaObject::invokeMethod(
         &controller, [&controller, request] { controller.launch(request); }, Qt::QueuedConnection);
+    const EndingSignals endingSignals;
     const int result = QCoreApplication::exec();
     running = nullptr;
     return result;

@@ -50,8 +50,9 @@ private Q_SLOTS:
     void cleanup()
     {
         if (_ortu.state() != QProcess::NotRunning) {
+            // As a session does; what is not written yet is written then.
             _ortu.terminate();
-            _ortu.waitForFinished();
+            QVERIFY(_ortu.waitForFinished() && _ortu.exitStatus() == QProcess::NormalExit);
         }
         QTRY_COMPARE(windowCount(), 0);
     }

@@ -111,7 +111,7 @@ bool DefaultsFile::synchronize()
 
 void DefaultsFile::readAgain()
 {
-    // Read during a write, the file may be that of before it.
+    // Until the write ends it is not known whether the file has these changes.
     if (!_onTheWay.isEmpty()) {
         _isReadingDue = true;
         return;

@@ -6,6 +6,8 @@
 #include "support/files/FileLock.h"
 #include "support/files/PropertyList.h"
 
+#include <QDeadlineTimer>
+
 #include <utility>
 
 namespace {
@@ -144,8 +146,13 @@ private Q_SLOTS:
         Program program(_path);
         for (int size = 1; size <= 100; ++size) {
             QVERIFY(program.defaults.setObject(sizeKey, size) && !QFile::exists(_path));
+            QCoreApplication::processEvents();
         }
-        QTRY_VERIFY(QFile::exists(_path));
+        // Without a pause, so as to see the first write.
+        const QDeadlineTimer patience(5000);
+        while (!QFile::exists(_path) && !patience.hasExpired()) {
+            QCoreApplication::processEvents();
+        }
         QCOMPARE(stored(), QVariantMap({ { sizeKey, 100LL } }));
 
         const UserDefaults witness(_path);

@@ -118,7 +118,8 @@ void OTController::openPrefs()
         _prefWindow =
             new PreferencesWindow({ [this](int code, int modifiers) { setHotKey(code, modifiers); },
                                       [this] { return _triggers.hotKeyProblem(); } },
-                &_mainWindow);
+                _desktop.items(), &_mainWindow);
+        connect(_prefWindow, &QDialog::finished, this, [this] { _userDefaults.synchronize(); });
     }
     _prefWindow->showUnder(_mainWindow.sheetPosition());
 }

@@ -121,7 +121,8 @@ private Q_SLOTS:
     void mnemonicsDiffer()
     {
         QWidget parent;
-        const PreferencesWindow window({ [](int, int) {}, [] { return QString(); } }, &parent);
+        const PreferencesWindow window(
+            { [](int, int) {}, [] { return QString(); } }, _desktop->items(), &parent);
         const auto *const tabs = window.findChild<QTabWidget *>();
         for (int i = 0; i < tabs->count(); ++i) {
             QStringList keys;

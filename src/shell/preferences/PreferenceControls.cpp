@@ -118,8 +118,7 @@ ColorWell *PreferenceControls::colorWell(const QString &key, const QString &titl
 {
     auto *const well = new ColorWell(title);
     _wells.append(well);
-    add(well, key,
-        [well, key] { well->setColor(colorFromText(UserDefaults::standard().stringForKey(key))); });
+    add(well, key, [well, key] { well->setColor(UserDefaults::standard().colorForKey(key)); });
     connect(well, &ColorWell::colorChosen, this,
         [key](const QColor &color) { store(key, colorText(color)); });
     return well;

@@ -4,12 +4,15 @@
 #include "shell/preferences/ColorWell.h"
 #include "shell/preferences/HotKeyControl.h"
 #include "shell/preferences/PreferenceControls.h"
+#include "shell/preferences/ScanFolderTable.h"
+#include "support/UserDefaults.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QFormLayout>
 #include <QLabel>
+#include <QVBoxLayout>
 #include <QWidget>
 
 namespace {
@@ -96,7 +99,7 @@ QWidget *PreferenceTabs::appearance(PreferenceControls &controls)
         controls.colorWell(QStringLiteral("windowBorderColor"), tr("Colour of the Border")));
     addGap(form);
     form.addRow(controls.checkBox(
-        QStringLiteral("drawFilledIconHighlight"), tr("&Fill the cells of what runs")));
+        QStringLiteral("drawFilledIconHighlight"), tr("Fill the &cells of what runs")));
     form.addRow(controls.checkBox(
         QStringLiteral("drawStrokedIconHighlight"), tr("Ou&tline the cells of what runs")));
     addRow(form, tr("&Highlight:"),
@@ -118,9 +121,24 @@ QWidget *PreferenceTabs::groupsAndOrder(PreferenceControls &controls)
         controls.comboBox(QStringLiteral("groupOrientation"),
             { { tr("None, one list"), 0 }, { tr("One below the other"), 1 },
                 { tr("Side by side"), 2 } }));
-    addRow(form, tr("Icons &follow each other:"),
+    addRow(form, tr("Icons follo&w each other:"),
         controls.comboBox(QStringLiteral("iconReadingOrder"),
             { { tr("Across, then down"), 1 }, { tr("Down, then across"), 2 } }));
+    return page;
+}
+
+QWidget *PreferenceTabs::folders(PreferenceControls &controls, const Items &items)
+{
+    auto *const page = new QWidget;
+    auto *const layout = new QVBoxLayout(page);
+    auto *const intro =
+        new QLabel(tr("Applications are looked for in these folders, and in what is "
+                      "below them."));
+    intro->setWordWrap(true);
+    layout->addWidget(intro);
+    layout->addWidget(new ScanFolderTable(UserDefaults::standard(), items));
+    controls.addReset(
+        [] { UserDefaults::standard().removeObject(QStringLiteral("searchDirectories")); });
     return page;
 }
 

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+class Items;
 class PreferenceControls;
 struct HotKeyChoice;
 class QWidget;
@@ -15,6 +16,7 @@ namespace PreferenceTabs {
 QWidget *general(PreferenceControls &controls);
 QWidget *appearance(PreferenceControls &controls);
 QWidget *groupsAndOrder(PreferenceControls &controls);
+QWidget *folders(PreferenceControls &controls, const Items &items);
 QWidget *triggers(PreferenceControls &controls, const HotKeyChoice &hotKey);
 
 } // namespace PreferenceTabs

@@ -11,7 +11,8 @@
 
 #include <algorithm>
 
-PreferencesWindow::PreferencesWindow(const HotKeyChoice &hotKey, QWidget *parent)
+PreferencesWindow::PreferencesWindow(
+    const HotKeyChoice &hotKey, const Items &items, QWidget *parent)
     : QDialog(parent)
     , _tabs(new QTabWidget)
 {
@@ -21,6 +22,9 @@ PreferencesWindow::PreferencesWindow(const HotKeyChoice &hotKey, QWidget *parent
     addTab(tr("Ge&neral"), &PreferenceTabs::general);
     addTab(tr("&Appearance"), &PreferenceTabs::appearance);
     addTab(tr("Gro&ups and Order"), &PreferenceTabs::groupsAndOrder);
+    addTab(tr("&Folders"), [&items](PreferenceControls &controls) {
+        return PreferenceTabs::folders(controls, items);
+    });
     addTab(tr("Tri&ggers"), [&hotKey](PreferenceControls &controls) {
         return PreferenceTabs::triggers(controls, hotKey);
     });

@@ -11,6 +11,7 @@
 #include <memory>
 #include <vector>
 
+class Items;
 class PreferenceControls;
 class QTabWidget;
 
@@ -19,8 +20,8 @@ class PreferencesWindow final : public QDialog
     Q_OBJECT
 
 public:
-    // Modal on its parent.
-    PreferencesWindow(const HotKeyChoice &hotKey, QWidget *parent);
+    // Modal on its parent. The items tell folders from files, and must outlive the window.
+    PreferencesWindow(const HotKeyChoice &hotKey, const Items &items, QWidget *parent);
     ~PreferencesWindow() override;
 
     // Under a point of the screen, as far as the screen allows.

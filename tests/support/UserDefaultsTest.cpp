@@ -6,6 +6,7 @@
 #include "support/files/FileLock.h"
 #include "support/files/PropertyList.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
 
 #include <utility>
@@ -172,7 +173,8 @@ private Q_SLOTS:
         QCOMPARE(stored(), QVariantMap({ { sizeKey, 1LL } }));
         UserDefaults defaults(_path);
         QVERIFY(defaults.setObject(sizeKey, 2));
-        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), &QCoreApplication::quit, Qt::QueuedConnection);
         QCoreApplication::exec();
         QCOMPARE(stored(), QVariantMap({ { sizeKey, 2LL } }));
     }

@@ -37,7 +37,7 @@ class GridDragsTest : public IconViewFixture
     QString favourites() const { return BunchText::text(_manager->userApps()); }
     QString flat() const { return BunchText::text(_manager->userApps1D()); }
     // Where in the view: an icon's letter, "gap 1", "end 0 2" for the margin 2 of the band 0,
-    // "under 1" for an empty cell at the end of a band, or beside the view at a corner.
+    // "cell 1 2" for a cell by its row and column, or "beside" the view.
     QPointF placeOf(const QString &text) const
     {
         const GridLayout &layout = _view->gridLayout();

@@ -142,6 +142,14 @@ private:
     }
 };
 
+class FakePinned final : public PinnedApplications
+{
+public:
+    QStringList pinned;
+
+    QStringList paths() const override { return pinned; }
+};
+
 class FakeDesktop : public Desktop, public SearchPaths, public Launcher, public ApplicationControl
 {
 public:
@@ -152,6 +160,7 @@ public:
     FakeIcons fakeIcons;
     FakeDocuments fakeDocuments;
     FakeRunning running;
+    FakePinned fakePinned;
     // What was launched, as "path" or "path <- document document", and what was done to what runs,
     // as "verb path".
     RequestList requests;
@@ -166,6 +175,7 @@ public:
     const Documents &documents() const override { return fakeDocuments; }
     RunningApplications &runningApplications() override { return running; }
     ApplicationControl &applicationControl() override { return *this; }
+    const PinnedApplications &pinnedApplications() const override { return fakePinned; }
 
     QString applicationSupportFolder(Domain domain) const override
     {

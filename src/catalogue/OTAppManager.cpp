@@ -224,24 +224,39 @@ bool OTAppManager::removeExclusion(const AppRef &app)
     return wasExcluded || wasMissing;
 }
 
-void OTAppManager::autoExcludeNamedApps()
+void OTAppManager::autoExcludeDockApps(bool dockApps, bool namedApps)
 {
     PathSet excluded(_excludedApps1D);
-    AppList named;
-    for (const AppRef &app : std::as_const(_allApps1D)) {
-        if (app->containsExcludedKeywords() && !excluded.contains(app)) {
+    AppList added;
+    const auto exclude = [&](const AppRef &app) {
+        if (!excluded.contains(app)) {
             excluded.insert(app);
-            named.append(app);
+            added.append(app);
+        }
+    };
+    if (namedApps) {
+        for (const AppRef &app : std::as_const(_allApps1D)) {
+            if (app->containsExcludedKeywords()) {
+                exclude(app);
+            }
         }
     }
-    if (named.isEmpty()) {
+    if (dockApps) {
+        const PathSet all(_allApps1D);
+        for (const AppRef &app : appsFromPaths(_desktop.pinnedApplications().paths())) {
+            if (all.contains(app)) {
+                exclude(app);
+            }
+        }
+    }
+    if (added.isEmpty()) {
         return;
     }
     {
         const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });
-        _excludedApps1D += named;
+        _excludedApps1D += added;
     }
-    writeExcludedApps(named);
+    writeExcludedApps(added);
     rebuildDependentApps();
 }
 

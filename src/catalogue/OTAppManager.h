@@ -121,8 +121,9 @@ public:
     std::optional<ArrangementStep> undoLastChange();
     std::optional<ArrangementStep> redoLastChange();
 
-    // Excludes every application whose name holds a word of the exclusion list.
-    void autoExcludeNamedApps();
+    // Excludes what is pinned in the desktop's dock, and every application whose name holds a word
+    // of the exclusion list, as far as a scan has found them. No step of the history.
+    void autoExcludeDockApps(bool dockApps, bool namedApps);
     // Looks for favourites that are gone, by name, among the applications that are no favourites.
     void locateUserApps();
 

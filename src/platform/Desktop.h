@@ -20,6 +20,7 @@
 #include "platform/ModifierTap.h"
 #include "platform/Motion.h"
 #include "platform/OwnWindows.h"
+#include "platform/PinnedApplications.h"
 #include "platform/RunningApplications.h"
 #include "platform/SearchPaths.h"
 #include "platform/StatusItem.h"
@@ -40,6 +41,7 @@ public:
     virtual RunningApplications &runningApplications() { return _nothingRuns; }
     virtual ApplicationControl &applicationControl() { return _noControl; }
     virtual ApplicationActions &applicationActions() { return _noActions; }
+    virtual const PinnedApplications &pinnedApplications() const { return _nothingPinned; }
     virtual const Compositing &compositing() const { return _noCompositing; }
     virtual OwnWindows &ownWindows() { return _ownWindows; }
     virtual const Motion &motion() const { return _motion; }
@@ -60,6 +62,7 @@ private:
     RunningApplications _nothingRuns;
     ApplicationControl _noControl;
     ApplicationActions _noActions;
+    PinnedApplications _nothingPinned;
     Compositing _noCompositing;
     OwnWindows _ownWindows;
     Motion _motion;

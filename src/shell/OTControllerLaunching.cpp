@@ -70,7 +70,7 @@ void OTController::applicationDidFinishLaunching(const std::optional<InstanceReq
     rescanAllApps(Sender::Program);
     const qint64 launchCount = _userDefaults.integerForKey(Key::applicationLaunchCount);
     if (launchCount == 0) {
-        _appManager.autoExcludeNamedApps();
+        _appManager.autoExcludeDockApps(/*dockApps=*/false, /*namedApps=*/true);
     }
     showLaunchedPanel();
     if (request) {

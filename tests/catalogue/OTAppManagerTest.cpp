@@ -139,6 +139,30 @@ private Q_SLOTS:
         QCOMPARE(lists({ 4 }), u"abcd"_s);
     }
 
+    // Names first, in the order of all applications, then what is pinned, in the desktop's order.
+    void autoExclusion_takesNamedAndPinnedApps_onceEach()
+    {
+        _desktop->fakeItems.displayNames[path(u"x/b"_s)] = u"b Uninstaller"_s;
+        start(u"x/abcdef"_s);
+        _manager->excludeApp(app(u"x/d"_s));
+        _desktop->fakePinned.pinned = { path(u"x/e"_s), path(u"absent/g"_s), path(u"x/d"_s),
+            path(u"x/b"_s), path(u"x/c"_s) };
+        const auto excludedBy = [&](bool dockApps, bool namedApps) {
+            removeFiles();
+            announced();
+            _manager->autoExcludeDockApps(dockApps, namedApps);
+            return lists({ 4 }) + (files().isEmpty() ? u""_s : u" written"_s);
+        };
+        QCOMPARE(excludedBy(false, false), u"d"_s);
+        QCOMPARE(excludedBy(false, true), u"db written"_s);
+        QCOMPARE(excludedBy(false, true), u"db"_s);
+        QCOMPARE(announced(), QString());
+        _manager->includeApp(app(u"x/b"_s));
+        QCOMPARE(excludedBy(true, true), u"dbec written"_s);
+        QCOMPARE(lists({ 1 }), u"af|"_s);
+        QCOMPARE(excludedBy(true, true), u"dbec"_s);
+    }
+
     void announcements_comeInPairs()
     {
         start(u"x/ab y/c"_s);

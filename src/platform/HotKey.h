@@ -7,6 +7,7 @@
 #include "platform/ActivationStamp.h"
 
 #include <QObject>
+#include <QStringList>
 
 class QWindow;
 
@@ -35,6 +36,9 @@ public:
         return tr("this desktop offers no hot keys");
     }
     virtual void unregisterKey() { }
+    // The names of a key's place, any of which a combination may use, by the native scan code of a
+    // key event. None where the desktop cannot tell.
+    virtual QStringList namesOfKey(quint32 /*nativeScanCode*/) const { return {}; }
     // To be called while pressed() is emitted, with a window that comes to the front because of
     // it: what is typed after the press waits until that window has the keyboard, for half a second
     // at most. Without this call it goes at once to the window that has the keyboard then.

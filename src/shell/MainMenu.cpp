@@ -38,6 +38,7 @@ MainMenu::MainMenu(HomePage homePage, QObject *parent)
     _menu.addSeparator();
     add(tr("Preferences…"), Command::Preferences);
     showKey(Command::Preferences, Qt::CTRL | Qt::Key_Comma);
+    add(tr("Exclude Applications…"), Command::ExcludeApps);
     _menu.addSeparator();
     add(tr("About Ortu"), Command::About);
     add(tr("Rescan All Applications"), Command::RescanAllApps);
@@ -55,7 +56,7 @@ void MainMenu::fillStatusItemMenu()
 {
     static const QList<QList<Command>> lines {
         { Command::ShowHidePanel },
-        { Command::Preferences },
+        { Command::Preferences, Command::ExcludeApps },
         { Command::About, Command::RescanAllApps },
         { Command::HomePage },
         { Command::Quit },

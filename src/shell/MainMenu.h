@@ -20,6 +20,7 @@ public:
         Undo,
         Redo,
         Preferences,
+        ExcludeApps,
         About,
         RescanAllApps,
         HomePage,

@@ -9,6 +9,7 @@
 #include "shell/OTNSAppSubclass.h"
 #include "shell/panel/OTWindow.h"
 #include "shell/panel/PanelButton.h"
+#include "shell/preferences/PreferencesWindow.h"
 #include "shell/selector/OTIconOverlayView.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
@@ -62,6 +63,8 @@ void OTController::awakeFromNib()
     const NotificationCenter &center = NotificationCenter::defaultCenter();
     connect(
         &center, &NotificationCenter::N_ShowProgressStep, this, &OTController::showProgressStep);
+    connect(&center, &NotificationCenter::N_EventFlagsChanged, this,
+        &OTController::modifierKeysChanged);
     connect(&center, &NotificationCenter::applicationOpenUntitledFile, this,
         [this] { applicationOpenUntitledFile(); });
     connect(&_activation, &Activation::didBecomeActive, this,
@@ -93,6 +96,7 @@ void OTController::awakeFromNib()
     connect(
         &_triggers, &Triggers::statusItemShownChanged, this, &OTController::hasMenuAccessChanged);
     connect(&_access, &AccessCheck::willWarn, this, &OTController::bringAlertToFront);
+    connect(this, &OTController::hasMenuAccessChanged, this, &OTController::updatePrefsQuitButton);
 }
 
 void OTController::showMainWindow(const ActivationStamp &stamp)
@@ -116,6 +120,7 @@ void OTController::applicationOpenUntitledFile(const ActivationStamp &stamp)
 void OTController::hideMainWindow()
 {
     closePrefs();
+    closeExclusionWindow();
     if (QDialog *const about = OTNSAppSubclass::standardAboutPanel()) {
         about->close();
     }
@@ -230,10 +235,9 @@ void OTController::applicationDidBecomeActive()
 void OTController::applicationWillResignActive()
 {
     _desktop.modifierTap().setEnabled(false);
-    // A question on the panel would be left without it, while the preferences go with it; and a
-    // panel that does not activate the program may have become the one in front.
-    const bool isQuestionOpen = QApplication::activeModalWidget() && !isPrefsVisible();
-    if (isQuestionOpen || _activation.isInFront()) {
+    // A question on the panel would be left without it, while its sheets go with it; and a panel
+    // that does not activate the program may have become the one in front.
+    if (_openAlerts > 0 || _activation.isInFront()) {
         return;
     }
     if (_activation.isLossPostponed()) {
@@ -248,7 +252,10 @@ void OTController::applicationWillResignActive()
 
 int OTController::runAlert(const Alert &alert)
 {
-    const int answer = Alerts::run(alert, _mainWindow.isShown() ? &_mainWindow : nullptr);
+    QWidget *const parent = isPrefsVisible() ? static_cast<QWidget *>(_prefWindow) : &_mainWindow;
+    ++_openAlerts;
+    const int answer = Alerts::run(alert, _mainWindow.isShown() ? parent : nullptr);
+    --_openAlerts;
     // Window managers differ in what they focus when a dialog closes.
     if (_mainWindow.isShown() && !_activation.isInFront()) {
         _activation.awaitFront(Activation::Loss::Reported);

@@ -23,7 +23,9 @@
 
 #include <optional>
 
+class ColorSortingOptions;
 class Desktop;
+class ExclusionWindow;
 class InfoDictionary;
 class OTAppManager;
 class OTWindow;
@@ -95,9 +97,14 @@ public:
     // Chooses another hot key, by the key's code and the mask of its modifiers.
     void setHotKey(int hotKeyCode, int hotKeyModifiers);
 
-    // Preferences as a sheet on the panel, which is shown for them; nothing when they are open.
+    // Sheets on the panel, which is shown for them, and one on the preferences. Nothing happens
+    // when they are open, or closed, already.
     void openPrefs();
     void closePrefs();
+    void openColorSortingOptions();
+    void closeColorSortingOptions();
+    void autoExcludeApps();
+    void closeExclusionWindow();
     void rescanAllApps(Sender sender);
     void openAbout();
     void openHomeURL();
@@ -124,7 +131,10 @@ private:
     void applicationWillResignActive();
     void preferenceDidChange(const QString &key);
 
+    PreferencesWindow *makePreferencesWindow();
     bool isPrefsVisible() const;
+    void modifierKeysChanged(Qt::KeyboardModifiers modifiers);
+    void updatePrefsQuitButton();
     void hotKeyPressed(const ActivationStamp &stamp);
     void setApplicationIcon();
     void showProgressStep(int step, int count);
@@ -141,8 +151,12 @@ private:
     Triggers _triggers;
     AccessCheck _access;
     ScanProgress _scanProgress;
-    // From their first opening on; the panel owns them.
+    // From their first opening on; the windows that they hang on own them.
     QPointer<PreferencesWindow> _prefWindow;
+    QPointer<ColorSortingOptions> _prefColorSortingOptionsWindow;
+    QPointer<ExclusionWindow> _exclusionWindow;
+    // Alerts that wait for their answer.
+    int _openAlerts = 0;
 
     bool _finishedLaunching = false;
     // What the panel is to be shown with at the start, until it is, and the time since the start.

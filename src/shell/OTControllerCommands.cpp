@@ -10,10 +10,8 @@
 #include "shell/OTNSAppSubclass.h"
 #include "shell/ProgramStatus.h"
 #include "shell/panel/OTWindow.h"
-#include "shell/preferences/PreferencesWindow.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
-#include "support/UserDefaults.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -84,6 +82,9 @@ void OTController::performCommand(MainMenu::Command command)
     case MainMenu::Command::Preferences:
         openPrefs();
         break;
+    case MainMenu::Command::ExcludeApps:
+        autoExcludeApps();
+        break;
     case MainMenu::Command::About:
         openAbout();
         break;
@@ -96,38 +97,6 @@ void OTController::performCommand(MainMenu::Command command)
     case MainMenu::Command::Quit:
         quitApp();
         break;
-    }
-}
-
-bool OTController::isPrefsVisible() const
-{
-    return _prefWindow && _prefWindow->isVisible();
-}
-
-void OTController::openPrefs()
-{
-    if (isPrefsVisible()) {
-        return;
-    }
-    activate();
-    applicationOpenUntitledFile();
-    if (!_mainWindow.isShown()) {
-        return;
-    }
-    if (!_prefWindow) {
-        _prefWindow =
-            new PreferencesWindow({ [this](int code, int modifiers) { setHotKey(code, modifiers); },
-                                      [this] { return _triggers.hotKeyProblem(); } },
-                _desktop.items(), &_mainWindow);
-        connect(_prefWindow, &QDialog::finished, this, [this] { _userDefaults.synchronize(); });
-    }
-    _prefWindow->showUnder(_mainWindow.sheetPosition());
-}
-
-void OTController::closePrefs()
-{
-    if (isPrefsVisible()) {
-        _prefWindow->close();
     }
 }
 

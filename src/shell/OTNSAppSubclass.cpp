@@ -66,6 +66,10 @@ bool OTNSAppSubclass::notify(QObject *receiver, QEvent *event)
 
 bool OTNSAppSubclass::routeKey(const QKeyEvent &event)
 {
+    // A hot key is being chosen.
+    if (QWidget::keyboardGrabber()) {
+        return false;
+    }
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
     if (event.key() == Qt::Key_W && modifiers == Qt::ControlModifier) {
         performClose();

@@ -46,7 +46,6 @@ public:
     QVariant stored(const QString &key) const { return file.values().value(key); }
     void store(const QString &key, const QVariant &value);
     QList<Change> recompute();
-    void tellFailure(const QString &reason);
     // True once: the log has not named the value yet.
     bool isRefusalNew(const QString &key, const QVariant &value);
 
@@ -55,7 +54,7 @@ public:
     QHash<QString, QVariant> thisRun;
     QHash<QString, QVariant> inForce;
     // That a write failed; once, until one succeeds.
-    bool isFailureTold = false;
+    QString writeProblem;
 
 private:
     QVariant usable(const QString &key, const QVariant &value);
@@ -73,15 +72,6 @@ void UserDefaults::Private::store(const QString &key, const QVariant &value)
     const bool isSame = isRemoved || (value.isValid() && PreferenceType::same(value, old));
     if (!isSame || file.isWaiting(key)) {
         file.change(key, value);
-    }
-}
-
-// Once; the panel alone notes something down each time it is hidden.
-void UserDefaults::Private::tellFailure(const QString &reason)
-{
-    if (!std::exchange(isFailureTold, true)) {
-        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
-            UserDefaults::tr("Changes of the preferences are not kept: %1.").arg(reason));
     }
 }
 
@@ -155,9 +145,9 @@ UserDefaults::UserDefaults(const QString &path, Writing writing, QObject *parent
     d->recompute();
     connect(&d->file, &DefaultsFile::changedOutside, this, [this] { announceChanges(); });
     connect(&d->file, &DefaultsFile::writeFailed, this,
-        [this](const QString &reason) { d->tellFailure(reason); });
+        [this](const QString &reason) { setWriteProblem(reason); });
     connect(&d->file, &DefaultsFile::written, this, [this] {
-        d->isFailureTold = false;
+        setWriteProblem({});
         announceChanges();
     });
     if (const auto *const application = QCoreApplication::instance()) {
@@ -204,6 +194,25 @@ void UserDefaults::registerDefaults(const QVariantMap &defaults)
         d->registered.insert(entry.key(), value);
     }
     announceChanges();
+}
+
+const QString &UserDefaults::writeProblem() const
+{
+    return d->writeProblem;
+}
+
+// The user is told once; the panel alone notes something down each time it is hidden.
+void UserDefaults::setWriteProblem(const QString &reason)
+{
+    const bool isNews = d->writeProblem.isEmpty() && !reason.isEmpty();
+    if (std::exchange(d->writeProblem, reason) == reason) {
+        return;
+    }
+    Q_EMIT writeProblemChanged();
+    if (isNews) {
+        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+            tr("Changes of the preferences are not kept: %1.").arg(reason));
+    }
 }
 
 QVariant UserDefaults::objectForKey(const QString &key) const

@@ -76,6 +76,9 @@ public:
     // False when it fails. Happens by itself when the event loop of the application ends.
     bool synchronize();
 
+    // Why the last try to write the file failed; empty when it did not.
+    const QString &writeProblem() const;
+
     // Overrides a value until the program ends, by the same rule of types; an invalid one lifts it
     // again.
     void setObjectForThisRun(const QString &key, const QVariant &value);
@@ -84,9 +87,11 @@ public:
 Q_SIGNALS:
     // The value in force of a key has changed; values are the ones in force, defaults included.
     void changed(const QString &key, const QVariant &oldValue, const QVariant &newValue);
+    void writeProblemChanged();
 
 private:
     void announceChanges();
+    void setWriteProblem(const QString &reason);
 
     class Private;
     std::unique_ptr<Private> d;

@@ -156,6 +156,7 @@ private Q_SLOTS:
 
     void anotherKeyboard_keepsThePhysicalKey()
     {
+        QCOMPARE(_ours->hotKey.namesOfKey(Q), QStringList(u"AD01"_s));
         QCOMPARE(_ours->hotKey.registerKey({ .key = u"AD01"_s, .option = true }), QString());
         for (const char *layout : { "fr", "us(dvorak)", "us,ru" }) {
             QVERIFY(setKeyboard(u"-layout "_s + QLatin1String(layout)) && strike({ Alt, Q }));

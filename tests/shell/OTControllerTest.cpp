@@ -254,7 +254,7 @@ private Q_SLOTS:
         for (const QAction *action : _desktop->item.menu->actions()) {
             items += action->isSeparator() ? u'-' : u'x';
         }
-        QCOMPARE(items, u"x-x-xx-x"_s);
+        QCOMPARE(items, u"x-xx-xx-x"_s);
     }
 
     void changedPreferencesAreAnswered()

@@ -99,6 +99,8 @@ struct NotedProgress : TaskBarProgress, Noting
 struct GrantedHotKey : HotKey
 {
     QString registerKey(const HotKeyCombination &) override { return whyNot; }
+    QStringList namesOfKey(quint32 code) const override { return names.value(code); }
+    QHash<quint32, QStringList> names;
     QString whyNot;
 };
 

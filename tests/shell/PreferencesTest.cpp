@@ -1,7 +1,10 @@
 #include "shell/OTNSAppSubclass.h"
 #include "shell/PanelFixture.h"
+#include "shell/preferences/ColorSortingOptions.h"
 #include "shell/preferences/ColorWell.h"
+#include "shell/preferences/ExclusionWindow.h"
 #include "shell/preferences/HotKeyControl.h"
+#include "shell/preferences/HotKeyRecorder.h"
 #include "shell/preferences/PreferenceControls.h"
 #include "shell/preferences/PreferencesWindow.h"
 #include "support/InfoDictionary.h"
@@ -9,9 +12,11 @@
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QSlider>
+#include <QSpinBox>
 #include <QTabWidget>
 
 class PreferencesTest : public PanelFixture
@@ -117,12 +122,82 @@ private Q_SLOTS:
         QVERIFY(sheet() && _window->isShown());
     }
 
+    void aHotKeyIsChosenByPressingIt()
+    {
+        launch();
+        _desktop->key.names = { { 75, { u"FK09"_s } }, { 38, { u"odd"_s, u"AC01"_s } } };
+        _controller->openPrefs();
+        auto *const recorder = sheet()->findChild<HotKeyRecorder *>();
+        sheet()->findChild<QTabWidget *>()->setCurrentIndex(4);
+        const auto press = [recorder](int key, Qt::KeyboardModifiers modifiers, quint32 code,
+                               const QString &text = {}) {
+            recorder->setChecked(true);
+            QKeyEvent event(QEvent::KeyPress, key, modifiers, code, 0, 0, text);
+            QApplication::sendEvent(recorder, &event);
+            return !recorder->isRecording();
+        };
+        const auto stored = [this] {
+            return std::pair(_defaults->integerForKey(u"hotKeyCode"_s),
+                _defaults->integerForKey(u"hotKeyModifiers"_s));
+        };
+        QVERIFY(press(Qt::Key_A, Qt::MetaModifier | Qt::ControlModifier, 38));
+        QCOMPARE(stored(), std::pair(0LL, 256 + 4096LL));
+        QVERIFY(press(Qt::Key_F9, {}, 75));
+        QCOMPARE(stored(), std::pair(101LL, 0LL));
+        // No letter by itself, no key that is in no table, no modifier; Escape gives up.
+        QVERIFY(!press(Qt::Key_A, Qt::ShiftModifier, 38, u"A"_s));
+        QVERIFY(!press(Qt::Key_Launch0, Qt::ControlModifier, 200));
+        QVERIFY(!press(Qt::Key_Control, Qt::ControlModifier, 37));
+        QVERIFY(press(Qt::Key_Escape, {}, 9));
+        QVERIFY(sheet());
+        QCOMPARE(stored(), std::pair(101LL, 0LL));
+    }
+
+    void otherSheets_openAndGoWithThePanel()
+    {
+        launch();
+        _controller->openPrefs();
+        sheet()->findChild<QTabWidget *>()->setCurrentIndex(2);
+        auto *const hidden = sheet()->findChild<QSpinBox *>();
+        const auto isShown = [hidden] { return !hidden->parentWidget()->isHidden(); };
+        QVERIFY(!isShown());
+        Q_EMIT _desktop->tap.changed(Qt::AltModifier | Qt::ShiftModifier);
+        QVERIFY(isShown());
+        Q_EMIT _desktop->tap.changed(Qt::ShiftModifier);
+        QVERIFY(!isShown());
+        _controller->openColorSortingOptions();
+        const QPointer<ColorSortingOptions> options = sheet()->findChild<ColorSortingOptions *>();
+        options->findChild<QSlider *>()->setValue(120);
+        QCOMPARE(_defaults->doubleForKey(u"colorSortWrapHue"_s), 120.0);
+        Q_EMIT options->resetWanted();
+        QCOMPARE(_defaults->doubleForKey(u"colorSortWrapHue"_s), 0.0);
+        _controller->closePrefs();
+        QVERIFY(!options->isVisible() && !sheet());
+
+        const QString first = _manager->includedApps1D().first()->path();
+        _desktop->fakePinned.pinned = { first };
+        for (const bool isDockWanted : { false, true }) {
+            _controller->autoExcludeApps();
+            auto *const exclusion = _window->findChild<ExclusionWindow *>();
+            QVERIFY(exclusion->isVisible());
+            exclusion->findChild<QCheckBox *>()->setChecked(isDockWanted);
+            exclusion->findChildren<QPushButton *>().constLast()->click();
+            QVERIFY(!exclusion->isVisible());
+            QCOMPARE(pathsFromApps(_manager->excludedApps1D()),
+                isDockWanted ? QStringList(first) : QStringList());
+        }
+        _controller->autoExcludeApps();
+        _controller->hideMainWindow();
+        QVERIFY(!_window->findChild<ExclusionWindow *>()->isVisible());
+    }
+
     // Two that share a key would make neither reachable by it.
     void mnemonicsDiffer()
     {
         QWidget parent;
         const PreferencesWindow window(
-            { [](int, int) {}, [] { return QString(); } }, _desktop->items(), &parent);
+            { [](int, int) {}, [] { return QString(); }, [](quint32) { return QStringList(); } },
+            _desktop->items(), &parent);
         const auto *const tabs = window.findChild<QTabWidget *>();
         for (int i = 0; i < tabs->count(); ++i) {
             QStringList keys;
@@ -133,6 +208,13 @@ private Q_SLOTS:
             };
             for (int tab = 0; tab < tabs->count(); ++tab) {
                 add(tabs->tabText(tab));
+            }
+            for (const auto *button :
+                window.findChild<QDialogButtonBox *>()->findChildren<QPushButton *>()
+                    + tabs->widget(i)->findChildren<QPushButton *>()) {
+                if (button->text() != u"Close") {
+                    add(button->text());
+                }
             }
             for (const QCheckBox *box :
                 tabs->widget(i)->findChildren<QCheckBox *>(QString(), Qt::FindDirectChildrenOnly)) {

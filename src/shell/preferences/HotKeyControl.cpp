@@ -1,5 +1,6 @@
 #include "shell/preferences/HotKeyControl.h"
 
+#include "shell/preferences/HotKeyRecorder.h"
 #include "shell/triggers/KeyTable.h"
 #include "shell/triggers/TriggerKeys.h"
 #include "support/UserDefaults.h"
@@ -17,14 +18,7 @@ HotKeyControl::HotKeyControl(HotKeyChoice choice, QWidget *parent)
     , _problem(new QLabel)
 {
     auto *const row = new QHBoxLayout;
-    for (const auto &[bit, name] : { std::pair<int, QString>(KeyTable::Control, tr("control")),
-             { KeyTable::Option, tr("option") }, { KeyTable::Command, tr("command") },
-             { KeyTable::Shift, tr("shift") } }) {
-        auto *const box = new QCheckBox(name.left(1).toUpper() + name.mid(1));
-        connect(box, &QCheckBox::clicked, this, &HotKeyControl::choose);
-        row->addWidget(box);
-        _modifiers.emplace_back(bit, box);
-    }
+    addModifiers(*row);
     _keys->addItem(tr("No hot key"), -1);
     for (const KeyTable::Key &key : KeyTable().keys()) {
         _keys->addItem(key.title, key.tag);
@@ -33,18 +27,20 @@ HotKeyControl::HotKeyControl(HotKeyChoice choice, QWidget *parent)
     row->addWidget(_keys, 1);
     setFocusProxy(_keys);
     setFocusPolicy(_keys->focusPolicy());
+    addRecorder(*row);
     _problem->setWordWrap(true);
+    // A line stays free for it, so that nothing moves.
+    _problem->setMinimumHeight(_problem->fontMetrics().lineSpacing());
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->addLayout(row);
     layout->addWidget(_problem);
 
-    const QString fixed = tr("Given for this run by --set.");
     UserDefaults &defaults = UserDefaults::standard();
     if (defaults.isFixedForThisRun(TriggerKeys::hotKeyCode)
         || defaults.isFixedForThisRun(TriggerKeys::hotKeyModifiers)) {
         setEnabled(false);
-        setToolTip(fixed);
+        setToolTip(tr("Given for this run by --set."));
     }
     connect(&defaults, &UserDefaults::changed, this, [this](const QString &key) {
         if (key == TriggerKeys::hotKeyCode || key == TriggerKeys::hotKeyModifiers) {
@@ -52,6 +48,40 @@ HotKeyControl::HotKeyControl(HotKeyChoice choice, QWidget *parent)
         }
     });
     takeStates();
+}
+
+void HotKeyControl::addModifiers(QHBoxLayout &row)
+{
+    for (const auto &[bit, name] : { std::pair<int, QString>(KeyTable::Control, tr("control")),
+             { KeyTable::Option, tr("option") }, { KeyTable::Command, tr("command") },
+             { KeyTable::Shift, tr("shift") } }) {
+        auto *const box = new QCheckBox(name.left(1).toUpper() + name.mid(1));
+        connect(box, &QCheckBox::clicked, this, &HotKeyControl::choose);
+        row.addWidget(box);
+        _modifiers.emplace_back(bit, box);
+    }
+}
+
+void HotKeyControl::addRecorder(QHBoxLayout &row)
+{
+    auto *const recorder = new HotKeyRecorder(_choice.namesOfKey);
+    connect(recorder, &HotKeyRecorder::recorded, this, [this](int code, int modifiers) {
+        _choice.choose(code, modifiers);
+        takeStates();
+    });
+    connect(recorder, &HotKeyRecorder::told, this, [this](const QString &text) {
+        showProblem();
+        if (!text.isEmpty()) {
+            _problem->setText(text);
+        }
+    });
+    row.addWidget(recorder);
+}
+
+void HotKeyControl::showProblem()
+{
+    const QString problem = _choice.problem();
+    _problem->setText(problem.isEmpty() ? QString() : tr("No key summons Ortu: %1.").arg(problem));
 }
 
 void HotKeyControl::takeStates()
@@ -62,8 +92,7 @@ void HotKeyControl::takeStates()
         box->setChecked((mask & bit) != 0);
     }
     _keys->setCurrentIndex(_keys->findData(int(defaults.integerForKey(TriggerKeys::hotKeyCode))));
-    _problem->setText(_choice.problem());
-    _problem->setVisible(!_problem->text().isEmpty());
+    showProblem();
 }
 
 void HotKeyControl::reset()

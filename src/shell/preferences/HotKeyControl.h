@@ -1,8 +1,9 @@
-// Where the user chooses the hot key: the menu of keys, a box for each modifier, and what stands in
-// the way of the key that is chosen.
+// Where the user chooses the hot key: the menu of keys and a box for each modifier, or the key
+// itself by pressing it, and what stands in the way of the key that is chosen.
 
 #pragma once
 
+#include <QStringList>
 #include <QWidget>
 
 #include <functional>
@@ -11,6 +12,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QHBoxLayout;
 class QLabel;
 
 // What the control asks of the program.
@@ -20,6 +22,8 @@ struct HotKeyChoice
     std::function<void(int code, int modifiers)> choose;
     // Why the chosen key cannot be had; empty while it can.
     std::function<QString()> problem;
+    // The names of the place of a key that is pressed, by its native scan code.
+    std::function<QStringList(quint32 nativeScanCode)> namesOfKey;
 };
 
 class HotKeyControl final : public QWidget
@@ -35,7 +39,10 @@ public:
     void reset();
 
 private:
+    void addModifiers(QHBoxLayout &row);
+    void addRecorder(QHBoxLayout &row);
     void choose();
+    void showProblem();
 
     HotKeyChoice _choice;
     QComboBox *_keys;

@@ -10,11 +10,15 @@
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QSlider>
+#include <QSpinBox>
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
+
+// In digits.
+constexpr int SliderWidth = 24;
 
 // In the type that the preference has.
 void store(const QString &key, QVariant value)
@@ -78,11 +82,13 @@ QComboBox *PreferenceControls::comboBox(const QString &key, const Choices &choic
 
 QWidget *PreferenceControls::slider(const QString &key, const Range &range, const QString &name)
 {
-    const double unit = range.unit == Range::Unit::Points ? 1 : 100;
+    const bool isWhole = range.unit == Range::Unit::Points || range.unit == Range::Unit::Degrees;
+    const double unit = isWhole ? 1 : 100;
     auto *const row = new QWidget;
     auto *const slider = new QSlider(Qt::Horizontal);
     auto *const value = new QLabel;
     slider->setRange(range.least, range.most);
+    slider->setMinimumWidth(slider->fontMetrics().horizontalAdvance(u'0') * SliderWidth);
     slider->setAccessibleName(name);
     row->setFocusProxy(slider);
     row->setFocusPolicy(slider->focusPolicy());
@@ -94,6 +100,8 @@ QWidget *PreferenceControls::slider(const QString &key, const Range &range, cons
         switch (range.unit) {
         case Range::Unit::Points:
             break;
+        case Range::Unit::Degrees:
+            return tr("%1°").arg(position);
         case Range::Unit::Hundredths:
             return tr("%1 %").arg(position);
         case Range::Unit::Seconds:
@@ -114,6 +122,20 @@ QWidget *PreferenceControls::slider(const QString &key, const Range &range, cons
     return row;
 }
 
+QSpinBox *PreferenceControls::stepper(const QString &key, const Range &range)
+{
+    auto *const stepper = new QSpinBox;
+    stepper->setRange(range.least, range.most);
+    add(stepper, key, [stepper, key] {
+        const QSignalBlocker blocker(stepper);
+        const qint64 value = UserDefaults::standard().integerForKey(key);
+        stepper->setValue(
+            int(std::clamp(value, qint64(stepper->minimum()), qint64(stepper->maximum()))));
+    });
+    connect(stepper, &QSpinBox::valueChanged, this, [key](int value) { store(key, value); });
+    return stepper;
+}
+
 ColorWell *PreferenceControls::colorWell(const QString &key, const QString &title)
 {
     auto *const well = new ColorWell(title);
@@ -131,6 +153,22 @@ void PreferenceControls::reset()
     }
     for (const std::function<void()> &action : std::as_const(_resets)) {
         action();
+    }
+}
+
+void PreferenceControls::hide(QWidget *control)
+{
+    QSizePolicy policy = control->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    control->setSizePolicy(policy);
+    control->hide();
+    _hidden.append(control);
+}
+
+void PreferenceControls::setHiddenShown(bool areShown)
+{
+    for (QWidget *const control : std::as_const(_hidden)) {
+        control->setVisible(areShown);
     }
 }
 

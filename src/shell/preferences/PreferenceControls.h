@@ -17,6 +17,7 @@
 class ColorWell;
 class QCheckBox;
 class QComboBox;
+class QSpinBox;
 class QWidget;
 
 class PreferenceControls final : public QObject
@@ -24,11 +25,11 @@ class PreferenceControls final : public QObject
     Q_OBJECT
 
 public:
-    // What a slider covers: whole numbers, or hundredths of the preference's values, which are
-    // shares or seconds.
+    // What a slider covers: whole numbers, which may be degrees, or hundredths of the preference's
+    // values, which are shares or seconds.
     struct Range
     {
-        enum class Unit { Points, Hundredths, Seconds };
+        enum class Unit { Points, Degrees, Hundredths, Seconds };
 
         int least = 0;
         int most = 0;
@@ -45,6 +46,8 @@ public:
     // A slider with its value beside it. A stored value outside the range is shown as its end and
     // stays stored.
     QWidget *slider(const QString &key, const Range &range, const QString &name);
+    // A field for a whole number, with arrows.
+    QSpinBox *stepper(const QString &key, const Range &range);
     ColorWell *colorWell(const QString &key, const QString &title);
 
     // Every preference that has a control.
@@ -52,7 +55,10 @@ public:
     // Goes back to their defaults, and does whatever else is due then.
     void reset();
     void addReset(const std::function<void()> &action) { _resets.append(action); }
-    // Chooses of colours close; what was chosen stays.
+    // Is visible from now on only while hidden ones are shown, which they are not at first.
+    void hide(QWidget *control);
+    void setHiddenShown(bool areShown);
+    // Choosers of colours close; what was chosen stays.
     void closeChoosers();
 
 private:
@@ -63,5 +69,6 @@ private:
     QMultiHash<QString, std::function<void()>> _refreshes;
     QList<std::function<void()>> _resets;
     QList<ColorWell *> _wells;
+    QList<QWidget *> _hidden;
     bool _isFollowing = false;
 };

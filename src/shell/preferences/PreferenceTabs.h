@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include <QString>
+#include <functional>
 
 class Items;
 class PreferenceControls;
@@ -15,8 +15,10 @@ namespace PreferenceTabs {
 // the page.
 QWidget *general(PreferenceControls &controls);
 QWidget *appearance(PreferenceControls &controls);
-QWidget *groupsAndOrder(PreferenceControls &controls);
+QWidget *groupsAndOrder(
+    PreferenceControls &controls, const std::function<void()> &openColorSortingOptions);
 QWidget *folders(PreferenceControls &controls, const Items &items);
 QWidget *triggers(PreferenceControls &controls, const HotKeyChoice &hotKey);
+QWidget *advanced(PreferenceControls &controls);
 
 } // namespace PreferenceTabs

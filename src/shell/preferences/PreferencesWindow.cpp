@@ -2,45 +2,61 @@
 
 #include "shell/preferences/PreferenceControls.h"
 #include "shell/preferences/PreferenceTabs.h"
+#include "support/UserDefaults.h"
 
 #include <QDialogButtonBox>
+#include <QLabel>
 #include <QPushButton>
-#include <QScreen>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 PreferencesWindow::PreferencesWindow(
     const HotKeyChoice &hotKey, const Items &items, QWidget *parent)
-    : QDialog(parent)
+    : Sheet(tr("Preferences of Ortu"), parent)
     , _tabs(new QTabWidget)
+    , _problem(new QLabel)
 {
-    setWindowTitle(tr("Preferences of Ortu"));
     setObjectName(QStringLiteral("Ortu Preferences"));
-    setWindowModality(Qt::WindowModal);
+    addTabs(hotKey, items);
+    auto *const buttons =
+        new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::RestoreDefaults);
+    buttons->button(QDialogButtonBox::RestoreDefaults)->setText(tr("&Defaults of This Tab"));
+    // Escape does that; the key that Qt gives it belongs to a control of a tab.
+    buttons->button(QDialogButtonBox::Close)->setText(tr("Close"));
+    _prefsQuitButton = buttons->addButton(tr("&Quit Ortu"), QDialogButtonBox::ActionRole);
+    connect(_prefsQuitButton, &QPushButton::clicked, this, &PreferencesWindow::quitWanted);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(buttons->button(QDialogButtonBox::RestoreDefaults), &QPushButton::clicked, this,
+        [this] { _controls[size_t(_tabs->currentIndex())]->reset(); });
+    _problem->setWordWrap(true);
+    _problem->setTextFormat(Qt::PlainText);
+    connect(&UserDefaults::standard(), &UserDefaults::writeProblemChanged, this,
+        &PreferencesWindow::showWriteProblem);
+    auto *const layout = new QVBoxLayout(this);
+    layout->addWidget(_tabs);
+    layout->addWidget(_problem);
+    layout->addWidget(buttons);
+    showWriteProblem();
+}
+
+PreferencesWindow::~PreferencesWindow() = default;
+
+void PreferencesWindow::addTabs(const HotKeyChoice &hotKey, const Items &items)
+{
     addTab(tr("Ge&neral"), &PreferenceTabs::general);
     addTab(tr("&Appearance"), &PreferenceTabs::appearance);
-    addTab(tr("Gro&ups and Order"), &PreferenceTabs::groupsAndOrder);
+    addTab(tr("Gro&ups and Order"), [this](PreferenceControls &controls) {
+        return PreferenceTabs::groupsAndOrder(
+            controls, [this] { Q_EMIT colorSortingOptionsWanted(); });
+    });
     addTab(tr("&Folders"), [&items](PreferenceControls &controls) {
         return PreferenceTabs::folders(controls, items);
     });
     addTab(tr("Tri&ggers"), [&hotKey](PreferenceControls &controls) {
         return PreferenceTabs::triggers(controls, hotKey);
     });
-
-    auto *const buttons =
-        new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::RestoreDefaults);
-    buttons->button(QDialogButtonBox::RestoreDefaults)->setText(tr("&Defaults of This Tab"));
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    connect(buttons->button(QDialogButtonBox::RestoreDefaults), &QPushButton::clicked, this,
-        [this] { _controls[size_t(_tabs->currentIndex())]->reset(); });
-    auto *const layout = new QVBoxLayout(this);
-    layout->addWidget(_tabs);
-    layout->addWidget(buttons);
+    addTab(tr("Ad&vanced"), &PreferenceTabs::advanced);
 }
-
-PreferencesWindow::~PreferencesWindow() = default;
 
 void PreferencesWindow::addTab(const QString &title, const Page &page)
 {
@@ -48,17 +64,29 @@ void PreferencesWindow::addTab(const QString &title, const Page &page)
     _tabs->addTab(page(*_controls.back()), title);
 }
 
-void PreferencesWindow::showUnder(const QPoint &middleOfUpperEdge)
+void PreferencesWindow::setQuitButtonHidden(bool isHidden)
 {
-    adjustSize();
-    QRect place(QPoint(middleOfUpperEdge.x() - width() / 2, middleOfUpperEdge.y()), size());
-    const QRect available = parentWidget()->screen()->availableGeometry();
-    place.moveRight(std::min(place.right(), available.right()));
-    place.moveBottom(std::min(place.bottom(), available.bottom()));
-    place.moveLeft(std::max(place.left(), available.left()));
-    place.moveTop(std::max(place.top(), available.top()));
-    move(place.topLeft());
-    show();
+    _prefsQuitButton->setVisible(!isHidden);
+}
+
+void PreferencesWindow::setHiddenPreferencesShown(bool areShown)
+{
+    for (const std::unique_ptr<PreferenceControls> &controls : _controls) {
+        controls->setHiddenShown(areShown);
+    }
+}
+
+void PreferencesWindow::showWriteProblem()
+{
+    const QString &reason = UserDefaults::standard().writeProblem();
+    _problem->setText(tr("Changes are not kept: %1.").arg(reason));
+    _problem->setHidden(reason.isEmpty());
+}
+
+void PreferencesWindow::showEvent(QShowEvent *event)
+{
+    setHiddenPreferencesShown(false);
+    Sheet::showEvent(event);
 }
 
 // Its choosers of colours hang on it.
@@ -67,5 +95,5 @@ void PreferencesWindow::hideEvent(QHideEvent *event)
     for (const std::unique_ptr<PreferenceControls> &controls : _controls) {
         controls->closeChoosers();
     }
-    QDialog::hideEvent(event);
+    Sheet::hideEvent(event);
 }

@@ -4,8 +4,7 @@
 #pragma once
 
 #include "shell/preferences/HotKeyControl.h"
-
-#include <QDialog>
+#include "shell/preferences/Sheet.h"
 
 #include <functional>
 #include <memory>
@@ -13,9 +12,11 @@
 
 class Items;
 class PreferenceControls;
+class QLabel;
+class QPushButton;
 class QTabWidget;
 
-class PreferencesWindow final : public QDialog
+class PreferencesWindow final : public Sheet
 {
     Q_OBJECT
 
@@ -24,16 +25,27 @@ public:
     PreferencesWindow(const HotKeyChoice &hotKey, const Items &items, QWidget *parent);
     ~PreferencesWindow() override;
 
-    // Under a point of the screen, as far as the screen allows.
-    void showUnder(const QPoint &middleOfUpperEdge);
+    // The button that ends the program is for those whom no menu offers that.
+    void setQuitButtonHidden(bool isHidden);
+    // Those that few need are shown only when asked for.
+    void setHiddenPreferencesShown(bool areShown);
+
+Q_SIGNALS:
+    void colorSortingOptionsWanted();
+    void quitWanted();
 
 protected:
+    void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private:
     using Page = std::function<QWidget *(PreferenceControls &)>;
+    void addTabs(const HotKeyChoice &hotKey, const Items &items);
     void addTab(const QString &title, const Page &page);
+    void showWriteProblem();
 
     QTabWidget *_tabs;
+    QLabel *_problem;
+    QPushButton *_prefsQuitButton;
     std::vector<std::unique_ptr<PreferenceControls>> _controls;
 };

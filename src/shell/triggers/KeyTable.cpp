@@ -53,9 +53,11 @@ QString KeyTable::hotKeyString(int hotKeyCode, int hotKeyModifiers) const
     if (key == nullptr || key->title.isEmpty()) {
         return tr("missing resource");
     }
-    if (hotKeyCode < 0) {
-        return key->title;
-    }
+    return hotKeyCode < 0 ? key->title : modifierString(hotKeyModifiers) + key->title;
+}
+
+QString KeyTable::modifierString(int hotKeyModifiers)
+{
     QString prefix;
     const auto add = [&](Modifier modifier, const QString &part, char16_t sign) {
         if ((hotKeyModifiers & modifier) != 0) {
@@ -66,7 +68,15 @@ QString KeyTable::hotKeyString(int hotKeyCode, int hotKeyModifiers) const
     add(Option, tr("%1 option + "), u'\u2325');
     add(Command, tr("%1 command + "), u'\u2318');
     add(Shift, tr("%1 shift + "), u'\u21E7');
-    return prefix + key->title;
+    return prefix;
+}
+
+std::optional<int> KeyTable::codeOf(const QStringList &names) const
+{
+    const auto found = std::find_if(_keys.begin(), _keys.end(), [&names](const Key &key) {
+        return !key.title.isEmpty() && key.tag >= 0 && names.contains(key.place);
+    });
+    return found == _keys.end() ? std::nullopt : std::optional(found->tag);
 }
 
 std::optional<HotKeyCombination> KeyTable::combination(int hotKeyCode, int hotKeyModifiers) const

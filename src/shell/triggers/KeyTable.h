@@ -38,6 +38,11 @@ public:
     // key that has no title, "missing resource" and nothing else.
     QString hotKeyString(int hotKeyCode, int hotKeyModifiers) const;
 
+    // The modifiers alone, each with a plus sign behind it.
+    static QString modifierString(int hotKeyModifiers);
+    // The code of the first key that has a title and lies at a place of one of these names.
+    std::optional<int> codeOf(const QStringList &names) const;
+
     // For the desktop. Empty when the code is negative or stands for no key of the table.
     std::optional<HotKeyCombination> combination(int hotKeyCode, int hotKeyModifiers) const;
 

@@ -72,6 +72,16 @@ void XHotKey::unregisterKey()
         grab, [grab] { grab->unregisterKey(); }, Qt::BlockingQueuedConnection);
 }
 
+QStringList XHotKey::namesOfKey(quint32 nativeScanCode) const
+{
+    XHotKeyGrab *const grab = _thread->grab();
+    QStringList names;
+    QMetaObject::invokeMethod(
+        grab, [grab, nativeScanCode] { return grab->namesOfKey(nativeScanCode); },
+        Qt::BlockingQueuedConnection, &names);
+    return names;
+}
+
 void XHotKey::handKeysTo(const QWindow &window)
 {
     _window = quint32(window.winId());

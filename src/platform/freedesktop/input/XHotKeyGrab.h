@@ -34,6 +34,10 @@ public:
     // As those of HotKey.
     QString registerKey(const HotKeyCombination &combination);
     void unregisterKey();
+    QStringList namesOfKey(quint32 nativeScanCode) const
+    {
+        return _keyboard.namesOf(nativeScanCode);
+    }
 
     // The answer to pressed(): lets the keyboard go on once the window, or another one of the same
     // program, has the focus; at once for no window. Without an answer it goes on after MaxStop.

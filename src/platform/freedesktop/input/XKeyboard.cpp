@@ -133,6 +133,79 @@ QByteArray keyName(const char *stored)
     return QByteArray(stored, qsizetype(qstrnlen(stored, length)));
 }
 
+// What the keys of the keyboard are called at the moment.
+class KeyNames final
+{
+public:
+    explicit KeyNames(xcb_connection_t *connection);
+
+    QList<xcb_keycode_t> keysNamed(const QByteArray &name) const;
+    QStringList namesOf(quint32 key) const;
+
+private:
+    // The name that it stands for, or itself.
+    QByteArray realName(const QByteArray &name) const;
+    bool has(quint32 detail) const { return _reply && (_reply->which & detail) != 0; }
+    int aliasCount() const
+    {
+        return has(XCB_XKB_NAME_DETAIL_KEY_ALIASES) ? _reply->nKeyAliases : 0;
+    }
+    int keyCount() const { return has(XCB_XKB_NAME_DETAIL_KEY_NAMES) ? _reply->nKeys : 0; }
+
+    XReply<xcb_xkb_get_names_reply_t> _reply;
+    xcb_xkb_get_names_value_list_t _names = {};
+};
+
+KeyNames::KeyNames(xcb_connection_t *connection)
+{
+    const quint32 which = XCB_XKB_NAME_DETAIL_KEY_NAMES | XCB_XKB_NAME_DETAIL_KEY_ALIASES;
+    _reply.reset(xcb_xkb_get_names_reply(
+        connection, xcb_xkb_get_names(connection, coreKeyboard, which), nullptr));
+    if (_reply) {
+        xcb_xkb_get_names_value_list_unpack(xcb_xkb_get_names_value_list(_reply.get()),
+            _reply->nTypes, _reply->indicators, _reply->virtualMods, _reply->groupNames,
+            _reply->nKeys, _reply->nKeyAliases, _reply->nRadioGroups, _reply->which, &_names);
+    }
+}
+
+QByteArray KeyNames::realName(const QByteArray &name) const
+{
+    for (int i = 0; i < aliasCount(); ++i) {
+        if (keyName(_names.keyAliases[i].alias) == name) {
+            return keyName(_names.keyAliases[i].real);
+        }
+    }
+    return name;
+}
+
+QList<xcb_keycode_t> KeyNames::keysNamed(const QByteArray &name) const
+{
+    const QByteArray real = realName(name);
+    QList<xcb_keycode_t> keys;
+    for (int i = 0; i < keyCount(); ++i) {
+        if (keyName(_names.keyNames[i].name) == real) {
+            keys.append(xcb_keycode_t(_reply->firstKey + i));
+        }
+    }
+    return keys;
+}
+
+QStringList KeyNames::namesOf(quint32 key) const
+{
+    const int index = _reply ? int(key) - _reply->firstKey : -1;
+    if (index < 0 || index >= keyCount()) {
+        return {};
+    }
+    const QByteArray real = keyName(_names.keyNames[index].name);
+    QStringList names { QString::fromLatin1(real) };
+    for (int i = 0; i < aliasCount(); ++i) {
+        if (keyName(_names.keyAliases[i].real) == real) {
+            names.append(QString::fromLatin1(keyName(_names.keyAliases[i].alias)));
+        }
+    }
+    return names;
+}
+
 } // namespace
 
 XKeyboard::XKeyboard(XConnection &connection)
@@ -176,35 +249,13 @@ void XKeyboard::setUp()
 
 QList<xcb_keycode_t> XKeyboard::keysNamed(const QString &name) const
 {
-    if (!isUsable() || name.isEmpty()) {
-        return {};
-    }
-    const quint32 which = XCB_XKB_NAME_DETAIL_KEY_NAMES | XCB_XKB_NAME_DETAIL_KEY_ALIASES;
-    const XReply<xcb_xkb_get_names_reply_t> reply(xcb_xkb_get_names_reply(
-        _connection.get(), xcb_xkb_get_names(_connection.get(), coreKeyboard, which), nullptr));
-    if (!reply) {
-        return {};
-    }
-    xcb_xkb_get_names_value_list_t names = {};
-    xcb_xkb_get_names_value_list_unpack(xcb_xkb_get_names_value_list(reply.get()), reply->nTypes,
-        reply->indicators, reply->virtualMods, reply->groupNames, reply->nKeys, reply->nKeyAliases,
-        reply->nRadioGroups, reply->which, &names);
-    QByteArray real = name.toLatin1();
-    const bool hasAliases = (reply->which & XCB_XKB_NAME_DETAIL_KEY_ALIASES) != 0;
-    for (int i = 0; hasAliases && i < reply->nKeyAliases; ++i) {
-        if (keyName(names.keyAliases[i].alias) == real) {
-            real = keyName(names.keyAliases[i].real);
-            break;
-        }
-    }
-    QList<xcb_keycode_t> keys;
-    const bool hasNames = (reply->which & XCB_XKB_NAME_DETAIL_KEY_NAMES) != 0;
-    for (int i = 0; hasNames && i < reply->nKeys; ++i) {
-        if (keyName(names.keyNames[i].name) == real) {
-            keys.append(xcb_keycode_t(reply->firstKey + i));
-        }
-    }
-    return keys;
+    return isUsable() && !name.isEmpty() ? KeyNames(_connection.get()).keysNamed(name.toLatin1())
+                                         : QList<xcb_keycode_t>();
+}
+
+QStringList XKeyboard::namesOf(quint32 key) const
+{
+    return isUsable() ? KeyNames(_connection.get()).namesOf(key) : QStringList();
 }
 
 bool XKeyboard::isDown(xcb_keycode_t key) const

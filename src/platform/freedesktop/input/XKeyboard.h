@@ -9,7 +9,7 @@
 
 #include <QList>
 #include <QObject>
-#include <QString>
+#include <QStringList>
 
 class XKeyboard final : public QObject
 {
@@ -45,6 +45,8 @@ public:
 
     // The keys of a name, which may be an alias; most names have one.
     QList<xcb_keycode_t> keysNamed(const QString &name) const;
+    // The name of a key and its aliases; none for a code that is no key.
+    QStringList namesOf(quint32 key) const;
     const Modifiers &modifiers() const { return _modifiers; }
     bool isDown(xcb_keycode_t key) const;
     // The modifiers held down, be it by a sticky key, as bits of a key event's state.

@@ -1,0 +1,130 @@
+// The sheets on the panel: preferences with the options of the colour order, and what to exclude.
+
+#include "catalogue/OTApp.h"
+#include "catalogue/OTAppManager.h"
+#include "platform/Desktop.h"
+#include "shell/OTController.h"
+#include "shell/panel/OTWindow.h"
+#include "shell/preferences/ColorSortingOptions.h"
+#include "shell/preferences/ExclusionWindow.h"
+#include "shell/preferences/PreferencesWindow.h"
+#include "support/UserDefaults.h"
+
+namespace {
+
+void closeIfVisible(QWidget *window)
+{
+    if (window && window->isVisible()) {
+        window->close();
+    }
+}
+
+} // namespace
+
+bool OTController::isPrefsVisible() const
+{
+    return _prefWindow && _prefWindow->isVisible();
+}
+
+void OTController::openPrefs()
+{
+    if (isPrefsVisible()) {
+        return;
+    }
+    activate();
+    applicationOpenUntitledFile();
+    if (!_mainWindow.isShown()) {
+        return;
+    }
+    closeExclusionWindow();
+    if (!_prefWindow) {
+        _prefWindow = makePreferencesWindow();
+    }
+    updatePrefsQuitButton();
+    _prefWindow->showUnder(_mainWindow.sheetPosition());
+}
+
+PreferencesWindow *OTController::makePreferencesWindow()
+{
+    const HotKeyChoice hotKey {
+        .choose = [this](int code, int modifiers) { setHotKey(code, modifiers); },
+        .problem = [this] { return _triggers.hotKeyProblem(); },
+        .namesOfKey = [this](quint32 scanCode) { return _desktop.hotKey().namesOfKey(scanCode); },
+    };
+    auto *const window = new PreferencesWindow(hotKey, _desktop.items(), &_mainWindow);
+    connect(window, &PreferencesWindow::colorSortingOptionsWanted, this,
+        &OTController::openColorSortingOptions);
+    connect(window, &PreferencesWindow::quitWanted, this, [this] { quitApp(); });
+    connect(window, &QDialog::finished, this, [this] { _userDefaults.synchronize(); });
+    return window;
+}
+
+void OTController::closePrefs()
+{
+    closeColorSortingOptions();
+    closeIfVisible(_prefWindow);
+}
+
+void OTController::openColorSortingOptions()
+{
+    if (!isPrefsVisible()) {
+        return;
+    }
+    if (!_prefColorSortingOptionsWindow) {
+        auto *const window = new ColorSortingOptions(_prefWindow);
+        connect(window, &ColorSortingOptions::resetWanted, &_appManager,
+            &OTAppManager::resetColorSortingOptions);
+        connect(window, &QDialog::finished, this, [this] { _userDefaults.synchronize(); });
+        _prefColorSortingOptionsWindow = window;
+    }
+    if (!_prefColorSortingOptionsWindow->isVisible()) {
+        const QPoint middle(_prefWindow->width() / 2, 0);
+        _prefColorSortingOptionsWindow->showUnder(_prefWindow->mapToGlobal(middle));
+    }
+}
+
+void OTController::closeColorSortingOptions()
+{
+    closeIfVisible(_prefColorSortingOptionsWindow);
+}
+
+void OTController::autoExcludeApps()
+{
+    if (_exclusionWindow && _exclusionWindow->isVisible()) {
+        return;
+    }
+    activate();
+    applicationOpenUntitledFile();
+    if (!_mainWindow.isShown()) {
+        return;
+    }
+    closePrefs();
+    if (!_exclusionWindow) {
+        _exclusionWindow = new ExclusionWindow(&_mainWindow);
+        connect(_exclusionWindow, &ExclusionWindow::exclusionWanted, &_appManager,
+            &OTAppManager::autoExcludeDockApps);
+        connect(
+            _exclusionWindow, &QDialog::finished, this, [this] { _userDefaults.synchronize(); });
+    }
+    _exclusionWindow->setNameSubstrings(OTApp::excludedNameSubstrings());
+    _exclusionWindow->showUnder(_mainWindow.sheetPosition());
+}
+
+void OTController::closeExclusionWindow()
+{
+    closeIfVisible(_exclusionWindow);
+}
+
+void OTController::modifierKeysChanged(Qt::KeyboardModifiers modifiers)
+{
+    if (isPrefsVisible()) {
+        _prefWindow->setHiddenPreferencesShown(modifiers.testFlag(Qt::AltModifier));
+    }
+}
+
+void OTController::updatePrefsQuitButton()
+{
+    if (_prefWindow) {
+        _prefWindow->setQuitButtonHidden(_access.hasMenuAccess());
+    }
+}

@@ -1,0 +1,25 @@
+#include "shell/preferences/Sheet.h"
+
+#include <QScreen>
+
+#include <algorithm>
+
+Sheet::Sheet(const QString &title, QWidget *parent)
+    : QDialog(parent)
+{
+    setWindowTitle(title);
+    setWindowModality(Qt::WindowModal);
+}
+
+void Sheet::showUnder(const QPoint &middleOfUpperEdge)
+{
+    adjustSize();
+    QRect place(QPoint(middleOfUpperEdge.x() - width() / 2, middleOfUpperEdge.y()), size());
+    const QRect available = parentWidget()->screen()->availableGeometry();
+    place.moveRight(std::min(place.right(), available.right()));
+    place.moveBottom(std::min(place.bottom(), available.bottom()));
+    place.moveLeft(std::max(place.left(), available.left()));
+    place.moveTop(std::max(place.top(), available.top()));
+    move(place.topLeft());
+    show();
+}

@@ -132,7 +132,9 @@ void OTController::hideMainWindow()
 
 void OTController::implicitHideMainWindow()
 {
-    if (_mainWindow.isShown() && _mainWindow.hasBeenMoved()) {
+    // A sheet moved aside leaves the way to other windows free, as to what is dragged from them.
+    const bool isSheetMoved = isPrefsVisible() && _prefWindow->hasBeenMoved();
+    if (_mainWindow.isShown() && (_mainWindow.hasBeenMoved() || isSheetMoved)) {
         startWindowCloseTimerWithTimeInterval(MovedPanelTime);
     } else {
         hideMainWindow();

@@ -117,6 +117,14 @@ private Q_SLOTS:
         QVERIFY(sheet());
         _desktop->windows.bringToFront(nullptr);
         QTRY_VERIFY(!sheet() && !_window->isShown());
+        // Unless one was moved aside.
+        _controller->openPrefs();
+        QTRY_VERIFY(sheet()->isActiveWindow());
+        sheet()->move(sheet()->pos() + QPoint(9, 9));
+        _desktop->windows.bringToFront(nullptr);
+        QCoreApplication::processEvents();
+        QVERIFY(sheet() && _window->isShown());
+        _controller->hideMainWindow();
         // It brings the panel up.
         _controller->openPrefs();
         QVERIFY(sheet() && _window->isShown());

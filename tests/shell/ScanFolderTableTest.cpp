@@ -149,6 +149,11 @@ private Q_SLOTS:
         QVERIFY(!buttons[1]->isEnabled());
         list().selection().select(
             { list().index(1), list().index(2) }, QItemSelectionModel::ClearAndSelect);
+        QTest::keyClick(_view, Qt::Key_Up, Qt::AltModifier);
+        QCOMPARE(rows(), u"/b /c /a /d|0 1"_s);
+        QTest::keyClick(_view, Qt::Key_Up, Qt::AltModifier);
+        QTest::keyClick(_view, Qt::Key_Down, Qt::AltModifier);
+        QCOMPARE(rows(), u"/a /b /c /d|1 2"_s);
         QTest::keyClick(_view, Qt::Key_Delete);
         QCOMPARE(rows(), u"/a /d|1"_s);
         buttons[1]->click();

@@ -70,6 +70,10 @@ void DirectoriesTable::keyPressEvent(QKeyEvent *event)
         Q_EMIT removalWanted();
     } else if (isPlain && (event->key() == Qt::Key_Insert || event->key() == Qt::Key_Plus)) {
         Q_EMIT additionWanted();
+    } else if (event->modifiers() == Qt::AltModifier && event->key() == Qt::Key_Up) {
+        _controller.moveSelected(OTArrayController::Direction::Up);
+    } else if (event->modifiers() == Qt::AltModifier && event->key() == Qt::Key_Down) {
+        _controller.moveSelected(OTArrayController::Direction::Down);
     } else {
         QListView::keyPressEvent(event);
     }

@@ -2,8 +2,8 @@
 //
 // A drop goes below the row under the pointer, below all rows from the empty space, and above all
 // from the upper edge of the first; a line shows where. Rows dragged within the table move, with
-// Option they are copied. Other programs are only ever offered a copy: they would move the folder
-// itself.
+// Option they are copied; the arrow keys move them as well, with Option. Other programs are only
+// ever offered a copy: they would move the folder itself.
 
 #pragma once
 

@@ -218,13 +218,31 @@ void OTArrayController::moveObjectsInArrangedObjectsFromIndexes(
     write(rows);
 }
 
-void OTArrayController::removeSelected()
+OTArrayController::IndexSet OTArrayController::selectedIndexes() const
 {
-    const QModelIndexList selected = _selection.selectedIndexes();
     IndexSet indexes;
+    const QModelIndexList selected = _selection.selectedIndexes();
     for (const QModelIndex &index : selected) {
         indexes.insert(index.row());
     }
+    return indexes;
+}
+
+void OTArrayController::moveSelected(Direction direction)
+{
+    const IndexSet indexes = selectedIndexes();
+    if (indexes.empty()) {
+        return;
+    }
+    const int target = direction == Direction::Up ? std::max(*indexes.cbegin() - 1, 0)
+                                                  : std::min(*indexes.crbegin() + 2, rowCount());
+    moveObjectsInArrangedObjectsFromIndexes(indexes, target);
+    select(target - rowsAboveRow(target, indexes), qsizetype(indexes.size()));
+}
+
+void OTArrayController::removeSelected()
+{
+    const IndexSet indexes = selectedIndexes();
     if (indexes.empty()) {
         return;
     }

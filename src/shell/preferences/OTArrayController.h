@@ -64,6 +64,10 @@ public:
     void moveObjectsInArrangedObjectsFromIndexes(const IndexSet &indexes, int toIndex);
     // Removes the selected rows and selects the one that follows them.
     void removeSelected();
+    // Moves the selected rows above the one before them or below the one behind them. They lie
+    // together then, and stay selected.
+    enum class Direction { Up, Down };
+    void moveSelected(Direction direction);
 
     // How many indexes of the set are less than the row.
     static int rowsAboveRow(int row, const IndexSet &inIndexSet);
@@ -84,6 +88,7 @@ public:
         const QMimeData &data, DropOrigin origin, Qt::KeyboardModifiers modifiers, int row);
 
 private:
+    IndexSet selectedIndexes() const;
     void takeOver();
     void write(const QVariantList &rows);
     void select(int firstRow, qsizetype count);

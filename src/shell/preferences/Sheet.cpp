@@ -1,5 +1,6 @@
 #include "shell/preferences/Sheet.h"
 
+#include <QEvent>
 #include <QScreen>
 
 #include <algorithm>
@@ -21,5 +22,14 @@ void Sheet::showUnder(const QPoint &middleOfUpperEdge)
     place.moveLeft(std::max(place.left(), available.left()));
     place.moveTop(std::max(place.top(), available.top()));
     move(place.topLeft());
+    _place.reset();
     show();
+}
+
+bool Sheet::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowActivate && !_place) {
+        _place = pos();
+    }
+    return QDialog::event(event);
 }

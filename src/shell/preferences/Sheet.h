@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+#include <optional>
+
 class Sheet : public QDialog
 {
     Q_OBJECT
@@ -14,4 +16,13 @@ public:
 
     // Under a point of the screen, as far as the screen allows.
     void showUnder(const QPoint &middleOfUpperEdge);
+    // Whether the user has moved it since it was shown.
+    bool hasBeenMoved() const { return _place && *_place != pos(); }
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    // Where it was when it first became the active window: the window manager has its say before.
+    std::optional<QPoint> _place;
 };

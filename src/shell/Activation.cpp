@@ -70,12 +70,14 @@ void Activation::frontDidNotCome()
 void Activation::activeWindowDidChange()
 {
     const bool isActiveNow = isActive();
+    if (isActiveNow) {
+        stopAwaiting();
+    }
     if (isActiveNow == _isActive) {
         return;
     }
     _isActive = isActiveNow;
     if (isActiveNow) {
-        stopAwaiting();
         Q_EMIT didBecomeActive();
         _didBecomeActiveDate.start();
     } else {

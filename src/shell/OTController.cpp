@@ -18,6 +18,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QScopedValueRollback>
 #include <QWindow>
 
 #include <utility>
@@ -71,6 +72,8 @@ void OTController::awakeFromNib()
         &OTController::applicationDidBecomeActive);
     connect(&_activation, &Activation::willResignActive, this,
         &OTController::applicationWillResignActive);
+    connect(&_desktop.ownWindows(), &OwnWindows::activeWindowChanged, this,
+        &OTController::keepModalInFront);
     connect(&_desktop.runningApplications(), &RunningApplications::questionAsked, this,
         &OTController::implicitHideMainWindow);
     connect(&_mainWindow, &OTWindow::closeWanted, this, &OTController::explicitHideMainWindow);
@@ -119,6 +122,7 @@ void OTController::applicationOpenUntitledFile(const ActivationStamp &stamp)
 
 void OTController::hideMainWindow()
 {
+    const QScopedValueRollback<bool> hiding(_isHiding, true);
     closePrefs();
     closeExclusionWindow();
     if (QDialog *const about = OTNSAppSubclass::standardAboutPanel()) {

@@ -30,6 +30,7 @@ class InfoDictionary;
 class OTAppManager;
 class OTWindow;
 class PreferencesWindow;
+class Sheet;
 class UserDefaults;
 struct Alert;
 
@@ -132,6 +133,10 @@ private:
     void preferenceDidChange(const QString &key);
 
     PreferencesWindow *makePreferencesWindow();
+    void addSheet(Sheet &sheet);
+    void sheetDidEnd();
+    void bringToFront(QWidget &window);
+    void keepModalInFront();
     bool isPrefsVisible() const;
     void modifierKeysChanged(Qt::KeyboardModifiers modifiers);
     void updatePrefsQuitButton();
@@ -155,6 +160,7 @@ private:
     QPointer<PreferencesWindow> _prefWindow;
     QPointer<ColorSortingOptions> _prefColorSortingOptionsWindow;
     QPointer<ExclusionWindow> _exclusionWindow;
+    bool _isHiding = false;
     // Alerts that wait for their answer.
     int _openAlerts = 0;
 

@@ -10,6 +10,9 @@
 #include "shell/preferences/PreferencesWindow.h"
 #include "support/UserDefaults.h"
 
+#include <QApplication>
+#include <QWindow>
+
 namespace {
 
 void closeIfVisible(QWidget *window)
@@ -55,8 +58,43 @@ PreferencesWindow *OTController::makePreferencesWindow()
     connect(window, &PreferencesWindow::colorSortingOptionsWanted, this,
         &OTController::openColorSortingOptions);
     connect(window, &PreferencesWindow::quitWanted, this, [this] { quitApp(); });
-    connect(window, &QDialog::finished, this, [this] { _userDefaults.synchronize(); });
+    addSheet(*window);
     return window;
+}
+
+void OTController::addSheet(Sheet &sheet)
+{
+    connect(&sheet, &QDialog::finished, this, &OTController::sheetDidEnd);
+    connect(&sheet, &Sheet::uncovered, this, [this, &sheet] { bringToFront(sheet); });
+}
+
+void OTController::sheetDidEnd()
+{
+    _userDefaults.synchronize();
+    if (!QApplication::activeModalWidget()) {
+        bringToFront(_mainWindow);
+    }
+}
+
+// Window managers differ in what they focus when a dialog closes, and some focus nothing, which is
+// not to pass for the loss of the front.
+void OTController::bringToFront(QWidget &window)
+{
+    const bool isPanel = &window == &_mainWindow;
+    if (_mainWindow.isShown() && !_isHiding && !(isPanel && _mainWindow.isNonActivating())) {
+        _activation.awaitFront(Activation::Loss::NotReported);
+        _desktop.ownWindows().activate(*window.windowHandle(), {});
+    }
+}
+
+// The panel takes neither key nor click while something modal lies on it.
+void OTController::keepModalInFront()
+{
+    QWidget *const modal = QApplication::activeModalWidget();
+    if (modal && modal->isVisible()
+        && _desktop.ownWindows().activeWindow() == _mainWindow.windowHandle()) {
+        bringToFront(*modal);
+    }
 }
 
 void OTController::closePrefs()
@@ -74,7 +112,7 @@ void OTController::openColorSortingOptions()
         auto *const window = new ColorSortingOptions(_prefWindow);
         connect(window, &ColorSortingOptions::resetWanted, &_appManager,
             &OTAppManager::resetColorSortingOptions);
-        connect(window, &QDialog::finished, this, [this] { _userDefaults.synchronize(); });
+        addSheet(*window);
         _prefColorSortingOptionsWindow = window;
     }
     if (!_prefColorSortingOptionsWindow->isVisible()) {
@@ -103,8 +141,7 @@ void OTController::autoExcludeApps()
         _exclusionWindow = new ExclusionWindow(&_mainWindow);
         connect(_exclusionWindow, &ExclusionWindow::exclusionWanted, &_appManager,
             &OTAppManager::autoExcludeDockApps);
-        connect(
-            _exclusionWindow, &QDialog::finished, this, [this] { _userDefaults.synchronize(); });
+        addSheet(*_exclusionWindow);
     }
     _exclusionWindow->setNameSubstrings(OTApp::excludedNameSubstrings());
     _exclusionWindow->showUnder(_mainWindow.sheetPosition());

@@ -9,6 +9,7 @@
 #include "shell/preferences/PreferencesWindow.h"
 #include "support/InfoDictionary.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
@@ -179,6 +180,17 @@ private Q_SLOTS:
         QCOMPARE(_defaults->doubleForKey(u"colorSortWrapHue"_s), 120.0);
         Q_EMIT options->resetWanted();
         QCOMPARE(_defaults->doubleForKey(u"colorSortWrapHue"_s), 0.0);
+        // A window manager may focus nothing, or the panel, when a dialog closes.
+        ObedientWindows &windows = _desktop->windows;
+        windows.isObedient = false;
+        options->reject();
+        windows.bringToFront(nullptr);
+        QCoreApplication::processEvents();
+        QVERIFY(sheet());
+        windows.isObedient = true;
+        windows.bringToFront(_window->windowHandle());
+        QVERIFY(windows.activeWindow() == sheet()->windowHandle());
+        _controller->openColorSortingOptions();
         _controller->closePrefs();
         QVERIFY(!options->isVisible() && !sheet());
 
@@ -200,13 +212,21 @@ private Q_SLOTS:
     }
 
     // Two that share a key would make neither reachable by it.
-    void mnemonicsDiffer()
+    void mnemonicsDiffer_andAScreenReaderNamesEveryControl()
     {
         QWidget parent;
         const PreferencesWindow window(
             { [](int, int) {}, [] { return QString(); }, [](quint32) { return QStringList(); } },
             _desktop->items(), &parent);
         const auto *const tabs = window.findChild<QTabWidget *>();
+        for (QWidget *control : window.findChildren<QWidget *>()) {
+            if (control->focusPolicy() != Qt::NoFocus && !control->focusProxy()) {
+                const QAccessibleInterface *const told =
+                    QAccessible::queryAccessibleInterface(control);
+                QVERIFY2(!told->text(QAccessible::Name).isEmpty() || told->childCount() > 0,
+                    control->metaObject()->className());
+            }
+        }
         for (int i = 0; i < tabs->count(); ++i) {
             QStringList keys;
             const auto add = [&keys](const QString &text) {

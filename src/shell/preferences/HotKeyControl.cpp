@@ -25,6 +25,7 @@ HotKeyControl::HotKeyControl(HotKeyChoice choice, QWidget *parent)
     }
     connect(_keys, &QComboBox::activated, this, &HotKeyControl::choose);
     row->addWidget(_keys, 1);
+    _keys->setAccessibleDescription(tr("Key"));
     setFocusProxy(_keys);
     setFocusPolicy(_keys->focusPolicy());
     addRecorder(*row);

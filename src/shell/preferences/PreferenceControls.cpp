@@ -125,6 +125,7 @@ QWidget *PreferenceControls::slider(const QString &key, const Range &range, cons
 QSpinBox *PreferenceControls::stepper(const QString &key, const Range &range)
 {
     auto *const stepper = new QSpinBox;
+    stepper->setKeyboardTracking(false);
     stepper->setRange(range.least, range.most);
     add(stepper, key, [stepper, key] {
         const QSignalBlocker blocker(stepper);

@@ -31,5 +31,9 @@ bool Sheet::event(QEvent *event)
     if (event->type() == QEvent::WindowActivate && !_place) {
         _place = pos();
     }
-    return QDialog::event(event);
+    const bool isHandled = QDialog::event(event);
+    if (event->type() == QEvent::WindowUnblocked && isVisible()) {
+        Q_EMIT uncovered();
+    }
+    return isHandled;
 }

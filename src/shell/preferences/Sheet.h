@@ -19,6 +19,10 @@ public:
     // Whether the user has moved it since it was shown.
     bool hasBeenMoved() const { return _place && *_place != pos(); }
 
+Q_SIGNALS:
+    // What lay above it and had to be answered first is gone.
+    void uncovered();
+
 protected:
     bool event(QEvent *event) override;
 

@@ -18,6 +18,7 @@
 #include "platform/freedesktop/input/XModifierTap.h"
 #include "platform/freedesktop/launch/FreedesktopActions.h"
 #include "platform/freedesktop/launch/FreedesktopLauncher.h"
+#include "platform/freedesktop/pinned/FreedesktopPins.h"
 #include "platform/freedesktop/windows/RunningWindows.h"
 #include "platform/freedesktop/windows/WindowControl.h"
 #include "platform/freedesktop/windows/XOwnWindows.h"
@@ -45,6 +46,7 @@ public:
         return *_control;
     }
     ApplicationActions &applicationActions() override { return _actions; }
+    const PinnedApplications &pinnedApplications() const override { return _pins; }
     const Compositing &compositing() const override
     {
         if (!_compositing) {
@@ -152,6 +154,8 @@ private:
     ProcessMemory _memory;
     FreedesktopDocuments _documents { _entries, _paths.dataFolders() };
     FreedesktopActions _actions;
+    FreedesktopPins _pins { _paths.dataFolders(), SessionFolders::currentDesktops(),
+        _paths.libraryFolder(SearchPaths::Domain::User) + QStringLiteral("/Preferences") };
     LauncherProgress _progress;
     mutable std::unique_ptr<XConnection> _display;
     mutable std::unique_ptr<DisplayCompositing> _compositing;

@@ -104,20 +104,50 @@ void DesktopFileIds::forget()
 
 bool DesktopFileIds::isShadowed(const QString &path)
 {
-    const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
-    const QString folder = path.left(slash);
     const QMutexLocker lock(&_mutex);
-    auto standing = _standings.constFind(folder);
-    if (standing == _standings.constEnd()) {
-        standing = _standings.insert(folder, standingOf(folder));
-    }
-    const QString id = standing->idPrefix + path.mid(slash + 1);
-    for (qsizetype i = 0; i < standing->dataFolder; ++i) {
+    const Standing &standing = knownStandingOf(path);
+    const QString id = standing.idOf(path);
+    for (qsizetype i = 0; i < standing.dataFolder; ++i) {
         if (entriesIn(_folders[i]).contains(id)) {
             return true;
         }
     }
     return false;
+}
+
+QString DesktopFileIds::pathThatCounts(const QString &path)
+{
+    const QMutexLocker lock(&_mutex);
+    const Standing &standing = knownStandingOf(path);
+    if (!standing.isBelowDataFolder) {
+        return path;
+    }
+    const QString id = standing.idOf(path);
+    for (qsizetype i = 0; i < _folders.size(); ++i) {
+        const QString counting = entriesIn(_folders[i]).value(id);
+        if (counting.isEmpty()) {
+            continue;
+        }
+        // One folder may have two names, and an ID stand for two files of one folder.
+        const bool isOwnFolder = i == standing.dataFolder;
+        return isOwnFolder && QFileInfo::exists(path) ? path : counting;
+    }
+    return path;
+}
+
+QString DesktopFileIds::Standing::idOf(const QString &path) const
+{
+    return idPrefix + path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+}
+
+const DesktopFileIds::Standing &DesktopFileIds::knownStandingOf(const QString &path)
+{
+    const QString folder = path.left(path.lastIndexOf(QLatin1Char('/')));
+    auto standing = _standings.constFind(folder);
+    if (standing == _standings.constEnd()) {
+        standing = _standings.insert(folder, standingOf(folder));
+    }
+    return *standing;
 }
 
 // A folder is first looked for under the name the environment gave it, because one and the same
@@ -127,14 +157,14 @@ DesktopFileIds::Standing DesktopFileIds::standingOf(const QString &folder) const
 {
     for (qsizetype i = 0; i < _folders.size(); ++i) {
         if (const std::optional<QString> prefix = prefixBelow(_folders.at(i).path, folder)) {
-            return { i, *prefix };
+            return { i, *prefix, true };
         }
     }
     const QString canonical = QFileInfo(folder).canonicalFilePath();
     for (qsizetype i = 0; i < _folders.size(); ++i) {
         const QString applications = QFileInfo(_folders.at(i).path).canonicalFilePath();
         if (const std::optional<QString> prefix = prefixBelow(applications, canonical)) {
-            return { i, *prefix };
+            return { i, *prefix, true };
         }
     }
     return {};

@@ -27,6 +27,11 @@ public:
     // a path below no data folder.
     bool isShadowed(const QString &path);
 
+    // The entry that counts among those of the ID that an entry at this path has, or had before it
+    // was deleted. The path itself when there is no such entry, or when it lies below no data
+    // folder.
+    QString pathThatCounts(const QString &path);
+
     // Every ID, `.desktop` included, with the path of the entry that counts.
     QHash<QString, QString> pathsById();
 
@@ -41,9 +46,14 @@ private:
     {
         qsizetype dataFolder = 0;
         QString idPrefix;
+        bool isBelowDataFolder = false;
+
+        QString idOf(const QString &path) const;
     };
 
     Standing standingOf(const QString &folder) const;
+    // As above; the mutex is locked.
+    const Standing &knownStandingOf(const QString &path);
     const QHash<QString, QString> &entriesIn(Folder &folder);
 
     QMutex _mutex;

@@ -1,6 +1,8 @@
 #include "platform/freedesktop/base/FreedesktopPaths.h"
 
 #include "TestCase.h"
+#include "platform/FileTree.h"
+#include "platform/freedesktop/base/IconPlaces.h"
 
 using Domain = SearchPaths::Domain;
 
@@ -13,6 +15,9 @@ private Q_SLOTS:
     {
         TestCase::init();
         qputenv("HOME", "/home/ann");
+        for (const char *name : { "FLATPAK_USER_DIR", "FLATPAK_SYSTEM_DIR" }) {
+            qputenv(name, "/nowhere");
+        }
         for (const char *name : { "DATA_HOME", "DATA_DIRS", "STATE_HOME", "CONFIG_HOME" }) {
             qunsetenv(QByteArray("XDG_").append(name).constData());
         }
@@ -54,6 +59,25 @@ private Q_SLOTS:
             usual + u"/a/applications"_s);
         QCOMPARE(foldersFor("/home/anna", "/a"),
             u"/home/anna/applications ~/Applications /a/applications"_s);
+    }
+
+    // Each once, whether or not the session names it.
+    void foldersOfExports_areAmongTheDataFolders()
+    {
+        FileTree tree;
+        const QString home = tree.path(u"home"_s);
+        const QString user = tree.addFolder(u"home/flatpak/exports/share"_s);
+        const QString system = tree.addFolder(u"system/exports/share"_s);
+        qputenv("XDG_DATA_HOME", QFile::encodeName(home));
+        qputenv("FLATPAK_SYSTEM_DIR", QFile::encodeName(tree.path(u"system"_s)));
+        qputenv("XDG_DATA_DIRS", QFile::encodeName(system + u"/:/a"_s));
+        QCOMPARE(FreedesktopPaths().dataFolders(), QStringList({ home, system, u"/a"_s }));
+        qunsetenv("FLATPAK_USER_DIR");
+        QCOMPARE(FreedesktopPaths().dataFolders(), QStringList({ home, system, u"/a"_s, user }));
+        QCOMPARE(FreedesktopPaths().applicationFolders().last(), user + u"/applications"_s);
+        QVERIFY(IconPlaces::fromEnvironment().baseFolders.contains(user + u"/icons"_s));
+        qputenv("XDG_DATA_DIRS", "/a");
+        QCOMPARE(FreedesktopPaths().dataFolders(), QStringList({ home, u"/a"_s, user, system }));
     }
 };
 

@@ -10,7 +10,7 @@ class FreedesktopPaths final : public SearchPaths
 public:
     FreedesktopPaths();
 
-    // $XDG_DATA_HOME and then each of $XDG_DATA_DIRS, in standard form, each once.
+    // $XDG_DATA_HOME and then SessionFolders::sharedData(), in standard form, each once.
     const QStringList &dataFolders() const { return _dataFolders; }
 
     QString applicationSupportFolder(Domain domain) const override;

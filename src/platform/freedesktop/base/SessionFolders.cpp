@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace {
 
@@ -28,6 +29,19 @@ QStringList foldersIn(const char *variable, const QStringList &usual)
     return folders.isEmpty() ? usual : folders;
 }
 
+QStringList exportFolders()
+{
+    QStringList folders {
+        folderIn("FLATPAK_USER_DIR", SessionFolders::dataHome() + QStringLiteral("/flatpak"))
+            + QStringLiteral("/exports/share"),
+        folderIn("FLATPAK_SYSTEM_DIR", QStringLiteral("/var/lib/flatpak"))
+            + QStringLiteral("/exports/share"),
+        QStringLiteral("/var/lib/snapd/desktop"),
+    };
+    folders.removeIf([](const QString &folder) { return !QFileInfo(folder).isDir(); });
+    return folders;
+}
+
 } // namespace
 
 QString SessionFolders::dataHome()
@@ -47,8 +61,11 @@ QString SessionFolders::stateHome()
 
 QStringList SessionFolders::sharedData()
 {
-    return foldersIn(
+    QStringList folders = foldersIn(
         "XDG_DATA_DIRS", { QStringLiteral("/usr/local/share"), QStringLiteral("/usr/share") });
+    folders.append(exportFolders());
+    folders.removeDuplicates();
+    return folders;
 }
 
 QStringList SessionFolders::sharedConfiguration()

@@ -14,7 +14,9 @@ QString dataHome();
 QString configurationHome();
 QString stateHome();
 
-// The shared ones after the user's own, the most important one first, each once.
+// The shared ones after the user's own, the most important one first, each once. Last among the
+// data folders, and only where they exist, are those to which Flatpak and Snap export: a session
+// that was not started by way of their profile scripts does not name them.
 QStringList sharedData();
 QStringList sharedConfiguration();
 

@@ -45,6 +45,7 @@ class FakeItems final : public Items
 public:
     QHash<QString, QString> displayNames;
     std::optional<QString> genericName;
+    QHash<QString, QString> standIns;
     bool areFilesApplications = false;
 
     ItemFlags flagsOf(const QString &path) const override
@@ -62,6 +63,7 @@ public:
     {
         return displayNames.value(path, nameOf(path));
     }
+    QString standInFor(const QString &path) const override { return standIns.value(path, path); }
     std::optional<QString> genericNameOf(const QString &) const override { return genericName; }
 };
 

@@ -207,11 +207,16 @@ private:
     void findMissingApps();
     void divideAllApps();
     void takeOverFiles();
+    void followStandIns();
+    // A stored list by what stands in for its paths.
+    PathBunches shownPaths(CatalogueFiles::List list) const;
     void takeStoredExclusions();
     void takeStoredUserApps();
     // These tell the files what was moved, removed or added.
     void writeExcludedApps(const AppList &changed);
     void writeUserApps(const QStringList &changed, const QStringList &changedInFlatOrder = {});
+    // Shown paths, which the files may call otherwise.
+    void store(const QList<CatalogueFiles::Change> &changes);
     void writeAllApps();
     SortOrder sortOrder() const;
     static bool sortsRunningByLaunchOrder();

@@ -4,6 +4,8 @@
 #include "catalogue/ChangeScope.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "catalogue/files/StandIns.h"
+#include "platform/Desktop.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 #include "support/files/StandardPath.h"
@@ -33,8 +35,24 @@ void OTAppManager::rebuildEverythingSet()
 
 void OTAppManager::rebuildDependentApps()
 {
+    followStandIns();
     findMissingApps();
     divideAllApps();
+}
+
+// What stands in for stored paths may be another since the last scan.
+void OTAppManager::followStandIns()
+{
+    const QSet<QString> stored = pathsOf(shownPaths(List::ExcludedApps));
+    if (stored != pathsOf({ pathsFromApps(_excludedApps1D + _missingApps) })) {
+        takeStoredExclusions();
+    }
+    takeStoredUserApps();
+}
+
+PathBunches OTAppManager::shownPaths(List list) const
+{
+    return StandIns(_desktop.items()).shown(_files.stored(list));
 }
 
 void OTAppManager::findMissingApps()
@@ -132,7 +150,8 @@ void OTAppManager::sortAllArrays()
 
 void OTAppManager::readAllAppsFromDisk()
 {
-    const PathBunches stored = _files.readAllApps();
+    // As the exclusions, which would be missing otherwise.
+    const PathBunches stored = StandIns(_desktop.items()).replaced(_files.readAllApps());
     if (!stored.isEmpty()) {
         _allApps = appArraysFromPathArrays(stored);
         rebuildAllApps1D();
@@ -155,7 +174,7 @@ void OTAppManager::readUserAppsFromDisk()
 void OTAppManager::takeStoredExclusions()
 {
     _files.takeOutsideChange(List::ExcludedApps);
-    const AppList stored = appsFromPaths(flattened(_files.stored(List::ExcludedApps)));
+    const AppList stored = appsFromPaths(flattened(shownPaths(List::ExcludedApps)));
     if (stored.isEmpty() && _excludedApps1D.isEmpty()) {
         return;
     }
@@ -171,8 +190,8 @@ void OTAppManager::takeStoredUserApps()
     _files.takeOutsideChange(List::UserApps);
     _files.takeOutsideChange(List::UserApps1D);
     Favourites stored;
-    stored.setBunches(appArraysFromPathArrays(_files.stored(List::UserApps)));
-    stored.setFlat(appsFromPaths(flattened(_files.stored(List::UserApps1D))));
+    stored.setBunches(appArraysFromPathArrays(shownPaths(List::UserApps)));
+    stored.setFlat(appsFromPaths(flattened(shownPaths(List::UserApps1D))));
     stored.removeAppsKeepingBunches(PathSet(_missingApps));
     if (stored != _favourites) {
         const ChangeScope scope(
@@ -197,7 +216,7 @@ void OTAppManager::takeOverFiles()
 
 void OTAppManager::writeExcludedApps(const AppList &changed)
 {
-    _files.store({ { List::ExcludedApps, { pathsFromApps(_excludedApps1D) },
+    store({ { List::ExcludedApps, { pathsFromApps(_excludedApps1D) },
         pathsOf({ pathsFromApps(changed) }) } });
     if (_files.isChangedOutside(List::ExcludedApps)) {
         takeStoredExclusions();
@@ -208,11 +227,21 @@ void OTAppManager::writeUserApps(const QStringList &changed, const QStringList &
 {
     const QSet<QString> paths = pathsOf({ changed });
     const QSet<QString> flatPaths = paths + pathsOf({ changedInFlatOrder });
-    _files.store({ { List::UserApps, pathArraysFromAppArrays(userApps()), paths },
+    store({ { List::UserApps, pathArraysFromAppArrays(userApps()), paths },
         { List::UserApps1D, { pathsFromApps(userApps1D()) }, flatPaths } });
     if (_files.isChangedOutside(List::UserApps) || _files.isChangedOutside(List::UserApps1D)) {
         takeStoredUserApps();
     }
+}
+
+void OTAppManager::store(const QList<CatalogueFiles::Change> &changes)
+{
+    const StandIns standIns(_desktop.items());
+    QList<CatalogueFiles::Change> stored;
+    for (const CatalogueFiles::Change &change : changes) {
+        stored.append(standIns.toStore(change, _files.stored(change.list)));
+    }
+    _files.store(stored);
 }
 
 void OTAppManager::writeAllApps()

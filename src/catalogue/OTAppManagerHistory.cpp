@@ -4,6 +4,8 @@
 #include "catalogue/ChangeScope.h"
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "catalogue/files/StandIns.h"
+#include "platform/Desktop.h"
 
 using Kind = ArrangementStep::Kind;
 using Side = ArrangementStep::Side;
@@ -13,6 +15,17 @@ namespace {
 Arrangement arrangementOf(const Favourites &favourites)
 {
     return { pathArraysFromAppArrays(favourites.bunches()), pathsFromApps(favourites.flat()) };
+}
+
+// The step by what stands in for its applications now.
+ArrangementStep shownStep(const ArrangementStep &kept, const StandIns &standIns)
+{
+    const auto shown = [&standIns](const Arrangement &arrangement) {
+        return Arrangement { standIns.shown(arrangement.bunches),
+            flattened(standIns.shown({ arrangement.flat })) };
+    };
+    return { kept.kind, flattened(standIns.shown({ kept.paths })), shown(kept.before),
+        shown(kept.after) };
 }
 
 } // namespace
@@ -63,8 +76,9 @@ std::optional<ArrangementStep> OTAppManager::redoLastChange()
     return step;
 }
 
-void OTAppManager::goTo(Side side, const ArrangementStep &step)
+void OTAppManager::goTo(Side side, const ArrangementStep &kept)
 {
+    const ArrangementStep step = shownStep(kept, StandIns(_desktop.items()));
     const AppList apps = appsFromPaths(step.paths);
     if (step.isOfFavourites()) {
         const Arrangement wanted = step.favouritesOn(side, arrangementOf(_favourites));

@@ -48,6 +48,11 @@ public:
     // path.
     virtual std::optional<QString> genericNameOf(const QString &path) const;
 
+    // What stands in for the application at a path, which may be gone: where users change an
+    // application by a copy in another place, the copy masks the original until it is deleted. The
+    // path itself where nothing else stands in. Remembered between scans.
+    virtual QString standInFor(const QString &path) const { return path; }
+
     // Why what is at a path is no application although only applications have such names; empty for
     // any other name, and for an application. Silent.
     virtual QString refusal(const QString &path) const;

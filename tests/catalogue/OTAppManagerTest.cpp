@@ -139,6 +139,47 @@ private Q_SLOTS:
         QCOMPARE(lists({ 4 }), u"abcd"_s);
     }
 
+    // A copy c masks the original o: both in the lists and in another's place.
+    void standIn_hasThePlaceOfTheOriginal_untilItGoes()
+    {
+        start(u"x/abop"_s);
+        addFavourites(u"x/ao x/pb"_s);
+        _manager->moveApp(app(u"x/o"_s), User1DGroup, 0, 0);
+        _manager->excludeApp(app(u"x/o"_s));
+        const auto change = [&](const QString &removed, const QString &added) {
+            QFile::remove(path(removed));
+            addApps(added);
+            _manager->fullScan();
+            return lists({ 8, 9, 4, 7, 2 });
+        };
+        // The scan does not find what is masked.
+        _desktop->fakeItems.standIns[path(u"x/o"_s)] = path(u"y/c"_s);
+        QCOMPARE(change(u"x/o"_s, u"y/c"_s), u"ac|pb| capb c  abp"_s);
+        start();
+        QCOMPARE(lists({ 8, 9, 4, 7, 2 }), u"ac|pb| capb c  abp"_s);
+        // Whatever the user changes meanwhile, the place is the original's.
+        _manager->moveApp(app(u"y/c"_s), UserGroup, 1, 1);
+        _manager->includeApp(app(u"y/c"_s));
+        QCOMPARE(lists({ 8, 9, 4, 2 }), u"a|pcb| capb  abcp"_s);
+        _manager->undoLastChange();
+        _desktop->fakeItems.standIns = { { path(u"y/c"_s), path(u"x/o"_s) } };
+        QCOMPARE(change(u"y/c"_s, u"x/o"_s), u"a|pob| oapb o  abp"_s);
+        // Steps of before count for what stands there now.
+        _manager->undoLastChange();
+        QCOMPARE(lists({ 8, 9 }), u"ao|pb| oapb"_s);
+        start();
+        QCOMPARE(lists({ 8, 9, 4, 7, 2 }), u"ao|pb| oapb o  abp"_s);
+
+        // What was put there under either name is one application, and goes at once.
+        _desktop->fakeItems.standIns.clear();
+        _manager->moveApp(app(u"y/c"_s), UserGroup, 9, 0);
+        _desktop->fakeItems.standIns = { { path(u"x/o"_s), path(u"y/c"_s) } };
+        QCOMPARE(change(u"x/o"_s, u"y/c"_s), u"ac|pb| capb c  abp"_s);
+        _manager->removeAppsFromUserApps({ app(u"y/c"_s) });
+        _desktop->fakeItems.standIns = { { path(u"y/c"_s), path(u"x/o"_s) } };
+        QCOMPARE(change(u"y/c"_s, u"x/o"_s), u"a|pb| apb o  abp"_s);
+    }
+
     // Names first, in the order of all applications, then what is pinned, in the desktop's order.
     void autoExclusion_takesNamedAndPinnedApps_onceEach()
     {

@@ -180,10 +180,21 @@ private Q_SLOTS:
             desk.flagsOfNew(u"system/applications/kde/b.desktop"_s), u"invisible application"_s);
         QCOMPARE(desk.flagsOfNew(u"system/applications/kde/a.desktop"_s), u"application"_s);
         QCOMPARE(desk.flagsOfNew(u"elsewhere/a.desktop"_s), u"application"_s);
+        // Each of the two shows as the one that counts, unless that is none or deletes the other.
+        const auto shown = [&](const QString &path) { return desk.items.standInFor(path); };
+        const QString broken = tree.path(u"system/applications/kde/b.desktop"_s);
+        expectWarning(u"kde-b.desktop: line 1"_s);
+        QCOMPARE(QStringList({ shown(own), shown(sameName), shown(broken) }),
+            QStringList({ own, own, broken }));
+        QCOMPARE(shown(u"/elsewhere/a.desktop"_s), u"/elsewhere/a.desktop"_s);
         QVERIFY(QFile::remove(own));
         QCOMPARE(desk.flags(sameName), u"invisible application"_s);
         desk.items.willScan();
         QCOMPARE(desk.flags(sameName), u"application"_s);
+        QCOMPARE(shown(own), sameName);
+        desk.flagsOfNew(u"home/applications/a.desktop"_s, runnable + "Hidden=true\n");
+        desk.items.willScan();
+        QCOMPARE(shown(sameName), sameName);
     }
 
     void shadowing_seesThroughLinksAndLoops()

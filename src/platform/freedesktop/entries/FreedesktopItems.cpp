@@ -121,6 +121,18 @@ std::optional<QString> FreedesktopItems::genericNameOf(const QString &path) cons
     return entry ? std::optional(entry->genericName) : std::nullopt;
 }
 
+// An entry of the same ID. One that only deletes or damages the other takes no place.
+QString FreedesktopItems::standInFor(const QString &path) const
+{
+    if (!isEntryName(path)) {
+        return path;
+    }
+    const QString counting = _ids.pathThatCounts(path);
+    const std::shared_ptr<const DesktopEntry> entry =
+        counting == path ? nullptr : applicationAt(counting);
+    return entry && !entry->isHidden ? counting : path;
+}
+
 QString FreedesktopItems::refusal(const QString &path) const
 {
     if (!isEntryName(path)) {

@@ -25,6 +25,7 @@ public:
     ItemFlags flagsOf(const QString &path) const override;
     QString displayName(const QString &path) const override;
     std::optional<QString> genericNameOf(const QString &path) const override;
+    QString standInFor(const QString &path) const override;
     QString refusal(const QString &path) const override;
 
     // What the bundle says its icon is: a name in the icon theme or an absolute path. Empty when it

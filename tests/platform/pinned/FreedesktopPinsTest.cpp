@@ -83,6 +83,14 @@ private Q_SLOTS:
                 + ",[one\\\\,two]\\napplications:kde/x.desktop,preferred://mailer,"
                   "applications:absent.desktop,preferred://filemanager,e.desktop\n");
         QCOMPARE(pinned(u"KDE"_s), u"d h B x i e"_s);
+        // Before the user changes any.
+        _tree->add(plasmaFile, "[Containments][2][Applets][5]\nplugin=org.kde.plasma.icontasks\n");
+        _tree->add(u"system/plasma/plasmoids/org.kde.plasma.taskmanager/contents/config/main.xml"_s,
+            "<kcfg><group name='General'><entry name='a'><default>1</default></entry>"
+            "<entry name='launchers' type='StringList'><label>x</label>"
+            "<default>applications:f.desktop,preferred://browser</default></entry></group></kcfg>");
+        QCOMPARE(pinned(u"KDE"_s), u"f h"_s);
+        QCOMPARE(pinned(u"LXQt"_s), u"c B x"_s);
     }
 
     void xfce()

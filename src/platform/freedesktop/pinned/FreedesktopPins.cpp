@@ -51,7 +51,8 @@ QStringList FreedesktopPins::pins() const
         add("the favourites of GNOME Shell", PinLists::gnomeShell(isGnome));
     }
     if (isPlasma || isOther) {
-        add("the launchers of Plasma", PinLists::plasma(_configurationHome));
+        add("the launchers of Plasma",
+            PinLists::plasma(_configurationHome, isPlasma ? _dataFolders : QStringList()));
     }
     if (isXfce || isOther) {
         add("the launchers of Xfce", PinLists::xfce(_configurationHome));

@@ -14,8 +14,8 @@ namespace PinLists {
 QStringList gnomeShell(bool isRunning);
 
 // The launchers of Plasma's task managers. Those that a task manager has of itself, before the user
-// changes any, stand in no file.
-QStringList plasma(const QString &configurationHome);
+// changes any, are looked for in the data folders; none given, they do not count.
+QStringList plasma(const QString &configurationHome, const QStringList &dataFolders);
 
 // The launchers on Xfce's panels, panel by panel. Panels have copies of entries, and name where
 // these came from.

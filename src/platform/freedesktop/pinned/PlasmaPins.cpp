@@ -2,7 +2,10 @@
 #include "platform/freedesktop/pinned/PinFiles.h"
 #include "platform/freedesktop/pinned/PinLists.h"
 
+#include <QXmlStreamReader>
+
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -68,44 +71,106 @@ std::string_view plainKey(std::string_view key)
     return key.substr(0, key.find('['));
 }
 
-struct Launchers
+struct Applet
 {
-    std::string applet;
-    QStringList names;
+    // The group of the file that it begins with.
+    std::string group;
+    std::string plugin;
+    // None before the user changes those that it has of itself.
+    std::optional<QStringList> launchers;
+
+    // Those that come with Plasma.
+    bool hasStandardLaunchers() const
+    {
+        return plugin == "org.kde.plasma.icontasks" || plugin == "org.kde.plasma.taskmanager";
+    }
+    // An applet whose kind is not told is one of a distribution's layout.
+    bool hasOwnLaunchers() const
+    {
+        return launchers && (plugin.empty() || plugin.find("task") != std::string::npos);
+    }
 };
 
-constexpr std::string_view settingsOfApplet = "][Configuration][General";
+// In the order in which the file first mentions them.
+class Applets final
+{
+public:
+    explicit Applets(const QByteArray &text)
+    {
+        for (KeyFileReader file({ text.constData(), size_t(text.size()) }); file.readNext();) {
+            if (file.line() == KeyFileReader::Line::Pair) {
+                take(file);
+            }
+        }
+    }
+
+    const std::vector<Applet> &all() const { return _applets; }
+
+private:
+    void take(const KeyFileReader &file)
+    {
+        constexpr std::string_view settings = "][Configuration][General";
+        const std::string_view group = file.group();
+        const std::string_view key = plainKey(file.key());
+        if (key == "plugin") {
+            at(group).plugin = file.value();
+        } else if (key == "launchers" && group.ends_with(settings)) {
+            at(group.substr(0, group.size() - settings.size())).launchers =
+                itemsOf(unescaped(file.value()));
+        }
+    }
+
+    Applet &at(std::string_view group)
+    {
+        const auto known = _places.find(group);
+        if (known != _places.end()) {
+            return _applets[known->second];
+        }
+        _places.emplace(group, _applets.size());
+        _applets.push_back({ std::string(group), {}, {} });
+        return _applets.back();
+    }
+
+    std::vector<Applet> _applets;
+    std::map<std::string, size_t, std::less<>> _places;
+};
+
+// The launchers that a task manager of Plasma's has of itself: the default in the description of
+// its settings.
+QStringList standardLaunchers(const QStringList &dataFolders)
+{
+    for (const QString &folder : dataFolders) {
+        QXmlStreamReader xml(PinFiles::read(folder
+            + QStringLiteral(
+                "/plasma/plasmoids/org.kde.plasma.taskmanager/contents/config/main.xml")));
+        bool isInEntry = false;
+        while (!xml.atEnd()) {
+            xml.readNext();
+            if (xml.isStartElement() && xml.name() == u"entry") {
+                isInEntry = xml.attributes().value(QStringLiteral("name")) == u"launchers";
+            } else if (xml.isStartElement() && xml.name() == u"default" && isInEntry) {
+                return itemsOf(xml.readElementText().trimmed());
+            }
+        }
+    }
+    return {};
+}
 
 } // namespace
 
-QStringList PinLists::plasma(const QString &configurationHome)
+QStringList PinLists::plasma(const QString &configurationHome, const QStringList &dataFolders)
 {
-    const QByteArray text = PinFiles::read(
-        configurationHome + QStringLiteral("/plasma-org.kde.plasma.desktop-appletsrc"));
-    std::map<std::string, std::string, std::less<>> plugins;
-    std::vector<Launchers> lists;
-    for (KeyFileReader file({ text.constData(), size_t(text.size()) }); file.readNext();) {
-        const std::string_view group = file.group();
-        const std::string_view key = plainKey(file.key());
-        if (file.line() != KeyFileReader::Line::Pair) {
-            continue;
-        }
-        if (key == "plugin") {
-            plugins[std::string(group)] = file.value();
-        } else if (key == "launchers" && group.ends_with(settingsOfApplet)) {
-            const std::string_view applet = group.substr(0, group.size() - settingsOfApplet.size());
-            lists.push_back({ std::string(applet), itemsOf(unescaped(file.value())) });
-        }
-    }
+    const Applets applets(PinFiles::read(
+        configurationHome + QStringLiteral("/plasma-org.kde.plasma.desktop-appletsrc")));
     QStringList pins;
-    for (const Launchers &list : lists) {
-        // Among others icontasks and taskmanager, of Plasma itself. An applet whose kind is not
-        // told is one that comes with a distribution's layout.
-        const auto plugin = plugins.find(list.applet);
-        if (plugin != plugins.end() && plugin->second.find("task") == std::string::npos) {
-            continue;
+    for (const Applet &applet : applets.all()) {
+        QStringList names;
+        if (applet.hasOwnLaunchers()) {
+            names = *applet.launchers;
+        } else if (applet.hasStandardLaunchers()) {
+            names = standardLaunchers(dataFolders);
         }
-        for (const QString &name : list.names) {
+        for (const QString &name : std::as_const(names)) {
             pins.append(withoutActivities(name));
         }
     }

@@ -162,13 +162,14 @@ QStringList PinLists::plasma(const QString &configurationHome, const QStringList
 {
     const Applets applets(PinFiles::read(
         configurationHome + QStringLiteral("/plasma-org.kde.plasma.desktop-appletsrc")));
+    const QStringList standard = standardLaunchers(dataFolders);
     QStringList pins;
     for (const Applet &applet : applets.all()) {
         QStringList names;
         if (applet.hasOwnLaunchers()) {
             names = *applet.launchers;
         } else if (applet.hasStandardLaunchers()) {
-            names = standardLaunchers(dataFolders);
+            names = standard;
         }
         for (const QString &name : std::as_const(names)) {
             pins.append(withoutActivities(name));

@@ -76,6 +76,7 @@ QStringList PanelSettings::launchers() const
         return _launchers;
     }
     QStringList inOrder = _shown;
+    inOrder.removeDuplicates();
     const QSet<QString> known(_launchers.begin(), _launchers.end());
     inOrder.removeIf([&known](const QString &number) { return !known.contains(number); });
     return inOrder;
@@ -115,8 +116,10 @@ QStringList PinLists::xfce(const QString &configurationHome)
     for (const QString &launcher : settings.launchers()) {
         const QString folder = home + QStringLiteral("/panel/launcher-") + launcher;
         for (const QString &item : settings.itemsOf(launcher)) {
-            if (pins.size() <= PinFiles::maximumCount) {
-                pins.append(sourceOf(folder, item));
+            pins.append(sourceOf(folder, item));
+            // Too many already.
+            if (pins.size() > PinFiles::maximumCount) {
+                return pins;
             }
         }
     }

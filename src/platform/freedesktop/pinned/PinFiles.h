@@ -12,8 +12,8 @@ namespace PinFiles {
 // Pins in one list, and files for one list. Beyond that it is no list of a user's.
 inline constexpr qsizetype maximumCount = 1000;
 // In bytes, of a file with a whole list and of one with a single pin.
-inline constexpr qint64 maximumSize = 4 * 1024 * 1024;
-inline constexpr qint64 maximumItemSize = 256 * 1024;
+inline constexpr qint64 maximumSize = 4LL * 1024 * 1024;
+inline constexpr qint64 maximumItemSize = 256LL * 1024;
 
 // The content of the file that a list is in. Empty when there is none, and, with a log line, when
 // it cannot be read.

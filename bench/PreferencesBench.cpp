@@ -20,6 +20,7 @@
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdio>
+#include <ctime>
 
 namespace {
 
@@ -69,6 +70,14 @@ public:
 
 std::unique_ptr<ShownPanel> shown;
 
+// What this thread has worked, in nanoseconds: what else the machine does makes it no longer.
+qint64 workTime()
+{
+    timespec time = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return time.tv_sec * 1000000000LL + time.tv_nsec;
+}
+
 // The first time the window is made, later it is shown again.
 void open(benchmark::State &state)
 {
@@ -102,17 +111,21 @@ void drag(benchmark::State &state)
         [&](const QSlider *one) { return one->accessibleName() == names[state.range(0)]; });
     int step = 1;
     qint64 longest = 0;
+    qint64 longestAtWork = 0;
     QElapsedTimer timer;
     for (auto _ : state) {
         timer.start();
+        const qint64 begun = workTime();
         if (slider->value() == slider->maximum() || slider->value() == slider->minimum()) {
             step = slider->value() == slider->maximum() ? -1 : 1;
         }
         slider->setValue(slider->value() + step);
         settle();
         longest = std::max(longest, timer.nsecsElapsed());
+        longestAtWork = std::max(longestAtWork, workTime() - begun);
     }
     state.counters["longest_ms"] = double(longest) / 1e6;
+    state.counters["longest_cpu_ms"] = double(longestAtWork) / 1e6;
     UserDefaults::standard().removeObject(QStringLiteral("maximumIconSize"));
     UserDefaults::standard().removeObject(QStringLiteral("windowAlpha"));
     ShownPanel::waitForIcons();

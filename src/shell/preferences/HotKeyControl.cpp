@@ -1,6 +1,7 @@
 #include "shell/preferences/HotKeyControl.h"
 
 #include "shell/preferences/HotKeyRecorder.h"
+#include "shell/preferences/PreferenceControls.h"
 #include "shell/triggers/KeyTable.h"
 #include "shell/triggers/TriggerKeys.h"
 #include "support/UserDefaults.h"
@@ -37,13 +38,9 @@ HotKeyControl::HotKeyControl(HotKeyChoice choice, QWidget *parent)
     layout->addLayout(row);
     layout->addWidget(_problem);
 
-    UserDefaults &defaults = UserDefaults::standard();
-    if (defaults.isFixedForThisRun(TriggerKeys::hotKeyCode)
-        || defaults.isFixedForThisRun(TriggerKeys::hotKeyModifiers)) {
-        setEnabled(false);
-        setToolTip(tr("Given for this run by --set."));
-    }
-    connect(&defaults, &UserDefaults::changed, this, [this](const QString &key) {
+    PreferenceControls::disableIfFixed(
+        *this, { TriggerKeys::hotKeyCode, TriggerKeys::hotKeyModifiers });
+    connect(&UserDefaults::standard(), &UserDefaults::changed, this, [this](const QString &key) {
         if (key == TriggerKeys::hotKeyCode || key == TriggerKeys::hotKeyModifiers) {
             takeStates();
         }

@@ -42,9 +42,16 @@ void PreferenceControls::add(
     }
     _refreshes.insert(key, show);
     show();
-    if (defaults.isFixedForThisRun(key)) {
-        control->setEnabled(false);
-        control->setToolTip(tr("Given for this run by --set."));
+    disableIfFixed(*control, { key });
+}
+
+void PreferenceControls::disableIfFixed(QWidget &control, const QStringList &keys)
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    if (std::any_of(keys.begin(), keys.end(),
+            [&defaults](const QString &key) { return defaults.isFixedForThisRun(key); })) {
+        control.setEnabled(false);
+        control.setToolTip(tr("Given for this run by --set."));
     }
 }
 

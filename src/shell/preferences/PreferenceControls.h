@@ -50,6 +50,9 @@ public:
     QSpinBox *stepper(const QString &key, const Range &range);
     ColorWell *colorWell(const QString &key, const QString &title);
 
+    // Greys out a control of which one of the preferences is fixed for this run, and says so.
+    static void disableIfFixed(QWidget &control, const QStringList &keys);
+
     // Every preference that has a control.
     QStringList keys() const { return _refreshes.uniqueKeys(); }
     // Goes back to their defaults, and does whatever else is due then.

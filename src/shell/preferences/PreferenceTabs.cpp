@@ -17,6 +17,8 @@ namespace {
 
 using Unit = PreferenceControls::Range::Unit;
 
+const QString searchDirectories = QStringLiteral("searchDirectories");
+
 QString tr(const char *text)
 {
     return QCoreApplication::translate("PreferenceTabs", text);
@@ -93,11 +95,12 @@ QWidget *PreferenceTabs::folders(PreferenceControls &controls, const Items &item
                       "below them."));
     intro->setWordWrap(true);
     rows.form().addRow(intro);
-    rows.form().addRow(new ScanFolderTable(UserDefaults::standard(), items));
+    auto *const table = new ScanFolderTable(UserDefaults::standard(), items);
+    PreferenceControls::disableIfFixed(*table, { searchDirectories });
+    rows.form().addRow(table);
     rows.addHiddenStepper("maxFolderRecursionDepth", tr("Look into each folder to a d&epth of"),
         { 1, 99 }, tr("levels"));
-    controls.addReset(
-        [] { UserDefaults::standard().removeObject(QStringLiteral("searchDirectories")); });
+    controls.addReset([] { UserDefaults::standard().removeObject(searchDirectories); });
     return page;
 }
 

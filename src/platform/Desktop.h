@@ -16,6 +16,7 @@
 #include "platform/IconProvider.h"
 #include "platform/Items.h"
 #include "platform/Launcher.h"
+#include "platform/LiveQuery.h"
 #include "platform/Memory.h"
 #include "platform/ModifierTap.h"
 #include "platform/Motion.h"
@@ -46,6 +47,7 @@ public:
     virtual OwnWindows &ownWindows() { return _ownWindows; }
     virtual const Motion &motion() const { return _motion; }
     virtual TaskBarProgress &taskBarProgress() { return _noProgress; }
+    virtual LiveQuery &liveQuery() { return _noLiveQuery; }
     virtual Memory &memory() { return _memory; }
     virtual HotKey &hotKey() { return _noHotKey; }
     virtual ModifierTap &modifierTap() { return _noTap; }
@@ -67,6 +69,7 @@ private:
     OwnWindows _ownWindows;
     Motion _motion;
     TaskBarProgress _noProgress;
+    LiveQuery _noLiveQuery;
     Memory _memory;
     HotKey _noHotKey;
     ModifierTap _noTap;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -33,6 +34,10 @@ public:
     // A walk over many folders begins: what was remembered of the desktop's folders is looked at
     // afresh.
     virtual void willScan() { }
+
+    // What was remembered of the items at these paths, and of what they have a say in, is looked at
+    // afresh: they have come, gone or changed.
+    virtual void lookAgainAt(const QStringList &) { }
 
     // The flags of the item at an absolute path, none when there is no such item. A final symbolic
     // link is not followed, except to tell an alias of an application. A broken application file

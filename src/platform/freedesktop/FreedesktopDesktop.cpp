@@ -18,6 +18,7 @@
 #include "platform/freedesktop/input/XModifierTap.h"
 #include "platform/freedesktop/launch/FreedesktopActions.h"
 #include "platform/freedesktop/launch/FreedesktopLauncher.h"
+#include "platform/freedesktop/live/FreedesktopLiveQuery.h"
 #include "platform/freedesktop/pinned/FreedesktopPins.h"
 #include "platform/freedesktop/windows/RunningWindows.h"
 #include "platform/freedesktop/windows/WindowControl.h"
@@ -67,6 +68,7 @@ public:
     }
     const Motion &motion() const override { return _motion; }
     TaskBarProgress &taskBarProgress() override { return _progress; }
+    LiveQuery &liveQuery() override { return _liveQuery; }
     Memory &memory() override { return _memory; }
     HotKey &hotKey() override
     {
@@ -151,6 +153,7 @@ private:
     DesktopEntryIndex _entries { Languages::preferred() };
     FreedesktopItems _items { _entries, _paths.dataFolders(), SessionFolders::currentDesktops() };
     FreedesktopIcons _icons { [this](const QString &path) { return _items.iconNameOf(path); } };
+    FreedesktopLiveQuery _liveQuery { _items };
     ProcessMemory _memory;
     FreedesktopDocuments _documents { _entries, _paths.dataFolders() };
     FreedesktopActions _actions;

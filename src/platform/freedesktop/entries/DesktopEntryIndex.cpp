@@ -15,6 +15,17 @@ void DesktopEntryIndex::willScan()
     ++_scan;
 }
 
+void DesktopEntryIndex::lookAgainAt(const QStringList &paths)
+{
+    const QMutexLocker lock(&_mutex);
+    for (const QString &path : paths) {
+        const auto known = _known.find(path);
+        if (known != _known.end()) {
+            known->scan.reset();
+        }
+    }
+}
+
 quint64 DesktopEntryIndex::scan() const
 {
     const QMutexLocker lock(&_mutex);

@@ -1,6 +1,6 @@
 // The one memory of desktop entries: each file is read once for as long as it stays the same.
 //
-// Files are looked at again only after willScan(); until then an entry stands as it was first read,
+// Files are looked at again only after willScan() or lookAgainAt(); until then an entry stands as it was first read,
 // also when its file has gone. An entry that is not asked for between two of these calls is
 // forgotten. May be used from any thread.
 
@@ -11,8 +11,10 @@
 
 #include <QHash>
 #include <QMutex>
+#include <QStringList>
 
 #include <memory>
+#include <optional>
 
 class DesktopEntryIndex final
 {
@@ -23,7 +25,10 @@ public:
     const QList<QByteArray> &languages() const { return _languages; }
 
     void willScan();
-    // How often that was called: what was worked out from entries may be out of date after it.
+    // The same for single files. Nothing is forgotten.
+    void lookAgainAt(const QStringList &paths);
+    // How often willScan() was called: what was worked out from entries may be out of
+    // date after it.
     quint64 scan() const;
 
     // The entry in the regular file at a path, links followed; null when there is none. A problem
@@ -34,7 +39,8 @@ private:
     struct Known
     {
         FileState state;
-        quint64 scan = 0;
+        // In which the file was looked at last; none when that is due again.
+        std::optional<quint64> scan;
         std::shared_ptr<const DesktopEntry> entry;
     };
 

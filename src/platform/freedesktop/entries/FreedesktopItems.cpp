@@ -32,6 +32,14 @@ void FreedesktopItems::willScan()
     _programs.forget();
 }
 
+void FreedesktopItems::lookAgainAt(const QStringList &paths)
+{
+    _entries.lookAgainAt(paths);
+    _ids.forget();
+    _hiddenNames.forget();
+    _programs.forget();
+}
+
 ItemFlags FreedesktopItems::flagsOf(const QString &path) const
 {
     struct stat status = {};

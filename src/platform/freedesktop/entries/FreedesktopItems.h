@@ -22,6 +22,7 @@ public:
         DesktopEntryIndex &entries, const QStringList &dataFolders, QStringList currentDesktops);
 
     void willScan() override;
+    void lookAgainAt(const QStringList &paths) override;
     ItemFlags flagsOf(const QString &path) const override;
     QString displayName(const QString &path) const override;
     std::optional<QString> genericNameOf(const QString &path) const override;

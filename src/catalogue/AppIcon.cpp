@@ -36,12 +36,15 @@ void AppIcon::load(const QString &path, quint64 fileNumber, const IconParameters
     const bool isSameSize = parameters.maximumIconSize == _colorSortParams.maximumIconSize;
     if (!isSameSize || fileNumber != _fileID || _icon.isNull()) {
         _fileID = fileNumber;
+        _isMeasurementDue = _isMeasurementDue || parameters != _colorSortParams;
         _colorSortParams = parameters;
         requestIcon();
     } else if (!_awaitedIcon.expired()) {
         // The icon is judged by them when it arrives; what is shown until then is a placeholder, or
         // on its way out.
         _colorSortParams = parameters;
+    } else if (parameters == _colorSortParams && isMeasured()) {
+        return;
     } else if (needsMeasuring(parameters)) {
         _colorSortParams = parameters;
         requestMeasurement();
@@ -74,7 +77,10 @@ void AppIcon::takeIcon(const QImage &icon)
         setIcon({});
         return;
     }
-    const bool isSameIcon = icon.cacheKey() == _icon.cacheKey();
+    if (icon == _icon && isMeasured()) {
+        return;
+    }
+    const bool isSameIcon = icon == _icon;
     _icon = icon;
     requestMeasurement();
     if (!isSameIcon) {
@@ -100,6 +106,12 @@ void AppIcon::resetIconToDot()
     _icon = NamedImages::dot();
     _fileID = 0;
     _isMeasurementDue = false;
+}
+
+// What has no colours was measured all the same.
+bool AppIcon::isMeasured() const
+{
+    return !_isMeasurementDue && _hclColors.size() == size_t(_hclColorCount);
 }
 
 // A NaN, equal to nothing, asks for a measurement each time.

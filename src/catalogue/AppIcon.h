@@ -69,6 +69,7 @@ private:
     void requestMeasurement();
     void takeMeasurement(LoadedIcon measured);
     void applyColorSortParameters(const IconParameters &parameters, IconMeasurement measurement);
+    bool isMeasured() const;
     bool needsMeasuring(const IconParameters &parameters) const;
     void pickAndSortColors();
 

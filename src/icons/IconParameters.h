@@ -23,4 +23,6 @@ struct IconParameters
 
     // Edge in pixels of the picture that is really loaded.
     int iconSize() const { return int(qBound<qint64>(1, maximumIconSize, LargestIconSize)); }
+
+    friend bool operator==(const IconParameters &, const IconParameters &) = default;
 };

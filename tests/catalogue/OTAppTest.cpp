@@ -155,9 +155,12 @@ private Q_SLOTS:
         QVERIFY(QFile::rename(_desktop->tree.add(u"b.app"_s, {}), path + u"2"_s));
         QVERIFY(QFile::remove(path) && QFile::rename(path + u"2"_s, path));
         QVERIFY(pass(256));
-        // An icon is announced when it is there and when its colours are; so is a pass that found
-        // everything as it was.
-        QCOMPARE(changes.count(), 9);
+        // An icon is announced when it is there and when its colours are, if it is another one.
+        QCOMPARE(changes.count(), 4);
+        _desktop->fakeIcons.colors = { { u"a"_s, Qt::blue } };
+        app->forgetIconSource();
+        QVERIFY(pass(256));
+        QCOMPARE(changes.count(), 6);
     }
 
     void icons_thatArriveTooLate_areDropped()

@@ -152,6 +152,21 @@ public:
     QStringList paths() const override { return pinned; }
 };
 
+class FakeLiveQuery final : public LiveQuery
+{
+public:
+    // As last started; no folders when it is stopped.
+    Scope scope;
+    QList<QStringList> known;
+
+    void start(const Scope &newScope, const QList<QStringList> &newKnown) override
+    {
+        scope = newScope;
+        known = newKnown;
+    }
+    void stop() override { scope = {}; }
+};
+
 class FakeDesktop : public Desktop, public SearchPaths, public Launcher, public ApplicationControl
 {
 public:
@@ -163,6 +178,7 @@ public:
     FakeDocuments fakeDocuments;
     FakeRunning running;
     FakePinned fakePinned;
+    FakeLiveQuery fakeQuery;
     // What was launched, as "path" or "path <- document document", and what was done to what runs,
     // as "verb path".
     RequestList requests;
@@ -176,6 +192,7 @@ public:
     Launcher &launcher() override { return *this; }
     const Documents &documents() const override { return fakeDocuments; }
     RunningApplications &runningApplications() override { return running; }
+    LiveQuery &liveQuery() override { return fakeQuery; }
     ApplicationControl &applicationControl() override { return *this; }
     const PinnedApplications &pinnedApplications() const override { return fakePinned; }
 

@@ -34,6 +34,14 @@ bool removeFromList(AppList &list, const PathSet &apps)
     return list.removeIf([&apps](const AppRef &app) { return apps.contains(app); }) > 0;
 }
 
+bool haveSameApps(const AppList &one, const AppList &other)
+{
+    const QStringList paths = pathsFromApps(one);
+    const QStringList otherPaths = pathsFromApps(other);
+    return QSet<QString>(paths.begin(), paths.end())
+        == QSet<QString>(otherPaths.begin(), otherPaths.end());
+}
+
 AppList flattened(const BunchList &bunches)
 {
     AppList list;

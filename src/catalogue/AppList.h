@@ -39,6 +39,9 @@ qsizetype indexOfApp(const AppList &list, const AppRef &app);
 // Takes every application of the set out of a list; returns whether any was there.
 bool removeFromList(AppList &list, const PathSet &apps);
 
+// Whether both hold the same applications, in whatever order and however often.
+bool haveSameApps(const AppList &one, const AppList &other);
+
 // The bunches in order, in one list.
 AppList flattened(const BunchList &bunches);
 

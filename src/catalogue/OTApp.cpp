@@ -9,11 +9,13 @@
 #include "support/files/StandardPath.h"
 
 #include <QDataStream>
+#include <QDateTime>
 #include <QFile>
 #include <QMap>
 #include <QMimeData>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -100,6 +102,12 @@ QString OTApp::displayName() const
         _displayName = _desktop.items().displayName(_path);
     }
     return _displayName;
+}
+
+bool OTApp::renewDisplayName()
+{
+    const QString former = std::exchange(_displayName, {});
+    return !former.isEmpty() && displayName() != former;
 }
 
 QVariant OTApp::attributeForKey(const QString &key) const
@@ -209,12 +217,21 @@ bool OTApp::launchWithDocuments(const std::optional<QList<QUrl>> &documents) con
 {
     const LaunchStatus status = _desktop.launcher().open(_path, documents);
     if (status == LaunchStatus::Launched) {
+        noteUseOnMainThread();
         return true;
     }
     qCWarning(lcCatalogue, "LSOpenCFURLRef() returned err: %ld for URL: %s", long(status),
         qUtf8Printable(url().toString()));
     announceFailureOnMainThread(status);
     return false;
+}
+
+void OTApp::noteUseOnMainThread() const
+{
+    const AppRef app = std::const_pointer_cast<OTApp>(shared_from_this());
+    QMetaObject::invokeMethod(QCoreApplication::instance(), [app] {
+        app->setAttribute(QDateTime::currentDateTime(), QStringLiteral("kMDItemLastUsedDate"));
+    });
 }
 
 // The centre is looked up there too: it belongs to the thread that first asks.

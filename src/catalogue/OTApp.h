@@ -49,14 +49,15 @@ public:
     QString name() const;
     // What people see and type.
     QString displayName() const;
-    // It is asked for afresh the next time.
-    void forgetDisplayName() { _displayName.clear(); }
+    // Asks for it afresh. True when it is another than was last given.
+    bool renewDisplayName();
     QString description() const { return _path; }
     // Whether there was something at the path at the last pass over the icons.
     bool isPathValid() const { return _pathIsValid; }
 
     QVariant attributeForKey(const QString &key) const;
-    // An empty key or an invalid value changes nothing.
+    // An empty key or an invalid value changes nothing. A launch that succeeds sets
+    // "kMDItemLastUsedDate", a QDateTime.
     void setAttribute(const QVariant &value, const QString &forKey);
 
     void findLetters();
@@ -138,6 +139,7 @@ public:
     }
 
 private:
+    void noteUseOnMainThread() const;
     void announceFailureOnMainThread(LaunchStatus status) const;
     void announceFailure(LaunchStatus status);
     void refreshName();

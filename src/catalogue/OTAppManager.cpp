@@ -49,6 +49,10 @@ OTAppManager::OTAppManager(Desktop &desktop, Use use, QObject *parent)
         &center, &NotificationCenter::N_AppIsMissing, this, &OTAppManager::scanPathListDidChange);
     connect(&center, &NotificationCenter::N_AppIconChanged, this, &OTAppManager::appIconChanged);
 
+    connect(&center, &NotificationCenter::applicationDidFinishLaunching, this,
+        &OTAppManager::startSpotlightQuery);
+    connect(&desktop.liveQuery(), &LiveQuery::didUpdate, this, &OTAppManager::queryDidUpdate);
+
     connect(&_files, &CatalogueFiles::changedOutside, this, &OTAppManager::takeOverFiles);
     const RunningApplications &running = desktop.runningApplications();
     connect(
@@ -65,6 +69,9 @@ OTAppManager::OTAppManager(Desktop &desktop, Use use, QObject *parent)
 
 OTAppManager::~OTAppManager()
 {
+    if (_hasQuery) {
+        _desktop.liveQuery().stop();
+    }
     // Operations in the queue read icons from the desktop, which may go after the catalogue. One
     // that hangs is left to the end of the program.
     IconLoader::sharedIconLoader().cancelAll();
@@ -283,6 +290,7 @@ void OTAppManager::removeAppsFromAllArrays(const AppList &apps)
         AppList remaining = flat;
         if (removeFromList(remaining, removed)) {
             const ChangeScope scope(*this, keys);
+            _listedPaths.reset();
             flat = remaining;
             for (AppList &bunch : bunches) {
                 removeFromList(bunch, removed);
@@ -339,6 +347,8 @@ void OTAppManager::preferenceDidChange(
         || key == QLatin1String("searchDirectories")) {
         NotificationCenter::defaultCenter().postWhenIdle(
             &NotificationCenter::N_ScanPathListChanged);
+    } else if (key == QLatin1String("maxFolderRecursionDepth") && _hasQuery) {
+        startSpotlightQuery();
     } else if (colorSortingKeys().contains(key) && oldValue.toFloat() != newValue.toFloat()) {
         loadIconsForApps(AppArray(_allApps1D));
     }

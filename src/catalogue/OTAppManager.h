@@ -15,6 +15,7 @@
 #include "catalogue/Favourites.h"
 #include "catalogue/files/CatalogueFiles.h"
 #include "icons/IconParameters.h"
+#include "platform/LiveQuery.h"
 
 #include <QHash>
 #include <QObject>
@@ -147,6 +148,11 @@ public:
     // Scans FullScanDelay after the last call.
     void startFullScanTimer();
     bool isFullScanPending() const { return _fullScanTimer.isActive(); }
+    // The folders that a live query looks through: those to scan that lie in no other one.
+    QStringList spotlightScanPaths() const;
+    // Follows what comes, goes and changes in the folders to scan, from what is listed now on. A
+    // catalogue that writes nothing follows nothing.
+    void startSpotlightQuery();
 
     void readAllAppsFromDisk();
     void readExcludedApps1DFromDisk();
@@ -183,6 +189,13 @@ private:
         const QString &key, const QVariant &oldValue, const QVariant &newValue);
     void scanPathListDidChange();
     void fullScanTimerFire();
+    void queryDidUpdate(const LiveQuery::Update &update);
+    void reloadApps(const AppList &apps);
+    bool isListed(const AppRef &app);
+    void setAllApps(const BunchList &found);
+    void sortGroup(BunchList &bunches, AppList &flat, const QStringList &keys);
+    bool isAnnouncementDue() const { return _isScanOther || _areNamesChanged; }
+    void scanDidEnd();
     void appIconChanged(const AppRef &app);
     void sortIconColorTimerFire();
     void showProgressStep(int step, int count, const QString &label);
@@ -239,6 +252,12 @@ private:
     ArrangementHistory _history;
     AppList _missingApps;
     bool _isBusyScanning = false;
+    // The paths of _allApps1D, once they were asked for.
+    std::optional<PathSet> _listedPaths;
+    bool _hasQuery = false;
+    // What has changed in the lists, and is not announced yet.
+    bool _isScanOther = false;
+    bool _areNamesChanged = false;
     int _prioritizedGroup = AllGroup;
     QTimer _fullScanTimer;
     QTimer _sortColorTimer;

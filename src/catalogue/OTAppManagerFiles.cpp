@@ -15,6 +15,7 @@ using List = CatalogueFiles::List;
 void OTAppManager::rebuildAllApps1D()
 {
     _allApps1D = flattened(_allApps);
+    _listedPaths.reset();
 }
 
 void OTAppManager::rebuildUserApps1D()
@@ -24,12 +25,16 @@ void OTAppManager::rebuildUserApps1D()
 
 void OTAppManager::rebuildEverythingSet()
 {
-    const ChangeScope scope(*this, { QStringLiteral("everyApp") });
-    _everythingSet.clear();
+    QHash<QString, AppRef> everything;
     for (const AppList &apps : { flattened(_allApps), flattened(userApps()) }) {
         for (const AppRef &app : apps) {
-            _everythingSet.insert(app->path(), app);
+            everything.insert(app->path(), app);
         }
+    }
+    // What a scan has found is in it by now.
+    if (everything != _everythingSet || _isScanOther) {
+        const ChangeScope scope(*this, { QStringLiteral("everyApp") });
+        _everythingSet = everything;
     }
 }
 
@@ -76,13 +81,10 @@ void OTAppManager::findMissingApps()
 
 void OTAppManager::divideAllApps()
 {
-    const ChangeScope scope(*this,
-        { QStringLiteral("includedApps"), QStringLiteral("includedApps1D"),
-            QStringLiteral("excludedApps") });
     const PathSet excluded(_excludedApps1D);
-    _includedApps.clear();
-    _includedApps1D.clear();
-    _excludedApps.clear();
+    BunchList includedApps;
+    AppList includedApps1D;
+    BunchList excludedApps;
     for (const AppList &bunch : std::as_const(_allApps)) {
         AppList included;
         AppList others;
@@ -90,14 +92,24 @@ void OTAppManager::divideAllApps()
             (excluded.contains(app) ? others : included).append(app);
         }
         if (!included.isEmpty()) {
-            _includedApps1D += included;
-            _includedApps.append(included);
+            includedApps1D += included;
+            includedApps.append(included);
         }
         if (!others.isEmpty()) {
-            _excludedApps.append(others);
+            excludedApps.append(others);
         }
     }
-    sortArray(_includedApps1D);
+    sortArray(includedApps1D);
+    if (includedApps == _includedApps && includedApps1D == _includedApps1D
+        && excludedApps == _excludedApps && !isAnnouncementDue()) {
+        return;
+    }
+    const ChangeScope scope(*this,
+        { QStringLiteral("includedApps"), QStringLiteral("includedApps1D"),
+            QStringLiteral("excludedApps") });
+    _includedApps = includedApps;
+    _includedApps1D = includedApps1D;
+    _excludedApps = excludedApps;
 }
 
 SortOrder OTAppManager::sortOrder() const
@@ -121,30 +133,36 @@ void OTAppManager::sortArray(AppList &array)
 
 void OTAppManager::sortAllApps()
 {
-    const ChangeScope scope(*this, { QStringLiteral("allApps"), QStringLiteral("allApps1D") });
-    for (AppList &bunch : _allApps) {
+    sortGroup(_allApps, _allApps1D, { QStringLiteral("allApps"), QStringLiteral("allApps1D") });
+}
+
+void OTAppManager::sortGroup(BunchList &bunches, AppList &flat, const QStringList &keys)
+{
+    BunchList sortedBunches = bunches;
+    for (AppList &bunch : sortedBunches) {
         sortArray(bunch);
     }
-    sortArray(_allApps1D);
+    AppList sortedFlat = flat;
+    sortArray(sortedFlat);
+    if (sortedBunches != bunches || sortedFlat != flat || isAnnouncementDue()) {
+        const ChangeScope scope(*this, keys);
+        bunches = sortedBunches;
+        flat = sortedFlat;
+    }
 }
 
 void OTAppManager::sortAllArrays()
 {
     sortAllApps();
-    const auto sortGroup = [this](BunchList &bunches, AppList &flat, const QStringList &keys) {
-        const ChangeScope scope(*this, keys);
-        for (AppList &bunch : bunches) {
-            sortArray(bunch);
-        }
-        sortArray(flat);
-    };
     sortGroup(_includedApps, _includedApps1D,
         { QStringLiteral("includedApps"), QStringLiteral("includedApps1D") });
     sortGroup(_excludedApps, _excludedApps1D,
         { QStringLiteral("excludedApps"), QStringLiteral("excludedApps1D") });
-    if (!sortsRunningByLaunchOrder()) {
+    AppList running = _runningApps;
+    sortApps(running, sortOrder());
+    if (!sortsRunningByLaunchOrder() && running != _runningApps) {
         const ChangeScope scope(*this, { QStringLiteral("runningApps") });
-        sortArray(_runningApps);
+        _runningApps = running;
     }
 }
 
@@ -153,6 +171,7 @@ void OTAppManager::readAllAppsFromDisk()
     // As the exclusions, which would be missing otherwise.
     const PathBunches stored = StandIns(_desktop.items()).replaced(_files.readAllApps());
     if (!stored.isEmpty()) {
+        _isScanOther = true;
         _allApps = appArraysFromPathArrays(stored);
         rebuildAllApps1D();
     }
@@ -175,7 +194,7 @@ void OTAppManager::takeStoredExclusions()
 {
     _files.takeOutsideChange(List::ExcludedApps);
     const AppList stored = appsFromPaths(flattened(shownPaths(List::ExcludedApps)));
-    if (stored.isEmpty() && _excludedApps1D.isEmpty()) {
+    if (haveSameApps(stored, _excludedApps1D + _missingApps)) {
         return;
     }
     const ChangeScope scope(*this, { QStringLiteral("excludedApps1D") });

@@ -10,6 +10,8 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
+#include <algorithm>
+
 void OTAppManager::rescanAllAppsPrioritizingGroup(int group)
 {
     const bool isColdStart = _allApps.isEmpty();
@@ -25,6 +27,7 @@ void OTAppManager::rescanAllAppsPrioritizingGroup(int group)
     rebuildDependentApps();
     runningAppsListDidChange();
     rebuildEverythingSet();
+    scanDidEnd();
     loadAllIconsPrioritizingGroup(group == -1 ? AllGroup : group);
 }
 
@@ -43,20 +46,56 @@ void OTAppManager::scanSearchFoldersForAllApps()
     for (int i = 0; i < roots.size(); ++i) {
         showProgressStep(i + 1, int(roots.size()), roots[i]);
         AppList bunch = appsFromPaths(walk.pathsUnder(roots[i]));
-        // An entry may be called otherwise than at the last scan, and sorting comes before the
-        // icons.
+        // Sorting comes before the icons.
         for (const AppRef &app : std::as_const(bunch)) {
-            app->forgetDisplayName();
+            _areNamesChanged = app->renewDisplayName() || _areNamesChanged;
         }
-        sortArray(bunch);
         if (!bunch.isEmpty()) {
             found.append(bunch);
         }
     }
-    _allApps = found;
-    rebuildAllApps1D();
+    setAllApps(found);
     writeAllApps();
     showProgressStep(0, 0, {});
+}
+
+void OTAppManager::setAllApps(const BunchList &found)
+{
+    const auto bunchSets = [](const BunchList &bunches) {
+        QList<QSet<AppRef>> sets;
+        for (const AppList &bunch : bunches) {
+            sets.append(QSet<AppRef>(bunch.begin(), bunch.end()));
+        }
+        return sets;
+    };
+    if (bunchSets(found) == bunchSets(_allApps)) {
+        return;
+    }
+    // Those that sort as equal keep their places, whatever order the file system gives.
+    QHash<AppRef, qsizetype> places;
+    for (const AppRef &app : flattened(_allApps)) {
+        places.insert(app, places.size());
+    }
+    const auto isBefore = [&places](const AppRef &one, const AppRef &other) {
+        return places.value(one, places.size()) < places.value(other, places.size());
+    };
+    _isScanOther = true;
+    _allApps = found;
+    for (AppList &bunch : _allApps) {
+        std::stable_sort(bunch.begin(), bunch.end(), isBefore);
+        sortArray(bunch);
+    }
+    rebuildAllApps1D();
+}
+
+// The favourites have not been divided anew, but may be called otherwise.
+void OTAppManager::scanDidEnd()
+{
+    _isScanOther = false;
+    if (std::exchange(_areNamesChanged, false)) {
+        const ChangeScope scope(
+            *this, { QStringLiteral("userApps"), QStringLiteral("userApps1D") });
+    }
 }
 
 void OTAppManager::showProgressStep(int step, int count, const QString &label)
@@ -75,6 +114,7 @@ void OTAppManager::fullScan()
     sortAllApps();
     rebuildDependentApps();
     rebuildEverythingSet();
+    scanDidEnd();
     loadAllIconsPrioritizingGroup(AllGroup);
 }
 
@@ -92,6 +132,7 @@ void OTAppManager::fullScanTimerFire()
 void OTAppManager::scanPathListDidChange()
 {
     fullScanTimerFire();
+    startSpotlightQuery();
 }
 
 AppList OTAppManager::launchedOTApps() const
@@ -114,12 +155,17 @@ const AppList &OTAppManager::runningApps()
 
 void OTAppManager::runningAppsListDidChange()
 {
-    const ChangeScope scope(*this, { QStringLiteral("runningApps") });
-    _runningApps = RunningOrder::refreshed(_runningApps, launchedOTApps());
-    sortArray(_runningApps);
+    AppList running = RunningOrder::refreshed(_runningApps, launchedOTApps());
+    if (!sortsRunningByLaunchOrder()) {
+        sortApps(running, sortOrder());
+    }
+    if (running != _runningApps) {
+        const ChangeScope scope(*this, { QStringLiteral("runningApps") });
+        _runningApps = running;
+    }
     loadIconsForApps(AppArray(_runningApps));
-    const PathSet running(_runningApps);
-    _frontApps.removeIf([&running](const AppRef &app) { return !running.contains(app); });
+    const PathSet remaining(_runningApps);
+    _frontApps.removeIf([&remaining](const AppRef &app) { return !remaining.contains(app); });
 }
 
 void OTAppManager::handleAppFrontSwitched()

@@ -211,18 +211,23 @@ private Q_SLOTS:
         const QString divided = u"excludedApps includedApps includedApps1D"_s;
         const QString excluded = u"excludedApps excludedApps1D includedApps includedApps1D"_s;
         const AppRef a = app(u"x/a"_s);
+        QHash<QString, QString> &names = _desktop->fakeItems.displayNames;
         const std::initializer_list<std::pair<std::function<void()>, QString>> steps {
             { [&] { _manager->excludeApp(a); }, excluded },
-            { [&] { _manager->excludeApp(a); }, divided },
+            { [&] { _manager->excludeApp(a); }, {} },
             { [&] { _manager->includeApp(a); }, excluded },
             { [&] { _manager->moveApp(a, User1DGroup, 0, 0); }, user },
             { [&] { _manager->moveAppNewBunchAtIndex(app(u"y/c"_s), UserGroup, 0); }, user },
             { [&] { _manager->locateUserApps(); }, user },
             { [&] { _manager->removeAppsFromUserApps({ a }); }, user },
-            { [&] { _manager->sortAllArrays(); }, u"allApps allApps1D "_s + excluded },
-            { [&] { _manager->fullScan(); }, u"allApps allApps1D everyApp "_s + divided },
-            { [&] { _manager->rescanAllAppsPrioritizingGroup(0); },
-                u"allApps allApps1D everyApp "_s + divided + u" runningApps"_s },
+            { [&] { addApps(u"y/d"_s), _manager->fullScan(); },
+                u"allApps allApps1D everyApp "_s + divided },
+            { [&] {
+                 names = { { path(u"x/b"_s), u"B"_s } }, _manager->fullScan();
+             },
+                u"allApps allApps1D "_s + divided + u' ' + user },
+            { [&] { _manager->fullScan(), _manager->sortAllArrays(); }, {} },
+            { [&] { _manager->rescanAllAppsPrioritizingGroup(0); }, {} },
             { [&] { _manager->removeAppsFromAllArrays({ a }); },
                 u"allApps allApps1D everyApp includedApps includedApps1D"_s },
         };
@@ -312,6 +317,82 @@ private Q_SLOTS:
         const QVariantMap good { { u"path"_s, u"/c/../d"_s } };
         defaults.setObject(u"searchDirectories"_s, QVariantList { 7, QVariantMap(), number, good });
         QCOMPARE(ScanFolders::pathsToScan(defaults), QStringList(u"/d"_s));
+    }
+
+    void theLiveQuery_isAskedForTheFoldersToScan()
+    {
+        setFolders(u"x x/t x/t/u y"_s);
+        start(u"x/ab y/c"_s);
+        const FakeLiveQuery &query = _desktop->fakeQuery;
+        QVERIFY(query.scope.folders.isEmpty());
+        Q_EMIT _center->applicationDidFinishLaunching();
+        const auto in = [&](const QString &name) { return _desktop->tree.path(name); };
+        QCOMPARE(query.scope.folders, QStringList({ in(u"x"_s), in(u"y"_s) }));
+        QCOMPARE(query.scope.nested, QStringList({ in(u"x/t"_s), in(u"x/t/u"_s) }));
+        const QList<QStringList> known { { path(u"x/a"_s), path(u"x/b"_s) }, { path(u"y/c"_s) } };
+        QCOMPARE(query.known, known);
+        QCOMPARE(query.scope.levels, 4);
+        QCOMPARE(query.scope.kindOf(path(u"x/a"_s)), LiveQuery::Kind::Result);
+        QCOMPARE(query.scope.kindOf(in(u"x"_s)), LiveQuery::Kind::Folder);
+        QCOMPARE(query.scope.kindOf(in(u"x/.app"_s)), LiveQuery::Kind::Neither);
+        _defaults->setObject(u"maxFolderRecursionDepth"_s, 250);
+        QCOMPARE(query.scope.levels, 99);
+        setFolders(u"y"_s);
+        QTRY_COMPARE(query.scope.folders, QStringList(in(u"y"_s)));
+        _defaults->setObject(u"searchDirectories"_s, QVariantList());
+        QTRY_VERIFY(query.scope.folders.isEmpty());
+        _manager.reset();
+    }
+
+    void anUpdate_asksForAScanOnlyIfSomethingCameOrWent()
+    {
+        start(u"x/ab y/c"_s);
+        const QStringList known { path(u"x/b"_s) }, unknown { path(u"x/n"_s) };
+        const std::pair<LiveQuery::Update, bool> rows[] { { { known, {}, known, false }, false },
+            { { unknown, {}, {}, false }, true }, { { {}, known, {}, false }, true },
+            { { {}, {}, unknown, false }, true }, { { {}, {}, {}, true }, true } };
+        for (const auto &[update, isCounted] : rows) {
+            Q_EMIT _desktop->fakeQuery.didUpdate(update);
+            QCOMPARE(_manager->isFullScanPending(), isCounted);
+            Q_EMIT _center->N_ScanPathListChanged();
+            QVERIFY(!_manager->isFullScanPending());
+        }
+    }
+
+    void aChangedEntry_isShownAnewWithoutAScan()
+    {
+        start(u"x/abc"_s);
+        settle();
+        _desktop->fakeItems.displayNames = { { path(u"x/a"_s), u"Zebra"_s } };
+        _desktop->fakeIcons.colors = { { u"a"_s, Qt::blue } };
+        QSignalSpy icons(_center.get(), &NotificationCenter::N_AppIconChanged);
+        announced();
+        Q_EMIT _desktop->fakeQuery.didUpdate({ {}, {}, { path(u"x/a"_s), path(u"x/b"_s) }, false });
+        QCOMPARE(lists({ 2 }), u"bca"_s);
+        QVERIFY(app(u"x/a"_s)->containsLetter('z') && announced().contains(u"includedApps1D"_s));
+        settle();
+        QCOMPARE(app(u"x/a"_s)->icon().pixelColor(0, 0), QColor(Qt::blue));
+        for (const QVariantList &icon : icons) {
+            QCOMPARE(icon.value(0).value<AppRef>(), app(u"x/a"_s));
+        }
+        QVERIFY(!icons.isEmpty() && !_manager->isFullScanPending());
+    }
+
+    void aScanThatFindsNothingNew_touchesNothing()
+    {
+        start(u"x/ab y/c"_s);
+        settle();
+        const QString file = _desktop->tree.path(u"user/Ortu/AllApplications.plist"_s);
+        QString error;
+        const auto number = Items::fileNumberOf(file, &error);
+        QSignalSpy icons(_center.get(), &NotificationCenter::N_AppIconChanged);
+        _manager->fullScan();
+        settle();
+        QCOMPARE(icons.size(), 0);
+        QVERIFY(number && number == Items::fileNumberOf(file, &error));
+        addApps(u"y/d"_s);
+        _manager->fullScan();
+        QVERIFY(number != Items::fileNumberOf(file, &error));
     }
 
     void orderByColour_comesOnceAfterTheLastChange()

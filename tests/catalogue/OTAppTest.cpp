@@ -128,6 +128,9 @@ private Q_SLOTS:
             QVERIFY(made(u"/x.app"_s)->launchWithPasteboard(&pasteboard));
             QCOMPARE(_desktop->requests.take().value(0), u"/x.app <- "_s + launched);
         }
+        const AppRef used = made(u"/x.app"_s);
+        used->launchWithPasteboard(nullptr);
+        QTRY_VERIFY(used->attributeForKey(u"kMDItemLastUsedDate"_s).toDateTime().isValid());
     }
 
     void icon_isLoadedAgainOnlyWhenTheBundleOrTheSizeIsAnother()

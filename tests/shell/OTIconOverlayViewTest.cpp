@@ -66,7 +66,7 @@ private Q_SLOTS:
         for (const QString &name :
             { u"one\ntwo"_s, u"محرر النصوص "_s.repeated(25), QString(300, u'w') }) {
             _desktop->fakeItems.displayNames[pathOf(u"app2"_s)] = name;
-            app(u"app2"_s)->forgetDisplayName();
+            app(u"app2"_s)->renewDisplayName();
             select(u"app1"_s);
             select(u"app2"_s);
             QCOMPARE(overlay().label().contains(u'\u2026'), name.size() > 100);

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 
@@ -106,11 +107,16 @@ void CatalogueFiles::writeAllApps(const PathBunches &bunches)
     const QString folder = userApplicationSupportFolder();
     QDir().mkpath(folder);
     FileLock lock(folder);
-    if (lock.lock()) {
-        PropertyList::writeFile(
-            allAppsFile(_searchPaths), PathFile::propertyList(bunches, Shape::Bunched));
-    } else {
+    if (!lock.lock()) {
         sayNotLocked(folder, lock.error());
+        return;
+    }
+    const QVariant list = PathFile::propertyList(bunches, Shape::Bunched);
+    QFile stored(allAppsFile(_searchPaths));
+    const bool isStored =
+        stored.open(QIODevice::ReadOnly) && stored.readAll() == PropertyList::toXml(list);
+    if (!isStored) {
+        PropertyList::writeFile(stored.fileName(), list);
     }
 }
 

@@ -44,6 +44,7 @@ public:
 
     // Empty when there is no file that can be used.
     PathBunches readAllApps();
+    // A file that holds the same is left alone.
     void writeAllApps(const PathBunches &bunches);
 
     // Reads the user's exclusions and those for everybody.

@@ -1,8 +1,11 @@
 #include "catalogue/files/ScanFolders.h"
 
+#include "catalogue/files/OTNode.h"
 #include "platform/SearchPaths.h"
 #include "support/UserDefaults.h"
 #include "support/files/StandardPath.h"
+
+#include <climits>
 
 namespace {
 
@@ -34,6 +37,20 @@ void convertScanDirectories(UserDefaults &defaults)
     }
 }
 
+// A flagged node ends the way down: what lies below is covered by it.
+void recurseChild(const OTNode &node, const QString &basePath, QStringList &intoArray)
+{
+    for (const std::unique_ptr<OTNode> &child : node.children()) {
+        const bool isJoined = basePath.isEmpty() || basePath.endsWith(QLatin1Char('/'));
+        const QString path = basePath + QLatin1String(isJoined ? "" : "/") + child->name();
+        if (child->isFlagged()) {
+            intoArray.append(path);
+        } else {
+            recurseChild(*child, path, intoArray);
+        }
+    }
+}
+
 } // namespace
 
 void ScanFolders::registerDefaults(UserDefaults &defaults, const SearchPaths &searchPaths)
@@ -54,4 +71,24 @@ QStringList ScanFolders::pathsToScan(const UserDefaults &defaults)
         }
     }
     return paths;
+}
+
+QStringList ScanFolders::withoutNested(const QStringList &paths)
+{
+    OTNode root(QStringLiteral("root"));
+    for (const QString &path : paths) {
+        // Nothing can be opened by a longer path, and each component is a level of the tree.
+        if (path.size() > PATH_MAX || !path.startsWith(QLatin1Char('/'))) {
+            continue;
+        }
+        OTNode *node = root.addChildWithName(QStringLiteral("/"));
+        const QStringList components = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+        for (const QString &component : components) {
+            node = node->addChildWithName(component);
+        }
+        node->setIsFlagged(true);
+    }
+    QStringList outermost;
+    recurseChild(root, {}, outermost);
+    return outermost;
 }

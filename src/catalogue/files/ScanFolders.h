@@ -19,4 +19,8 @@ void registerDefaults(UserDefaults &defaults, const SearchPaths &searchPaths);
 // over.
 QStringList pathsToScan(const UserDefaults &defaults);
 
+// Those of the paths, in standard form, that lie in no other one of them; each once. Left out are
+// relative ones, and those too long for any file.
+QStringList withoutNested(const QStringList &paths);
+
 } // namespace ScanFolders

@@ -58,10 +58,20 @@ private Q_SLOTS:
     void items_comeGoAndChange()
     {
         add(u"r/a"_s);
+        QFile half;
         start(u"r"_s, 3, { { u"r/a"_s } });
         const std::initializer_list<std::tuple<const char *, std::function<void()>, QString>>
             steps {
                 { "new", [&] { add(u"r/b"_s); }, u"+r/b"_s },
+                // Read as it is now, it would be called empty.
+                { "being written",
+                    [&] {
+                        half.setFileName(_tree->path(u"r/half.desktop"_s));
+                        QVERIFY(half.open(QIODevice::WriteOnly));
+                        add(u"r/after"_s);
+                    },
+                    u"+r/after"_s },
+                { "written", [&] { half.write(entry), half.close(); }, u"+r/half"_s },
                 { "no application",
                     [&] {
                         _tree->add(u"r/text"_s, {});

@@ -14,7 +14,7 @@ namespace {
 // Installing a program is many events; they are looked at together this much after the first one.
 constexpr std::chrono::milliseconds SettlingTime(100);
 // In one update, so that the main thread is not busy with it for long.
-constexpr qsizetype MostPaths = 200;
+constexpr qsizetype MostPaths = 100;
 
 using PathSets = QSet<QSet<QString>>;
 

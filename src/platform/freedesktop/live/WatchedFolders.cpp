@@ -92,6 +92,16 @@ bool isEntryName(const QString &name)
     return name.endsWith(QLatin1String(".desktop"));
 }
 
+// A new file, which is told once more when it is closed. It is made with its only name, unlike a
+// link to another one.
+bool isBeingWritten(const Inotify::Event &event, const QString &folder, const QString &name)
+{
+    struct stat status = {};
+    return (event.mask & IN_CREATE) != 0
+        && ::lstat(QFile::encodeName(inFolder(folder, name)).constData(), &status) == 0
+        && S_ISREG(status.st_mode) && status.st_nlink == 1;
+}
+
 // The folder's other items may count otherwise when this one is written: it lists those that are
 // hidden, or is what installers write last, when the programs of all entries are there.
 bool concernsAll(const QString &name)
@@ -178,9 +188,10 @@ void WatchedFolders::touch(const QString &path, const Inotify::Event &event)
         _touchedFolders.insert(path);
     } else if (concernsAll(name)) {
         touchBelow(path);
-    } else if (QFile::encodeName(name) == event.name) {
+    } else if (QFile::encodeName(name) == event.name && !isBeingWritten(event, path, name)) {
         _touchedNames[path].insert(name);
-        if ((event.mask & ComingsAndGoings) != 0 && isEntryName(name)) {
+        const bool isNew = !_folders.value(path).results.contains(name);
+        if (((event.mask & ComingsAndGoings) != 0 || isNew) && isEntryName(name)) {
             _movedEntries.insert(name);
         }
     }

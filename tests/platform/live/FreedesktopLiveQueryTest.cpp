@@ -166,6 +166,13 @@ private Q_SLOTS:
         QTRY_COMPARE(told(), u"-system/applications/a"_s);
         remove(u"home/applications/a.desktop"_s);
         QTRY_COMPARE(told(), u"+system/applications/a"_s);
+        // So does a folder of them.
+        move(u"home/applications"_s, u"away"_s);
+        add(u"away/b"_s, "Hidden=true\n");
+        move(u"away"_s, u"home/applications"_s);
+        QTRY_COMPARE(told(), u"-system/applications/b"_s);
+        move(u"home/applications"_s, u"away"_s);
+        QTRY_COMPARE(told(), u"+system/applications/b"_s);
     }
 
     void foldersOfTheScope_mayComeAndGo()

@@ -23,18 +23,18 @@ public:
     {
         setObjectName(QStringLiteral("live query"));
         QThread::start();
+        _isReady.get_future().wait();
     }
     Q_DISABLE_COPY_MOVE(Thread)
-
-    // Lives on the thread.
-    FolderQuery &query() const { return *_query.get(); }
 
 protected:
     void run() override
     {
         FolderQuery query(_items, _limits, *_current);
         connect(&query, &FolderQuery::didUpdate, &_owner, &FreedesktopLiveQuery::take);
-        _made.set_value(&query);
+        connect(&_owner, &FreedesktopLiveQuery::startWanted, &query, &FolderQuery::start);
+        connect(&_owner, &FreedesktopLiveQuery::stopWanted, &query, &FolderQuery::stop);
+        _isReady.set_value();
         exec();
     }
 
@@ -43,8 +43,7 @@ private:
     Items &_items;
     const FolderQuery::Limits _limits;
     const std::shared_ptr<std::atomic<int>> _current;
-    std::promise<FolderQuery *> _made;
-    std::shared_future<FolderQuery *> _query { _made.get_future() };
+    std::promise<void> _isReady;
 };
 
 FreedesktopLiveQuery::FreedesktopLiveQuery(Items &items, const FolderQuery::Limits &limits)
@@ -70,11 +69,7 @@ void FreedesktopLiveQuery::start(const Scope &scope, const QList<QStringList> &k
     if (!_thread) {
         _thread = std::make_unique<Thread>(*this, _current);
     }
-    FolderQuery &query = _thread->query();
-    QMetaObject::invokeMethod(
-        &query,
-        [&query, number = _current->load(), scope, known] { query.start(number, scope, known); },
-        Qt::QueuedConnection);
+    Q_EMIT startWanted(*_current, scope, known);
 }
 
 void FreedesktopLiveQuery::stop()
@@ -82,11 +77,7 @@ void FreedesktopLiveQuery::stop()
     ++*_current;
     _waiting.clear();
     _turn.stop();
-    if (_thread) {
-        FolderQuery &query = _thread->query();
-        QMetaObject::invokeMethod(
-            &query, [&query] { query.stop(); }, Qt::QueuedConnection);
-    }
+    Q_EMIT stopWanted();
 }
 
 void FreedesktopLiveQuery::take(int number, const QList<Update> &parts)

@@ -19,6 +19,11 @@ public:
     void start(const Scope &scope, const QList<QStringList> &known) override;
     void stop() override;
 
+Q_SIGNALS:
+    // For the query on the thread.
+    void startWanted(int number, const LiveQuery::Scope &scope, const QList<QStringList> &known);
+    void stopWanted();
+
 protected:
     // One update a turn of the event loop.
     void timerEvent(QTimerEvent *event) override;

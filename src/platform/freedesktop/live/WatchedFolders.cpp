@@ -1,8 +1,8 @@
 #include "platform/freedesktop/live/WatchedFolders.h"
 
 #include "platform/Items.h"
-#include "platform/freedesktop/base/FolderReader.h"
 #include "platform/freedesktop/entries/BundleFolder.h"
+#include "platform/freedesktop/live/FolderItems.h"
 
 #include <QFile>
 
@@ -11,6 +11,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+
+using namespace FolderItems;
 
 namespace {
 
@@ -22,70 +24,6 @@ constexpr uint32_t Lost = OfItself | IN_IGNORED | IN_UNMOUNT;
 
 // Between the folder of a bundle and what makes it one.
 constexpr int DeepestInBundle = 3;
-
-QString inFolder(const QString &folder, const QString &name)
-{
-    return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
-}
-
-QString parentOf(const QString &path)
-{
-    return path.left(std::max<qsizetype>(1, path.lastIndexOf(QLatin1Char('/'))));
-}
-
-QString nameOf(const QString &path)
-{
-    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-}
-
-std::optional<struct stat> statusOf(const QString &path)
-{
-    struct stat status = {};
-    const bool isThere = ::stat(QFile::encodeName(path).constData(), &status) == 0;
-    return isThere ? std::optional(status) : std::nullopt;
-}
-
-bool isFolder(const QString &path)
-{
-    const auto status = statusOf(path);
-    return status && S_ISDIR(status->st_mode);
-}
-
-bool isThere(const QString &path)
-{
-    struct stat status = {};
-    return ::lstat(QFile::encodeName(path).constData(), &status) == 0;
-}
-
-bool isLink(const QString &path)
-{
-    struct stat status = {};
-    return ::lstat(QFile::encodeName(path).constData(), &status) == 0 && S_ISLNK(status.st_mode);
-}
-
-// Of a bundle it is that of its folder, which does not tell every change inside.
-FileState stateOf(const QString &path)
-{
-    const auto status = statusOf(path);
-    return status ? FileState { status->st_mtim.tv_sec * 1'000'000'000 + status->st_mtim.tv_nsec,
-        status->st_size, status->st_dev, status->st_ino }
-                  : FileState {};
-}
-
-// Left out are names that are not valid UTF-8: no scan takes them.
-QStringList namesIn(const QString &path)
-{
-    QStringList names;
-    FolderReader reader(QFile::encodeName(path));
-    while (const dirent *const item = reader.next()) {
-        const QByteArray nameOnDisk(item->d_name);
-        const QString name = QFile::decodeName(nameOnDisk);
-        if (nameOnDisk != "." && nameOnDisk != ".." && QFile::encodeName(name) == nameOnDisk) {
-            names.append(name);
-        }
-    }
-    return names;
-}
 
 bool isEntryName(const QString &name)
 {
@@ -187,21 +125,12 @@ void WatchedFolders::touch(const QString &path, const Inotify::Event &event)
     } else if (name.isEmpty()) {
         _touchedFolders.insert(path);
     } else if (concernsAll(name)) {
-        touchBelow(path);
+        _touchedFolders.insert(path);
     } else if (QFile::encodeName(name) == event.name && !isBeingWritten(event, path, name)) {
         _touchedNames[path].insert(name);
         const bool isNew = !_folders.value(path).results.contains(name);
         if (((event.mask & ComingsAndGoings) != 0 || isNew) && isEntryName(name)) {
             _movedEntries.insert(name);
-        }
-    }
-}
-
-void WatchedFolders::touchBelow(const QString &path)
-{
-    for (auto folder = _folders.keyBegin(); folder != _folders.keyEnd(); ++folder) {
-        if (*folder == path || folder->startsWith(path + QLatin1Char('/'))) {
-            _touchedFolders.insert(*folder);
         }
     }
 }
@@ -246,8 +175,21 @@ bool WatchedFolders::isTouched() const
 
 ChangeSet WatchedFolders::lookAtTouched()
 {
-    touchShadowed();
     _isShort = _isShort && _touchedRoots != _rootSet;
+    touchShadowed();
+    lookOnce();
+    if (std::exchange(_areShadowsOther, false) && _isGathered) {
+        _touchedFolders = _rootSet;
+        lookOnce();
+        _areShadowsOther = false;
+    }
+    _isGathered = true;
+    _isShort = _inotify.takeIsShort() || _isShort;
+    return std::exchange(_changes, {});
+}
+
+void WatchedFolders::lookOnce()
+{
     const QSet<QString> roots = std::exchange(_touchedRoots, {});
     const QSet<QString> folders = std::exchange(_touchedFolders, {});
     const auto names = std::exchange(_touchedNames, {});
@@ -269,8 +211,6 @@ ChangeSet WatchedFolders::lookAtTouched()
             lookAtName(folder.key(), name);
         }
     }
-    _isShort = _inotify.takeIsShort() || _isShort;
-    return std::exchange(_changes, {});
 }
 
 void WatchedFolders::lookAtRoot(const QString &root)
@@ -357,6 +297,9 @@ void WatchedFolders::enter(const QString &path, const Folder &place)
     // Watched first, so that what comes while it is listed is told.
     watch(path, *folder);
     QStringList names = namesIn(path);
+    folder->hasEntries =
+        folder->hasEntries || std::any_of(names.cbegin(), names.cend(), isEntryName);
+    _areShadowsOther = _areShadowsOther || (!isKnown && folder->hasEntries);
     if (isKnown) {
         names += folder->results.keys() + folder->folders.values();
         names.removeDuplicates();
@@ -402,6 +345,7 @@ void WatchedFolders::leave(const QString &path)
     }
     const Folder folder = *known;
     _folders.erase(known);
+    _areShadowsOther = _areShadowsOther || folder.hasEntries;
     _pathsByWatch.remove(folder.watch, path);
     release(folder.watch);
     for (auto result = folder.results.keyBegin(); result != folder.results.keyEnd(); ++result) {

@@ -56,6 +56,7 @@ private:
         QHash<QString, FileState> results = {};
         // By name.
         QSet<QString> folders = {};
+        bool hasEntries = false;
     };
     // A folder above one of the scope's.
     struct Way
@@ -67,8 +68,8 @@ private:
 
     void take(const Inotify::Event &event);
     void touch(const QString &path, const Inotify::Event &event);
-    void touchBelow(const QString &path);
     void touchShadowed();
+    void lookOnce();
     void lookAtRoot(const QString &root);
     void lookAtFolder(const QString &path);
     void lookAtName(const QString &folderPath, const QString &name);
@@ -76,7 +77,6 @@ private:
     void enter(const QString &path, const Folder &place);
     void enterBundle(const QString &path, const Folder &place);
     void leave(const QString &path);
-    void list(const QString &path);
     void watch(const QString &path, Folder &folder);
     void watchWayTo(const QString &root);
     void leaveWayTo(const QString &root);
@@ -97,6 +97,9 @@ private:
     QHash<QString, QSet<QString>> _touchedNames;
     // Desktop entries that have come or gone; others of that name may count now, or no longer.
     QSet<QString> _movedEntries;
+    // A whole folder of entries has come or gone.
+    bool _areShadowsOther = false;
+    bool _isGathered = false;
     ChangeSet _changes;
     bool _isIncomplete = false;
     bool _isShort = false;

@@ -4,6 +4,7 @@
 #include <QTimerEvent>
 
 #include <future>
+#include <utility>
 
 namespace {
 
@@ -15,16 +16,20 @@ constexpr std::chrono::seconds MaxShutdownWait(2);
 class FreedesktopLiveQuery::Thread final : public QThread
 {
 public:
-    Thread(FreedesktopLiveQuery &owner, std::shared_ptr<std::atomic<int>> current)
+    // Begins with a query, so that the main thread need not wait until the thread runs.
+    Thread(FreedesktopLiveQuery &owner, const Scope &scope, const QList<QStringList> &known)
         : _owner(owner)
         , _items(owner._items)
         , _limits(owner._limits)
-        , _current(std::move(current))
+        , _current(owner._current)
+        , _number(*_current)
+        , _scope(scope)
+        , _known(known)
     {
         setObjectName(QStringLiteral("live query"));
         QThread::start();
-        _isReady.get_future().wait();
     }
+    void waitUntilReady() { _isReady.wait(); }
     Q_DISABLE_COPY_MOVE(Thread)
 
 protected:
@@ -34,7 +39,8 @@ protected:
         connect(&query, &FolderQuery::didUpdate, &_owner, &FreedesktopLiveQuery::take);
         connect(&_owner, &FreedesktopLiveQuery::startWanted, &query, &FolderQuery::start);
         connect(&_owner, &FreedesktopLiveQuery::stopWanted, &query, &FolderQuery::stop);
-        _isReady.set_value();
+        _ready.set_value();
+        query.start(_number, std::exchange(_scope, {}), std::exchange(_known, {}));
         exec();
     }
 
@@ -43,7 +49,11 @@ private:
     Items &_items;
     const FolderQuery::Limits _limits;
     const std::shared_ptr<std::atomic<int>> _current;
-    std::promise<void> _isReady;
+    const int _number;
+    Scope _scope;
+    QList<QStringList> _known;
+    std::promise<void> _ready;
+    std::future<void> _isReady = _ready.get_future();
 };
 
 FreedesktopLiveQuery::FreedesktopLiveQuery(Items &items, const FolderQuery::Limits &limits)
@@ -67,8 +77,10 @@ void FreedesktopLiveQuery::start(const Scope &scope, const QList<QStringList> &k
 {
     stop();
     if (!_thread) {
-        _thread = std::make_unique<Thread>(*this, _current);
+        _thread = std::make_unique<Thread>(*this, scope, known);
+        return;
     }
+    _thread->waitUntilReady();
     Q_EMIT startWanted(*_current, scope, known);
 }
 

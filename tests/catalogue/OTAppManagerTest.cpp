@@ -317,6 +317,11 @@ private Q_SLOTS:
         const QVariantMap good { { u"path"_s, u"/c/../d"_s } };
         defaults.setObject(u"searchDirectories"_s, QVariantList { 7, QVariantMap(), number, good });
         QCOMPARE(ScanFolders::pathsToScan(defaults), QStringList(u"/d"_s));
+        const QString endless = u"/a"_s.repeated(1'000'000);
+        QCOMPARE(ScanFolders::withoutNested(
+                     { u"/a/b"_s, u"/a"_s, u"/ab/c"_s, u"/a"_s, u"d"_s, endless }),
+            QStringList({ u"/a"_s, u"/ab/c"_s }));
+        QCOMPARE(ScanFolders::withoutNested({ u"/a"_s, u"/"_s }), QStringList(u"/"_s));
     }
 
     void theLiveQuery_isAskedForTheFoldersToScan()

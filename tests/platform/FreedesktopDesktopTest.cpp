@@ -28,6 +28,12 @@ private Q_SLOTS:
         QVERIFY(desktop->items().flagsOf(shadowed).isInvisible);
         QCOMPARE(desktop->items().displayName(own), u"Post"_s);
         QCOMPARE(desktop->icons().resolve(own, 8).file, u"/proc/version"_s);
+        LiveQuery &query = desktop->liveQuery();
+        QSignalSpy updates(&query, &LiveQuery::didUpdate);
+        query.start({ { tree.path(u"home"_s) }, {}, 1,
+                        [](const QString &) { return LiveQuery::Kind::Result; } },
+            {});
+        QTRY_COMPARE(updates.size(), 1);
     }
 
     // A null text stands as it is.

@@ -167,7 +167,7 @@ public:
     // The application in front; it need not be in any list. Null when there is none.
     AppRef activeApp();
     // The application that was in front before this program.
-    AppRef lastActiveApp() const;
+    AppRef lastActiveApp();
     void quitApp(const AppRef &app) const;
     // Each application of each bunch of all applications, so one may come twice.
     AppList allAppsThatCanAcceptURL(const QUrl &document) const;
@@ -202,6 +202,7 @@ private:
     void runningAppsListDidChange();
     void handleAppFrontSwitched();
     AppList launchedOTApps() const;
+    AppRef ownApp();
     void reloadAllIcons();
 
     // Whether the lists on disk can hold its path; one log line when they cannot.
@@ -241,6 +242,8 @@ private:
     CatalogueFiles _files;
     AppList _runningApps;
     AppList _frontApps;
+    QString _ownPath;
+    AppRef _ownApp;
     QHash<QString, AppRef> _everythingSet;
     BunchList _allApps;
     AppList _allApps1D;

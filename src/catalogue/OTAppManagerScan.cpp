@@ -186,20 +186,36 @@ AppRef OTAppManager::activeApp()
     if (path.isEmpty()) {
         return nullptr;
     }
-    const auto fresh = std::make_shared<OTApp>(path, _desktop);
+    const AppRef self = ownApp();
+    const AppRef fresh = path == _ownPath ? self : std::make_shared<OTApp>(path, _desktop);
     const qsizetype running = indexOfApp(_runningApps, fresh);
     if (running >= 0) {
         return _runningApps[running];
     }
-    loadIconsForApps(AppArray(AppList { fresh }));
+    if (fresh != self) {
+        loadIconsForApps(AppArray(AppList { fresh }));
+    }
     return fresh;
 }
 
-AppRef OTAppManager::lastActiveApp() const
+// Made once: it comes to the front each time that the panel is shown, and an icon that arrives has
+// everything sorted by colour again.
+AppRef OTAppManager::ownApp()
 {
-    const auto self =
-        std::make_shared<OTApp>(_desktop.runningApplications().ownApplication(), _desktop);
-    return RunningOrder::lastActive(_frontApps, _runningApps, self);
+    const QString path = _desktop.runningApplications().ownApplication();
+    if (!_ownApp || _ownPath != path) {
+        _ownPath = path;
+        _ownApp = std::make_shared<OTApp>(path, _desktop);
+        if (!path.isEmpty()) {
+            loadIconsForApps(AppArray(AppList { _ownApp }));
+        }
+    }
+    return _ownApp;
+}
+
+AppRef OTAppManager::lastActiveApp()
+{
+    return RunningOrder::lastActive(_frontApps, _runningApps, ownApp());
 }
 
 void OTAppManager::quitApp(const AppRef &app) const

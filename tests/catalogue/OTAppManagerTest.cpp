@@ -496,6 +496,13 @@ private Q_SLOTS:
         // Where no other was in front, the last that runs.
         QCOMPARE(lastAmong(u"/d /S"_s), u"d"_s);
         QCOMPARE(lastAmong(u"/S"_s), u"S"_s);
+        // This program's own icon is loaded once.
+        running.launch({});
+        running.bringToFront(u"/S"_s);
+        const AppRef self = _manager->activeApp();
+        running.bringToFront(u"/a"_s);
+        running.bringToFront(u"/S"_s);
+        QVERIFY(_manager->activeApp() == self && _desktop->fakeIcons.asked().count(u"/S"_s) <= 1);
     }
 
 private:

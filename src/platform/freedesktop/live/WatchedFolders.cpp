@@ -47,6 +47,20 @@ bool concernsAll(const QString &name)
     return name == QLatin1String(".hidden") || name == QLatin1String("mimeinfo.cache");
 }
 
+// What is awaited in the folder above one that leads to a folder of the scope, or is it itself. A
+// home folder, where much else happens, often lacks one of them.
+uint32_t eventsAwaited(const QString &path, bool isItself)
+{
+    if (isLink(path)) {
+        return ComingsAndGoings;
+    }
+    if (!isFolder(path)) {
+        return IN_CREATE | IN_MOVED_TO;
+    }
+    const bool isReadable = ::access(QFile::encodeName(path).constData(), R_OK | X_OK) == 0;
+    return isItself && !isReadable ? IN_ATTRIB : 0;
+}
+
 QStringList withoutRepetition(QStringList paths)
 {
     paths.removeDuplicates();
@@ -363,9 +377,13 @@ void WatchedFolders::watch(const QString &path, Folder &folder)
 {
     const int watch = _inotify.add(path, OfFolder);
     const auto status = statusOf(path);
-    folder.device = status ? status->st_dev : 0;
-    folder.number = status ? status->st_ino : 0;
-    if (watch == folder.watch) {
+    const quint64 device = status ? status->st_dev : 0;
+    const quint64 number = status ? status->st_ino : 0;
+    // One that may no longer be read still tells when it may be again.
+    const bool isSame = device == folder.device && number == folder.number;
+    folder.device = device;
+    folder.number = number;
+    if (watch == folder.watch || (watch == Inotify::NoWatch && isSame)) {
         return;
     }
     const int former = std::exchange(folder.watch, watch);
@@ -386,13 +404,15 @@ void WatchedFolders::watchWayTo(const QString &root)
         const qsizetype slash = root.indexOf(QLatin1Char('/'), nameAt);
         end = slash < 0 ? root.size() : slash;
         const QString next = root.left(end);
-        const bool isLast = end == root.size();
-        const bool isAwaited = isLink(next) || !isFolder(next)
-            || (isLast && ::access(QFile::encodeName(next).constData(), R_OK | X_OK) != 0);
-        const int watch =
-            _inotify.add(folder, isAwaited ? OfItself | ComingsAndGoings | IN_ATTRIB : OfItself);
+        uint32_t awaited = 0;
+        int watch = Inotify::NoWatch;
+        // What comes or goes before the watch is there is not told.
+        do {
+            awaited = eventsAwaited(next, end == root.size());
+            watch = _inotify.add(folder, OfItself | awaited);
+        } while (awaited != eventsAwaited(next, end == root.size()));
         if (watch != Inotify::NoWatch) {
-            _waysByWatch.insert(watch, { root, isAwaited ? nameOf(next) : QString() });
+            _waysByWatch.insert(watch, { root, awaited != 0 ? nameOf(next) : QString() });
         }
         if (!isFolder(next)) {
             return;

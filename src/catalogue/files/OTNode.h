@@ -9,6 +9,7 @@
 #include <QString>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 class OTNode final
@@ -17,8 +18,8 @@ public:
     using Children = std::vector<std::unique_ptr<OTNode>>;
 
     // The parent, null for a root, must outlive the node.
-    explicit OTNode(const QString &name, const OTNode *parent = nullptr)
-        : _name(name)
+    explicit OTNode(QString name, const OTNode *parent = nullptr)
+        : _name(std::move(name))
         , _parent(parent)
     { }
     Q_DISABLE_COPY_MOVE(OTNode)

@@ -17,13 +17,13 @@ class FreedesktopLiveQuery::Thread final : public QThread
 {
 public:
     // Begins with a query, so that the main thread need not wait until the thread runs.
-    Thread(FreedesktopLiveQuery &owner, const Scope &scope, const QList<QStringList> &known)
+    Thread(FreedesktopLiveQuery &owner, Scope scope, const QList<QStringList> &known)
         : _owner(owner)
         , _items(owner._items)
         , _limits(owner._limits)
         , _current(owner._current)
         , _number(*_current)
-        , _scope(scope)
+        , _scope(std::move(scope))
         , _known(known)
     {
         setObjectName(QStringLiteral("live query"));

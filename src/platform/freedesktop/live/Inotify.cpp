@@ -50,7 +50,7 @@ void Inotify::remove(int watch)
 
 void Inotify::read(const std::function<void(const Event &)> &take)
 {
-    constexpr size_t BufferSize = 64 * 1024;
+    constexpr size_t BufferSize = 65'536;
     alignas(inotify_event) std::array<char, BufferSize> buffer;
     while (true) {
         const ssize_t size = ::read(_descriptor, buffer.data(), buffer.size());

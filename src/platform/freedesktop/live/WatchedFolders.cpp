@@ -136,9 +136,7 @@ void WatchedFolders::touch(const QString &path, const Inotify::Event &event)
         _touchedNames[parentOf(bundle)].insert(nameOf(bundle));
     } else if (isLost) {
         _touchedNames[parentOf(path)].insert(nameOf(path));
-    } else if (name.isEmpty()) {
-        _touchedFolders.insert(path);
-    } else if (concernsAll(name)) {
+    } else if (name.isEmpty() || concernsAll(name)) {
         _touchedFolders.insert(path);
     } else if (QFile::encodeName(name) == event.name && !isBeingWritten(event, path, name)) {
         _touchedNames[path].insert(name);

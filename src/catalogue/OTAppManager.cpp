@@ -11,6 +11,8 @@
 #include "support/files/PropertyList.h"
 #include "support/files/StandardPath.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 
 namespace {
@@ -35,7 +37,10 @@ OTAppManager::OTAppManager(Desktop &desktop, Use use, QObject *parent)
 {
     _fullScanTimer.setSingleShot(true);
     _fullScanTimer.setInterval(FullScanDelay);
-    connect(&_fullScanTimer, &QTimer::timeout, this, &OTAppManager::fullScanTimerFire);
+    connect(&_fullScanTimer, &QTimer::timeout, this, [this] {
+        const QScopedValueRollback<bool> background(_isScanInBackground, true);
+        fullScanTimerFire();
+    });
     _sortColorTimer.setSingleShot(true);
     _sortColorTimer.setInterval(SortColorDelay);
     connect(&_sortColorTimer, &QTimer::timeout, this, &OTAppManager::sortIconColorTimerFire);

@@ -143,6 +143,8 @@ public:
 
     QStringList pathsToScan() const;
     bool isBusyScanning() const { return _isBusyScanning; }
+    // Whether the scan that goes on follows a change on disk, so that nobody waits for it.
+    bool isScanInBackground() const { return _isScanInBackground; }
     void scanSearchFoldersForAllApps();
     void fullScan();
     // Scans FullScanDelay after the last call.
@@ -255,6 +257,7 @@ private:
     ArrangementHistory _history;
     AppList _missingApps;
     bool _isBusyScanning = false;
+    bool _isScanInBackground = false;
     // The paths of _allApps1D, once they were asked for.
     std::optional<PathSet> _listedPaths;
     bool _hasQuery = false;

@@ -148,6 +148,10 @@ void OTController::setApplicationIcon()
 
 void OTController::showProgressStep(int step, int count)
 {
+    // It would only make the icon in the task bar flicker.
+    if (_appManager.isScanInBackground()) {
+        return;
+    }
     if (count < 1) {
         _scanProgress.end();
         return;

@@ -4,6 +4,8 @@
 #include "platform/IconProvider.h"
 
 #include <QElapsedTimer>
+#include <QMutex>
+#include <QSet>
 
 #include <iterator>
 #include <utility>
@@ -20,14 +22,25 @@ constexpr int MaxCancelWaitInMilliseconds = 250;
 constexpr int LoadingPriority = 1;
 constexpr int MeasuringPriority = 0;
 
-// Null, after one log line, when there is no icon.
+// Once: an application without an icon is looked at again in each scan.
+void logMissingIcon(const QString &path)
+{
+    static QMutex mutex;
+    static QSet<QString> logged;
+    const QMutexLocker lock(&mutex);
+    if (!logged.contains(path)) {
+        logged.insert(path);
+        qCWarning(lcIcons, "IconLoader::run Error loading icon for path: %s", qUtf8Printable(path));
+    }
+}
+
+// Null, after a log line, when there is no icon.
 QImage loaded(const IconLoadOperation &operation, const IconProvider &provider)
 {
     const int size = operation.size;
     const IconSource source = provider.resolve(operation.filePath, size);
     if (source.isNull()) {
-        qCWarning(lcIcons, "IconLoader::run Error loading icon for path: %s",
-            qUtf8Printable(operation.filePath));
+        logMissingIcon(operation.filePath);
         return {};
     }
     return provider.decode(source, size);

@@ -108,8 +108,9 @@ private Q_SLOTS:
     void failures_areHandedOverWithoutWaiting()
     {
         QSignalSpy finished(_loader.get(), &IconLoader::finished);
+        // Said once.
+        expectWarning(u"^IconLoader::run Error loading icon for path: no icon$"_s);
         for (int i = 0; i < 2 * IconLoader::Width; ++i) {
-            expectWarning(u"^IconLoader::run Error loading icon for path: no icon$"_s);
             add(u"no icon"_s);
         }
         _icons->gate.release();

@@ -34,6 +34,7 @@ OTAppManager::OTAppManager(Desktop &desktop, Use use, QObject *parent)
     , _use(use)
     , _files(desktop.searchPaths(),
           use == Use::Normal ? CatalogueFiles::Writing::Allowed : CatalogueFiles::Writing::Never)
+    , _newApplications(desktop.items())
 {
     _fullScanTimer.setSingleShot(true);
     _fullScanTimer.setInterval(FullScanDelay);
@@ -84,6 +85,7 @@ OTAppManager::~OTAppManager()
 
 void OTAppManager::registerDefaults()
 {
+    NewApplications::registerDefaults();
     UserDefaults::standard().registerDefaults({
         { QStringLiteral("groupContentsSortOrder"), 1 },
         { QStringLiteral("colorSortGrayThreshold"), 0.05 },

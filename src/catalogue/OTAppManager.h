@@ -13,6 +13,7 @@
 #include "catalogue/AppSorting.h"
 #include "catalogue/ArrangementHistory.h"
 #include "catalogue/Favourites.h"
+#include "catalogue/NewApplications.h"
 #include "catalogue/files/CatalogueFiles.h"
 #include "icons/IconParameters.h"
 #include "platform/LiveQuery.h"
@@ -84,6 +85,9 @@ public:
     const AppList &missingApps() const { return _missingApps; }
     const AppList &runningApps();
     AppList everythingSet() const { return _everythingSet.values(); }
+
+    // Those that were installed and have not been used yet.
+    NewApplications &newApplications() { return _newApplications; }
 
     // The list of a group; the null array for a number that is no group.
     AppArray appArrayForGroup(int group);
@@ -242,6 +246,7 @@ private:
     Desktop &_desktop;
     Use _use;
     CatalogueFiles _files;
+    NewApplications _newApplications;
     AppList _runningApps;
     AppList _frontApps;
     QString _ownPath;

@@ -174,6 +174,7 @@ void OTAppManager::readAllAppsFromDisk()
         _isScanOther = true;
         _allApps = appArraysFromPathArrays(stored);
         rebuildAllApps1D();
+        _newApplications.setLastFound(pathsFromApps(_allApps1D));
     }
 }
 

@@ -55,6 +55,8 @@ void OTAppManager::scanSearchFoldersForAllApps()
         }
     }
     setAllApps(found);
+    _newApplications.scanned(pathsFromApps(_allApps1D), { roots, walk.maxRecursionDepth() });
+    _newApplications.remove(pathsFromApps(_runningApps));
     writeAllApps();
     showProgressStep(0, 0, {});
 }
@@ -163,6 +165,7 @@ void OTAppManager::runningAppsListDidChange()
         const ChangeScope scope(*this, { QStringLiteral("runningApps") });
         _runningApps = running;
     }
+    _newApplications.remove(pathsFromApps(_runningApps));
     loadIconsForApps(AppArray(_runningApps));
     const PathSet remaining(_runningApps);
     _frontApps.removeIf([&remaining](const AppRef &app) { return !remaining.contains(app); });

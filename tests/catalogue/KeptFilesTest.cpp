@@ -31,6 +31,8 @@ public:
             { { u"searchDirectories"_s, QVariantList { apps } }, { u"maximumIconSize"_s, 16 } });
         QObject::connect(&NotificationCenter::defaultCenter(), &NotificationCenter::N_UserMessage,
             [this] { ++_messageCount; });
+        // Otherwise it is new, unless the program is killed before it keeps that.
+        running.paths = { folder + u"/apps/new.app"_s };
         _manager = std::make_unique<OTAppManager>(*this);
         _manager->rescanAllAppsPrioritizingGroup(-1);
     }

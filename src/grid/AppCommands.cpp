@@ -49,12 +49,14 @@ void AppCommands::launchApp(const AppRef &app, const QMimeData *withPasteboard)
             return;
         }
     }
+    _appManager.newApplications().remove({ app->path() });
     _launches.start([app, documents] { app->launchWithDocuments(documents); });
     _host.hide();
 }
 
 void AppCommands::performAction(const AppRef &app, const QString &id)
 {
+    _appManager.newApplications().remove({ app->path() });
     _launches.start([app, id] { app->performAction(id); });
     _host.hide();
 }

@@ -1,5 +1,6 @@
 #include "grid/OTIconView.h"
 
+#include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "grid/GridAccessible.h"
 #include "grid/GridHost.h"
@@ -43,6 +44,8 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     connect(
         &UserDefaults::standard(), &UserDefaults::changed, this, &OTIconView::preferenceDidChange);
     connect(&appManager, &OTAppManager::didChange, this, &OTIconView::listDidChange);
+    connect(&appManager.newApplications(), &NewApplications::changed, this,
+        &OTIconView::newApplicationsDidChange);
     connect(&_pictures, &CellPictures::pictureChanged, this, &OTIconView::appIconDidChange);
     connect(&_menu, &AppMenu::isOpenChanged, this, &OTIconView::menuIsOpenDidChange);
     const NotificationCenter &center = NotificationCenter::defaultCenter();
@@ -227,6 +230,18 @@ void OTIconView::appIconDidChange(const AppRef &app)
     }
 }
 
+void OTIconView::newApplicationsDidChange(const QStringList &paths)
+{
+    for (const QString &path : paths) {
+        setNeedsDisplayForApp(_appManager.knownAppForPath(path));
+    }
+}
+
+bool OTIconView::isAppMarkedNew(const AppRef &app) const
+{
+    return _colors.markNewApplications && _appManager.newApplications().contains(app->path());
+}
+
 // Where ratios are not whole, edges are brought onto whole pixels, a little beyond the cell.
 QRect OTIconView::paintedRect(const QRectF &cell) const
 {
@@ -252,6 +267,7 @@ CellLook OTIconView::lookOf(quint64 row, quint64 column, const AppRef &app) cons
     facts.isMouseButtonDown = _press.mouseDownPoint.has_value() || _press.isMenu;
     facts.isExcluded = _excludedPaths.contains(app);
     facts.isRunning = _runningPaths.contains(app);
+    facts.isNew = isAppMarkedNew(app);
     facts.isFunctionKeyHeld = _modifiers.function;
     return cellLook(facts);
 }

@@ -82,6 +82,8 @@ public:
     QList<Coords> occupiedCells() const { return _cells.occupied(); }
     bool isAppRunning(const AppRef &app) const { return _runningPaths.contains(app); }
     bool isAppExcluded(const AppRef &app) const { return _excludedPaths.contains(app); }
+    // Whether it is new, and the preferences ask for a mark.
+    bool isAppMarkedNew(const AppRef &app) const;
     // Why the shown group has nothing to show and what can be done about it, for people; empty
     // while it has something, and while applications are looked for.
     QString emptyHint() const;
@@ -196,6 +198,7 @@ private:
         const QString &key, const QVariant &oldValue, const QVariant &newValue);
     void listDidChange(const QString &key);
     void appIconDidChange(const AppRef &app);
+    void newApplicationsDidChange(const QStringList &paths);
 
     int mappedGroup(int group) const;
     Arrangement arrangement() const { return { _layout, _cells, selectedApp() }; }

@@ -69,6 +69,10 @@ private Q_SLOTS:
 
         run(u"b"_s);
         QCOMPARE(item(1)->text(QAccessible::Description), u"2 of 2, running"_s);
+        install(u"a"_s);
+        QCOMPARE(item(0)->text(QAccessible::Description), u"1 of 2, new"_s);
+        _defaults->setObject(u"markNewApplications"_s, false);
+        QCOMPARE(item(0)->text(QAccessible::Description), u"1 of 2"_s);
         _manager->excludeApp(app(u"b"_s));
         showGroup(AllGroup);
         QCOMPARE(item(1)->text(QAccessible::Description), u"2 of 2, running, excluded"_s);

@@ -88,6 +88,10 @@ protected:
     {
         return _manager->appForPath(_desktop->tree.path(u"apps/"_s + name));
     }
+    void install(const QString &name)
+    {
+        _defaults->setObject(u"newApplications"_s, QVariantList { app(name)->path() });
+    }
     void run(const QString &name) { _desktop->running.launch({ app(name)->path() }); }
     // What the desktop was asked to do: "verb name", a launch as the name alone.
     QStringList launched() const

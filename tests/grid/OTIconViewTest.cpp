@@ -283,6 +283,26 @@ private Q_SLOTS:
         painted.region = {};
         app(u"c"_s)->setIcon(filled(Qt::red));
         QTRY_COMPARE(painted.region, QRegion(cellOf(u"c"_s)));
+        // A new one is marked, in a corner of its icon, until it is launched.
+        const QPoint corner = cellOf(u"c"_s).topRight() + QPoint(-9, 9);
+        const auto isMarked = [&] {
+            return _view->grab().toImage().pixelColor(corner) != QColor(Qt::red);
+        };
+        QVERIFY(!isMarked());
+        painted.region = {};
+        install(u"c"_s);
+        QTRY_COMPARE(painted.region, QRegion(cellOf(u"c"_s)));
+        QVERIFY(isMarked());
+        for (const bool isWanted : { false, true }) {
+            painted.region = {};
+            _defaults->setObject(u"markNewApplications"_s, isWanted);
+            QTRY_COMPARE(painted.region, QRegion(_view->rect()));
+            QCOMPARE(isMarked(), isWanted);
+        }
+        painted.region = {};
+        _view->commands().launchApp(app(u"c"_s));
+        QTRY_COMPARE(painted.region, QRegion(cellOf(u"c"_s)));
+        QVERIFY(!isMarked());
         // Dimmed while a press on it lasts.
         QTest::mousePress(_view.get(), Qt::LeftButton, {}, middleOf(u"c"_s));
         QVERIFY(_view->grab().toImage().pixelColor(middleOf(u"c"_s)) != Qt::red);

@@ -64,5 +64,6 @@ bool isDecorated(const CellFacts &facts)
 
 CellLook cellLook(const CellFacts &facts)
 {
-    return { isOpaque(facts), isHighlighted(facts), isDecorated(facts) };
+    return { isOpaque(facts), isHighlighted(facts), isDecorated(facts),
+        facts.hasApp && facts.isNew };
 }

@@ -12,6 +12,8 @@ struct CellFacts
     bool isFilteredOut = false;
     bool isExcluded = false;
     bool isRunning = false;
+    // It is new, and new ones are to be marked.
+    bool isNew = false;
     // It is the application of the icon move.
     bool isDragged = false;
     // The files over the view can be dropped on it.
@@ -35,6 +37,8 @@ struct CellLook
     bool isHighlighted = false;
     // A triangle shows that a dragged icon would go before this cell.
     bool isDecorated = false;
+    // A dot in a corner of the icon says that the application is new.
+    bool isMarked = false;
 
     friend bool operator==(const CellLook &, const CellLook &) = default;
 };

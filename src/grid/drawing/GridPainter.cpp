@@ -23,6 +23,7 @@ const QString excludedIconAlpha = QStringLiteral("excludedIconAlpha");
 const QString drawFilledIconHighlight = QStringLiteral("drawFilledIconHighlight");
 const QString drawStrokedIconHighlight = QStringLiteral("drawStrokedIconHighlight");
 const QString iconHighlightColor = QStringLiteral("iconHighlightColor");
+const QString markNewApplications = QStringLiteral("markNewApplications");
 const QString windowAlpha = QStringLiteral("windowAlpha");
 const QString windowColor = QStringLiteral("windowColor");
 
@@ -39,6 +40,16 @@ constexpr qreal LineWidth = 1;
 constexpr qreal SeparatorInset = 12;
 constexpr qreal TextSize = 10;
 constexpr qreal TextSpacing = 16;
+// The dot of a new application: a share of the icon's edge, within bounds in points; and its rim,
+// a share of the dot.
+constexpr qreal MarkShare = 0.2;
+constexpr qreal LeastMark = 6;
+constexpr qreal LargestMark = 16;
+constexpr qreal RimShare = 0.13;
+// Dark enough to be seen on what is light, where the rim is seen on all else; not the red by which
+// running applications are told.
+constexpr QColor MarkColor(0x0a, 0x62, 0xd0);
+constexpr QColor RimColor(0xff, 0xff, 0xff);
 
 QRectF inset(const QRectF &rect, qreal by)
 {
@@ -80,7 +91,7 @@ bool isInsertedOnTheLeft(const GridSettings &settings)
 QStringList GridColors::keys()
 {
     return { Key::excludedIconAlpha, Key::drawFilledIconHighlight, Key::drawStrokedIconHighlight,
-        Key::iconHighlightColor, Key::windowAlpha, Key::windowColor };
+        Key::iconHighlightColor, Key::markNewApplications, Key::windowAlpha, Key::windowColor };
 }
 
 void GridColors::registerDefaults()
@@ -93,6 +104,7 @@ void GridColors::registerDefaults()
         { Key::drawFilledIconHighlight, colors.drawFilledIconHighlight },
         { Key::drawStrokedIconHighlight, colors.drawStrokedIconHighlight },
         { Key::iconHighlightColor, colorText(colors.iconHighlightColor) },
+        { Key::markNewApplications, colors.markNewApplications },
         { Key::windowColor, colorText(colors.winColor) },
     });
 }
@@ -105,6 +117,7 @@ GridColors GridColors::fromPreferences()
     colors.drawFilledIconHighlight = defaults.boolForKey(Key::drawFilledIconHighlight);
     colors.drawStrokedIconHighlight = defaults.boolForKey(Key::drawStrokedIconHighlight);
     colors.iconHighlightColor = defaults.colorForKey(Key::iconHighlightColor);
+    colors.markNewApplications = defaults.boolForKey(Key::markNewApplications);
     colors.winAlpha = opacityForKey(Key::windowAlpha);
     colors.winColor = defaults.colorForKey(Key::windowColor);
     colors.textColor =
@@ -213,9 +226,28 @@ void GridPainter::drawCell(
     }
     if (!picture.isNull()) {
         _painter.setOpacity(alpha);
-        _painter.drawImage(onPixelsOfEqualExtent(icon), picture);
+        const QRectF pictured = onPixelsOfEqualExtent(icon);
+        _painter.drawImage(pictured, picture);
+        if (look.isMarked) {
+            drawMark(pictured);
+        }
         _painter.setOpacity(1);
     }
+}
+
+void GridPainter::drawMark(const QRectF &icon)
+{
+    const qreal edge = std::max(icon.width(), icon.height());
+    const qreal ratio = _toDevice.m11();
+    const qreal size =
+        std::round(std::clamp(edge * MarkShare, LeastMark * ratio, LargestMark * ratio));
+    const QRectF dot(icon.right() - size, icon.top(), size, size);
+    const qreal rim = std::max(std::round(size * RimShare), 1.0);
+    _painter.setPen(Qt::NoPen);
+    _painter.setBrush(RimColor);
+    _painter.drawEllipse(dot);
+    _painter.setBrush(MarkColor);
+    _painter.drawEllipse(inset(dot, rim));
 }
 
 void GridPainter::drawHighlight(const QRectF &cell, const QColor &color)

@@ -36,6 +36,7 @@ struct GridColors
     bool drawStrokedIconHighlight = false;
     // Behind running applications; its own opacity counts.
     QColor iconHighlightColor = Qt::red;
+    bool markNewApplications = true;
     // A window of less opacity counts as not to be seen.
     static constexpr float leastVisibleAlpha = 0.01F;
     // Of the window that the grid stands in.
@@ -65,7 +66,8 @@ public:
 
     // A picture with edges of std::lround(icon width * device pixel ratio) pixels is drawn pixel by
     // pixel, another one is stretched to that size; one without pixels is left out. A decorated
-    // cell squeezes its picture to make room.
+    // cell squeezes its picture to make room. The dot of a marked one lies on its picture, in the
+    // upper right corner.
     void drawCell(
         quint64 row, quint64 column, const CellLook &look, bool isRunning, const QImage &picture);
 
@@ -93,6 +95,8 @@ private:
 
     void drawHighlight(const QRectF &cell, const QColor &color);
     void drawOutline(const QRectF &cell, const QColor &color);
+    // In a corner of the icon's pixels.
+    void drawMark(const QRectF &icon);
     void drawBracket(size_t spacer);
     // Across the spacer, `at` points from the edge of the view.
     void drawLine(const QRectF &spacer, qreal at);

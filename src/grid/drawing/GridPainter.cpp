@@ -44,7 +44,7 @@ constexpr qreal TextSpacing = 16;
 // a share of the dot.
 constexpr qreal MarkShare = 0.2;
 constexpr qreal LeastMark = 6;
-constexpr qreal LargestMark = 16;
+constexpr qreal LargestMark = 20;
 constexpr qreal RimShare = 0.13;
 // Dark enough to be seen on what is light, where the rim is seen on all else; not the red by which
 // running applications are told.

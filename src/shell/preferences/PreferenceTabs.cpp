@@ -61,6 +61,7 @@ QWidget *PreferenceTabs::appearance(PreferenceControls &controls)
     rows.addCheckBox("drawFilledIconHighlight", tr("Fill the &cells of what runs"));
     rows.addCheckBox("drawStrokedIconHighlight", tr("Ou&tline the cells of what runs"));
     rows.addColorWell("iconHighlightColor", tr("&Highlight:"), tr("Colour of What Runs"));
+    rows.addGap();
     rows.addCheckBox("markNewApplications", tr("Mar&k new applications until they are started"));
     return page;
 }

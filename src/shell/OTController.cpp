@@ -241,6 +241,7 @@ void OTController::applicationDidBecomeActive()
 void OTController::applicationWillResignActive()
 {
     _desktop.modifierTap().setEnabled(false);
+    modifierKeysChanged({});
     // A question on the panel would be left without it, while its sheets go with it; and a panel
     // that does not activate the program may have become the one in front.
     if (_openAlerts > 0 || _activation.isInFront()) {
@@ -258,9 +259,8 @@ void OTController::applicationWillResignActive()
 
 int OTController::runAlert(const Alert &alert)
 {
-    QWidget *const parent = isPrefsVisible() ? static_cast<QWidget *>(_prefWindow) : &_mainWindow;
     ++_openAlerts;
-    const int answer = Alerts::run(alert, _mainWindow.isShown() ? parent : nullptr);
+    const int answer = Alerts::run(alert, topSheet());
     --_openAlerts;
     // Window managers differ in what they focus when a dialog closes.
     if (_mainWindow.isShown() && !_activation.isInFront()) {

@@ -52,6 +52,7 @@ public:
     // All of them must outlive the controller.
     OTController(Desktop &desktop, OTAppManager &appManager, OTWindow &mainWindow,
         const InfoDictionary &info, QObject *parent = nullptr);
+    ~OTController() override;
 
     // Registers the preferences of the program as a whole. To be called once, before anything reads
     // them.
@@ -140,6 +141,8 @@ private:
     bool isPrefsVisible() const;
     void modifierKeysChanged(Qt::KeyboardModifiers modifiers);
     void updatePrefsQuitButton();
+    void validateMenuItems();
+    QWidget *topSheet() const;
     void hotKeyPressed(const ActivationStamp &stamp);
     void setApplicationIcon();
     void showProgressStep(int step, int count);

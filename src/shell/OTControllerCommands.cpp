@@ -102,7 +102,7 @@ void OTController::performCommand(MainMenu::Command command)
 
 void OTController::openMainMenu(const QPoint &position)
 {
-    _mainMenu.setEnabled(MainMenu::Command::Preferences, !isPrefsVisible());
+    validateMenuItems();
     _mainMenu.menu().popup(position);
 }
 

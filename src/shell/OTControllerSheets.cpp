@@ -24,6 +24,13 @@ void closeIfVisible(QWidget *window)
 
 } // namespace
 
+// They ask this for what they show, also while they end.
+OTController::~OTController()
+{
+    delete _prefWindow;
+    delete _exclusionWindow;
+}
+
 bool OTController::isPrefsVisible() const
 {
     return _prefWindow && _prefWindow->isVisible();
@@ -32,6 +39,7 @@ bool OTController::isPrefsVisible() const
 void OTController::openPrefs()
 {
     if (isPrefsVisible()) {
+        bringToFront(*_prefWindow);
         return;
     }
     activate();
@@ -45,6 +53,7 @@ void OTController::openPrefs()
     }
     updatePrefsQuitButton();
     _prefWindow->showUnder(_mainWindow.sheetPosition());
+    validateMenuItems();
 }
 
 PreferencesWindow *OTController::makePreferencesWindow()
@@ -58,6 +67,8 @@ PreferencesWindow *OTController::makePreferencesWindow()
     connect(window, &PreferencesWindow::colorSortingOptionsWanted, this,
         &OTController::openColorSortingOptions);
     connect(window, &PreferencesWindow::quitWanted, this, [this] { quitApp(); });
+    connect(&_triggers, &Triggers::hotKeyProblemChanged, window,
+        &PreferencesWindow::hotKeyProblemDidChange);
     addSheet(*window);
     return window;
 }
@@ -71,6 +82,7 @@ void OTController::addSheet(Sheet &sheet)
 void OTController::sheetDidEnd()
 {
     _userDefaults.synchronize();
+    validateMenuItems();
     if (!QApplication::activeModalWidget()) {
         bringToFront(_mainWindow);
     }
@@ -150,6 +162,24 @@ void OTController::autoExcludeApps()
 void OTController::closeExclusionWindow()
 {
     closeIfVisible(_exclusionWindow);
+}
+
+// That of the status item can be opened while a sheet is up.
+void OTController::validateMenuItems()
+{
+    _mainMenu.setEnabled(MainMenu::Command::Preferences, !isPrefsVisible());
+}
+
+// What a question is about to be asked on.
+QWidget *OTController::topSheet() const
+{
+    for (QWidget *const sheet : { static_cast<QWidget *>(_prefColorSortingOptionsWindow),
+             static_cast<QWidget *>(_prefWindow), static_cast<QWidget *>(_exclusionWindow) }) {
+        if (sheet && sheet->isVisible()) {
+            return sheet;
+        }
+    }
+    return _mainWindow.isShown() ? &_mainWindow : nullptr;
 }
 
 void OTController::modifierKeysChanged(Qt::KeyboardModifiers modifiers)

@@ -94,6 +94,10 @@ void OTNSAppSubclass::performClose()
 
 bool OTNSAppSubclass::handleCancelEvent()
 {
+    // What is dragged is given up first.
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) {
+        return false;
+    }
     QWidget *const window = activeWindow();
     if (auto *const panel = qobject_cast<OTWindow *>(window)) {
         // Qt gives up the drag.

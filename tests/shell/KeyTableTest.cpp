@@ -40,6 +40,8 @@ private Q_SLOTS:
         QCOMPARE(
             text(82, -1), u"⌃ control + ⌥ option + ⌘ command + ⇧ shift + Keypad 0 = 1111KP0"_s);
         QCOMPARE(text(9999, 512), u"missing resource = none"_s);
+        QVERIFY(table.isTaken(48, KeyTable::Shift) && table.isTaken(115, 0));
+        QVERIFY(!table.isTaken(48, KeyTable::Option) && !table.isTaken(122, 0));
     }
 };
 

@@ -7,6 +7,7 @@
 #include "shell/preferences/HotKeyRecorder.h"
 #include "shell/preferences/PreferenceControls.h"
 #include "shell/preferences/PreferencesWindow.h"
+#include "shell/preferences/ScanFolderTable.h"
 #include "support/InfoDictionary.h"
 
 #include <QAccessible>
@@ -14,6 +15,7 @@
 #include <QColorDialog>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QPushButton>
 #include <QSlider>
@@ -120,12 +122,19 @@ private Q_SLOTS:
         QTRY_VERIFY(!sheet() && !_window->isShown());
         // Unless one was moved aside.
         _controller->openPrefs();
-        QTRY_VERIFY(sheet()->isActiveWindow());
-        sheet()->move(sheet()->pos() + QPoint(9, 9));
+        const auto isMoved = [this] {
+            sheet()->move(sheet()->pos() + QPoint(1, 1));
+            return sheet()->hasBeenMoved();
+        };
+        QVERIFY(!sheet()->hasBeenMoved());
+        QTRY_VERIFY(isMoved());
         _desktop->windows.bringToFront(nullptr);
         QCoreApplication::processEvents();
         QVERIFY(sheet() && _window->isShown());
+        sheet()->findChild<ScanFolderTable *>()->directoryPlusClicked();
+        QVERIFY(_window->findChild<QFileDialog *>());
         _controller->hideMainWindow();
+        QVERIFY(!_window->findChild<QFileDialog *>());
         // It brings the panel up.
         _controller->openPrefs();
         QVERIFY(sheet() && _window->isShown());

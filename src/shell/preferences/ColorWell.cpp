@@ -63,6 +63,8 @@ void ColorWell::openChooser()
         _chooser->setAttribute(Qt::WA_DeleteOnClose);
         _chooser->setWindowTitle(_title);
         _chooser->setOption(QColorDialog::ShowAlphaChannel);
+        // That of a desktop is no window of ours, and may choose a colour of its own as it opens.
+        _chooser->setOption(QColorDialog::DontUseNativeDialog);
         connect(_chooser, &QColorDialog::currentColorChanged, this, &ColorWell::choose);
         const QColor before = _color;
         connect(_chooser, &QColorDialog::rejected, this, [this, before] { choose(before); });

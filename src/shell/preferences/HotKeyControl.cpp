@@ -12,6 +12,14 @@
 #include <QLabel>
 #include <QSignalBlocker>
 
+#include <algorithm>
+
+namespace {
+
+constexpr int NoKey = -1;
+
+} // namespace
+
 HotKeyControl::HotKeyControl(HotKeyChoice choice, QWidget *parent)
     : QWidget(parent)
     , _choice(std::move(choice))
@@ -20,7 +28,7 @@ HotKeyControl::HotKeyControl(HotKeyChoice choice, QWidget *parent)
 {
     auto *const row = new QHBoxLayout;
     addModifiers(*row);
-    _keys->addItem(tr("No hot key"), -1);
+    _keys->addItem(tr("No hot key"), NoKey);
     for (const KeyTable::Key &key : KeyTable().keys()) {
         _keys->addItem(key.title, key.tag);
     }
@@ -67,7 +75,7 @@ void HotKeyControl::addRecorder(QHBoxLayout &row)
         _choice.choose(code, modifiers);
         takeStates();
     });
-    connect(recorder, &HotKeyRecorder::told, this, [this](const QString &text) {
+    connect(recorder, &HotKeyRecorder::statusChanged, this, [this](const QString &text) {
         showProblem();
         if (!text.isEmpty()) {
             _problem->setText(text);
@@ -79,9 +87,18 @@ void HotKeyControl::addRecorder(QHBoxLayout &row)
 void HotKeyControl::showProblem()
 {
     const QString problem = _choice.problem();
-    _problem->setText(problem.isEmpty() ? QString() : tr("No key summons Ortu: %1.").arg(problem));
+    const UserDefaults &defaults = UserDefaults::standard();
+    if (!problem.isEmpty()) {
+        _problem->setText(tr("No key summons Ortu: %1.").arg(problem));
+    } else if (KeyTable().isTaken(int(defaults.integerForKey(TriggerKeys::hotKeyCode)),
+                   int(defaults.integerForKey(TriggerKeys::hotKeyModifiers)))) {
+        _problem->setText(tr("Without Control or the like, this key reaches no other program."));
+    } else {
+        _problem->clear();
+    }
 }
 
+// The preferences may name a key that is not in the menu, or none by any negative code.
 void HotKeyControl::takeStates()
 {
     const UserDefaults &defaults = UserDefaults::standard();
@@ -89,15 +106,24 @@ void HotKeyControl::takeStates()
     for (const auto &[bit, box] : _modifiers) {
         box->setChecked((mask & bit) != 0);
     }
-    _keys->setCurrentIndex(_keys->findData(int(defaults.integerForKey(TriggerKeys::hotKeyCode))));
+    const qint64 code = defaults.integerForKey(TriggerKeys::hotKeyCode);
+    _keys->setCurrentIndex(_keys->findData(int(std::max<qint64>(code, NoKey))));
     showProblem();
+}
+
+void HotKeyControl::showEvent(QShowEvent *event)
+{
+    takeStates();
+    QWidget::showEvent(event);
 }
 
 void HotKeyControl::reset()
 {
     const UserDefaults &defaults = UserDefaults::standard();
-    _choice.choose(defaults.defaultForKey(TriggerKeys::hotKeyCode).toInt(),
-        defaults.defaultForKey(TriggerKeys::hotKeyModifiers).toInt());
+    if (isEnabled()) {
+        _choice.choose(defaults.defaultForKey(TriggerKeys::hotKeyCode).toInt(),
+            defaults.defaultForKey(TriggerKeys::hotKeyModifiers).toInt());
+    }
 }
 
 void HotKeyControl::choose()
@@ -109,6 +135,6 @@ void HotKeyControl::choose()
     const QVariant code = _keys->currentData();
     if (code.isValid()) {
         _choice.choose(code.toInt(), mask);
-        takeStates();
     }
+    takeStates();
 }

@@ -38,6 +38,9 @@ public:
     // Chooses the key that the program comes with.
     void reset();
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 private:
     void addModifiers(QHBoxLayout &row);
     void addRecorder(QHBoxLayout &row);

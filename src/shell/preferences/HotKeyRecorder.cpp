@@ -19,14 +19,9 @@ int maskOf(Qt::KeyboardModifiers modifiers)
 
 bool isModifierKey(int key)
 {
-    return key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock;
-}
-
-// Without it no other program could be typed into any more.
-bool needsModifier(const QKeyEvent &event)
-{
-    const bool isArrow = event.key() >= Qt::Key_Left && event.key() <= Qt::Key_Down;
-    return !event.text().isEmpty() || isArrow;
+    return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock)
+        || (key >= Qt::Key_Super_L && key <= Qt::Key_Hyper_R) || key == Qt::Key_AltGr
+        || key == Qt::Key_Mode_switch;
 }
 
 } // namespace
@@ -36,6 +31,9 @@ HotKeyRecorder::HotKeyRecorder(NamesOfKey namesOfKey, QWidget *parent)
     , _namesOfKey(std::move(namesOfKey))
 {
     setCheckable(true);
+    _limit.setSingleShot(true);
+    _limit.setInterval(LongestGrab);
+    connect(&_limit, &QTimer::timeout, this, [this] { setChecked(false); });
     setAutoDefault(false);
     connect(this, &QPushButton::toggled, this, &HotKeyRecorder::setRecording);
     setRecording(false);
@@ -49,17 +47,20 @@ void HotKeyRecorder::setRecording(bool isRecording)
         _hasRefused = false;
         setFocus();
         grabKeyboard();
+        _limit.start();
         setText(tr("Press It Now"));
     } else {
         releaseKeyboard();
+        _limit.stop();
         setText(tr("Set by &Pressing…"));
     }
-    Q_EMIT told({});
+    Q_EMIT statusChanged({});
 }
 
 void HotKeyRecorder::tellHeld(int modifiers)
 {
-    Q_EMIT told(modifiers == 0 ? QString() : KeyTable::modifierString(modifiers) + QChar(u'…'));
+    Q_EMIT statusChanged(
+        modifiers == 0 ? QString() : KeyTable::modifierString(modifiers) + QChar(u'…'));
 }
 
 bool HotKeyRecorder::event(QEvent *event)
@@ -96,10 +97,11 @@ void HotKeyRecorder::take(const QKeyEvent &event)
         setChecked(false);
         return;
     }
-    const std::optional<int> code = KeyTable().codeOf(_namesOfKey(event.nativeScanCode()));
+    const KeyTable table;
+    const std::optional<int> code = table.codeOf(_namesOfKey(event.nativeScanCode()));
     if (!code) {
         refuse(tr("That key cannot be the hot key."));
-    } else if ((modifiers & ~KeyTable::Shift) == 0 && needsModifier(event)) {
+    } else if (table.isTaken(*code, modifiers)) {
         refuse(tr("Hold a modifier key with it: alone, it would no longer reach other programs."));
     } else {
         setChecked(false);
@@ -111,7 +113,7 @@ void HotKeyRecorder::take(const QKeyEvent &event)
 void HotKeyRecorder::refuse(const QString &reason)
 {
     _hasRefused = true;
-    Q_EMIT told(reason);
+    Q_EMIT statusChanged(reason);
 }
 
 void HotKeyRecorder::focusOutEvent(QFocusEvent *event)

@@ -1,12 +1,14 @@
 // A button that takes the next key that is pressed, with the modifier keys that are held, for the
 // hot key. Meanwhile it has the keyboard to itself, so that keys which the desktop uses reach it
-// too. Escape, another click and the loss of the focus give up.
+// too. Escape, another click, the loss of the focus and LongestGrab give up.
 
 #pragma once
 
 #include <QPushButton>
 #include <QStringList>
+#include <QTimer>
 
+#include <chrono>
 #include <functional>
 
 class HotKeyRecorder final : public QPushButton
@@ -14,6 +16,8 @@ class HotKeyRecorder final : public QPushButton
     Q_OBJECT
 
 public:
+    // Meanwhile no other program, such as one that locks the screen, gets the keyboard.
+    static constexpr std::chrono::seconds LongestGrab { 10 };
     // The names of a key's place by its native scan code, as HotKey tells them.
     using NamesOfKey = std::function<QStringList(quint32 nativeScanCode)>;
 
@@ -24,8 +28,9 @@ public:
 Q_SIGNALS:
     // By the key's code and the mask of its modifiers.
     void recorded(int code, int modifiers);
-    // What is held, or why the key that was pressed will not do, for people; empty in the end.
-    void told(const QString &text);
+    // To be shown: which modifiers are held, or why a key will not do. Empty when there is nothing
+    // to say.
+    void statusChanged(const QString &text);
 
 protected:
     bool event(QEvent *event) override;
@@ -40,4 +45,5 @@ private:
 
     NamesOfKey _namesOfKey;
     bool _hasRefused = false;
+    QTimer _limit;
 };

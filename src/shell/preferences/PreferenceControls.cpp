@@ -52,6 +52,7 @@ void PreferenceControls::disableIfFixed(QWidget &control, const QStringList &key
             [&defaults](const QString &key) { return defaults.isFixedForThisRun(key); })) {
         control.setEnabled(false);
         control.setToolTip(tr("Given for this run by --set."));
+        control.setAccessibleDescription(control.toolTip());
     }
 }
 
@@ -147,7 +148,7 @@ QSpinBox *PreferenceControls::stepper(const QString &key, const Range &range)
 ColorWell *PreferenceControls::colorWell(const QString &key, const QString &title)
 {
     auto *const well = new ColorWell(title);
-    _wells.append(well);
+    addChooser([well] { well->closeChooser(); });
     add(well, key, [well, key] { well->setColor(UserDefaults::standard().colorForKey(key)); });
     connect(well, &ColorWell::colorChosen, this,
         [key](const QColor &color) { store(key, colorText(color)); });
@@ -156,8 +157,12 @@ ColorWell *PreferenceControls::colorWell(const QString &key, const QString &titl
 
 void PreferenceControls::reset()
 {
+    UserDefaults &defaults = UserDefaults::standard();
     for (const QString &key : keys()) {
-        UserDefaults::standard().removeObject(key);
+        // What cannot be set now, and whose stored value is not shown, is left alone.
+        if (!defaults.isFixedForThisRun(key)) {
+            defaults.removeObject(key);
+        }
     }
     for (const std::function<void()> &action : std::as_const(_resets)) {
         action();
@@ -182,7 +187,7 @@ void PreferenceControls::setHiddenShown(bool areShown)
 
 void PreferenceControls::closeChoosers()
 {
-    for (ColorWell *const well : _wells) {
-        well->closeChooser();
+    for (const std::function<void()> &close : std::as_const(_choosers)) {
+        close();
     }
 }

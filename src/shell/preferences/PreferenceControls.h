@@ -61,8 +61,9 @@ public:
     // Is visible from now on only while hidden ones are shown, which they are not at first.
     void hide(QWidget *control);
     void setHiddenShown(bool areShown);
-    // Choosers of colours close; what was chosen stays.
+    // What lets the user choose in a dialog of its own closes; what was chosen stays.
     void closeChoosers();
+    void addChooser(const std::function<void()> &close) { _choosers.append(close); }
 
 private:
     // `show` takes over the value in force.
@@ -71,7 +72,7 @@ private:
 
     QMultiHash<QString, std::function<void()>> _refreshes;
     QList<std::function<void()>> _resets;
-    QList<ColorWell *> _wells;
+    QList<std::function<void()>> _choosers;
     QList<QWidget *> _hidden;
     bool _isFollowing = false;
 };

@@ -39,7 +39,8 @@ QWidget *PreferenceTabs::general(PreferenceControls &controls)
     rows.addCheckBox("showOnBecomeActive", tr("Show the panel when&ever Ortu becomes active"));
     rows.addCheckBox(
         "hideOnResignActive", tr("&Hide a moved panel as soon as Ortu is no longer active"));
-    rows.addCheckBox("nonActivatingPanel", tr("Keep the panel above other &windows"));
+    rows.addCheckBox(
+        "nonActivatingPanel", tr("Keep the panel above other &windows when they are used"));
     return page;
 }
 
@@ -58,9 +59,10 @@ QWidget *PreferenceTabs::appearance(PreferenceControls &controls)
     rows.addCheckBox("drawWindowBorder", tr("Draw a bo&rder round the panel"));
     rows.addColorWell("windowBorderColor", tr("Bord&er:"), tr("Colour of the Border"));
     rows.addGap();
-    rows.addCheckBox("drawFilledIconHighlight", tr("Fill the &cells of what runs"));
-    rows.addCheckBox("drawStrokedIconHighlight", tr("Ou&tline the cells of what runs"));
-    rows.addColorWell("iconHighlightColor", tr("&Highlight:"), tr("Colour of What Runs"));
+    rows.addCheckBox("drawFilledIconHighlight", tr("Fill the &cells of running applications"));
+    rows.addCheckBox("drawStrokedIconHighlight", tr("Ou&tline the cells of running applications"));
+    rows.addColorWell(
+        "iconHighlightColor", tr("&Highlight:"), tr("Colour of Running Applications"));
     rows.addGap();
     rows.addCheckBox("markNewApplications", tr("Mar&k new applications until they are started"));
     return page;
@@ -77,7 +79,8 @@ QWidget *PreferenceTabs::groupsAndOrder(
     options->setAutoDefault(false);
     QObject::connect(options, &QPushButton::clicked, page, openColorSortingOptions);
     rows.form().addRow({}, options);
-    rows.addCheckBox("sortRunningByLaunchOrder", tr("What &runs in the order of its launch"));
+    rows.addCheckBox(
+        "sortRunningByLaunchOrder", tr("&Running applications in the order they were started"));
     rows.addGap();
     rows.addComboBox("groupOrientation", tr("&Bunches:"),
         { { tr("None, one list"), 0 }, { tr("One below the other"), 1 },
@@ -99,10 +102,15 @@ QWidget *PreferenceTabs::folders(PreferenceControls &controls, const Items &item
     rows.form().addRow(intro);
     auto *const table = new ScanFolderTable(UserDefaults::standard(), items);
     PreferenceControls::disableIfFixed(*table, { searchDirectories });
+    controls.addChooser([table] { table->closeOpenPanel(); });
     rows.form().addRow(table);
     rows.addHiddenStepper("maxFolderRecursionDepth", tr("Look into each folder to a d&epth of"),
         { 1, 99 }, tr("levels"));
-    controls.addReset([] { UserDefaults::standard().removeObject(searchDirectories); });
+    controls.addReset([] {
+        if (!UserDefaults::standard().isFixedForThisRun(searchDirectories)) {
+            UserDefaults::standard().removeObject(searchDirectories);
+        }
+    });
     return page;
 }
 
@@ -119,13 +127,14 @@ QWidget *PreferenceTabs::triggers(PreferenceControls &controls, const HotKeyChoi
         "statusBarTogglesWindow", tr("A &click on that icon shows the panel, not the menu"));
     rows.addCheckBox("showIconInDock", tr("List Ortu in the &task bar"));
     rows.addGap();
-    rows.addComboBox("cursorHotSpotLocation", tr("Screen &edge:"),
+    rows.addComboBox("cursorHotSpotLocation", tr("Screen &edge or corner:"),
         { { tr("None"), 0 }, { tr("Top left corner"), 1 }, { tr("Left edge"), 2 },
             { tr("Bottom left corner"), 3 }, { tr("Bottom edge"), 4 },
             { tr("Bottom right corner"), 5 }, { tr("Right edge"), 6 },
             { tr("Top right corner"), 7 } });
-    rows.addSlider("cursorHotSpotDelay", tr("After a &rest of:"), { 0, 200, Unit::Seconds });
-    rows.addCheckBox("highlightHotSpots", tr("Sho&w the place while the pointer is there"));
+    rows.addSlider("cursorHotSpotDelay", tr("De&lay there:"), { 0, 200, Unit::Seconds });
+    rows.addCheckBox(
+        "highlightHotSpots", tr("Sho&w the edge or corner while the pointer is there"));
     return page;
 }
 

@@ -64,6 +64,11 @@ void PreferencesWindow::addTab(const QString &title, const Page &page)
     _tabs->addTab(page(*_controls.back()), title);
 }
 
+void PreferencesWindow::hotKeyProblemDidChange()
+{
+    findChild<HotKeyControl *>()->takeStates();
+}
+
 void PreferencesWindow::setQuitButtonHidden(bool isHidden)
 {
     _prefsQuitButton->setVisible(!isHidden);

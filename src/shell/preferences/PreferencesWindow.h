@@ -25,6 +25,8 @@ public:
     PreferencesWindow(const HotKeyChoice &hotKey, const Items &items, QWidget *parent);
     ~PreferencesWindow() override;
 
+    // The hot key was lost, or could be taken after all.
+    void hotKeyProblemDidChange();
     // The button that ends the program is for those whom no menu offers that.
     void setQuitButtonHidden(bool isHidden);
     // Those that few need are shown only when asked for.

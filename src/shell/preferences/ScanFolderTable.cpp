@@ -55,6 +55,11 @@ ScanFolderTable::ScanFolderTable(UserDefaults &defaults, const Items &items, QWi
     updateButtons();
 }
 
+void ScanFolderTable::closeOpenPanel()
+{
+    delete _openPanel;
+}
+
 QToolButton *ScanFolderTable::makeButton(
     const QString &sign, const QString &name, const QString &key)
 {

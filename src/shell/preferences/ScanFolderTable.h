@@ -27,6 +27,8 @@ public:
     // Asks for folders in a dialog on this widget's window, and inserts them below the selected
     // row, above all without one.
     void directoryPlusClicked();
+    // Nothing is inserted.
+    void closeOpenPanel();
 
 private:
     void openPanelDidEnd(int returnCode);

@@ -22,18 +22,24 @@ void Sheet::showUnder(const QPoint &middleOfUpperEdge)
     place.moveLeft(std::max(place.left(), available.left()));
     place.moveTop(std::max(place.top(), available.top()));
     move(place.topLeft());
-    _place.reset();
+    _place = pos();
+    _sinceShown.start();
     show();
 }
 
 bool Sheet::event(QEvent *event)
 {
-    if (event->type() == QEvent::WindowActivate && !_place) {
-        _place = pos();
-    }
     const bool isHandled = QDialog::event(event);
     if (event->type() == QEvent::WindowUnblocked && isVisible()) {
         Q_EMIT uncovered();
     }
     return isHandled;
+}
+
+void Sheet::moveEvent(QMoveEvent *event)
+{
+    if (!_sinceShown.hasExpired(Settling.count())) {
+        _place = pos();
+    }
+    QDialog::moveEvent(event);
 }

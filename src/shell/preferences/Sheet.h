@@ -3,8 +3,9 @@
 #pragma once
 
 #include <QDialog>
+#include <QElapsedTimer>
 
-#include <optional>
+#include <chrono>
 
 class Sheet : public QDialog
 {
@@ -16,17 +17,21 @@ public:
 
     // Under a point of the screen, as far as the screen allows.
     void showUnder(const QPoint &middleOfUpperEdge);
+    // What the window manager does with it at first is no move of the user's.
+    static constexpr std::chrono::milliseconds Settling { 700 };
     // Whether the user has moved it since it was shown.
-    bool hasBeenMoved() const { return _place && *_place != pos(); }
+    bool hasBeenMoved() const { return pos() != _place; }
 
 Q_SIGNALS:
-    // What lay above it and had to be answered first is gone.
+    // A modal dialog above this one has closed.
     void uncovered();
 
 protected:
     bool event(QEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
 
 private:
-    // Where it was when it first became the active window: the window manager has its say before.
-    std::optional<QPoint> _place;
+    // Where it came to rest.
+    QPoint _place;
+    QElapsedTimer _sinceShown;
 };

@@ -79,6 +79,14 @@ std::optional<int> KeyTable::codeOf(const QStringList &names) const
     return found == _keys.end() ? std::nullopt : std::optional(found->tag);
 }
 
+bool KeyTable::isTaken(int hotKeyCode, int hotKeyModifiers) const
+{
+    const Key *const key = keyOf(hotKeyCode);
+    const bool isBare = (hotKeyModifiers & (Control | Option | Command)) == 0;
+    return isBare && key != nullptr && hotKeyCode >= 0
+        && !key->place.startsWith(QLatin1String("FK"));
+}
+
 std::optional<HotKeyCombination> KeyTable::combination(int hotKeyCode, int hotKeyModifiers) const
 {
     const Key *const key = keyOf(hotKeyCode);

@@ -43,6 +43,10 @@ public:
     // The code of the first key that has a title and lies at a place of one of these names.
     std::optional<int> codeOf(const QStringList &names) const;
 
+    // Whether the key belongs to every program: grabbed without control, option or command, it
+    // would not reach them any more. Function keys do not.
+    bool isTaken(int hotKeyCode, int hotKeyModifiers) const;
+
     // For the desktop. Empty when the code is negative or stands for no key of the table.
     std::optional<HotKeyCombination> combination(int hotKeyCode, int hotKeyModifiers) const;
 

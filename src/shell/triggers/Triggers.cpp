@@ -99,6 +99,9 @@ void Triggers::takeHotKeyProblem(const QString &whyNot)
 {
     const bool isNews = whyNot != _hotKeyProblem;
     _hotKeyProblem = whyNot;
+    if (isNews) {
+        Q_EMIT hotKeyProblemChanged();
+    }
     if (whyNot.isEmpty()) {
         return;
     }

@@ -59,6 +59,7 @@ public:
 
 Q_SIGNALS:
     void hotKeyStringChanged();
+    void hotKeyProblemChanged();
     void statusItemShownChanged();
 
 private:

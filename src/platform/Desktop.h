@@ -17,6 +17,7 @@
 #include "platform/Items.h"
 #include "platform/Launcher.h"
 #include "platform/LiveQuery.h"
+#include "platform/LoginItems.h"
 #include "platform/Memory.h"
 #include "platform/ModifierTap.h"
 #include "platform/Motion.h"
@@ -48,6 +49,7 @@ public:
     virtual const Motion &motion() const { return _motion; }
     virtual TaskBarProgress &taskBarProgress() { return _noProgress; }
     virtual LiveQuery &liveQuery() { return _noLiveQuery; }
+    virtual LoginItems &loginItems() { return _noLoginItems; }
     virtual Memory &memory() { return _memory; }
     virtual HotKey &hotKey() { return _noHotKey; }
     virtual ModifierTap &modifierTap() { return _noTap; }
@@ -70,6 +72,7 @@ private:
     Motion _motion;
     TaskBarProgress _noProgress;
     LiveQuery _noLiveQuery;
+    LoginItems _noLoginItems;
     Memory _memory;
     HotKey _noHotKey;
     ModifierTap _noTap;

@@ -19,6 +19,7 @@
 #include "platform/freedesktop/launch/FreedesktopActions.h"
 #include "platform/freedesktop/launch/FreedesktopLauncher.h"
 #include "platform/freedesktop/live/FreedesktopLiveQuery.h"
+#include "platform/freedesktop/login/FreedesktopLoginItems.h"
 #include "platform/freedesktop/pinned/FreedesktopPins.h"
 #include "platform/freedesktop/windows/RunningWindows.h"
 #include "platform/freedesktop/windows/WindowControl.h"
@@ -69,6 +70,7 @@ public:
     const Motion &motion() const override { return _motion; }
     TaskBarProgress &taskBarProgress() override { return _progress; }
     LiveQuery &liveQuery() override { return _liveQuery; }
+    LoginItems &loginItems() override { return _loginItems; }
     Memory &memory() override { return _memory; }
     HotKey &hotKey() override
     {
@@ -154,6 +156,7 @@ private:
     FreedesktopItems _items { _entries, _paths.dataFolders(), SessionFolders::currentDesktops() };
     FreedesktopIcons _icons { [this](const QString &path) { return _items.iconNameOf(path); } };
     FreedesktopLiveQuery _liveQuery { _items };
+    FreedesktopLoginItems _loginItems { SessionFolders::currentDesktops() };
     ProcessMemory _memory;
     FreedesktopDocuments _documents { _entries, _paths.dataFolders() };
     FreedesktopActions _actions;

@@ -52,6 +52,7 @@ OTController::OTController(Desktop &desktop, OTAppManager &appManager, OTWindow 
           [this](const ActivationStamp &stamp) { hotKeyPressed(stamp); })
     , _access(_triggers, [this](const Alert &alert) { runAlert(alert); })
     , _scanProgress(desktop.taskBarProgress(), mainWindow)
+    , _launchAtLogin(desktop.loginItems())
 {
     _windowCloseTimer.setSingleShot(true);
     connect(&_windowCloseTimer, &QTimer::timeout, this, &OTController::hideMainWindow);
@@ -98,6 +99,8 @@ void OTController::awakeFromNib()
     }
     connect(
         &_triggers, &Triggers::statusItemShownChanged, this, &OTController::hasMenuAccessChanged);
+    connect(&_launchAtLogin, &LaunchAtLoginController::launchAtLoginChanged, this,
+        &OTController::readStartAtLogin);
     connect(&_access, &AccessCheck::willWarn, this, &OTController::bringAlertToFront);
     connect(this, &OTController::hasMenuAccessChanged, this, &OTController::updatePrefsQuitButton);
 }

@@ -10,6 +10,7 @@
 #include "platform/SingleInstance.h"
 #include "shell/AccessCheck.h"
 #include "shell/Activation.h"
+#include "shell/LaunchAtLoginController.h"
 #include "shell/MainMenu.h"
 #include "shell/MemoryRelease.h"
 #include "shell/ScanProgress.h"
@@ -143,6 +144,7 @@ private:
     void updatePrefsQuitButton();
     void validateMenuItems();
     QWidget *topSheet() const;
+    void readStartAtLogin();
     void hotKeyPressed(const ActivationStamp &stamp);
     void setApplicationIcon();
     void showProgressStep(int step, int count);
@@ -159,6 +161,7 @@ private:
     Triggers _triggers;
     AccessCheck _access;
     ScanProgress _scanProgress;
+    LaunchAtLoginController _launchAtLogin;
     // From their first opening on; the windows that they hang on own them.
     QPointer<PreferencesWindow> _prefWindow;
     QPointer<ColorSortingOptions> _prefColorSortingOptionsWindow;

@@ -22,6 +22,7 @@ namespace {
 namespace Key {
 const QString applicationLaunchCount = QStringLiteral("applicationLaunchCount");
 const QString showIconInDock = QStringLiteral("showIconInDock");
+const QString startAtLogin = QStringLiteral("startAtLogin");
 const QString showWindowAtLaunch = QStringLiteral("showWindowAtLaunch");
 } // namespace Key
 
@@ -33,7 +34,7 @@ void OTController::registerDefaults()
     Triggers::registerDefaults();
     AccessCheck::registerDefaults();
     UserDefaults::standard().registerDefaults({
-        { QStringLiteral("startAtLogin"), false },
+        { Key::startAtLogin, false },
         { QStringLiteral("showOnBecomeActive"), false },
         { QStringLiteral("hideOnResignActive"), false },
         { Key::showWindowAtLaunch, true },
@@ -151,5 +152,14 @@ void OTController::preferenceDidChange(const QString &key)
     } else if (key == Key::showIconInDock) {
         _access.showIconInDockDidChange();
         Q_EMIT hasMenuAccessChanged();
+    } else if (key == Key::startAtLogin) {
+        _launchAtLogin.setLaunchAtLogin(_userDefaults.boolForKey(key));
+        readStartAtLogin();
     }
+}
+
+// The desktop has the last word. To store what it says changes nothing there.
+void OTController::readStartAtLogin()
+{
+    _userDefaults.setObject(Key::startAtLogin, _launchAtLogin.launchAtLogin());
 }

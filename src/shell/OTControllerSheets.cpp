@@ -52,6 +52,8 @@ void OTController::openPrefs()
         _prefWindow = makePreferencesWindow();
     }
     updatePrefsQuitButton();
+    _launchAtLogin.setObserving(true);
+    readStartAtLogin();
     _prefWindow->showUnder(_mainWindow.sheetPosition());
     validateMenuItems();
 }
@@ -66,6 +68,8 @@ PreferencesWindow *OTController::makePreferencesWindow()
     auto *const window = new PreferencesWindow(hotKey, _desktop.items(), &_mainWindow);
     connect(window, &PreferencesWindow::colorSortingOptionsWanted, this,
         &OTController::openColorSortingOptions);
+    connect(&_launchAtLogin, &LaunchAtLoginController::problemChanged, window,
+        &PreferencesWindow::setProblem);
     connect(window, &PreferencesWindow::quitWanted, this, [this] { quitApp(); });
     connect(&_triggers, &Triggers::hotKeyProblemChanged, window,
         &PreferencesWindow::hotKeyProblemDidChange);
@@ -81,6 +85,9 @@ void OTController::addSheet(Sheet &sheet)
 
 void OTController::sheetDidEnd()
 {
+    if (!isPrefsVisible()) {
+        _launchAtLogin.setObserving(false);
+    }
     _userDefaults.synchronize();
     validateMenuItems();
     if (!QApplication::activeModalWidget()) {

@@ -1,11 +1,13 @@
 #include "shell/OTNSAppSubclass.h"
 #include "shell/PanelFixture.h"
+#include "shell/preferences/PreferencesWindow.h"
 #include "shell/selector/OTIconOverlayView.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDialog>
+#include <QLabel>
 #include <QMenu>
 
 class OTControllerTest : public PanelFixture
@@ -279,6 +281,38 @@ private Q_SLOTS:
         set("showAppInStatusBar", false);
         QCOMPARE(_alerts.size(), 3);
         QVERIFY(_alerts[2].startsWith(u"You have no access"_s) && isShown());
+    }
+
+    void startAtLogin_isWhatTheDesktopSays()
+    {
+        launch();
+        GrantedLogin &login = _desktop->login;
+        const auto isStored = [this] { return _defaults->boolForKey(u"startAtLogin"_s); };
+        set("startAtLogin", true);
+        QVERIFY(login.isThere);
+        // Changed in the settings of the session, it is read again with the preferences, and
+        // followed while they are open.
+        login.changeOutside(false);
+        QVERIFY(isStored());
+        _controller->openPrefs();
+        QVERIFY(!isStored());
+        login.changeOutside(true);
+        QVERIFY(isStored());
+        _controller->closePrefs();
+        login.changeOutside(false);
+        QVERIFY(isStored());
+        QCOMPARE(login.changes, 1);
+        login.whyNot = u"Read-only file system"_s;
+        login.isThere = true;
+        _controller->openPrefs();
+        set("startAtLogin", false);
+        QVERIFY(isStored());
+        const QString why = u"Ortu will go on starting at login: Read-only file system."_s;
+        QCOMPARE(_window->overlay().message().text(), why);
+        // The preferences cover the panel.
+        const auto labels = _window->findChild<PreferencesWindow *>()->findChildren<QLabel *>();
+        QVERIFY(std::any_of(labels.begin(), labels.end(),
+            [&why](const QLabel *label) { return label->isVisible() && label->text() == why; }));
     }
 
     void quittingAsksWhereThereIsNoMenu()

@@ -120,6 +120,33 @@ struct HostedItem : StatusItem
     QMenu *menu = nullptr;
 };
 
+// Starts the program at login as it is told, or tells why not.
+struct GrantedLogin : LoginItems
+{
+    bool contains(const LoginItem &) const override { return isThere; }
+    QString setContained(const LoginItem &, bool isContained) override
+    {
+        if (isThere == isContained || !whyNot.isEmpty()) {
+            return isThere == isContained ? QString() : whyNot;
+        }
+        ++changes;
+        isThere = isContained;
+        return {};
+    }
+    void setWatched(bool isWatchedNow) override { isWatched = isWatchedNow; }
+    void changeOutside(bool isThereNow)
+    {
+        isThere = isThereNow;
+        if (isWatched) {
+            Q_EMIT changed();
+        }
+    }
+    bool isThere = false;
+    bool isWatched = false;
+    int changes = 0;
+    QString whyNot;
+};
+
 class PanelDesktop : public FakeDesktop
 {
 public:
@@ -131,6 +158,7 @@ public:
     GrantedHotKey key;
     GrantedTap tap;
     HostedItem item;
+    GrantedLogin login;
     // Where the program notes things down; nowhere unless given.
     QString library;
 
@@ -141,6 +169,7 @@ public:
     HotKey &hotKey() override { return key; }
     ModifierTap &modifierTap() override { return tap; }
     StatusItem &statusItem() override { return item; }
+    LoginItems &loginItems() override { return login; }
 
     // Another program comes to the front of all.
     void runInFront(const QString &path)

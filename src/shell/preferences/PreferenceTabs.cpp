@@ -35,6 +35,7 @@ QWidget *PreferenceTabs::general(PreferenceControls &controls)
             { tr("Included"), IncludedGroup }, { tr("Excluded"), ExcludedGroup },
             { tr("All"), AllGroup }, { tr("Favorites"), UserGroup } });
     rows.addGap();
+    rows.addCheckBox("startAtLogin", tr("Start Ortu at &login"));
     rows.addCheckBox("showWindowAtLaunch", tr("Show the &panel when Ortu starts"));
     rows.addCheckBox("showOnBecomeActive", tr("Show the panel when&ever Ortu becomes active"));
     rows.addCheckBox(

@@ -14,7 +14,7 @@ PreferencesWindow::PreferencesWindow(
     const HotKeyChoice &hotKey, const Items &items, QWidget *parent)
     : Sheet(tr("Preferences of Ortu"), parent)
     , _tabs(new QTabWidget)
-    , _problem(new QLabel)
+    , _problems(new QLabel)
 {
     setObjectName(QStringLiteral("Ortu Preferences"));
     addTabs(hotKey, items);
@@ -28,15 +28,15 @@ PreferencesWindow::PreferencesWindow(
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(buttons->button(QDialogButtonBox::RestoreDefaults), &QPushButton::clicked, this,
         [this] { _controls[size_t(_tabs->currentIndex())]->reset(); });
-    _problem->setWordWrap(true);
-    _problem->setTextFormat(Qt::PlainText);
+    _problems->setWordWrap(true);
+    _problems->setTextFormat(Qt::PlainText);
     connect(&UserDefaults::standard(), &UserDefaults::writeProblemChanged, this,
-        &PreferencesWindow::showWriteProblem);
+        &PreferencesWindow::showProblems);
     auto *const layout = new QVBoxLayout(this);
     layout->addWidget(_tabs);
-    layout->addWidget(_problem);
+    layout->addWidget(_problems);
     layout->addWidget(buttons);
-    showWriteProblem();
+    showProblems();
 }
 
 PreferencesWindow::~PreferencesWindow() = default;
@@ -81,11 +81,23 @@ void PreferencesWindow::setHiddenPreferencesShown(bool areShown)
     }
 }
 
-void PreferencesWindow::showWriteProblem()
+void PreferencesWindow::setProblem(const QString &problem)
 {
-    const QString &reason = UserDefaults::standard().writeProblem();
-    _problem->setText(tr("Changes are not kept: %1.").arg(reason));
-    _problem->setHidden(reason.isEmpty());
+    _problem = problem;
+    showProblems();
+}
+
+void PreferencesWindow::showProblems()
+{
+    QStringList lines;
+    if (const QString &reason = UserDefaults::standard().writeProblem(); !reason.isEmpty()) {
+        lines.append(tr("Changes are not kept: %1.").arg(reason));
+    }
+    if (!_problem.isEmpty()) {
+        lines.append(_problem);
+    }
+    _problems->setText(lines.join(u'\n'));
+    _problems->setHidden(lines.isEmpty());
 }
 
 void PreferencesWindow::showEvent(QShowEvent *event)
@@ -100,5 +112,6 @@ void PreferencesWindow::hideEvent(QHideEvent *event)
     for (const std::unique_ptr<PreferenceControls> &controls : _controls) {
         controls->closeChoosers();
     }
+    setProblem({});
     Sheet::hideEvent(event);
 }

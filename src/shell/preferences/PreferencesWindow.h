@@ -31,6 +31,8 @@ public:
     void setQuitButtonHidden(bool isHidden);
     // Those that few need are shown only when asked for.
     void setHiddenPreferencesShown(bool areShown);
+    // Says below the tabs why a change was not made, until the window closes; nothing when empty.
+    void setProblem(const QString &problem);
 
 Q_SIGNALS:
     void colorSortingOptionsWanted();
@@ -44,10 +46,11 @@ private:
     using Page = std::function<QWidget *(PreferenceControls &)>;
     void addTabs(const HotKeyChoice &hotKey, const Items &items);
     void addTab(const QString &title, const Page &page);
-    void showWriteProblem();
+    void showProblems();
 
     QTabWidget *_tabs;
-    QLabel *_problem;
+    QLabel *_problems;
+    QString _problem;
     QPushButton *_prefsQuitButton;
     std::vector<std::unique_ptr<PreferenceControls>> _controls;
 };

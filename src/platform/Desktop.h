@@ -22,6 +22,7 @@
 #include "platform/ModifierTap.h"
 #include "platform/Motion.h"
 #include "platform/OwnWindows.h"
+#include "platform/PageRenderer.h"
 #include "platform/PinnedApplications.h"
 #include "platform/RunningApplications.h"
 #include "platform/SearchPaths.h"
@@ -44,6 +45,7 @@ public:
     virtual ApplicationControl &applicationControl() { return _noControl; }
     virtual ApplicationActions &applicationActions() { return _noActions; }
     virtual const PinnedApplications &pinnedApplications() const { return _nothingPinned; }
+    virtual const PageRenderer &pageRenderer() const { return _noPages; }
     virtual const Compositing &compositing() const { return _noCompositing; }
     virtual OwnWindows &ownWindows() { return _ownWindows; }
     virtual const Motion &motion() const { return _motion; }
@@ -67,6 +69,7 @@ private:
     ApplicationControl _noControl;
     ApplicationActions _noActions;
     PinnedApplications _nothingPinned;
+    PageRenderer _noPages;
     Compositing _noCompositing;
     OwnWindows _ownWindows;
     Motion _motion;

@@ -20,6 +20,7 @@
 #include "platform/freedesktop/launch/FreedesktopLauncher.h"
 #include "platform/freedesktop/live/FreedesktopLiveQuery.h"
 #include "platform/freedesktop/login/FreedesktopLoginItems.h"
+#include "platform/freedesktop/pages/PdfRenderer.h"
 #include "platform/freedesktop/pinned/FreedesktopPins.h"
 #include "platform/freedesktop/windows/RunningWindows.h"
 #include "platform/freedesktop/windows/WindowControl.h"
@@ -49,6 +50,7 @@ public:
     }
     ApplicationActions &applicationActions() override { return _actions; }
     const PinnedApplications &pinnedApplications() const override { return _pins; }
+    const PageRenderer &pageRenderer() const override { return _pages; }
     const Compositing &compositing() const override
     {
         if (!_compositing) {
@@ -160,6 +162,7 @@ private:
     ProcessMemory _memory;
     FreedesktopDocuments _documents { _entries, _paths.dataFolders() };
     FreedesktopActions _actions;
+    PdfRenderer _pages;
     FreedesktopPins _pins { _paths.dataFolders(), SessionFolders::currentDesktops(),
         _paths.libraryFolder(SearchPaths::Domain::User) + QStringLiteral("/Preferences") };
     LauncherProgress _progress;

@@ -1,0 +1,153 @@
+#include "shell/welcome/OTWelcomeAssistant.h"
+
+#include "platform/PageRenderer.h"
+#include "shell/welcome/PageView.h"
+#include "support/UserDefaults.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int firstStep = 1;
+
+namespace Key {
+const QString showWelcomeWindow = QStringLiteral("showWelcomeWindow");
+const QString lastShownWelcomeStep = QStringLiteral("lastShownWelcomeStep");
+} // namespace Key
+
+} // namespace
+
+void OTWelcomeAssistant::registerDefaults()
+{
+    UserDefaults::standard().registerDefaults(
+        { { Key::showWelcomeWindow, true }, { Key::lastShownWelcomeStep, 0 } });
+}
+
+bool OTWelcomeAssistant::isWanted()
+{
+    return UserDefaults::standard().boolForKey(Key::showWelcomeWindow);
+}
+
+OTWelcomeAssistant::OTWelcomeAssistant(std::unique_ptr<PagedDocument> document,
+    const QString &pdfName, const HotKeyChoice &hotKey, HotKeyPractice::NameOfKey nameOfKey)
+    : _document(std::move(document))
+    , _lastStep(std::max(_document->pageCount(), firstStep))
+    , _pdfView(new PageView(*_document))
+    , _practice(new HotKeyPractice(hotKey, std::move(nameOfKey), _pdfView))
+    , _stepLabel(new QLabel)
+    , _prevButton(new QPushButton(tr("&Previous")))
+    , _nextButton(new QPushButton)
+{
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(pdfName);
+    auto *const buttons = new QHBoxLayout;
+    buttons->addWidget(_stepLabel, 1);
+    buttons->addWidget(_prevButton);
+    buttons->addWidget(_nextButton);
+    buttons->setContentsMargins(12, 12, 12, 12);
+    auto *const all = new QVBoxLayout(this);
+    all->setContentsMargins({});
+    all->setSpacing(0);
+    all->setSizeConstraint(QLayout::SetFixedSize);
+    all->addWidget(_pdfView);
+    all->addLayout(buttons);
+    placePractice();
+    connect(_pdfView, &PageView::pageChanged, this, &OTWelcomeAssistant::updateStepNumberField);
+    connect(_nextButton, &QPushButton::clicked, this, &OTWelcomeAssistant::showNextStep);
+    connect(_prevButton, &QPushButton::clicked, this, &OTWelcomeAssistant::showPreviousStep);
+}
+
+OTWelcomeAssistant::~OTWelcomeAssistant() = default;
+
+// Where the page leaves room for it.
+void OTWelcomeAssistant::placePractice()
+{
+    const int height = _practice->sizeHint().height();
+    _practice->setGeometry(0, _pdfView->height() - height, _pdfView->width(), height);
+}
+
+void OTWelcomeAssistant::present()
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    const qint64 last = defaults.integerForKey(Key::lastShownWelcomeStep);
+    const int step = int(std::clamp<qint64>(last, firstStep, _lastStep));
+    showStep(step == _lastStep && !isWanted() ? firstStep : step);
+    _practice->begin();
+    show();
+    _nextButton->setFocus();
+}
+
+int OTWelcomeAssistant::curStep() const
+{
+    return _pdfView->currentPage() + 1;
+}
+
+void OTWelcomeAssistant::showStep(int step)
+{
+    _pdfView->goToPage(std::clamp(step, firstStep, _lastStep) - 1);
+    updateStepNumberField();
+}
+
+void OTWelcomeAssistant::updateStepNumberField()
+{
+    const int step = curStep();
+    _stepLabel->setText(tr("%1 of %2").arg(step).arg(_lastStep));
+    UserDefaults::standard().setObject(Key::lastShownWelcomeStep, step);
+    _nextButton->setText(step == _lastStep ? tr("&Close") : tr("&Next"));
+    _prevButton->setEnabled(step > firstStep);
+    _practice->setVisible(step == HotKeyStep);
+    _nextButton->setDefault(true);
+}
+
+void OTWelcomeAssistant::showNextStep()
+{
+    if (curStep() == _lastStep) {
+        close();
+    } else {
+        showStep(curStep() + 1);
+    }
+    if (curStep() == _lastStep) {
+        UserDefaults::standard().setObject(Key::showWelcomeWindow, false);
+    }
+}
+
+void OTWelcomeAssistant::showPreviousStep()
+{
+    showStep(curStep() - 1);
+}
+
+bool OTWelcomeAssistant::takeHotKey()
+{
+    const bool isAsked = isVisible() && curStep() == HotKeyStep;
+    if (isAsked) {
+        _practice->tellArrival();
+    }
+    return isAsked;
+}
+
+void OTWelcomeAssistant::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Escape:
+    case Qt::Key_Delete:
+        close();
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Right:
+    case Qt::Key_PageDown:
+        showNextStep();
+        break;
+    case Qt::Key_Left:
+    case Qt::Key_PageUp:
+        showPreviousStep();
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}

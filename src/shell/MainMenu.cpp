@@ -41,6 +41,7 @@ MainMenu::MainMenu(HomePage homePage, QObject *parent)
     add(tr("Exclude Applications…"), Command::ExcludeApps);
     _menu.addSeparator();
     add(tr("About Ortu"), Command::About);
+    add(tr("Ortu User Guide"), Command::UserGuide);
     add(tr("Rescan All Applications"), Command::RescanAllApps);
     if (homePage == HomePage::Known) {
         _menu.addSeparator();
@@ -57,7 +58,7 @@ void MainMenu::fillStatusItemMenu()
     static const QList<QList<Command>> lines {
         { Command::ShowHidePanel },
         { Command::Preferences, Command::ExcludeApps },
-        { Command::About, Command::RescanAllApps },
+        { Command::About, Command::UserGuide, Command::RescanAllApps },
         { Command::HomePage },
         { Command::Quit },
     };

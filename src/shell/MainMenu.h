@@ -22,6 +22,7 @@ public:
         Preferences,
         ExcludeApps,
         About,
+        UserGuide,
         RescanAllApps,
         HomePage,
         Quit

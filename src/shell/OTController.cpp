@@ -96,6 +96,7 @@ void OTController::awakeFromNib()
     connect(&_mainMenu, &MainMenu::chosen, this, &OTController::performCommand);
     for (QMenu *const menu : { &_mainMenu.menu(), &_mainMenu.statusItemMenu() }) {
         followColors(*menu, [this] { return _mainWindow.iconView().colors(); });
+        connect(menu, &QMenu::aboutToShow, this, &OTController::updateUserGuideItem);
     }
     connect(
         &_triggers, &Triggers::statusItemShownChanged, this, &OTController::hasMenuAccessChanged);

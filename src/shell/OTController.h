@@ -110,6 +110,8 @@ public:
     void closeExclusionWindow();
     void rescanAllApps(Sender sender);
     void openAbout();
+    // With the desktop's viewer.
+    void openUserGuide();
     void openHomeURL();
     void quitApp(Quitting quitting = Quitting::Asking);
     void performCommand(MainMenu::Command command);
@@ -145,6 +147,7 @@ private:
     void validateMenuItems();
     QWidget *topSheet() const;
     void readStartAtLogin();
+    void updateUserGuideItem();
     void hotKeyPressed(const ActivationStamp &stamp);
     void setApplicationIcon();
     void showProgressStep(int step, int count);

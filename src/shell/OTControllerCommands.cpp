@@ -9,9 +9,12 @@
 #include "shell/OTController.h"
 #include "shell/OTNSAppSubclass.h"
 #include "shell/ProgramStatus.h"
+#include "shell/base/Log.h"
+#include "shell/base/ProgramDocuments.h"
 #include "shell/panel/OTWindow.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
+#include "support/NotificationCenter.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -21,6 +24,8 @@ namespace {
 
 // Until a start shows the panel without waiting for the applications.
 constexpr int longestSilentScan = 150;
+
+const QString userGuide = QStringLiteral("Ortu User Guide");
 
 } // namespace
 
@@ -88,6 +93,9 @@ void OTController::performCommand(MainMenu::Command command)
     case MainMenu::Command::About:
         openAbout();
         break;
+    case MainMenu::Command::UserGuide:
+        openUserGuide();
+        break;
     case MainMenu::Command::RescanAllApps:
         rescanAllApps(Sender::User);
         break;
@@ -110,6 +118,24 @@ void OTController::openAbout()
 {
     activate();
     OTNSAppSubclass::orderFrontStandardAboutPanel(_info, _desktop.ownWindows());
+}
+
+void OTController::openUserGuide()
+{
+    const QString path = ProgramDocuments::path(userGuide);
+    if (path.isEmpty() || QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
+        return;
+    }
+    qCWarning(lcShell).noquote() << "no program opens" << path;
+    Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+        tr("No program here opens PDF files. The user guide is %1.").arg(path));
+}
+
+// The document may have come or gone since.
+void OTController::updateUserGuideItem()
+{
+    _mainMenu.setEnabled(
+        MainMenu::Command::UserGuide, !ProgramDocuments::path(userGuide).isEmpty());
 }
 
 void OTController::openHomeURL()

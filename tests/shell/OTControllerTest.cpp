@@ -1,11 +1,13 @@
 #include "shell/OTNSAppSubclass.h"
 #include "shell/PanelFixture.h"
 #include "shell/preferences/PreferencesWindow.h"
+#include "shell/base/ProgramDocuments.h"
 #include "shell/selector/OTIconOverlayView.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 
 #include <QAbstractEventDispatcher>
+#include <QDesktopServices>
 #include <QDialog>
 #include <QLabel>
 #include <QMenu>
@@ -36,6 +38,8 @@ private Q_SLOTS:
         set("applicationLaunchCount", _launchCount);
         _alerts.clear();
         _answer = 0;
+        save(guide(), "%PDF-1.4\n%%EOF\n");
+        ProgramDocuments::setFolder(_documents.path());
         _presenter =
             std::make_unique<Alerts::PresenterScope>([this](const Alert &alert, QWidget *) {
                 _alerts.append(alert.messageText);
@@ -256,7 +260,31 @@ private Q_SLOTS:
         for (const QAction *action : _desktop->item.menu->actions()) {
             items += action->isSeparator() ? u'-' : u'x';
         }
-        QCOMPARE(items, u"x-xx-xx-x"_s);
+        QCOMPARE(items, u"x-xx-xxx-x"_s);
+    }
+
+    void theGuideOpens_whereItIsWhole()
+    {
+        launch();
+        const auto isOffered = [this](const QByteArray &content) {
+            save(guide(), content);
+            QMenu &menu = *_desktop->item.menu;
+            Q_EMIT menu.aboutToShow();
+            const QList<QAction *> items = menu.actions();
+            return std::any_of(items.cbegin(), items.cend(), [](const QAction *item) {
+                return item->text() == u"Ortu User Guide" && item->isEnabled();
+            });
+        };
+        // The log says it once.
+        expectWarning(u"^cannot read .*Ortu User Guide.pdf: not a whole PDF file"_s);
+        QVERIFY(!isOffered("%PDF-1.4\n") && !isOffered("%%EOF") && !isOffered(""));
+        QFile::remove(guide());
+        _controller->openUserGuide();
+        QVERIFY(isOffered("%PDF-1.4\n%%EOF\n"));
+        QDesktopServices::setUrlHandler(u"file"_s, this, "open");
+        _controller->performCommand(MainMenu::Command::UserGuide);
+        QDesktopServices::unsetUrlHandler(u"file"_s);
+        QCOMPARE(_opened, QUrl::fromLocalFile(QFileInfo(guide()).canonicalFilePath()));
     }
 
     void changedPreferencesAreAnswered()
@@ -452,7 +480,11 @@ private Q_SLOTS:
         QVERIFY(isShown());
     }
 
+public Q_SLOTS:
+    void open(const QUrl &url) { _opened = url; }
+
 private:
+    QString guide() const { return _documents.filePath(u"Ortu User Guide.pdf"_s); }
     void makeController()
     {
         _controller.reset();
@@ -481,6 +513,8 @@ private:
     bool isShown() const { return _window->isShown(); }
     void moveAway() const { dragPanelTo({ 5, 5 }); }
 
+    QTemporaryDir _documents;
+    QUrl _opened;
     InfoDictionary _info;
     std::unique_ptr<OTController> _controller;
     std::unique_ptr<Alerts::PresenterScope> _presenter;

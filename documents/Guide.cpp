@@ -53,6 +53,13 @@ double fontSize(int level)
     }
 }
 
+// The title of a picture, "60 %", says how much of the width it may take.
+double shareOfWidth(const QTextImageFormat &format)
+{
+    const QString title = format.stringProperty(QTextFormat::ImageTitle);
+    return title.endsWith(u'%') ? title.chopped(1).trimmed().toDouble() / 100 : 1;
+}
+
 QTextBlockFormat blockFormat(const QTextBlock &block)
 {
     QTextBlockFormat format = block.blockFormat();
@@ -158,8 +165,9 @@ bool Guide::sizePictures()
                 return false;
             }
             QSizeF size = QSizeF(picture.size()) * pictureScale;
-            if (size.width() > widest) {
-                size *= widest / size.width();
+            const double room = widest * shareOfWidth(format);
+            if (size.width() > room) {
+                size *= room / size.width();
             }
             format.setWidth(size.width());
             format.setHeight(size.height());
@@ -171,6 +179,7 @@ bool Guide::sizePictures()
             blockFormat.setAlignment(Qt::AlignHCenter);
             blockFormat.setLineHeight(0, QTextBlockFormat::SingleHeight);
             cursor.setBlockFormat(blockFormat);
+            // The iterator does not outlive the change.
             break;
         }
     }

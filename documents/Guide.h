@@ -1,7 +1,8 @@
 // A document to read and to print: Markdown flows over A4 pages, which are numbered.
 //
 // A paragraph "[contents]" is replaced by a list of the headings of the second level with their
-// pages. Pictures count as taken at 192 dots per inch and are no wider than the text.
+// pages. Pictures count as taken at 192 dots per inch and are no wider than the text, or than the
+// share of it that their title names, as in ![…](… "60 %"). A picture is all of its paragraph.
 
 #pragma once
 

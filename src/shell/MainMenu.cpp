@@ -41,6 +41,7 @@ MainMenu::MainMenu(HomePage homePage, QObject *parent)
     add(tr("Exclude Applications…"), Command::ExcludeApps);
     _menu.addSeparator();
     add(tr("About Ortu"), Command::About);
+    add(tr("Welcome to Ortu"), Command::Welcome);
     add(tr("Ortu User Guide"), Command::UserGuide);
     add(tr("Rescan All Applications"), Command::RescanAllApps);
     if (homePage == HomePage::Known) {
@@ -58,7 +59,7 @@ void MainMenu::fillStatusItemMenu()
     static const QList<QList<Command>> lines {
         { Command::ShowHidePanel },
         { Command::Preferences, Command::ExcludeApps },
-        { Command::About, Command::UserGuide, Command::RescanAllApps },
+        { Command::About, Command::Welcome, Command::UserGuide, Command::RescanAllApps },
         { Command::HomePage },
         { Command::Quit },
     };

@@ -22,6 +22,7 @@ public:
         Preferences,
         ExcludeApps,
         About,
+        Welcome,
         UserGuide,
         RescanAllApps,
         HomePage,

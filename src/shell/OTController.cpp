@@ -11,6 +11,7 @@
 #include "shell/panel/PanelButton.h"
 #include "shell/preferences/PreferencesWindow.h"
 #include "shell/selector/OTIconOverlayView.h"
+#include "shell/welcome/OTWelcomeAssistant.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 #include "support/NotificationCenter.h"
@@ -96,7 +97,7 @@ void OTController::awakeFromNib()
     connect(&_mainMenu, &MainMenu::chosen, this, &OTController::performCommand);
     for (QMenu *const menu : { &_mainMenu.menu(), &_mainMenu.statusItemMenu() }) {
         followColors(*menu, [this] { return _mainWindow.iconView().colors(); });
-        connect(menu, &QMenu::aboutToShow, this, &OTController::updateUserGuideItem);
+        connect(menu, &QMenu::aboutToShow, this, &OTController::validateMenuItems);
     }
     connect(
         &_triggers, &Triggers::statusItemShownChanged, this, &OTController::hasMenuAccessChanged);
@@ -122,6 +123,7 @@ void OTController::showMainWindow(const ActivationStamp &stamp)
 void OTController::applicationOpenUntitledFile(const ActivationStamp &stamp)
 {
     showMainWindow(stamp);
+    bringWelcomeToFront();
 }
 
 void OTController::hideMainWindow()
@@ -131,6 +133,11 @@ void OTController::hideMainWindow()
     closeExclusionWindow();
     if (QDialog *const about = OTNSAppSubclass::standardAboutPanel()) {
         about->close();
+    }
+    // Hiding may be asked for again while the panel goes.
+    if (_mainWindow.isShown() || isWelcomeVisible()) {
+        _welcomeAssistantWasOpen = isWelcomeVisible();
+        closeWelcome();
     }
     _mainMenu.menu().close();
     cancelWindowCloseTimer();
@@ -197,6 +204,9 @@ void OTController::showHideMainWindow(const ActivationStamp &stamp)
         }
     } else if (!isShown) {
         applicationOpenUntitledFile(stamp);
+        if (_welcomeAssistantWasOpen) {
+            openWelcome();
+        }
     } else if (_mainWindow.hasBeenMoved() && !_mainWindow.isNonActivating()) {
         activate(stamp);
     } else {
@@ -207,6 +217,9 @@ void OTController::showHideMainWindow(const ActivationStamp &stamp)
 // What is typed next is meant for the panel that comes up.
 void OTController::hotKeyPressed(const ActivationStamp &stamp)
 {
+    if (_welcomeAssistant && _welcomeAssistant->takeHotKey()) {
+        return;
+    }
     showHideMainWindow(stamp);
     if (_mainWindow.isShown()) {
         _desktop.hotKey().handKeysTo(*_mainWindow.windowHandle());
@@ -236,8 +249,8 @@ void OTController::openFiles(const QList<QUrl> &files)
 void OTController::applicationDidBecomeActive()
 {
     cancelWindowCloseTimer();
-    if (_userDefaults.boolForKey(QStringLiteral("showOnBecomeActive"))) {
-        showMainWindow();
+    if (_userDefaults.boolForKey(QStringLiteral("showOnBecomeActive")) && !_mainWindow.isShown()) {
+        applicationOpenUntitledFile();
     }
     _desktop.modifierTap().setEnabled(true);
 }

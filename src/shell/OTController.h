@@ -22,13 +22,16 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <memory>
 #include <optional>
 
 class ColorSortingOptions;
 class Desktop;
 class ExclusionWindow;
 class InfoDictionary;
+struct HotKeyChoice;
 class OTAppManager;
+class OTWelcomeAssistant;
 class OTWindow;
 class PreferencesWindow;
 class Sheet;
@@ -112,6 +115,8 @@ public:
     void openAbout();
     // With the desktop's viewer.
     void openUserGuide();
+    // The tour for those who are new; nothing happens where its document is missing.
+    void openWelcome();
     void openHomeURL();
     void quitApp(Quitting quitting = Quitting::Asking);
     void performCommand(MainMenu::Command command);
@@ -145,9 +150,13 @@ private:
     void modifierKeysChanged(Qt::KeyboardModifiers modifiers);
     void updatePrefsQuitButton();
     void validateMenuItems();
+    bool isWelcomeVisible() const;
+    void closeWelcome();
+    void bringWelcomeToFront();
+    HotKeyChoice hotKeyChoice();
+    QString hotKeyName() const;
     QWidget *topSheet() const;
     void readStartAtLogin();
-    void updateUserGuideItem();
     void hotKeyPressed(const ActivationStamp &stamp);
     void setApplicationIcon();
     void showProgressStep(int step, int count);
@@ -169,6 +178,10 @@ private:
     QPointer<PreferencesWindow> _prefWindow;
     QPointer<ColorSortingOptions> _prefColorSortingOptionsWindow;
     QPointer<ExclusionWindow> _exclusionWindow;
+    // From its first opening on.
+    std::unique_ptr<OTWelcomeAssistant> _welcomeAssistant;
+    // When the panel was hidden.
+    bool _welcomeAssistantWasOpen = false;
     bool _isHiding = false;
     // Alerts that wait for their answer.
     int _openAlerts = 0;

@@ -25,8 +25,6 @@ namespace {
 // Until a start shows the panel without waiting for the applications.
 constexpr int longestSilentScan = 150;
 
-const QString userGuide = QStringLiteral("Ortu User Guide");
-
 } // namespace
 
 void OTController::perform(const InstanceRequest &request)
@@ -96,6 +94,9 @@ void OTController::performCommand(MainMenu::Command command)
     case MainMenu::Command::UserGuide:
         openUserGuide();
         break;
+    case MainMenu::Command::Welcome:
+        openWelcome();
+        break;
     case MainMenu::Command::RescanAllApps:
         rescanAllApps(Sender::User);
         break;
@@ -122,20 +123,13 @@ void OTController::openAbout()
 
 void OTController::openUserGuide()
 {
-    const QString path = ProgramDocuments::path(userGuide);
+    const QString path = ProgramDocuments::path(ProgramDocuments::userGuide());
     if (path.isEmpty() || QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
         return;
     }
     qCWarning(lcShell).noquote() << "no program opens" << path;
     Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
         tr("No program here opens PDF files. The user guide is %1.").arg(path));
-}
-
-// The document may have come or gone since.
-void OTController::updateUserGuideItem()
-{
-    _mainMenu.setEnabled(
-        MainMenu::Command::UserGuide, !ProgramDocuments::path(userGuide).isEmpty());
 }
 
 void OTController::openHomeURL()

@@ -6,6 +6,7 @@
 #include "shell/OTController.h"
 #include "shell/panel/OTWindow.h"
 #include "shell/triggers/TriggerKeys.h"
+#include "shell/welcome/OTWelcomeAssistant.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 #include "support/NotificationCenter.h"
@@ -33,6 +34,7 @@ void OTController::registerDefaults()
     OTWindow::registerDefaults();
     Triggers::registerDefaults();
     AccessCheck::registerDefaults();
+    OTWelcomeAssistant::registerDefaults();
     UserDefaults::standard().registerDefaults({
         { Key::startAtLogin, false },
         { QStringLiteral("showOnBecomeActive"), false },
@@ -80,12 +82,17 @@ void OTController::applicationDidFinishLaunching(const std::optional<InstanceReq
             openPrefs();
         }
     }
+    const bool isPlainStart = request && request->verb == InstanceRequest::Verb::Activate;
+    const bool isTourDue = isPlainStart && launchCount == 0 && OTWelcomeAssistant::isWanted();
     // Once the panel has been drawn: that must not wait for the disk.
-    QTimer::singleShot(0, this, [this, launchCount] {
+    QTimer::singleShot(0, this, [this, launchCount, isTourDue] {
         setApplicationIcon();
         _access.checkAccess();
         _userDefaults.setObject(Key::applicationLaunchCount, launchCount + 1);
         checkDesktop();
+        if (isTourDue && _mainWindow.isShown()) {
+            openWelcome();
+        }
         if (_mainWindow.isShown() && !_activation.isInFront()) {
             _activation.awaitFront(Activation::Loss::Reported);
         }

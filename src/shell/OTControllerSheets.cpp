@@ -1,13 +1,16 @@
-// The sheets on the panel: preferences with the options of the colour order, and what to exclude.
+// The windows beside the panel: the preferences with the options of the colour order, what to
+// exclude, and the tour.
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "platform/Desktop.h"
 #include "shell/OTController.h"
+#include "shell/base/ProgramDocuments.h"
 #include "shell/panel/OTWindow.h"
 #include "shell/preferences/ColorSortingOptions.h"
 #include "shell/preferences/ExclusionWindow.h"
 #include "shell/preferences/PreferencesWindow.h"
+#include "shell/welcome/OTWelcomeAssistant.h"
 #include "support/UserDefaults.h"
 
 #include <QApplication>
@@ -29,6 +32,7 @@ OTController::~OTController()
 {
     delete _prefWindow;
     delete _exclusionWindow;
+    _welcomeAssistant.reset();
 }
 
 bool OTController::isPrefsVisible() const
@@ -55,17 +59,21 @@ void OTController::openPrefs()
     _launchAtLogin.setObserving(true);
     readStartAtLogin();
     _prefWindow->showUnder(_mainWindow.sheetPosition());
-    validateMenuItems();
+    _mainMenu.setEnabled(MainMenu::Command::Preferences, !isPrefsVisible());
 }
 
-PreferencesWindow *OTController::makePreferencesWindow()
+HotKeyChoice OTController::hotKeyChoice()
 {
-    const HotKeyChoice hotKey {
+    return {
         .choose = [this](int code, int modifiers) { setHotKey(code, modifiers); },
         .problem = [this] { return _triggers.hotKeyProblem(); },
         .namesOfKey = [this](quint32 scanCode) { return _desktop.hotKey().namesOfKey(scanCode); },
     };
-    auto *const window = new PreferencesWindow(hotKey, _desktop.items(), &_mainWindow);
+}
+
+PreferencesWindow *OTController::makePreferencesWindow()
+{
+    auto *const window = new PreferencesWindow(hotKeyChoice(), _desktop.items(), &_mainWindow);
     connect(window, &PreferencesWindow::colorSortingOptionsWanted, this,
         &OTController::openColorSortingOptions);
     connect(&_launchAtLogin, &LaunchAtLoginController::problemChanged, window,
@@ -89,7 +97,7 @@ void OTController::sheetDidEnd()
         _launchAtLogin.setObserving(false);
     }
     _userDefaults.synchronize();
-    validateMenuItems();
+    _mainMenu.setEnabled(MainMenu::Command::Preferences, !isPrefsVisible());
     if (!QApplication::activeModalWidget()) {
         bringToFront(_mainWindow);
     }
@@ -171,10 +179,58 @@ void OTController::closeExclusionWindow()
     closeIfVisible(_exclusionWindow);
 }
 
-// That of the status item can be opened while a sheet is up.
 void OTController::validateMenuItems()
 {
     _mainMenu.setEnabled(MainMenu::Command::Preferences, !isPrefsVisible());
+    // Documents may have come or gone since.
+    const auto isThere = [](const QString &name) {
+        return !ProgramDocuments::path(name).isEmpty();
+    };
+    _mainMenu.setEnabled(
+        MainMenu::Command::Welcome, !isWelcomeVisible() && isThere(ProgramDocuments::welcome()));
+    _mainMenu.setEnabled(MainMenu::Command::UserGuide, isThere(ProgramDocuments::userGuide()));
+}
+
+void OTController::openWelcome()
+{
+    if (!_welcomeAssistant) {
+        const QString name = ProgramDocuments::welcome();
+        const QString path = ProgramDocuments::path(name);
+        auto document = path.isEmpty() ? nullptr : _desktop.pageRenderer().open(path);
+        if (!document) {
+            return;
+        }
+        _welcomeAssistant = std::make_unique<OTWelcomeAssistant>(
+            std::move(document), name, hotKeyChoice(), [this] { return hotKeyName(); });
+    }
+    if (!isWelcomeVisible()) {
+        _welcomeAssistant->present();
+    }
+    bringWelcomeToFront();
+}
+
+QString OTController::hotKeyName() const
+{
+    return Triggers::isHotKeyWanted() ? _triggers.hotKeyString() : QString();
+}
+
+bool OTController::isWelcomeVisible() const
+{
+    return _welcomeAssistant && _welcomeAssistant->isWindowVisible();
+}
+
+void OTController::closeWelcome()
+{
+    if (isWelcomeVisible()) {
+        _welcomeAssistant->close();
+    }
+}
+
+void OTController::bringWelcomeToFront()
+{
+    if (isWelcomeVisible()) {
+        _desktop.ownWindows().activate(*_welcomeAssistant->windowHandle(), {});
+    }
 }
 
 // What a question is about to be asked on.

@@ -61,6 +61,7 @@ public:
     void scanOnlyOwnApplications() const
     {
         run({ u"--defaults"_s, u"searchDirectories"_s, uR"([{"path":"~/apps"}])"_s });
+        run({ u"--defaults"_s, u"showWelcomeWindow"_s, u"no"_s });
     }
 
     void start(QProcess &process, const QStringList &arguments) const

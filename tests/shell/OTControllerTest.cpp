@@ -39,6 +39,7 @@ private Q_SLOTS:
         _alerts.clear();
         _answer = 0;
         save(guide(), "%PDF-1.4\n%%EOF\n");
+        save(_documents.filePath(u"Welcome to Ortu.pdf"_s), "%PDF-1.4\n%%EOF\n");
         ProgramDocuments::setFolder(_documents.path());
         _presenter =
             std::make_unique<Alerts::PresenterScope>([this](const Alert &alert, QWidget *) {
@@ -260,7 +261,7 @@ private Q_SLOTS:
         for (const QAction *action : _desktop->item.menu->actions()) {
             items += action->isSeparator() ? u'-' : u'x';
         }
-        QCOMPARE(items, u"x-xx-xxx-x"_s);
+        QCOMPARE(items, u"x-xx-xxxx-x"_s);
     }
 
     void theGuideOpens_whereItIsWhole()

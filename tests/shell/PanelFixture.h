@@ -199,6 +199,7 @@ protected:
         _dropStack.free();
         use(std::make_unique<PanelDesktop>());
         OTController::registerDefaults();
+        set("showWelcomeWindow", false);
     }
     void use(std::unique_ptr<PanelDesktop> desktop)
     {

@@ -7,6 +7,16 @@
 
 namespace ProgramDocuments {
 
+// The names of the documents there are.
+inline QString userGuide()
+{
+    return QStringLiteral("Ortu User Guide");
+}
+inline QString welcome()
+{
+    return QStringLiteral("Welcome to Ortu");
+}
+
 // The path of the document with this name, which has no suffix. Empty where it is missing,
 // unreadable or no whole PDF file; the log says so the first time.
 QString path(const QString &name);

@@ -6,8 +6,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-HotKeyPractice::HotKeyPractice(
-    const HotKeyChoice &hotKey, NameOfKey nameOfKey, QWidget *parent)
+HotKeyPractice::HotKeyPractice(const HotKeyChoice &hotKey, NameOfKey nameOfKey, QWidget *parent)
     : QWidget(parent)
     , _nameOfKey(std::move(nameOfKey))
     , _request(new QLabel)

@@ -5,15 +5,18 @@
 #include "support/UserDefaults.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <QShortcut>
 
 #include <algorithm>
 
 namespace {
 
 constexpr int firstStep = 1;
+// The share of its width that a page leaves free at each side.
+constexpr int PageMargin = 20;
 
 namespace Key {
 const QString showWelcomeWindow = QStringLiteral("showWelcomeWindow");
@@ -40,11 +43,12 @@ OTWelcomeAssistant::OTWelcomeAssistant(std::unique_ptr<PagedDocument> document,
     , _pdfView(new PageView(*_document))
     , _practice(new HotKeyPractice(hotKey, std::move(nameOfKey), _pdfView))
     , _stepLabel(new QLabel)
-    , _prevButton(new QPushButton(tr("&Previous")))
+    , _prevButton(new QPushButton(tr("Pre&vious")))
     , _nextButton(new QPushButton)
 {
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(pdfName);
+    _nextButton->setDefault(true);
     auto *const buttons = new QHBoxLayout;
     buttons->addWidget(_stepLabel, 1);
     buttons->addWidget(_prevButton);
@@ -57,6 +61,7 @@ OTWelcomeAssistant::OTWelcomeAssistant(std::unique_ptr<PagedDocument> document,
     all->addWidget(_pdfView);
     all->addLayout(buttons);
     placePractice();
+    addKeys();
     connect(_pdfView, &PageView::pageChanged, this, &OTWelcomeAssistant::updateStepNumberField);
     connect(_nextButton, &QPushButton::clicked, this, &OTWelcomeAssistant::showNextStep);
     connect(_prevButton, &QPushButton::clicked, this, &OTWelcomeAssistant::showPreviousStep);
@@ -68,7 +73,9 @@ OTWelcomeAssistant::~OTWelcomeAssistant() = default;
 void OTWelcomeAssistant::placePractice()
 {
     const int height = _practice->sizeHint().height();
-    _practice->setGeometry(0, _pdfView->height() - height, _pdfView->width(), height);
+    const int margin = _pdfView->width() / PageMargin;
+    _practice->setGeometry(QRect(0, _pdfView->height() - height, _pdfView->width(), height)
+                               .adjusted(margin, 0, -margin, 0));
 }
 
 void OTWelcomeAssistant::present()
@@ -78,6 +85,8 @@ void OTWelcomeAssistant::present()
     const int step = int(std::clamp<qint64>(last, firstStep, _lastStep));
     showStep(step == _lastStep && !isWanted() ? firstStep : step);
     _practice->begin();
+    adjustSize();
+    move(screen()->availableGeometry().center() - rect().center());
     show();
     _nextButton->setFocus();
 }
@@ -101,7 +110,6 @@ void OTWelcomeAssistant::updateStepNumberField()
     _nextButton->setText(step == _lastStep ? tr("&Close") : tr("&Next"));
     _prevButton->setEnabled(step > firstStep);
     _practice->setVisible(step == HotKeyStep);
-    _nextButton->setDefault(true);
 }
 
 void OTWelcomeAssistant::showNextStep()
@@ -130,24 +138,15 @@ bool OTWelcomeAssistant::takeHotKey()
     return isAsked;
 }
 
-void OTWelcomeAssistant::keyPressEvent(QKeyEvent *event)
+// Escape closes any dialog, and Return presses the button for the next step.
+void OTWelcomeAssistant::addKeys()
 {
-    switch (event->key()) {
-    case Qt::Key_Escape:
-    case Qt::Key_Delete:
-        close();
-        break;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Right:
-    case Qt::Key_PageDown:
-        showNextStep();
-        break;
-    case Qt::Key_Left:
-    case Qt::Key_PageUp:
-        showPreviousStep();
-        break;
-    default:
-        QWidget::keyPressEvent(event);
-    }
+    const auto add = [this](Qt::Key key, auto action) {
+        connect(new QShortcut(key, this), &QShortcut::activated, this, action);
+    };
+    add(Qt::Key_Right, &OTWelcomeAssistant::showNextStep);
+    add(Qt::Key_PageDown, &OTWelcomeAssistant::showNextStep);
+    add(Qt::Key_Left, &OTWelcomeAssistant::showPreviousStep);
+    add(Qt::Key_PageUp, &OTWelcomeAssistant::showPreviousStep);
+    add(Qt::Key_Delete, &QDialog::reject);
 }

@@ -5,7 +5,7 @@
 
 #include "shell/welcome/HotKeyPractice.h"
 
-#include <QWidget>
+#include <QDialog>
 
 #include <memory>
 
@@ -14,7 +14,7 @@ class PageView;
 class QLabel;
 class QPushButton;
 
-class OTWelcomeAssistant final : public QWidget
+class OTWelcomeAssistant final : public QDialog
 {
     Q_OBJECT
 
@@ -42,14 +42,12 @@ public:
     void showNextStep();
     void showPreviousStep();
 
-    // To be called when the hot key is pressed. True when the tour has asked for that, so that it is
-    // to do nothing else.
+    // To be called when the hot key is pressed. True when the tour has asked for that, so that it
+    // is to do nothing else.
     bool takeHotKey();
 
-protected:
-    void keyPressEvent(QKeyEvent *event) override;
-
 private:
+    void addKeys();
     void updateStepNumberField();
     void placePractice();
 

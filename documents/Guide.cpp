@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextCursor>
+#include <QTextLayout>
 #include <QTextTable>
 
 namespace {
@@ -21,6 +22,13 @@ constexpr double sideMargin = 62; // points
 constexpr double topMargin = 60;
 constexpr double bottomMargin = 72;
 constexpr int dotsPerInch = 600;
+// A paragraph of so many lines is not torn apart.
+constexpr int fewLines = 3;
+// Of two in a table, in percent.
+constexpr double firstColumn = 40;
+
+// Of layouts until the pages stay as they are.
+constexpr int mostRounds = 100;
 
 const QColor headingColor(0x1f, 0x3b, 0x57);
 const QColor ruleColor(0xc9, 0xd3, 0xdd);
@@ -73,6 +81,119 @@ QTextBlockFormat blockFormat(const QTextBlock &block)
     return format;
 }
 
+struct Range
+{
+    int position;
+    int length;
+    QTextCharFormat format;
+};
+
+// Collected before they are changed, which moves their limits.
+QList<Range> rangesOf(const QTextBlock &block)
+{
+    QList<Range> ranges;
+    for (auto it = block.begin(); !it.atEnd(); ++it) {
+        const QTextFragment fragment = it.fragment();
+        ranges.append({ fragment.position(), fragment.length(), fragment.charFormat() });
+    }
+    return ranges;
+}
+
+void setFormat(QTextDocument &text, const Range &range)
+{
+    QTextCursor cursor(&text);
+    cursor.setPosition(range.position);
+    cursor.setPosition(range.position + range.length, QTextCursor::KeepAnchor);
+    cursor.setCharFormat(range.format);
+}
+
+void setStyle(QTextDocument &text)
+{
+    for (QTextBlock block = text.begin(); block.isValid(); block = block.next()) {
+        QTextCursor(block).setBlockFormat(blockFormat(block));
+        const int level = block.blockFormat().headingLevel();
+        const QList<Range> ranges = rangesOf(block);
+        for (Range range : ranges) {
+            const bool isCode = range.format.fontFixedPitch();
+            range.format.setFontFamilies(
+                { isCode ? QStringLiteral("DejaVu Sans Mono") : QStringLiteral("DejaVu Sans") });
+            range.format.clearProperty(QTextFormat::FontSizeAdjustment);
+            range.format.setFontPointSize(fontSize(level) - (isCode ? 0.5 : 0));
+            if (level > 0) {
+                range.format.setForeground(headingColor);
+            }
+            setFormat(text, range);
+        }
+    }
+}
+
+QList<QTextTable *> tablesOf(const QTextDocument &text)
+{
+    QList<QTextTable *> tables;
+    for (QTextFrame *const frame : text.rootFrame()->childFrames()) {
+        if (auto *const table = qobject_cast<QTextTable *>(frame)) {
+            tables.append(table);
+        }
+    }
+    return tables;
+}
+
+QTextTableCellFormat cellFormat(bool isHeading)
+{
+    QTextTableCellFormat format;
+    format.setBottomBorder(1);
+    format.setBottomBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+    format.setBottomBorderBrush(isHeading ? headingColor : ruleColor);
+    format.setTopPadding(3 * pixelsPerPoint);
+    format.setBottomPadding(3 * pixelsPerPoint);
+    format.setRightPadding(8 * pixelsPerPoint);
+    return format;
+}
+
+void setTableStyle(const QTextDocument &text)
+{
+    const QList<QTextTable *> tables = tablesOf(text);
+    for (QTextTable *const table : tables) {
+        QTextTableFormat format = table->format();
+        format.setBorderCollapse(true);
+        format.setBorder(0);
+        format.setCellPadding(0);
+        format.setCellSpacing(0);
+        format.setTopMargin(4 * pixelsPerPoint);
+        format.setBottomMargin(10 * pixelsPerPoint);
+        format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
+        format.setColumnWidthConstraints({ QTextLength(QTextLength::PercentageLength, firstColumn),
+            QTextLength(QTextLength::PercentageLength, 100 - firstColumn) });
+        table->setFormat(format);
+        for (int row = 0; row < table->rows(); ++row) {
+            for (int column = 0; column < table->columns(); ++column) {
+                QTextTableCell cell = table->cellAt(row, column);
+                cell.setFormat(cellFormat(row == 0));
+                QTextCursor cursor = cell.firstCursorPosition();
+                QTextBlockFormat blockFormat = cursor.blockFormat();
+                blockFormat.setBottomMargin(0);
+                cursor.setBlockFormat(blockFormat);
+            }
+        }
+    }
+}
+
+void breakBefore(QTextDocument &text, const QSet<int> &blocks)
+{
+    for (const int number : blocks) {
+        QTextCursor cursor(text.findBlockByNumber(number));
+        if (QTextTable *const table = cursor.currentTable()) {
+            QTextTableFormat format = table->format();
+            format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+            table->setFormat(format);
+        } else {
+            QTextBlockFormat format = cursor.blockFormat();
+            format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+            cursor.setBlockFormat(format);
+        }
+    }
+}
+
 } // namespace
 
 Guide::Guide(const QStringList &sources)
@@ -89,79 +210,73 @@ bool Guide::write(QPdfWriter &writer)
     if (!read()) {
         return false;
     }
-    setStyle();
-    setTableStyle();
-    _text.documentLayout()->setPaintDevice(&writer);
-    _text.setPageSize(_area);
-    if (!sizePictures()) {
-        return false;
+    // The list of contents takes its room before its pages are known, and each heading that goes to
+    // the next page moves what follows.
+    Pages pages;
+    for (int round = 0; round < mostRounds; ++round) {
+        const std::unique_ptr<QTextDocument> text = laidOut(writer, pages);
+        if (!text) {
+            return false;
+        }
+        const Pages found = pagesOf(*text, pages);
+        if (found == pages) {
+            paint(*text, writer);
+            return true;
+        }
+        pages = found;
     }
-    // The list of contents takes its room before the pages are known.
-    fillContents();
-    keepHeadingsWithText();
-    fillContents();
-    paint(writer);
-    return true;
+    qWarning("the pages do not settle");
+    return false;
 }
 
 bool Guide::read()
 {
-    QString markdown;
     for (const QString &source : _sources) {
         QFile file(source);
         if (!file.open(QIODevice::ReadOnly)) {
             qWarning().noquote() << "cannot read" << source + ":" << file.errorString();
             return false;
         }
-        markdown += QString::fromUtf8(file.readAll()) + QStringLiteral("\n\n");
+        _markdown += QString::fromUtf8(file.readAll()) + QStringLiteral("\n\n");
     }
-    _text.setDocumentMargin(0);
-    _text.setUseDesignMetrics(true);
-    _text.setDefaultFont(QFont(QStringLiteral("DejaVu Sans"), 10));
-    _text.setBaseUrl(QUrl::fromLocalFile(QFileInfo(_sources.value(0)).absolutePath() + u'/'));
-    _text.setMarkdown(markdown);
     return true;
 }
 
-void Guide::setStyle()
+std::unique_ptr<QTextDocument> Guide::laidOut(QPdfWriter &writer, const Pages &pages) const
 {
-    for (QTextBlock block = _text.begin(); block.isValid(); block = block.next()) {
-        QTextCursor cursor(block);
-        cursor.setBlockFormat(blockFormat(block));
-        const int level = block.blockFormat().headingLevel();
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFragment fragment = it.fragment();
-            QTextCharFormat format = fragment.charFormat();
-            const bool isCode = format.fontFixedPitch();
-            const QString family =
-                isCode ? QStringLiteral("DejaVu Sans Mono") : QStringLiteral("DejaVu Sans");
-            format.setFontFamilies({ family });
-            format.clearProperty(QTextFormat::FontSizeAdjustment);
-            format.setFontPointSize(fontSize(level) - (isCode ? 0.5 : 0));
-            if (level > 0) {
-                format.setForeground(headingColor);
-            }
-            cursor.setPosition(fragment.position());
-            cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
-            cursor.setCharFormat(format);
-        }
+    auto text = std::make_unique<QTextDocument>();
+    text->setDocumentMargin(0);
+    text->setUseDesignMetrics(true);
+    text->setIndentWidth(20 * pixelsPerPoint);
+    text->setDefaultFont(QFont(QStringLiteral("DejaVu Sans"), 10));
+    text->setBaseUrl(QUrl::fromLocalFile(QFileInfo(_sources.value(0)).absolutePath() + u'/'));
+    text->setMarkdown(_markdown);
+    setStyle(*text);
+    setTableStyle(*text);
+    if (!sizePictures(*text)) {
+        return nullptr;
     }
+    breakBefore(*text, pages.breaks);
+    fillContents(*text, pages.contents);
+    text->documentLayout()->setPaintDevice(&writer);
+    text->setPageSize(_area);
+    return text;
 }
 
-bool Guide::sizePictures()
+bool Guide::sizePictures(QTextDocument &text) const
 {
     const double widest = _area.width() * 96 / dotsPerInch;
-    for (QTextBlock block = _text.begin(); block.isValid(); block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFragment fragment = it.fragment();
-            if (!fragment.charFormat().isImageFormat()) {
+    for (QTextBlock block = text.begin(); block.isValid(); block = block.next()) {
+        const QList<Range> ranges = rangesOf(block);
+        for (const Range &range : ranges) {
+            if (!range.format.isImageFormat()) {
                 continue;
             }
-            QTextImageFormat format = fragment.charFormat().toImageFormat();
-            const QUrl url = _text.baseUrl().resolved(QUrl(format.name()));
-            const QImage picture(url.toLocalFile());
+            QTextImageFormat format = range.format.toImageFormat();
+            const QString path = text.baseUrl().resolved(QUrl(format.name())).toLocalFile();
+            const QImage picture(path);
             if (picture.isNull()) {
-                qWarning().noquote() << "cannot read" << url.toLocalFile();
+                qWarning().noquote() << "cannot read" << path;
                 return false;
             }
             QSizeF size = QSizeF(picture.size()) * pictureScale;
@@ -171,105 +286,104 @@ bool Guide::sizePictures()
             }
             format.setWidth(size.width());
             format.setHeight(size.height());
-            QTextCursor cursor(&_text);
-            cursor.setPosition(fragment.position());
-            cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
-            cursor.setCharFormat(format);
+            setFormat(text, { range.position, range.length, format });
             QTextBlockFormat blockFormat = block.blockFormat();
             blockFormat.setAlignment(Qt::AlignHCenter);
             blockFormat.setLineHeight(0, QTextBlockFormat::SingleHeight);
-            cursor.setBlockFormat(blockFormat);
-            // The iterator does not outlive the change.
-            break;
+            QTextCursor(block).setBlockFormat(blockFormat);
         }
     }
     return true;
 }
 
-void Guide::setTableStyle()
+void Guide::fillContents(QTextDocument &text, const QStringList &lines) const
 {
-    for (QTextFrame *const frame : _text.rootFrame()->childFrames()) {
-        auto *const table = qobject_cast<QTextTable *>(frame);
-        if (table == nullptr) {
-            continue;
+    const QTextCursor mark = text.find(contentsMark);
+    if (mark.isNull()) {
+        return;
+    }
+    QTextOption::Tab tab;
+    tab.position = _area.width() * 96 / dotsPerInch;
+    tab.type = QTextOption::RightTab;
+    QTextCursor cursor(mark);
+    QTextBlockFormat format = cursor.blockFormat();
+    format.setTabPositions({ tab });
+    format.setBottomMargin(0);
+    format.setLineHeight(150, QTextBlockFormat::ProportionalHeight);
+    cursor.setBlockFormat(format);
+    cursor.removeSelectedText();
+    for (const QString &line : lines) {
+        if (line != lines.constFirst()) {
+            cursor.insertBlock();
         }
-        QTextTableFormat format = table->format();
-        format.setBorderCollapse(true);
-        format.setBorder(0.5);
-        format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
-        format.setBorderBrush(ruleColor);
-        format.setCellPadding(4 * pixelsPerPoint);
-        format.setCellSpacing(0);
-        format.setBottomMargin(9 * pixelsPerPoint);
-        format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
-        table->setFormat(format);
-        for (int row = 0; row < table->rows(); ++row) {
-            for (int column = 0; column < table->columns(); ++column) {
-                QTextCursor cursor = table->cellAt(row, column).firstCursorPosition();
-                QTextBlockFormat cellFormat = cursor.blockFormat();
-                cellFormat.setBottomMargin(0);
-                cursor.setBlockFormat(cellFormat);
-            }
+        cursor.insertText(line);
+    }
+}
+
+// Numbers of blocks are those of the document without its list of contents.
+Guide::Pages Guide::pagesOf(const QTextDocument &text, const Pages &asked) const
+{
+    Pages pages { .contents = {}, .breaks = asked.breaks };
+    for (QTextBlock block = text.begin(); block.isValid(); block = block.next()) {
+        const int level = block.blockFormat().headingLevel();
+        if (level == 2) {
+            pages.contents += block.text() + u'\t' + QString::number(pageOf(block) + 1);
         }
     }
+    // Without the list of contents, everything is on another page.
+    if (pages.contents.size() != asked.contents.size()) {
+        return pages;
+    }
+    if (const QTextBlock torn = firstTorn(text); torn.isValid()) {
+        const int listLength = qMax(int(asked.contents.size()), 1) - 1;
+        pages.breaks.insert(torn.blockNumber() - listLength);
+    }
+    return pages;
+}
+
+// The first alone, since what follows moves with it.
+QTextBlock Guide::firstTorn(const QTextDocument &text) const
+{
+    QTextBlock block = text.begin();
+    while (block.isValid() && !isTorn(block)) {
+        block = block.next();
+    }
+    const QTextBlock before = block.previous();
+    return before.isValid() && before.blockFormat().headingLevel() > 0 ? before : block;
+}
+
+bool Guide::isTorn(const QTextBlock &block) const
+{
+    const QTextBlock next = block.next();
+    if (block.blockFormat().headingLevel() > 0) {
+        return next.isValid() && pageOf(next) != pageOf(block);
+    }
+    if (const QTextTable *const table = QTextCursor(block).currentTable()) {
+        return block == table->firstCursorPosition().block()
+            && pageOf(block) != pageOf(table->lastCursorPosition().block());
+    }
+    const int lines = block.layout()->lineCount();
+    return lines > 1 && lines <= fewLines && firstPageOf(block) != pageOf(block);
 }
 
 int Guide::pageOf(const QTextBlock &block) const
 {
-    const QRectF place = _text.documentLayout()->blockBoundingRect(block);
-    return int((place.top() + 1) / _area.height());
+    const QRectF place = block.document()->documentLayout()->blockBoundingRect(block);
+    // Its margin may hang over the end of the page before.
+    return int((place.bottom() - 1) / _area.height());
 }
 
-// The first call replaces the mark, each later one the list that is there.
-void Guide::fillContents()
+int Guide::firstPageOf(const QTextBlock &block) const
 {
-    QTextBlock mark = _text.begin();
-    while (mark.isValid() && mark.text() != contentsMark
-        && mark.userState() != int(contentsMark.size())) {
-        mark = mark.next();
-    }
-    if (!mark.isValid()) {
-        return;
-    }
-    QStringList lines;
-    for (QTextBlock block = _text.begin(); block.isValid(); block = block.next()) {
-        if (block.blockFormat().headingLevel() == 2) {
-            lines += block.text() + u'\t' + QString::number(pageOf(block) + 1);
-        }
-    }
-    QTextBlockFormat format = mark.blockFormat();
-    QTextOption::Tab tab;
-    tab.position = _area.width() * 96 / dotsPerInch;
-    tab.type = QTextOption::RightTab;
-    format.setTabPositions({ tab });
-    format.setLineHeight(150, QTextBlockFormat::ProportionalHeight);
-    QTextCursor cursor(mark);
-    cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
-    cursor.insertText(lines.join(QChar::LineSeparator));
-    cursor.setBlockFormat(format);
-    cursor.block().setUserState(int(contentsMark.size()));
+    const QTextLayout &layout = *block.layout();
+    return int((layout.position().y() + layout.lineAt(0).rect().bottom() - 1) / _area.height());
 }
 
-// A heading at the foot of a page goes to the next one, and so does a line that announces a picture
-// or a table which no longer fits.
-void Guide::keepHeadingsWithText()
-{
-    for (QTextBlock block = _text.begin(); block.isValid(); block = block.next()) {
-        const QTextBlock next = block.next();
-        if (block.blockFormat().headingLevel() > 0 && next.isValid()
-            && pageOf(next) != pageOf(block)) {
-            QTextBlockFormat format = block.blockFormat();
-            format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
-            QTextCursor(block).setBlockFormat(format);
-        }
-    }
-}
-
-void Guide::paint(QPdfWriter &writer) const
+void Guide::paint(const QTextDocument &text, QPdfWriter &writer) const
 {
     QPainter painter(&writer);
     painter.setRenderHint(QPainter::LosslessImageRendering);
-    const int pages = _text.pageCount();
+    const int pages = text.pageCount();
     for (int page = 0; page < pages; ++page) {
         if (page > 0) {
             writer.newPage();
@@ -279,8 +393,9 @@ void Guide::paint(QPdfWriter &writer) const
         context.clip = QRectF(QPointF(0, page * _area.height()), _area);
         painter.save();
         painter.translate(toDots(sideMargin), toDots(topMargin) - page * _area.height());
-        painter.setClipRect(context.clip);
-        _text.documentLayout()->draw(&painter, context);
+        // A picture at the top of the next page reaches over a little.
+        painter.setClipRect(context.clip.adjusted(0, 0, 0, -toDots(2)));
+        text.documentLayout()->draw(&painter, context);
         painter.restore();
 
         painter.setFont(footerFont());

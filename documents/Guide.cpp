@@ -12,6 +12,8 @@
 #include <QTextLayout>
 #include <QTextTable>
 
+#include <utility>
+
 namespace {
 
 // Formats of a text document count in pixels of 96 an inch, whatever device it is painted on.
@@ -196,8 +198,8 @@ void breakBefore(QTextDocument &text, const QSet<int> &blocks)
 
 } // namespace
 
-Guide::Guide(const QStringList &sources)
-    : _sources(sources)
+Guide::Guide(QStringList sources)
+    : _sources(std::move(sources))
 { }
 
 bool Guide::write(QPdfWriter &writer)

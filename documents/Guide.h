@@ -19,7 +19,7 @@ class Guide final
 public:
     // The sources are read one after the other; names of pictures count from the folder of the
     // first.
-    explicit Guide(const QStringList &sources);
+    explicit Guide(QStringList sources);
 
     // False when a source or a picture cannot be read, or the writer cannot write; the reason is in
     // the log.

@@ -10,13 +10,15 @@
 #include <QString>
 #include <QStringList>
 
+#include <utility>
+
 class QPainter;
 
 class Slides final
 {
 public:
-    explicit Slides(const QStringList &sources)
-        : _sources(sources)
+    explicit Slides(QStringList sources)
+        : _sources(std::move(sources))
     { }
 
     // False when a source or a picture cannot be read, or a page holds more text than fits; the

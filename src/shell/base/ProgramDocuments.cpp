@@ -67,7 +67,7 @@ QString ProgramDocuments::path(const QString &name)
         if (!file.isFile()) {
             continue;
         }
-        const QString path = file.canonicalFilePath();
+        QString path = file.canonicalFilePath();
         const QString problem = problemWith(path);
         if (problem.isEmpty()) {
             return path;

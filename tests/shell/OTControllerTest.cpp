@@ -1,7 +1,7 @@
 #include "shell/OTNSAppSubclass.h"
 #include "shell/PanelFixture.h"
-#include "shell/preferences/PreferencesWindow.h"
 #include "shell/base/ProgramDocuments.h"
+#include "shell/preferences/PreferencesWindow.h"
 #include "shell/selector/OTIconOverlayView.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"

@@ -1,8 +1,8 @@
 // The one memory of desktop entries: each file is read once for as long as it stays the same.
 //
-// Files are looked at again only after willScan() or lookAgainAt(); until then an entry stands as it was first read,
-// also when its file has gone. An entry that is not asked for between two of these calls is
-// forgotten. May be used from any thread.
+// Files are looked at again only after willScan() or lookAgainAt(); until then an entry stands as
+// it was first read, also when its file has gone. An entry that is not asked for between two of
+// these calls is forgotten. May be used from any thread.
 
 #pragma once
 

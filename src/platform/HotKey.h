@@ -30,12 +30,19 @@ public:
     using QObject::QObject;
 
     // Takes the key, and lets go of the one before in any case. Returns why it cannot be had, in a
-    // few words for people; empty when it was taken. Logs nothing.
+    // few words for people; empty when it was taken, or when that is still to be decided:
+    // registrationChanged() then tells of a refusal. Logs nothing.
     virtual QString registerKey(const HotKeyCombination & /*combination*/)
     {
         return tr("this desktop offers no hot keys");
     }
     virtual void unregisterKey() { }
+    // How the user binds a key to the program in the settings of the desktop, as a sentence; empty
+    // where that is no better than another key.
+    virtual QString settingsAdvice() const
+    {
+        return tr("Bind the command \"ortu --toggle\" to a key in the settings of your desktop.");
+    }
     // The names of a key's place, any of which a combination may use, by the native scan code of a
     // key event. None where the desktop cannot tell.
     virtual QStringList namesOfKey(quint32 /*nativeScanCode*/) const { return {}; }

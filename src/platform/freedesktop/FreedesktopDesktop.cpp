@@ -8,6 +8,7 @@
 #include "platform/freedesktop/base/SessionFolders.h"
 #include "platform/freedesktop/bus/BusInstance.h"
 #include "platform/freedesktop/bus/LauncherProgress.h"
+#include "platform/freedesktop/bus/PortalHotKey.h"
 #include "platform/freedesktop/entries/DesktopEntryIndex.h"
 #include "platform/freedesktop/entries/FreedesktopDocuments.h"
 #include "platform/freedesktop/entries/FreedesktopItems.h"
@@ -77,7 +78,7 @@ public:
     HotKey &hotKey() override
     {
         if (!_hotKey) {
-            _hotKey = std::make_unique<XHotKey>();
+            _hotKey = makeHotKey();
         }
         return *_hotKey;
     }
@@ -137,6 +138,16 @@ private:
         }
         return *_keyboard;
     }
+    // A grab on the X server of a Wayland session holds only while one of its windows has the
+    // keyboard.
+    std::unique_ptr<HotKey> makeHotKey()
+    {
+        if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+            return std::make_unique<XHotKey>();
+        }
+        return std::make_unique<PortalHotKey>(SessionFolders::currentDesktops(),
+            [this](quint32 scanCode) { return keyboard().namesOf(scanCode); });
+    }
     RunningWindows &windows()
     {
         if (!_windows) {
@@ -173,7 +184,7 @@ private:
     std::unique_ptr<WindowControl> _control;
     std::unique_ptr<XOwnWindows> _ownWindows;
     std::unique_ptr<XKeyboard> _keyboard;
-    std::unique_ptr<XHotKey> _hotKey;
+    std::unique_ptr<HotKey> _hotKey;
     std::unique_ptr<XModifierTap> _modifierTap;
     std::unique_ptr<XHotSpot> _hotSpot;
     std::unique_ptr<XDragWatch> _dragWatch;

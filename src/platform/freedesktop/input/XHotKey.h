@@ -18,6 +18,7 @@ public:
 
     QString registerKey(const HotKeyCombination &combination) override;
     void unregisterKey() override;
+    QString settingsAdvice() const override { return {}; }
     QStringList namesOfKey(quint32 nativeScanCode) const override;
     void handKeysTo(const QWindow &window) override;
 

@@ -89,9 +89,6 @@ QString XHotKeyGrab::take(const HotKeyCombination &combination)
     if (!_keyboard.connection().isOpen()) {
         return tr("there is no X display");
     }
-    if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) {
-        return tr("Wayland gives no program such a key");
-    }
     if (!_keyboard.isUsable()) {
         return tr("this display does not name its keys");
     }

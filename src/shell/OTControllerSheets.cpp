@@ -68,6 +68,7 @@ HotKeyChoice OTController::hotKeyChoice()
         .choose = [this](int code, int modifiers) { setHotKey(code, modifiers); },
         .problem = [this] { return _triggers.hotKeyProblem(); },
         .namesOfKey = [this](quint32 scanCode) { return _desktop.hotKey().namesOfKey(scanCode); },
+        .advice = [this] { return _triggers.hotKeyAdvice(); },
     };
 }
 

@@ -113,7 +113,11 @@ private Q_SLOTS:
         expectWarning(u"^no hot key: another program"_s);
         hotKey->findChild<QCheckBox *>()->click();
         QCOMPARE(_defaults->integerForKey(u"hotKeyModifiers"_s), 0);
-        QVERIFY(hotKey->findChild<QLabel *>()->text().contains(u"another program"));
+        const auto *const problem = hotKey->findChild<QLabel *>();
+        QVERIFY(problem->text().contains(u"another program"));
+        QVERIFY(problem->text().contains(u"ortu --toggle"));
+        Q_EMIT _desktop->key.registrationChanged({});
+        QCOMPARE(problem->text(), QString());
         _controller->closePrefs();
         // Losing the focus closes both.
         _controller->openPrefs();

@@ -89,7 +89,8 @@ void HotKeyControl::showProblem()
     const QString problem = _choice.problem();
     const UserDefaults &defaults = UserDefaults::standard();
     if (!problem.isEmpty()) {
-        _problem->setText(tr("No key summons Ortu: %1.").arg(problem));
+        const QString text = tr("No key summons Ortu: %1.").arg(problem);
+        _problem->setText((text + QLatin1Char(' ') + _choice.advice()).trimmed());
     } else if (KeyTable().isTaken(int(defaults.integerForKey(TriggerKeys::hotKeyCode)),
                    int(defaults.integerForKey(TriggerKeys::hotKeyModifiers)))) {
         _problem->setText(tr("Without Control or the like, this key reaches no other program."));

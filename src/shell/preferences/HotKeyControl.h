@@ -24,6 +24,8 @@ struct HotKeyChoice
     std::function<QString()> problem;
     // The names of the place of a key that is pressed, by its native scan code.
     std::function<QStringList(quint32 nativeScanCode)> namesOfKey;
+    // What the user can do about the problem outside the program, as a sentence; empty for nothing.
+    std::function<QString()> advice = [] { return QString(); };
 };
 
 class HotKeyControl final : public QWidget

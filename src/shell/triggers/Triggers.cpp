@@ -83,7 +83,7 @@ void Triggers::registerHotKey()
     HotKey &hotKey = _desktop.hotKey();
     if (!isHotKeyWanted()) {
         hotKey.unregisterKey();
-        _hotKeyProblem = tr("no hot key is chosen");
+        setHotKeyProblem(tr("no hot key is chosen"));
         return;
     }
     const auto combination = KeyTable().combination(
@@ -95,13 +95,19 @@ void Triggers::registerHotKey()
                                   : tr("the chosen key is not in the table of keys"));
 }
 
+bool Triggers::setHotKeyProblem(const QString &problem)
+{
+    if (problem == _hotKeyProblem) {
+        return false;
+    }
+    _hotKeyProblem = problem;
+    Q_EMIT hotKeyProblemChanged();
+    return true;
+}
+
 void Triggers::takeHotKeyProblem(const QString &whyNot)
 {
-    const bool isNews = whyNot != _hotKeyProblem;
-    _hotKeyProblem = whyNot;
-    if (isNews) {
-        Q_EMIT hotKeyProblemChanged();
-    }
+    const bool isNews = setHotKeyProblem(whyNot);
     if (whyNot.isEmpty()) {
         return;
     }
@@ -127,6 +133,12 @@ QString Triggers::hotKeyString() const
 {
     return KeyTable().hotKeyString(
         number(TriggerKeys::hotKeyCode), number(TriggerKeys::hotKeyModifiers));
+}
+
+QString Triggers::hotKeyAdvice() const
+{
+    const bool isMissed = isHotKeyWanted() && !_hotKeyProblem.isEmpty();
+    return isMissed ? _desktop.hotKey().settingsAdvice() : QString();
 }
 
 bool Triggers::isHotKeyWanted()

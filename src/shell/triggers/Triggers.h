@@ -44,6 +44,8 @@ public:
     QString hotKeyString() const;
     // Why there is none; empty while there is one.
     const QString &hotKeyProblem() const { return _hotKeyProblem; }
+    // What the user can do about that in the desktop's settings, as a sentence; empty for nothing.
+    QString hotKeyAdvice() const;
     // Whether a key is chosen, and whether a corner is.
     static bool isHotKeyWanted();
     static bool isHotSpotWanted();
@@ -59,11 +61,14 @@ public:
 
 Q_SIGNALS:
     void hotKeyStringChanged();
+    // There is another problem, or none any more.
     void hotKeyProblemChanged();
     void statusItemShownChanged();
 
 private:
     void preferenceDidChange(const QString &key);
+    // Whether it is news.
+    bool setHotKeyProblem(const QString &problem);
     void takeHotKeyProblem(const QString &whyNot);
     void applicationDidChangeScreenParameters();
     void watchPrimaryScreen();

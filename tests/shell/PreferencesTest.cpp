@@ -117,7 +117,7 @@ private Q_SLOTS:
         QVERIFY(problem->text().contains(u"another program"));
         QVERIFY(problem->text().contains(u"ortu --toggle"));
         Q_EMIT _desktop->key.registrationChanged({});
-        QCOMPARE(problem->text(), QString());
+        QVERIFY(!problem->text().contains(u"another program"));
         _controller->closePrefs();
         // Losing the focus closes both.
         _controller->openPrefs();

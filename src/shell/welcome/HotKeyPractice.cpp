@@ -14,7 +14,7 @@ HotKeyPractice::HotKeyPractice(const HotKeyChoice &hotKey, NameOfKey nameOfKey, 
     _request->setAlignment(Qt::AlignCenter);
     auto *const layout = new QVBoxLayout(this);
     layout->addWidget(_request);
-    layout->addWidget(new HotKeyControl(hotKey));
+    layout->addWidget(new HotKeyControl(hotKey), 1);
     connect(&UserDefaults::standard(), &UserDefaults::changed, this, [this](const QString &key) {
         if (key == TriggerKeys::hotKeyCode || key == TriggerKeys::hotKeyModifiers) {
             begin();

@@ -17,6 +17,8 @@ namespace {
 constexpr int firstStep = 1;
 // The share of its width that a page leaves free at each side.
 constexpr int PageMargin = 20;
+// The part at the foot of its page that is left to the hot key.
+constexpr double FreeShare = 90.0 / 320;
 
 namespace Key {
 const QString showWelcomeWindow = QStringLiteral("showWelcomeWindow");
@@ -72,7 +74,8 @@ OTWelcomeAssistant::~OTWelcomeAssistant() = default;
 // Where the page leaves room for it.
 void OTWelcomeAssistant::placePractice()
 {
-    const int height = _practice->sizeHint().height();
+    const int height =
+        std::max(_practice->sizeHint().height(), int(_pdfView->height() * FreeShare));
     const int margin = _pdfView->width() / PageMargin;
     _practice->setGeometry(QRect(0, _pdfView->height() - height, _pdfView->width(), height)
                                .adjusted(margin, 0, -margin, 0));

@@ -2,16 +2,9 @@
 // would be without the bubble, the pointer's way from icon to icon repaints two cells and two
 // names, and a step of the fade repaints the bubble alone.
 
+#include "ShownPanel.h"
 #include "ThemedHome.h"
-#include "catalogue/OTAppManager.h"
-#include "catalogue/files/ScanFolders.h"
-#include "grid/OTIconView.h"
-#include "icons/IconLoader.h"
-#include "platform/freedesktop/FreedesktopDesktop.h"
-#include "shell/OTController.h"
-#include "shell/panel/OTWindow.h"
 #include "shell/selector/OTIconOverlayView.h"
-#include "support/UserDefaults.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -23,7 +16,6 @@
 namespace {
 
 constexpr int EntryCount = 200;
-constexpr QSizeF LargestGrid(1248, 768);
 
 // What was asked to be painted of a widget, in pixels.
 class PaintedArea : public QObject
@@ -41,40 +33,17 @@ public:
     }
 };
 
-void settle()
+struct WatchedPanel final : ShownPanel
 {
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents();
-}
-
-class ShownPanel final
-{
-public:
-    ShownPanel()
+    WatchedPanel()
+        : ShownPanel(IncludedGroup)
     {
-        OTAppManager::registerDefaults();
-        OTIconView::registerDefaults();
-        OTController::registerDefaults();
-        ScanFolders::registerDefaults(UserDefaults::standard(), desktop->searchPaths());
-        manager = std::make_unique<OTAppManager>(*desktop, OTAppManager::Use::Preview);
-        manager->rescanAllAppsPrioritizingGroup(IncludedGroup);
-        panel = std::make_unique<OTWindow>(*manager, *desktop, LargestGrid);
-        panel->iconView().setGroupToShow(IncludedGroup);
         panel->overlay().installEventFilter(&painted);
-        panel->QWidget::show();
-        do {
-            QCoreApplication::processEvents();
-        } while (IconLoader::sharedIconLoader().pendingCount() > 0);
-        settle();
     }
-
     PaintedArea painted;
-    std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
-    std::unique_ptr<OTAppManager> manager;
-    std::unique_ptr<OTWindow> panel;
 };
 
-std::unique_ptr<ShownPanel> shown;
+std::unique_ptr<WatchedPanel> shown;
 
 // Of the whole panel, since the grid is drawn anew.
 void typeKey(benchmark::State &state)
@@ -157,7 +126,7 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     UserDefaults defaults;
     UserDefaults::setStandard(&defaults);
-    shown = std::make_unique<ShownPanel>();
+    shown = std::make_unique<WatchedPanel>();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     shown.reset();

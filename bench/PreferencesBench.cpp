@@ -1,16 +1,9 @@
 // The promises about the preferences: painted within 60 ms of the command, and a slider that is
 // dragged over a panel of 300 icons waits for no repaint longer than 16 ms.
 
+#include "ShownPanel.h"
 #include "ThemedHome.h"
-#include "catalogue/OTAppManager.h"
-#include "catalogue/files/ScanFolders.h"
-#include "grid/OTIconView.h"
-#include "icons/IconLoader.h"
-#include "platform/freedesktop/FreedesktopDesktop.h"
-#include "shell/OTController.h"
-#include "shell/panel/OTWindow.h"
 #include "shell/preferences/PreferencesWindow.h"
-#include "support/UserDefaults.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -25,50 +18,16 @@
 namespace {
 
 constexpr int EntryCount = 300;
-constexpr QSizeF LargestGrid(1248, 768);
-
-void settle()
-{
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents();
-}
-
-class ShownPanel final
-{
-public:
-    ShownPanel()
-    {
-        OTAppManager::registerDefaults();
-        OTIconView::registerDefaults();
-        OTController::registerDefaults();
-        ScanFolders::registerDefaults(UserDefaults::standard(), desktop->searchPaths());
-        manager = std::make_unique<OTAppManager>(*desktop, OTAppManager::Use::Preview);
-        manager->rescanAllAppsPrioritizingGroup(All1DGroup);
-        panel = std::make_unique<OTWindow>(*manager, *desktop, LargestGrid);
-        panel->iconView().setGroupToShow(All1DGroup);
-        panel->show({});
-        waitForIcons();
-    }
-    std::unique_ptr<PreferencesWindow> makePreferences() const
-    {
-        const HotKeyChoice noHotKey { [](int, int) {}, [] { return QString(); },
-            [](quint32) { return QStringList(); } };
-        return std::make_unique<PreferencesWindow>(noHotKey, desktop->items(), panel.get());
-    }
-    static void waitForIcons()
-    {
-        do {
-            QCoreApplication::processEvents();
-        } while (IconLoader::sharedIconLoader().pendingCount() > 0);
-        settle();
-    }
-
-    std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
-    std::unique_ptr<OTAppManager> manager;
-    std::unique_ptr<OTWindow> panel;
-};
 
 std::unique_ptr<ShownPanel> shown;
+
+std::unique_ptr<PreferencesWindow> makePreferences()
+{
+    const HotKeyChoice noHotKey { [](int, int) {}, [] { return QString(); },
+        [](quint32) { return QStringList(); } };
+    return std::make_unique<PreferencesWindow>(
+        noHotKey, shown->desktop->items(), shown->panel.get());
+}
 
 // What this thread has worked, in nanoseconds: what else the machine does makes it no longer.
 qint64 workTime()
@@ -82,10 +41,10 @@ qint64 workTime()
 void open(benchmark::State &state)
 {
     const bool isFirst = state.range(0) != 0;
-    auto window = shown->makePreferences();
+    auto window = makePreferences();
     for (auto _ : state) {
         if (isFirst) {
-            window = shown->makePreferences();
+            window = makePreferences();
         }
         window->showUnder(shown->panel->sheetPosition());
         settle();
@@ -102,7 +61,7 @@ void drag(benchmark::State &state)
 {
     const QString names[] = { QStringLiteral("Largest icon"),
         QStringLiteral("Opacity of the panel") };
-    const auto window = shown->makePreferences();
+    const auto window = makePreferences();
     window->showUnder(shown->panel->sheetPosition());
     window->findChild<QTabWidget *>()->setCurrentIndex(1);
     settle();
@@ -128,7 +87,7 @@ void drag(benchmark::State &state)
     state.counters["longest_cpu_ms"] = double(longestAtWork) / 1e6;
     UserDefaults::standard().removeObject(QStringLiteral("maximumIconSize"));
     UserDefaults::standard().removeObject(QStringLiteral("windowAlpha"));
-    ShownPanel::waitForIcons();
+    waitForIcons();
 }
 BENCHMARK(drag)
     ->ArgName("icon_size_or_opacity")
@@ -149,7 +108,7 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     UserDefaults defaults;
     UserDefaults::setStandard(&defaults);
-    shown = std::make_unique<ShownPanel>();
+    shown = std::make_unique<ShownPanel>(All1DGroup);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     shown.reset();

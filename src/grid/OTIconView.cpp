@@ -53,6 +53,15 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     connect(&center, &NotificationCenter::N_ShowProgressStep, this, &OTIconView::showProgressStep);
     connect(
         &center, &NotificationCenter::N_EventFlagsChanged, this, &OTIconView::modifierKeysChanged);
+    _sizeRest.setSingleShot(true);
+    _sizeRest.setInterval(SizeRest);
+    connect(&_sizeRest, &QTimer::timeout, this, [this] {
+        if (std::exchange(_areIconsDue, false)) {
+            _pictures.setHurried(false);
+            update();
+            loadIconsAtSize();
+        }
+    });
     // The window hands keys on.
     setFocusPolicy(Qt::NoFocus);
     setMouseTracking(true);
@@ -164,12 +173,30 @@ void OTIconView::preferenceDidChange(const QString &key, const QVariant &, const
         || key == GridKeys::iconSpacing || key == GridKeys::minimizeEmptyCells) {
         updateLayout();
     } else if (key == GridKeys::maximumIconSize) {
+        _areIconsDue = _sizeRest.isActive();
+        _pictures.setHurried(_areIconsDue);
         updateLayout();
-        _appManager.loadAllIconsPrioritizingGroup(_groupShown);
-        _appManager.loadIconsForApps(AppArray(_appManager.runningApps()));
+        maximumIconSizeDidChange();
     } else if (GridColors::keys().contains(key)) {
         updateColors();
     }
+}
+
+// A slider gives many sizes one after the other. Icons of those that do not last would keep all
+// processors busy and the panel waiting; until the size rests, those there are are drawn smaller or
+// larger.
+void OTIconView::maximumIconSizeDidChange()
+{
+    _sizeRest.start();
+    if (!_areIconsDue) {
+        loadIconsAtSize();
+    }
+}
+
+void OTIconView::loadIconsAtSize()
+{
+    _appManager.loadAllIconsPrioritizingGroup(_groupShown);
+    _appManager.loadIconsForApps(AppArray(_appManager.runningApps()));
 }
 
 void OTIconView::listDidChange(const QString &key)

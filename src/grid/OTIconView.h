@@ -23,6 +23,7 @@
 #include "grid/typing/TypeFilter.h"
 
 #include <QElapsedTimer>
+#include <QTimer>
 #include <QVariant>
 #include <QWidget>
 
@@ -37,6 +38,10 @@ class OTIconView : public QWidget
     Q_OBJECT
 
 public:
+    // For how long, in milliseconds, icons keep a size before those at that size are loaded, when
+    // it follows on another one.
+    static constexpr int SizeRest = 150;
+
     enum class Resizing { WhenChanged, Forced };
 
     // Catalogue and host must outlive the view. Nothing is shown until setGroupToShow().
@@ -196,6 +201,8 @@ private:
 
     void preferenceDidChange(
         const QString &key, const QVariant &oldValue, const QVariant &newValue);
+    void maximumIconSizeDidChange();
+    void loadIconsAtSize();
     void listDidChange(const QString &key);
     void appIconDidChange(const AppRef &app);
     void newApplicationsDidChange(const QStringList &paths);
@@ -236,6 +243,9 @@ private:
     GridColors _colors;
     CellPictures _pictures;
     GatheredRepaint _iconRepaint;
+    // Runs while the size of the icons has changed a moment ago.
+    QTimer _sizeRest;
+    bool _areIconsDue = false;
     ScanNotice _scanNotice;
 
     QElapsedTimer _clock;

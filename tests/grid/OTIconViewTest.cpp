@@ -51,6 +51,28 @@ private Q_SLOTS:
         QVERIFY(_view->isEmpty() && _view->coordsOfPoint({ 40, 40 }).isEmpty());
     }
 
+    void iconsAreLoaded_atTheSizeThatLasts()
+    {
+        fill({ u"a"_s, u"b"_s });
+        _view.reset();
+        _manager = std::make_unique<OTAppManager>(*_desktop, OTAppManager::Use::Preview);
+        _manager->rescanAllAppsPrioritizingGroup(IncludedGroup);
+        _view = std::make_unique<OTIconView>(*_manager, _host);
+        const auto haveSize = [this](int size) {
+            return app(u"a"_s)->icon().width() == size && app(u"b"_s)->icon().width() == size;
+        };
+        QTRY_VERIFY(haveSize(64));
+        // The first of several is not waited for.
+        _defaults->setObject(u"maximumIconSize"_s, 32);
+        QTRY_VERIFY(haveSize(32));
+        const qsizetype before = _desktop->fakeIcons.asked().size();
+        for (int size = 33; size < 60; ++size) {
+            _defaults->setObject(u"maximumIconSize"_s, size);
+        }
+        QTRY_VERIFY(haveSize(59));
+        QVERIFY(_desktop->fakeIcons.asked().size() - before <= 4);
+    }
+
     void anIconIsDrawnInItsCell()
     {
         fill({ u"a"_s, u"b"_s });

@@ -4,7 +4,32 @@
 #include "icons/IconLoader.h"
 #include "icons/NamedImages.h"
 
+#include <QPainter>
 #include <QPointer>
+
+namespace {
+
+// Out of four pixels each, not of all that a new one covers.
+QImage quicklyScaled(const QImage &icon, int edge)
+{
+    const QSize size = icon.size().scaled(edge, edge, Qt::KeepAspectRatio);
+    QImage scaled(size, QImage::Format_ARGB32_Premultiplied);
+    scaled.fill(Qt::transparent);
+    QPainter painter(&scaled);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(QRect(QPoint(0, 0), size), icon);
+    return scaled;
+}
+
+} // namespace
+
+void CellPictures::setHurried(bool isHurried)
+{
+    if (_isHurried && !isHurried) {
+        _scaledIcons.clear();
+    }
+    _isHurried = isHurried;
+}
 
 void CellPictures::prepare(int edge, qreal ratio, qsizetype cellCount)
 {
@@ -33,7 +58,9 @@ QImage CellPictures::pictureOf(const AppRef &app)
     }
     QImage &scaled = _scaledIcons[icon.cacheKey()];
     if (scaled.isNull()) {
-        scaled = icon.scaled(_edge, _edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        scaled = _isHurried
+            ? quicklyScaled(icon, _edge)
+            : icon.scaled(_edge, _edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     }
     return scaled;
 }

@@ -23,6 +23,9 @@ public:
     // To be called before a repaint: the edge of an icon in pixels, the pixels of a point, and how
     // many cells there are.
     void prepare(int edge, qreal ratio, qsizetype cellCount);
+    // While one size follows on another, icons are drawn smaller or larger in a quicker way, which
+    // is a little rougher. It is off at first.
+    void setHurried(bool isHurried);
     // The application's icon. Where a point is more than a pixel the icon is loaded once more in
     // that size; until it arrives, the one in points is drawn larger.
     QImage pictureOf(const AppRef &app);
@@ -42,6 +45,7 @@ private:
     int _edge = 0;
     qreal _ratio = 1;
     bool _areSpectrumsShown = false;
+    bool _isHurried = false;
     // Icons by the cacheKey() of those they stand for: drawn smaller or larger, and loaded anew,
     // null while they are on their way.
     QHash<qint64, QImage> _scaledIcons;

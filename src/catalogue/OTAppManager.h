@@ -147,7 +147,7 @@ public:
 
     QStringList pathsToScan() const;
     bool isBusyScanning() const { return _isBusyScanning; }
-    // Whether the scan that goes on follows a change on disk, so that nobody waits for it.
+    // Whether the scan that goes on follows a change on disk: no user waits for it.
     bool isScanInBackground() const { return _isScanInBackground; }
     void scanSearchFoldersForAllApps();
     void fullScan();

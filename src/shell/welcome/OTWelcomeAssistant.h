@@ -36,7 +36,6 @@ public:
     bool isWindowVisible() const { return isVisible(); }
 
     int curStep() const;
-    int lastStep() const { return _lastStep; }
     // Steps are counted from 1; beyond an end counts as that end.
     void showStep(int step);
     void showNextStep();

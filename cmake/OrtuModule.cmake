@@ -53,6 +53,19 @@ function(ortu_module FOLDER)
   endif()
 endfunction()
 
+# A part of the program that is loaded when it is first needed, for the sake of the Qt modules it
+# brings along. ProgramModule finds it.
+set(ORTU_LOADED_IN ${CMAKE_INSTALL_LIBDIR}/ortu)
+function(ortu_loaded_module NAME)
+  cmake_parse_arguments(M "" "" "SOURCES;QT" ${ARGN})
+  add_library(${NAME} MODULE ${M_SOURCES})
+  ortu_qt_libraries(QT_LIBRARIES ${M_QT})
+  target_link_libraries(${NAME} PRIVATE ortu_settings ${QT_LIBRARIES})
+  set_target_properties(${NAME} PROPERTIES
+    PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+  install(TARGETS ${NAME} LIBRARY DESTINATION ${ORTU_LOADED_IN})
+endfunction()
+
 # Text has the same size on every machine.
 set(ORTU_TEST_FONTS FONTCONFIG_FILE=${PROJECT_BINARY_DIR}/tests/fonts.conf)
 

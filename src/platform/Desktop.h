@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include "platform/Account.h"
 #include "platform/ApplicationActions.h"
 #include "platform/ApplicationControl.h"
 #include "platform/Compositing.h"
@@ -28,6 +29,7 @@
 #include "platform/SearchPaths.h"
 #include "platform/StatusItem.h"
 #include "platform/TaskBarProgress.h"
+#include "platform/WebClient.h"
 
 class Desktop
 {
@@ -46,6 +48,8 @@ public:
     virtual ApplicationActions &applicationActions() { return _noActions; }
     virtual const PinnedApplications &pinnedApplications() const { return _nothingPinned; }
     virtual const PageRenderer &pageRenderer() const { return _noPages; }
+    virtual const WebClient &webClient() const { return _noServers; }
+    virtual const Account &account() const { return _account; }
     virtual const Compositing &compositing() const { return _noCompositing; }
     virtual OwnWindows &ownWindows() { return _ownWindows; }
     virtual const Motion &motion() const { return _motion; }
@@ -70,6 +74,8 @@ private:
     ApplicationActions _noActions;
     PinnedApplications _nothingPinned;
     PageRenderer _noPages;
+    WebClient _noServers;
+    Account _account;
     Compositing _noCompositing;
     OwnWindows _ownWindows;
     Motion _motion;

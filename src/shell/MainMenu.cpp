@@ -29,7 +29,7 @@ QString nameOf(ArrangementStep::Kind kind)
 
 } // namespace
 
-MainMenu::MainMenu(HomePage homePage, QObject *parent)
+MainMenu::MainMenu(Addresses known, QObject *parent)
     : QObject(parent)
 {
     add(tr("Show or Hide Ortu"), Command::ShowHidePanel);
@@ -44,9 +44,14 @@ MainMenu::MainMenu(HomePage homePage, QObject *parent)
     add(tr("Welcome to Ortu"), Command::Welcome);
     add(tr("Ortu User Guide"), Command::UserGuide);
     add(tr("Rescan All Applications"), Command::RescanAllApps);
-    if (homePage == HomePage::Known) {
+    if (known) {
         _menu.addSeparator();
+    }
+    if (known.testFlag(Address::HomePage)) {
         add(tr("Ortu Home Page"), Command::HomePage);
+    }
+    if (known.testFlag(Address::Feedback)) {
+        add(tr("Send Feedback…"), Command::Feedback);
     }
     _menu.addSeparator();
     add(tr("Quit Ortu"), Command::Quit);
@@ -60,7 +65,7 @@ void MainMenu::fillStatusItemMenu()
         { Command::ShowHidePanel },
         { Command::Preferences, Command::ExcludeApps },
         { Command::About, Command::Welcome, Command::UserGuide, Command::RescanAllApps },
-        { Command::HomePage },
+        { Command::HomePage, Command::Feedback },
         { Command::Quit },
     };
     for (const QList<Command> &line : lines) {
@@ -109,6 +114,13 @@ void MainMenu::setHistoryItems(const ArrangementHistory &history)
     QAction *const redo = actionOf(Command::Redo);
     redo->setText(redone ? tr("Redo %1").arg(nameOf(redone->kind)) : tr("Redo"));
     redo->setEnabled(redone);
+}
+
+void MainMenu::setEnabled(Command command, bool isEnabled)
+{
+    if (QAction *const action = actionOf(command)) {
+        action->setEnabled(isEnabled);
+    }
 }
 
 QAction *MainMenu::actionOf(Command command) const

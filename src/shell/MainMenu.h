@@ -26,12 +26,14 @@ public:
         UserGuide,
         RescanAllApps,
         HomePage,
+        Feedback,
         Quit
     };
 
-    // Without a home page there is no command for it.
-    enum class HomePage { Known, Unknown };
-    explicit MainMenu(HomePage homePage, QObject *parent = nullptr);
+    // There is no command for a page or a service that the program knows no address of.
+    enum class Address { HomePage = 1, Feedback = 2 };
+    Q_DECLARE_FLAGS(Addresses, Address)
+    explicit MainMenu(Addresses known, QObject *parent = nullptr);
 
     QMenu &menu() { return _menu; }
     // The same commands in the shorter order of the status item.
@@ -41,8 +43,9 @@ public:
     // only shown: a menu of no window triggers nothing by key, and the grid takes them.
     void followHistory(const OTAppManager &appManager);
 
-    // A command that cannot be given now is grey.
-    void setEnabled(Command command, bool isEnabled) { actionOf(command)->setEnabled(isEnabled); }
+    // A command that cannot be given now is grey. Nothing happens when the menu has no such
+    // command.
+    void setEnabled(Command command, bool isEnabled);
 
 Q_SIGNALS:
     void chosen(Command command);
@@ -58,3 +61,5 @@ private:
     QMenu _menu;
     QMenu _statusItemMenu;
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(MainMenu::Addresses)

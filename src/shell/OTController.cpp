@@ -2,6 +2,8 @@
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "feedback/OFController.h"
+#include "feedback/OpenFeedback.h"
 #include "grid/OTIconView.h"
 #include "grid/dragging/DropStack.h"
 #include "grid/drawing/MenuColors.h"
@@ -28,10 +30,12 @@ namespace {
 
 const QString homeUrlKey = QStringLiteral("OTHomeURL");
 
-MainMenu::HomePage homePageOf(const InfoDictionary &info)
+MainMenu::Addresses addressesOf(const InfoDictionary &info)
 {
-    return info.stringForKey(homeUrlKey).isEmpty() ? MainMenu::HomePage::Unknown
-                                                   : MainMenu::HomePage::Known;
+    MainMenu::Addresses known;
+    known.setFlag(MainMenu::Address::HomePage, !info.stringForKey(homeUrlKey).isEmpty());
+    known.setFlag(MainMenu::Address::Feedback, !OpenFeedback::submitUrl(info).isEmpty());
+    return known;
 }
 
 } // namespace
@@ -44,7 +48,7 @@ OTController::OTController(Desktop &desktop, OTAppManager &appManager, OTWindow 
     , _mainWindow(mainWindow)
     , _info(info)
     , _userDefaults(UserDefaults::standard())
-    , _mainMenu(homePageOf(info))
+    , _mainMenu(addressesOf(info))
     , _activation(desktop.ownWindows(), mainWindow)
     , _memoryRelease(desktop.memory(), mainWindow)
     , _triggers(
@@ -54,6 +58,7 @@ OTController::OTController(Desktop &desktop, OTAppManager &appManager, OTWindow 
     , _access(_triggers, [this](const Alert &alert) { runAlert(alert); })
     , _scanProgress(desktop.taskBarProgress(), mainWindow)
     , _launchAtLogin(desktop.loginItems())
+    , _feedbackAssistant(std::make_unique<OpenFeedback>(desktop, info))
 {
     _windowCloseTimer.setSingleShot(true);
     connect(&_windowCloseTimer, &QTimer::timeout, this, &OTController::hideMainWindow);
@@ -131,6 +136,13 @@ void OTController::hideMainWindow()
     const QScopedValueRollback<bool> hiding(_isHiding, true);
     closePrefs();
     closeExclusionWindow();
+    const bool isFeedbackOpen = _feedbackAssistant->isWindowVisible();
+    if (_mainWindow.isShown() || isFeedbackOpen) {
+        _feedbackWasOpen = isFeedbackOpen;
+    }
+    if (isFeedbackOpen) {
+        _feedbackAssistant->windowController().close();
+    }
     if (QDialog *const about = OTNSAppSubclass::standardAboutPanel()) {
         about->close();
     }
@@ -206,6 +218,9 @@ void OTController::showHideMainWindow(const ActivationStamp &stamp)
         applicationOpenUntitledFile(stamp);
         if (_welcomeAssistantWasOpen) {
             openWelcome();
+        }
+        if (_feedbackWasOpen) {
+            showFeedback();
         }
     } else if (_mainWindow.hasBeenMoved() && !_mainWindow.isNonActivating()) {
         activate(stamp);

@@ -30,6 +30,7 @@ class Desktop;
 class ExclusionWindow;
 class InfoDictionary;
 struct HotKeyChoice;
+class OpenFeedback;
 class OTAppManager;
 class OTWelcomeAssistant;
 class OTWindow;
@@ -118,6 +119,8 @@ public:
     // The tour for those who are new; nothing happens where its document is missing.
     void openWelcome();
     void openHomeURL();
+    // The window in which the user writes to the developers.
+    void openFeedback();
     void quitApp(Quitting quitting = Quitting::Asking);
     void performCommand(MainMenu::Command command);
     void openMainMenu(const QPoint &position);
@@ -153,6 +156,8 @@ private:
     bool isWelcomeVisible() const;
     void closeWelcome();
     void bringWelcomeToFront();
+    void showFeedback();
+    void feedbackDidEnd();
     HotKeyChoice hotKeyChoice();
     QString hotKeyName() const;
     QWidget *topSheet() const;
@@ -182,6 +187,9 @@ private:
     std::unique_ptr<OTWelcomeAssistant> _welcomeAssistant;
     // When the panel was hidden.
     bool _welcomeAssistantWasOpen = false;
+    std::unique_ptr<OpenFeedback> _feedbackAssistant;
+    // When the panel was hidden.
+    bool _feedbackWasOpen = false;
     bool _isHiding = false;
     // Alerts that wait for their answer.
     int _openAlerts = 0;

@@ -103,6 +103,9 @@ void OTController::performCommand(MainMenu::Command command)
     case MainMenu::Command::HomePage:
         openHomeURL();
         break;
+    case MainMenu::Command::Feedback:
+        openFeedback();
+        break;
     case MainMenu::Command::Quit:
         quitApp();
         break;

@@ -1,8 +1,10 @@
 // The windows beside the panel: the preferences with the options of the colour order, what to
-// exclude, and the tour.
+// exclude, the tour, and feedback.
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "feedback/OFController.h"
+#include "feedback/OpenFeedback.h"
 #include "platform/Desktop.h"
 #include "shell/OTController.h"
 #include "shell/base/ProgramDocuments.h"
@@ -33,6 +35,7 @@ OTController::~OTController()
     delete _prefWindow;
     delete _exclusionWindow;
     _welcomeAssistant.reset();
+    _feedbackAssistant.reset();
 }
 
 bool OTController::isPrefsVisible() const
@@ -190,6 +193,29 @@ void OTController::validateMenuItems()
     _mainMenu.setEnabled(
         MainMenu::Command::Welcome, !isWelcomeVisible() && isThere(ProgramDocuments::welcome()));
     _mainMenu.setEnabled(MainMenu::Command::UserGuide, isThere(ProgramDocuments::userGuide()));
+    _mainMenu.setEnabled(MainMenu::Command::Feedback, !_feedbackAssistant->isWindowVisible());
+}
+
+void OTController::openFeedback()
+{
+    activate();
+    _feedbackAssistant->presentFeedbackPanelForFeature();
+    showFeedback();
+}
+
+void OTController::feedbackDidEnd()
+{
+    bringToFront(_mainWindow);
+}
+
+// With the form that was shown last.
+void OTController::showFeedback()
+{
+    OFController &feedback = _feedbackAssistant->windowController();
+    connect(&feedback, &QDialog::finished, this, &OTController::feedbackDidEnd,
+        Qt::UniqueConnection);
+    feedback.showFeedbackWindow();
+    _desktop.ownWindows().activate(*feedback.windowHandle(), {});
 }
 
 void OTController::openWelcome()

@@ -6,6 +6,7 @@
 #include "platform/freedesktop/base/Languages.h"
 #include "platform/freedesktop/base/ProcessMemory.h"
 #include "platform/freedesktop/base/SessionFolders.h"
+#include "platform/freedesktop/bus/BusAccount.h"
 #include "platform/freedesktop/bus/BusInstance.h"
 #include "platform/freedesktop/bus/LauncherProgress.h"
 #include "platform/freedesktop/bus/PortalHotKey.h"
@@ -23,6 +24,7 @@
 #include "platform/freedesktop/login/FreedesktopLoginItems.h"
 #include "platform/freedesktop/pages/PdfRenderer.h"
 #include "platform/freedesktop/pinned/FreedesktopPins.h"
+#include "platform/freedesktop/web/LoadedWebClient.h"
 #include "platform/freedesktop/windows/RunningWindows.h"
 #include "platform/freedesktop/windows/WindowControl.h"
 #include "platform/freedesktop/windows/XOwnWindows.h"
@@ -52,6 +54,8 @@ public:
     ApplicationActions &applicationActions() override { return _actions; }
     const PinnedApplications &pinnedApplications() const override { return _pins; }
     const PageRenderer &pageRenderer() const override { return _pages; }
+    const WebClient &webClient() const override { return _webClient; }
+    const Account &account() const override { return _account; }
     const Compositing &compositing() const override
     {
         if (!_compositing) {
@@ -174,6 +178,8 @@ private:
     FreedesktopDocuments _documents { _entries, _paths.dataFolders() };
     FreedesktopActions _actions;
     PdfRenderer _pages;
+    LoadedWebClient _webClient;
+    BusAccount _account;
     FreedesktopPins _pins { _paths.dataFolders(), SessionFolders::currentDesktops(),
         _paths.libraryFolder(SearchPaths::Domain::User) + QStringLiteral("/Preferences") };
     LauncherProgress _progress;

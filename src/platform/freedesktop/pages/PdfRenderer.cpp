@@ -1,40 +1,13 @@
 #include "platform/freedesktop/pages/PdfRenderer.h"
 
 #include "platform/freedesktop/base/Log.h"
-
-#include <QCoreApplication>
-#include <QFileInfo>
-#include <QLibrary>
-#include <QStringList>
-
-namespace {
-
-using OpenPages = PagedDocument *(*)(const QString &path);
-
-// Beside the program in the folder it was built in, and where it is installed.
-OpenPages loadModule()
-{
-    const QString folder = QCoreApplication::applicationDirPath() + QLatin1Char('/');
-    for (const QString &place : { folder + QStringLiteral(ORTU_PAGES_BUILT),
-             folder + QStringLiteral(ORTU_PAGES_INSTALLED) }) {
-        if (QFileInfo::exists(place)) {
-            QLibrary module(place);
-            if (const QFunctionPointer open = module.resolve("ortuOpenPages")) {
-                return reinterpret_cast<OpenPages>(open);
-            }
-            qCWarning(lcPlatform, "no documents: %s", qUtf8Printable(module.errorString()));
-            return nullptr;
-        }
-    }
-    qCWarning(lcPlatform, "no documents: the module %s is missing", ORTU_PAGES_BUILT);
-    return nullptr;
-}
-
-} // namespace
+#include "platform/freedesktop/base/ProgramModule.h"
 
 std::unique_ptr<PagedDocument> PdfRenderer::open(const QString &path) const
 {
-    static const OpenPages openPages = loadModule();
+    using OpenPages = PagedDocument *(*)(const QString &path);
+    static const auto openPages = reinterpret_cast<OpenPages>(
+        ProgramModule::resolve(QStringLiteral("ortu-pages"), "ortuOpenPages", "documents"));
     if (openPages == nullptr) {
         return nullptr;
     }

@@ -1,0 +1,3 @@
+#include "feedback/Log.h"
+
+Q_LOGGING_CATEGORY(lcFeedback, "ortu.feedback", QtInfoMsg)

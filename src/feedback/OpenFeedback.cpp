@@ -1,0 +1,57 @@
+#include "feedback/OpenFeedback.h"
+
+#include "feedback/Log.h"
+#include "feedback/OFController.h"
+#include "platform/Desktop.h"
+#include "support/InfoDictionary.h"
+#include "support/UserDefaults.h"
+
+#include <QUrl>
+
+OpenFeedback::OpenFeedback(const Desktop &desktop, const InfoDictionary &info, QObject *parent)
+    : QObject(parent)
+    , _desktop(desktop)
+    , _info(info)
+{ }
+
+OpenFeedback::~OpenFeedback() = default;
+
+QUrl OpenFeedback::submitUrl(const InfoDictionary &info)
+{
+    const QString address = info.stringForKey(QStringLiteral("OFSubmitFeedbackURL"));
+    const QUrl url(address, QUrl::StrictMode);
+    if (address.isEmpty() || WebClient::canReach(url)) {
+        return url;
+    }
+    qCWarning(lcFeedback, "no feedback: OFSubmitFeedbackURL is no address of a web server: %s",
+        qUtf8Printable(address));
+    return {};
+}
+
+OFController &OpenFeedback::windowController()
+{
+    if (!_windowController) {
+        _windowController = std::make_unique<OFController>(*this, _desktop, _info);
+    }
+    return *_windowController;
+}
+
+bool OpenFeedback::isWindowVisible() const
+{
+    return _windowController && _windowController->isVisible();
+}
+
+void OpenFeedback::presentFeedbackPanelForSupport()
+{
+    windowController().presentFeedbackPanelForSupport();
+}
+
+void OpenFeedback::presentFeedbackPanelForFeature()
+{
+    windowController().presentFeedbackPanelForFeature();
+}
+
+void OpenFeedback::presentFeedbackPanelForBug()
+{
+    windowController().presentFeedbackPanelForBug();
+}

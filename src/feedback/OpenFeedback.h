@@ -1,0 +1,79 @@
+// Feedback to the developers: questions, wishes and reports of faults, and the logs of crashes.
+//
+// Main thread only. The window is made when it is first shown.
+
+#pragma once
+
+#include "feedback/FeedbackForm.h"
+
+#include <QDateTime>
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+
+class Desktop;
+class InfoDictionary;
+class OFController;
+class OpenFeedback;
+
+class OpenFeedbackDelegate
+{
+public:
+    OpenFeedbackDelegate() = default;
+    virtual ~OpenFeedbackDelegate() = default;
+    Q_DISABLE_COPY_MOVE(OpenFeedbackDelegate)
+
+    // Called before a form is sent, whose fields it may change. False cancels the sending.
+    virtual bool openFeedbackWillSendData(OpenFeedback & /*feedback*/, FeedbackFields & /*fields*/)
+    {
+        return true;
+    }
+};
+
+class OpenFeedback final : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Both must outlive this.
+    OpenFeedback(const Desktop &desktop, const InfoDictionary &info, QObject *parent = nullptr);
+    ~OpenFeedback() override;
+
+    // Where forms go to, from the key `OFSubmitFeedbackURL`; empty where there is no address, and
+    // where it is none that can be reached, which costs one log line.
+    static QUrl submitUrl(const InfoDictionary &info);
+
+    // Show the window with one of its forms.
+    void presentFeedbackPanelForSupport();
+    void presentFeedbackPanelForFeature();
+    void presentFeedbackPanelForBug();
+    // With the newest log of a crash since the last call; without one nothing is shown.
+    void presentFeedbackPanelIfCrashed();
+
+    // The logs of crashes and hangs of this program that are not older than a date; all of them
+    // without a date. As CrashLogs::logsSince().
+    QStringList crashLogsSince(const QDateTime &date) const;
+    // As CrashLogs::latestContents().
+    static QString latestCrashLogContents(const QStringList &logs);
+    static bool fileIsNewerThan(const QString &path, const QDateTime &date);
+    static QDateTime modificationTimeOfFile(const QString &path);
+
+    // When logs were looked for last; invalid when they never were.
+    QDateTime lastCrashCheckTime() const;
+    void setLastCrashCheckTime(const QDateTime &time);
+
+    // Not owned; null for none.
+    OpenFeedbackDelegate *delegate() const { return _delegate; }
+    void setDelegate(OpenFeedbackDelegate *delegate) { _delegate = delegate; }
+
+    OFController &windowController();
+    // Whether the window is shown; it is not made for this.
+    bool isWindowVisible() const;
+
+private:
+    const Desktop &_desktop;
+    const InfoDictionary &_info;
+    OpenFeedbackDelegate *_delegate = nullptr;
+    std::unique_ptr<OFController> _windowController;
+};

@@ -1,0 +1,346 @@
+#include "feedback/OpenFeedback.h"
+
+#include "feedback/LoopbackServer.h"
+#include "feedback/OFController.h"
+#include "platform/Desktop.h"
+#include "support/Alerts.h"
+#include "support/InfoDictionary.h"
+#include "support/UserDefaults.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSysInfo>
+#include <QTabBar>
+
+#include <optional>
+
+extern "C" WebExchange *ortuSendRequest(const WebRequest &request, WebClient::Receiver &receiver);
+
+namespace {
+
+using Answer = LoopbackServer::Answer;
+using Request = LoopbackServer::Request;
+
+class LinkedWebClient final : public WebClient
+{
+public:
+    std::unique_ptr<WebExchange> send(const WebRequest &request, Receiver receiver) const override
+    {
+        return std::unique_ptr<WebExchange>(ortuSendRequest(request, receiver));
+    }
+};
+
+class KnownAccount final : public Account
+{
+public:
+    void findEmailAddresses(QObject * /*context*/, const Receiver &receiver) const override
+    {
+        receiver({ u"me@example.org"_s, u"other@example.org"_s });
+    }
+};
+
+class WebDesktop final : public Desktop
+{
+public:
+    const WebClient &webClient() const override { return _webClient; }
+    const Account &account() const override { return _account; }
+
+private:
+    LinkedWebClient _webClient;
+    KnownAccount _account;
+};
+
+class CensoringDelegate final : public OpenFeedbackDelegate
+{
+public:
+    bool isAllowed = true;
+
+    bool openFeedbackWillSendData(OpenFeedback & /*feedback*/, FeedbackFields &fields) override
+    {
+        fields[u"message"_s] = u"nothing"_s;
+        return isAllowed;
+    }
+};
+
+// A program whose feedback goes to the server; alerts are noted and answered.
+class Program final
+{
+    QTemporaryDir _folder;
+    WebDesktop _desktop;
+    InfoDictionary _info;
+
+public:
+    explicit Program(const QString &address)
+        : _info(write(address))
+    { }
+
+    OpenFeedback feedback { _desktop, _info };
+    OFController &window = feedback.windowController();
+    const FeedbackOutlets &outlets = window.outlets();
+    QStringList alerts;
+
+    void ask(const QString &question)
+    {
+        feedback.presentFeedbackPanelForSupport();
+        outlets.txtQuestion->setPlainText(question);
+        outlets.btnSend->click();
+    }
+
+    QString write(const QString &address)
+    {
+        const QString path = _folder.filePath(u"Info.plist"_s);
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly)) {
+            file.write("<plist version=\"1.0\"><dict><key>OFSubmitFeedbackURL</key><string>"
+                + address.toUtf8() + "</string></dict></plist>");
+        }
+        return path;
+    }
+
+private:
+    Alerts::PresenterScope _presenter { [this](const Alert &alert, QWidget *) {
+        alerts.append(alert.messageText);
+        return 0;
+    } };
+};
+
+const QString sent = u"Feedback Sent"_s;
+const QString notSent = u"Can't Send Feedback"_s;
+
+} // namespace
+
+class OpenFeedbackTest : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { qputenv("no_proxy", "127.0.0.1"); }
+    void form_arrivesAsItWasFilledIn_data();
+    void form_arrivesAsItWasFilledIn();
+    void sendButton_needsATextAndAnAddressToAnswer();
+    void answer_decidesWhetherTheTextIsDone_data();
+    void answer_decidesWhetherTheTextIsDone();
+    void delegate_changesOrRefusesTheForm();
+    void request_isBoundedAndStaysWithItsServer();
+    void address_isChecked();
+};
+
+void OpenFeedbackTest::form_arrivesAsItWasFilledIn_data()
+{
+    using Fill = std::function<void(Program &)>;
+    QTest::addColumn<Fill>("fill");
+    QTest::addColumn<QByteArrayList>("fields");
+    QTest::newRow("support") << Fill([](Program &program) {
+        program.feedback.presentFeedbackPanelForSupport();
+        program.outlets.txtQuestion->setPlainText(u"a=b&c +%\n\u00e9\U0001F600"_s);
+    }) << QByteArrayList { "message=a%3db%26c +%\n??", "type=support" };
+    QTest::newRow("feature") << Fill([](Program &program) {
+        program.feedback.presentFeedbackPanelForFeature();
+        program.outlets.txtFeature->setPlainText(u"More"_s);
+        program.outlets.btnImportance->setCurrentIndex(1);
+        program.outlets.btnIncludeMyEmail->setChecked(true);
+    })
+                             << QByteArrayList { "email=me@example.org", "importance=Important",
+                                    "message=More", "type=feature" };
+    QTest::newRow("bug") << Fill([](Program &program) {
+        program.feedback.presentFeedbackPanelForBug();
+        program.outlets.txtWhatHappened->setPlainText(u"Nothing"_s);
+        program.outlets.txtStepsToReproduce->setPlainText(u"Click"_s);
+    })
+                         << QByteArrayList { "message=What did you expect to happen?\nNothing\n\n"
+                                             "What steps will reproduce the problem?\nClick",
+                                "type=bug" };
+    QTest::newRow("critical bug") << Fill([](Program &program) {
+        program.feedback.presentFeedbackPanelForBug();
+        program.outlets.txtWhatHappened->setPlainText(QString(1'000'000, u'x'));
+        program.outlets.btnIsCritical->setChecked(true);
+    })
+                                  << QByteArrayList { "critical=1",
+                                         "message=What did you expect to happen?\n"
+                                             + QByteArray(1'000'000, 'x')
+                                             + "\n\nWhat steps will reproduce the problem?\n",
+                                         "type=bug" };
+    QTest::newRow("crash, after a look at another form")
+        << Fill([](Program &program) {
+               program.window.presentFeedbackPanelForCrash(u"signal=11"_s);
+               program.outlets.tabs->setCurrentIndex(FeedbackOutlets::Support);
+               program.outlets.tabs->setCurrentIndex(FeedbackOutlets::Bug);
+               program.outlets.txtCrashStepsToReproduce->setPlainText(u"Start"_s);
+           })
+        << QByteArrayList { "critical=1",
+               "message=Crash description:\n\n\n\n\nThe text below is application's crash log, "
+               "please "
+               "leave it unchanged to help us determine possible cause!\n\nsignal%3d11\n\n"
+               "What steps will reproduce the problem?\nStart",
+               "type=bug" };
+}
+
+void OpenFeedbackTest::form_arrivesAsItWasFilledIn()
+{
+    QFETCH(std::function<void(Program &)>, fill);
+    QFETCH(QByteArrayList, fields);
+    LoopbackServer server;
+    Program program(server.url().toString());
+    fill(program);
+    program.outlets.btnSend->click();
+    QVERIFY(!program.outlets.btnSend->isEnabled());
+    QTRY_COMPARE(program.alerts, QStringList { sent });
+
+    QCOMPARE(server.requests().count(), 1);
+    const Request &request = server.requests().first();
+    QCOMPARE(request.line, "POST /feedback HTTP/1.1");
+    QVERIFY(request.head.contains("Content-Type: application/x-www-form-urlencoded\r\n"));
+    fields << "appname=ortu"
+           << "appversion=" ORTU_VERSION
+           << "systemversion=" + QSysInfo::productVersion().toLatin1();
+    std::sort(fields.begin(), fields.end());
+    QByteArrayList received = request.body.split('&');
+    std::sort(received.begin(), received.end());
+    QCOMPARE(received, fields);
+}
+
+void OpenFeedbackTest::sendButton_needsATextAndAnAddressToAnswer()
+{
+    Program program(u"http://127.0.0.1:1/"_s);
+    const FeedbackOutlets &outlets = program.outlets;
+    program.feedback.presentFeedbackPanelForBug();
+    QVERIFY(QTest::qWaitForWindowActive(&program.window));
+    QVERIFY(outlets.txtWhatHappened->hasFocus() && !outlets.btnSend->isEnabled());
+    outlets.txtStepsToReproduce->setPlainText(u"Click"_s);
+    QVERIFY(!outlets.btnSend->isEnabled());
+    outlets.txtWhatHappened->setPlainText(u"Nothing"_s);
+    QVERIFY(outlets.btnSend->isEnabled() && !outlets.cboEmailAddress->isEnabled());
+    outlets.btnIncludeMyEmail->setChecked(true);
+    QVERIFY(outlets.btnSend->isEnabled() && outlets.cboEmailAddress->isEnabled());
+    outlets.cboEmailAddress->setEditText({});
+    QVERIFY(!outlets.btnSend->isEnabled());
+    outlets.btnIncludeMyEmail->setChecked(false);
+    outlets.tabs->setCurrentIndex(FeedbackOutlets::Feature);
+    QVERIFY(!outlets.btnSend->isEnabled());
+    program.window.presentFeedbackPanelForCrash({});
+    QVERIFY(outlets.btnSend->isEnabled() && outlets.txtCrashDescription->hasFocus());
+}
+
+void OpenFeedbackTest::answer_decidesWhetherTheTextIsDone_data()
+{
+    QTest::addColumn<Answer>("answer");
+    QTest::addColumn<QString>("alert");
+    const auto status = &LoopbackServer::status;
+    QTest::newRow("done") << Answer { status(200, {}, "thanks") } << sent;
+    QTest::newRow("server error") << Answer { status(500, {}, {}) } << sent;
+    QTest::newRow("login wanted") << Answer { status(401, "WWW-Authenticate: Basic\r\n", {}) }
+                                  << sent;
+    QTest::newRow("endless") << Answer { "HTTP/1.1 200 x\r\n\r\nx", Answer::Then::GoOn } << sent;
+    QTest::newRow("reset") << Answer { {}, Answer::Then::Abort } << notSent;
+    QTest::newRow("broken off") << Answer { "HTTP/1.1 200 x\r\nContent-Length: 9\r\n\r\nx" }
+                                << notSent;
+    QTest::newRow("no HTTP") << Answer { "hello" } << notSent;
+    QTest::newRow("another server")
+        << Answer { status(302, "Location: http://localhost:1/\r\n", {}) } << notSent;
+}
+
+// A failed text is not sent twice, and stays.
+void OpenFeedbackTest::answer_decidesWhetherTheTextIsDone()
+{
+    QFETCH(Answer, answer);
+    QFETCH(QString, alert);
+    LoopbackServer server;
+    server.answer = [answer](const Request &) { return answer; };
+    Program program(server.url().toString());
+    if (alert == notSent) {
+        expectWarning(u"cannot send feedback to 127\\.0\\.0\\.1: .+"_s);
+    }
+    program.ask(u"Why?"_s);
+    QTRY_COMPARE(program.alerts, QStringList { alert });
+    QCOMPARE(server.requests().count(), 1);
+    QCOMPARE(program.window.isVisible(), alert == notSent);
+    QCOMPARE(program.outlets.txtQuestion->toPlainText(), alert == sent ? u""_s : u"Why?"_s);
+}
+
+void OpenFeedbackTest::delegate_changesOrRefusesTheForm()
+{
+    LoopbackServer server;
+    Program program(server.url().toString());
+    CensoringDelegate delegate;
+    program.feedback.setDelegate(&delegate);
+    program.ask(u"Why?"_s);
+    QTRY_COMPARE(program.alerts, QStringList { sent });
+    QVERIFY(server.requests().first().body.contains("message=nothing"));
+    delegate.isAllowed = false;
+    program.ask(u"Why?"_s);
+    QVERIFY(!program.window.isVisible() && !program.window.isSending());
+    QCOMPARE(program.outlets.txtQuestion->toPlainText(), u"Why?"_s);
+}
+
+void OpenFeedbackTest::request_isBoundedAndStaysWithItsServer()
+{
+    LoopbackServer server;
+    LoopbackServer other;
+    QByteArray redirect;
+    server.answer = [&](const Request &request) {
+        return request.line.contains("/silent") ? Answer { {}, Answer::Then::Wait }
+            : request.line.contains("/to ")     ? Answer { LoopbackServer::status(200, {}, "ok") }
+                                                : Answer { redirect };
+    };
+    std::optional<WebAnswer> answer;
+    const LinkedWebClient client;
+    std::unique_ptr<WebExchange> exchange;
+    const auto send = [&](const QString &path, std::chrono::milliseconds maxTime) {
+        answer.reset();
+        exchange = client.send({ .url = server.url(path),
+                                   .contentType = "text/plain",
+                                   .body = "secret",
+                                   .maxTime = maxTime,
+                                   .maxAnswerSize = 1 },
+            [&answer](const WebAnswer &received) { answer = received; });
+    };
+    send(u"/silent"_s, std::chrono::milliseconds(50));
+    QTRY_VERIFY(answer);
+    QCOMPARE(answer->problem, u"no answer within 0.05 seconds"_s);
+
+    constexpr auto minute = std::chrono::seconds(60);
+    redirect = LoopbackServer::status(307, "Location: /to\r\n");
+    send(u"/"_s, minute);
+    QTRY_VERIFY(answer);
+    QVERIFY(answer->isCut && answer->status == 200 && answer->problem.isEmpty());
+    QCOMPARE(answer->body, "o");
+    QCOMPARE(server.requests().last().body, "secret");
+
+    redirect = LoopbackServer::status(302, "Location: /to\r\n");
+    send(u"/"_s, minute);
+    QTRY_VERIFY(answer);
+    QCOMPARE(server.requests().last().line, "GET /to HTTP/1.1");
+
+    redirect = LoopbackServer::status(307, "Location: /\r\n");
+    send(u"/"_s, minute);
+    QTRY_VERIFY(answer);
+    QCOMPARE(answer->problem, u"the server sends on too often"_s);
+
+    redirect = LoopbackServer::status(307, "Location: " + other.url().toEncoded() + "\r\n");
+    send(u"/"_s, minute);
+    QTRY_VERIFY(answer);
+    QVERIFY(!answer->problem.isEmpty() && other.requests().isEmpty());
+
+    send(u"/silent"_s, minute);
+    exchange.reset();
+    QVERIFY(!answer);
+}
+
+void OpenFeedbackTest::address_isChecked()
+{
+    QTemporaryDir folder;
+    QVERIFY(OpenFeedback::submitUrl(InfoDictionary()).isEmpty());
+    for (const QString &address : { u"file:///etc/passwd"_s, u"feedback"_s, u"http://"_s }) {
+        expectWarning(
+            u"no feedback: OFSubmitFeedbackURL is no address of a web server: "_s + address);
+        const Program program(address);
+        expectWarning(u"OpenFeedback Error: You must set OFSubmitFeedbackURL in Info.plist"_s);
+        program.window.sendFeedback();
+        QVERIFY(!program.window.isSending());
+    }
+}
+
+QTEST_MAIN(OpenFeedbackTest)
+#include "OpenFeedbackTest.moc"

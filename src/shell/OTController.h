@@ -29,6 +29,7 @@ class ColorSortingOptions;
 class Desktop;
 class ExclusionWindow;
 class InfoDictionary;
+class OFController;
 struct HotKeyChoice;
 class OpenFeedback;
 class OTAppManager;
@@ -121,6 +122,8 @@ public:
     void openHomeURL();
     // The window in which the user writes to the developers.
     void openFeedback();
+    // Made for this where there is none yet; not shown by it.
+    OFController *feedbackWindow();
     void quitApp(Quitting quitting = Quitting::Asking);
     void performCommand(MainMenu::Command command);
     void openMainMenu(const QPoint &position);

@@ -203,6 +203,11 @@ void OTController::openFeedback()
     showFeedback();
 }
 
+OFController *OTController::feedbackWindow()
+{
+    return &_feedbackAssistant->windowController();
+}
+
 void OTController::feedbackDidEnd()
 {
     bringToFront(_mainWindow);
@@ -211,9 +216,9 @@ void OTController::feedbackDidEnd()
 // With the form that was shown last.
 void OTController::showFeedback()
 {
-    OFController &feedback = _feedbackAssistant->windowController();
-    connect(&feedback, &QDialog::finished, this, &OTController::feedbackDidEnd,
-        Qt::UniqueConnection);
+    OFController &feedback = *feedbackWindow();
+    connect(
+        &feedback, &QDialog::finished, this, &OTController::feedbackDidEnd, Qt::UniqueConnection);
     feedback.showFeedbackWindow();
     _desktop.ownWindows().activate(*feedback.windowHandle(), {});
 }

@@ -1,3 +1,4 @@
+#include "feedback/OFController.h"
 #include "shell/OTNSAppSubclass.h"
 #include "shell/PanelFixture.h"
 #include "shell/base/ProgramDocuments.h"
@@ -11,6 +12,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QMenu>
+#include <QPlainTextEdit>
 
 class OTControllerTest : public PanelFixture
 {
@@ -286,6 +288,41 @@ private Q_SLOTS:
         _controller->performCommand(MainMenu::Command::UserGuide);
         QDesktopServices::unsetUrlHandler(u"file"_s);
         QCOMPARE(_opened, QUrl::fromLocalFile(QFileInfo(guide()).canonicalFilePath()));
+    }
+
+    // Where the program knows an address for it.
+    void feedbackGoesAndComesWithThePanel_withWhatWasWritten()
+    {
+        const QString info = _documents.filePath(u"Info.plist"_s);
+        save(info,
+            "<plist version=\"1.0\"><dict><key>OFSubmitFeedbackURL</key>"
+            "<string>http://127.0.0.1:1/</string></dict></plist>");
+        _info = InfoDictionary(info);
+        launch();
+        QTRY_VERIFY(_window->isActiveWindow());
+        QMenu &menu = *_desktop->item.menu;
+        const QList<QAction *> items = menu.actions();
+        const auto isFeedback = [](const QAction *item) { return item->text().contains(u"Feed"); };
+        QAction *const item = *std::find_if(items.cbegin(), items.cend(), isFeedback);
+        const auto isOffered = [&menu, item] {
+            Q_EMIT menu.aboutToShow();
+            return item->isEnabled();
+        };
+        QVERIFY(isOffered());
+        item->trigger();
+        auto *const feedback = _controller->feedbackWindow();
+        QVERIFY(feedback->isVisible() && !isOffered());
+        feedback->outlets().txtFeature->setPlainText(u"More"_s);
+        _controller->hideMainWindow();
+        QVERIFY(!feedback->isVisible() && isOffered());
+        _controller->showHideMainWindow();
+        QVERIFY(feedback->isVisible());
+        QCOMPARE(feedback->outlets().txtFeature->toPlainText(), u"More"_s);
+        feedback->reject();
+        _controller->hideMainWindow();
+        _controller->showHideMainWindow();
+        QVERIFY(!feedback->isVisible());
+        _info = InfoDictionary();
     }
 
     void changedPreferencesAreAnswered()

@@ -4,11 +4,13 @@
 #include "commands/Output.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
 #include "platform/freedesktop/FreedesktopWording.h"
+#include "platform/freedesktop/crash/CrashReporter.h"
 #include "shell/OTNSAppSubclass.h"
 #include "support/Printable.h"
 #include "support/UserDefaults.h"
 
 #include <QFile>
+#include <QThreadPool>
 
 #include <cstdio>
 #include <cstdlib>
@@ -112,6 +114,19 @@ std::unique_ptr<QCoreApplication> makeApplicationWithoutDisplay(
     std::_Exit(result);
 }
 
+// What the command line asks for; without an instance, all but what shows something.
+int perform(const Invocation &invocation, Desktop &desktop, SingleInstance *instance)
+{
+    if (const QString problem = Commands::applySettings(invocation); !problem.isEmpty()) {
+        return Output::fail(problem, WrongUse);
+    }
+    if (instance == nullptr) {
+        return Commands::run(invocation, desktop);
+    }
+    QThreadPool::globalInstance()->start(CrashReporter::removeOldLogs);
+    return Commands::start(invocation, desktop, *instance);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -124,6 +139,7 @@ int main(int argc, char **argv)
     if (const QString problem = wrongFolder(); !problem.isEmpty()) {
         return Output::fail(problem);
     }
+    CrashReporter::install();
     std::unique_ptr<SingleInstance> instance;
     if (Commands::concernsInstance(invocation)) {
         instance = makeFreedesktopInstance();
@@ -160,15 +176,7 @@ int main(int argc, char **argv)
                                        : UserDefaults::Writing::Never);
     UserDefaults::setStandard(defaults.get());
     Commands::registerDefaults(*desktop);
-    const QString wrongSetting = Commands::applySettings(invocation);
-    int result = WrongUse;
-    if (!wrongSetting.isEmpty()) {
-        Output::fail(wrongSetting, WrongUse);
-    } else if (claimed) {
-        result = Commands::start(invocation, *desktop, *claimed);
-    } else {
-        result = Commands::run(invocation, *desktop);
-    }
+    const int result = perform(invocation, *desktop, claimed.get());
     UserDefaults::setStandard(nullptr);
     defaults.reset();
     if (Commands::isDecoding()) {

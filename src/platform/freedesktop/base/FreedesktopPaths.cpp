@@ -5,11 +5,16 @@
 
 FreedesktopPaths::FreedesktopPaths()
     : _dataFolders(SessionFolders::dataHome())
-    , _stateHome(SessionFolders::stateHome())
+    , _userLibrary(userLibraryFolder())
     , _configurationHome(SessionFolders::configurationHome())
 {
     _dataFolders.append(SessionFolders::sharedData());
     _dataFolders.removeDuplicates();
+}
+
+QString FreedesktopPaths::userLibraryFolder()
+{
+    return SessionFolders::stateHome() + QStringLiteral("/Ortu");
 }
 
 QString FreedesktopPaths::applicationSupportFolder(Domain domain) const
@@ -19,8 +24,7 @@ QString FreedesktopPaths::applicationSupportFolder(Domain domain) const
 
 QString FreedesktopPaths::libraryFolder(Domain domain) const
 {
-    return domain == Domain::User ? _stateHome + QStringLiteral("/Ortu")
-                                  : QStringLiteral("/var/lib/Ortu");
+    return domain == Domain::User ? _userLibrary : QStringLiteral("/var/lib/Ortu");
 }
 
 QString FreedesktopPaths::configurationFolder() const

@@ -13,6 +13,9 @@ public:
     // $XDG_DATA_HOME and then SessionFolders::sharedData(), in standard form, each once.
     const QStringList &dataFolders() const { return _dataFolders; }
 
+    // The same as libraryFolder(Domain::User), for those who need no more than that.
+    static QString userLibraryFolder();
+
     QString applicationSupportFolder(Domain domain) const override;
     QString libraryFolder(Domain domain) const override;
     QString configurationFolder() const override;
@@ -20,6 +23,6 @@ public:
 
 private:
     QStringList _dataFolders;
-    QString _stateHome;
+    QString _userLibrary;
     QString _configurationHome;
 };

@@ -2,9 +2,12 @@
 // input.
 
 #include "desktop/ProgramRunner.h"
+#include "feedback/CrashLogs.h"
 
 #include <QImage>
 #include <QJsonArray>
+
+#include <csignal>
 
 class ProgramTest : public TestCase
 {
@@ -147,6 +150,33 @@ private Q_SLOTS:
         }
         QCOMPARE(result.errorLines.size(), 2);
         QVERIFY(result.output.count(".desktop") == 1 && result.output.contains("good.desktop"));
+    }
+
+    void aCrash_leavesALogThatIsFound_andOldOnesGo()
+    {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        QSKIP("the sanitizer handles crashes");
+#endif
+        for (int i = 10; i < 35; ++i) {
+            _runner->write(
+                u"state/Ortu/Logs/CrashReporter/Ortu_2020-01-01-0000%1.crash"_s.arg(i), "old");
+        }
+        const CrashLogs logs({ _runner->path(u"state/Ortu"_s) }, u"Ortu"_s);
+        _runner->set("QT_QPA_PLATFORM", u"offscreen"_s);
+        _runner->set("DBUS_SESSION_BUS_ADDRESS", u"none:"_s);
+        _runner->scanOnlyOwnApplications();
+        QProcess process;
+        _runner->start(process, { u"--service"_s });
+        QTRY_COMPARE_WITH_TIMEOUT(logs.crashLogsSince({}).size(), 20, 60'000);
+        ::kill(static_cast<pid_t>(process.processId()), SIGSEGV);
+        QVERIFY(process.waitForFinished());
+        QVERIFY(process.exitStatus() == QProcess::CrashExit && process.exitCode() == SIGSEGV);
+        const QStringList paths = logs.crashLogsSince({});
+        QVERIFY(paths.size() == 21 && paths[0].endsWith(u"Ortu_2020-01-01-000015.crash"_s));
+        const QString text = CrashLogs::latestCrashLogContents(paths);
+        QVERIFY2(text.contains(u"(SIGSEGV)"_s) && text.contains(u"/libQt6Core.so"_s)
+                && text.endsWith(u"End of the log\n"_s),
+            qUtf8Printable(text));
     }
 
 private:

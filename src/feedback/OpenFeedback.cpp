@@ -6,12 +6,19 @@
 #include "support/InfoDictionary.h"
 #include "support/UserDefaults.h"
 
-#include <QUrl>
+namespace {
+
+const QString lastCheckKey = QStringLiteral("QSLastCrashCheckTime");
+
+} // namespace
 
 OpenFeedback::OpenFeedback(const Desktop &desktop, const InfoDictionary &info, QObject *parent)
     : QObject(parent)
     , _desktop(desktop)
     , _info(info)
+    , _crashLogs({ desktop.searchPaths().libraryFolder(SearchPaths::Domain::User),
+                     desktop.searchPaths().libraryFolder(SearchPaths::Domain::Local) },
+          info.stringForKey(QStringLiteral("CFBundleName")))
 { }
 
 OpenFeedback::~OpenFeedback() = default;
@@ -54,4 +61,23 @@ void OpenFeedback::presentFeedbackPanelForFeature()
 void OpenFeedback::presentFeedbackPanelForBug()
 {
     windowController().presentFeedbackPanelForBug();
+}
+
+void OpenFeedback::presentFeedbackPanelIfCrashed()
+{
+    const QStringList logs = _crashLogs.crashLogsSince(lastCrashCheckTime());
+    if (!logs.isEmpty()) {
+        windowController().presentFeedbackPanelForCrash(CrashLogs::latestCrashLogContents(logs));
+    }
+    setLastCrashCheckTime(QDateTime::currentDateTimeUtc());
+}
+
+QDateTime OpenFeedback::lastCrashCheckTime() const
+{
+    return UserDefaults::standard().objectForKey(lastCheckKey).toDateTime();
+}
+
+void OpenFeedback::setLastCrashCheckTime(const QDateTime &time)
+{
+    UserDefaults::standard().setObject(lastCheckKey, time);
 }

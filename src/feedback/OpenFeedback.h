@@ -4,11 +4,12 @@
 
 #pragma once
 
+#include "feedback/CrashLogs.h"
 #include "feedback/FeedbackForm.h"
 
 #include <QDateTime>
 #include <QObject>
-#include <QStringList>
+#include <QUrl>
 
 #include <memory>
 
@@ -51,13 +52,8 @@ public:
     // With the newest log of a crash since the last call; without one nothing is shown.
     void presentFeedbackPanelIfCrashed();
 
-    // The logs of crashes and hangs of this program that are not older than a date; all of them
-    // without a date. As CrashLogs::logsSince().
-    QStringList crashLogsSince(const QDateTime &date) const;
-    // As CrashLogs::latestContents().
-    static QString latestCrashLogContents(const QStringList &logs);
-    static bool fileIsNewerThan(const QString &path, const QDateTime &date);
-    static QDateTime modificationTimeOfFile(const QString &path);
+    // The logs of this program in the desktop's Library folders.
+    const CrashLogs &crashLogs() const { return _crashLogs; }
 
     // When logs were looked for last; invalid when they never were.
     QDateTime lastCrashCheckTime() const;
@@ -74,6 +70,7 @@ public:
 private:
     const Desktop &_desktop;
     const InfoDictionary &_info;
+    const CrashLogs _crashLogs;
     OpenFeedbackDelegate *_delegate = nullptr;
     std::unique_ptr<OFController> _windowController;
 };

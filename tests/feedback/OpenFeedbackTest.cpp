@@ -41,15 +41,25 @@ public:
     }
 };
 
-class WebDesktop final : public Desktop
+class WebDesktop final : public Desktop, private SearchPaths
 {
 public:
+    explicit WebDesktop(const QString &library)
+        : _library(library)
+    { }
+
+    const SearchPaths &searchPaths() const override { return *this; }
+    QString libraryFolder(Domain domain) const override
+    {
+        return domain == Domain::User ? _library : QString();
+    }
     const WebClient &webClient() const override { return _webClient; }
     const Account &account() const override { return _account; }
 
 private:
     LinkedWebClient _webClient;
     KnownAccount _account;
+    QString _library;
 };
 
 class CensoringDelegate final : public OpenFeedbackDelegate
@@ -68,18 +78,23 @@ public:
 class Program final
 {
     QTemporaryDir _folder;
-    WebDesktop _desktop;
+    WebDesktop _desktop { _folder.path() };
     InfoDictionary _info;
+    UserDefaults _defaults;
 
 public:
     explicit Program(const QString &address)
         : _info(write(address))
-    { }
+    {
+        UserDefaults::setStandard(&_defaults);
+    }
 
     OpenFeedback feedback { _desktop, _info };
     OFController &window = feedback.windowController();
     const FeedbackOutlets &outlets = window.outlets();
     QStringList alerts;
+
+    QString library() const { return _folder.path(); }
 
     void ask(const QString &question)
     {
@@ -124,6 +139,7 @@ private Q_SLOTS:
     void answer_decidesWhetherTheTextIsDone();
     void delegate_changesOrRefusesTheForm();
     void request_isBoundedAndStaysWithItsServer();
+    void crash_isReportedOnce();
     void address_isChecked();
 };
 
@@ -326,6 +342,27 @@ void OpenFeedbackTest::request_isBoundedAndStaysWithItsServer()
     send(u"/silent"_s, minute);
     exchange.reset();
     QVERIFY(!answer);
+}
+
+void OpenFeedbackTest::crash_isReportedOnce()
+{
+    Program program(u"http://127.0.0.1:1/"_s);
+    program.feedback.presentFeedbackPanelIfCrashed();
+    QVERIFY(!program.window.isVisible());
+    const QString logs = program.library() + u"/Logs/CrashReporter"_s;
+    QVERIFY(QDir().mkpath(logs));
+    save(logs + u"/Ortu_1.crash"_s, "signal=11");
+    // The time of a file is finer than that of a preference.
+    const QDateTime check = program.feedback.lastCrashCheckTime();
+    QVERIFY(check.isValid());
+    program.feedback.setLastCrashCheckTime(check.addSecs(-1));
+    program.feedback.presentFeedbackPanelIfCrashed();
+    QVERIFY(program.window.isVisible());
+    QVERIFY(program.outlets.txtCrashDescription->toPlainText().endsWith(u"signal=11"_s));
+    program.window.close();
+    program.feedback.setLastCrashCheckTime(QDateTime::currentDateTimeUtc().addSecs(1));
+    program.feedback.presentFeedbackPanelIfCrashed();
+    QVERIFY(!program.window.isVisible());
 }
 
 void OpenFeedbackTest::address_isChecked()

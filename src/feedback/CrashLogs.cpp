@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr qint64 MaxLogSize = 1024 * 1024;
+constexpr qint64 MaxLogSize = 1'048'576;
 
 // Null when it is none. A character that a limit has cut off at the end is left out.
 QString decoded(const QByteArray &bytes, bool isCut)

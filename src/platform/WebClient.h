@@ -23,7 +23,7 @@ struct WebRequest
     // From here to the end of the answer, redirects included.
     std::chrono::milliseconds maxTime = std::chrono::seconds(60);
     // In bytes. What an answer has beyond it is not read.
-    qint64 maxAnswerSize = 1024 * 1024;
+    qint64 maxAnswerSize = 1'048'576;
 };
 
 struct WebAnswer

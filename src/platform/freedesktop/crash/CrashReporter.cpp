@@ -20,12 +20,14 @@ namespace {
 
 constexpr std::array<int, 7> Handled { SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGSYS, SIGTRAP };
 
-// Seconds. A disk that does not answer holds up the end of the program for no longer.
+// Seconds. A disk that does not answer holds up the end of the program for no longer; SIGALRM ends
+// it then.
 constexpr unsigned MaxWriting = 10;
+// Of another thread that crashes meanwhile.
 constexpr int MaxWaiting = 5;
 
 // Enough for the unwinder and for whatever a processor keeps of its registers.
-alignas(16) std::array<char, 128 * 1024> handlerStack;
+alignas(16) std::array<char, 131'072> handlerStack;
 
 constinit SafeText text;
 pid_t ownProcess = 0;
@@ -135,7 +137,7 @@ void writeHead(std::time_t now, int signal, const siginfo_t &info, void *context
     text.add("Thread: ").addDecimal(::gettid()).add(" (").addForeign(name.data());
     text.add(::gettid() == ownProcess ? "), the main thread" : ")").endLine();
     text.add("Process: ").addDecimal(ownProcess).add(", running for ").addDecimal(now - startTime);
-    text.add(" seconds").endLine();
+    text.add(" s").endLine();
     writeSystem();
 }
 

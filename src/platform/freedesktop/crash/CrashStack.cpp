@@ -163,6 +163,7 @@ void CrashStack::write(SafeText &text, void *context)
     const unsigned long long instruction = *registers.instruction;
     const unsigned long long stack = *registers.stack;
     if (!ElfImage::at(instruction).isFound()) {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): it comes from a register
         const auto caller = *reinterpret_cast<const unsigned long long *>(stack);
         if (ElfImage::at(caller).isFound()) {
             walk.startsAtCaller = true;

@@ -5,6 +5,9 @@
 #include <elf.h>
 #include <link.h>
 
+// Addresses come as numbers here, from registers and from headers.
+// NOLINTBEGIN(performance-no-int-to-ptr)
+
 ElfImage ElfImage::at(std::uintptr_t address)
 {
     ElfImage image;
@@ -52,3 +55,5 @@ bool ElfImage::readBuildId()
     }
     return false;
 }
+
+// NOLINTEND(performance-no-int-to-ptr)

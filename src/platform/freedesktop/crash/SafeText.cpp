@@ -1,12 +1,13 @@
 #include "platform/freedesktop/crash/SafeText.h"
 
 #include <cerrno>
+#include <string_view>
 #include <unistd.h>
 
 namespace {
 
-constexpr char DigitNames[] = "0123456789abcdef";
-constexpr std::int64_t SecondsPerDay = 24 * 60 * 60;
+constexpr std::string_view DigitNames = "0123456789abcdef";
+constexpr std::int64_t SecondsPerDay = 86'400;
 
 struct CivilDate
 {

@@ -1,5 +1,6 @@
 #include "platform/freedesktop/crash/SignalNames.h"
 
+#include <array>
 #include <csignal>
 
 namespace {
@@ -12,7 +13,7 @@ struct CodeName
     const char *name;
 };
 
-constexpr CodeName CodeNames[] {
+constexpr auto CodeNames = std::to_array<CodeName>({
     { 0, SI_USER, "SI_USER" },
     { 0, SI_TKILL, "SI_TKILL" },
     { 0, SI_QUEUE, "SI_QUEUE" },
@@ -31,7 +32,7 @@ constexpr CodeName CodeNames[] {
     { SIGFPE, FPE_FLTINV, "FPE_FLTINV" },
     { SIGTRAP, TRAP_BRKPT, "TRAP_BRKPT" },
     { SIGTRAP, TRAP_TRACE, "TRAP_TRACE" },
-};
+});
 
 } // namespace
 

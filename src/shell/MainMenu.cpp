@@ -41,10 +41,13 @@ MainMenu::MainMenu(Addresses known, QObject *parent)
     add(tr("Exclude Applications…"), Command::ExcludeApps);
     _menu.addSeparator();
     add(tr("About Ortu"), Command::About);
+    if (known.testFlag(Address::Updates)) {
+        add(tr("Check for Updates…"), Command::CheckForUpdates);
+    }
     add(tr("Welcome to Ortu"), Command::Welcome);
     add(tr("Ortu User Guide"), Command::UserGuide);
     add(tr("Rescan All Applications"), Command::RescanAllApps);
-    if (known) {
+    if (known & (Address::HomePage | Address::Feedback)) {
         _menu.addSeparator();
     }
     if (known.testFlag(Address::HomePage)) {

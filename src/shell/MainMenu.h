@@ -22,6 +22,7 @@ public:
         Preferences,
         ExcludeApps,
         About,
+        CheckForUpdates,
         Welcome,
         UserGuide,
         RescanAllApps,
@@ -31,7 +32,7 @@ public:
     };
 
     // There is no command for a page or a service that the program knows no address of.
-    enum class Address { HomePage = 1, Feedback = 2 };
+    enum class Address { HomePage = 1, Feedback = 2, Updates = 4 };
     Q_DECLARE_FLAGS(Addresses, Address)
     explicit MainMenu(Addresses known, QObject *parent = nullptr);
 

@@ -18,6 +18,8 @@
 #include "support/InfoDictionary.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
+#include "updates/UpdateWindow.h"
+#include "updates/Updater.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -30,11 +32,12 @@ namespace {
 
 const QString homeUrlKey = QStringLiteral("OTHomeURL");
 
-MainMenu::Addresses addressesOf(const InfoDictionary &info)
+MainMenu::Addresses addressesOf(const InfoDictionary &info, const Updater &updater)
 {
     MainMenu::Addresses known;
     known.setFlag(MainMenu::Address::HomePage, !info.stringForKey(homeUrlKey).isEmpty());
     known.setFlag(MainMenu::Address::Feedback, !OpenFeedback::submitUrl(info).isEmpty());
+    known.setFlag(MainMenu::Address::Updates, updater.canCheck());
     return known;
 }
 
@@ -48,7 +51,8 @@ OTController::OTController(Desktop &desktop, OTAppManager &appManager, OTWindow 
     , _mainWindow(mainWindow)
     , _info(info)
     , _userDefaults(UserDefaults::standard())
-    , _mainMenu(addressesOf(info))
+    , _updater(std::make_unique<Updater>(desktop.webClient(), info))
+    , _mainMenu(addressesOf(info, *_updater))
     , _activation(desktop.ownWindows(), mainWindow)
     , _memoryRelease(desktop.memory(), mainWindow)
     , _triggers(
@@ -108,6 +112,8 @@ void OTController::awakeFromNib()
         &_triggers, &Triggers::statusItemShownChanged, this, &OTController::hasMenuAccessChanged);
     connect(&_launchAtLogin, &LaunchAtLoginController::launchAtLoginChanged, this,
         &OTController::readStartAtLogin);
+    connect(_updater.get(), &Updater::windowShown, this,
+        [this] { _desktop.ownWindows().activate(*_updater->window()->windowHandle(), {}); });
     connect(&_access, &AccessCheck::willWarn, this, &OTController::bringAlertToFront);
     connect(this, &OTController::hasMenuAccessChanged, this, &OTController::updatePrefsQuitButton);
 }

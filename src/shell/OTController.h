@@ -37,6 +37,7 @@ class OTWelcomeAssistant;
 class OTWindow;
 class PreferencesWindow;
 class Sheet;
+class Updater;
 class UserDefaults;
 struct Alert;
 
@@ -115,6 +116,8 @@ public:
     void closeExclusionWindow();
     void rescanAllApps(Sender sender);
     void openAbout();
+    // Whether there is a newer version of the program.
+    void checkForUpdates();
     // With the desktop's viewer.
     void openUserGuide();
     // The tour for those who are new; nothing happens where its document is missing.
@@ -175,6 +178,7 @@ private:
     OTWindow &_mainWindow;
     const InfoDictionary &_info;
     UserDefaults &_userDefaults;
+    std::unique_ptr<Updater> _updater;
     MainMenu _mainMenu;
     Activation _activation;
     MemoryRelease _memoryRelease;

@@ -15,6 +15,7 @@
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 #include "support/NotificationCenter.h"
+#include "updates/Updater.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -91,6 +92,9 @@ void OTController::performCommand(MainMenu::Command command)
     case MainMenu::Command::About:
         openAbout();
         break;
+    case MainMenu::Command::CheckForUpdates:
+        checkForUpdates();
+        break;
     case MainMenu::Command::UserGuide:
         openUserGuide();
         break;
@@ -122,6 +126,12 @@ void OTController::openAbout()
 {
     activate();
     OTNSAppSubclass::orderFrontStandardAboutPanel(_info, _desktop.ownWindows());
+}
+
+void OTController::checkForUpdates()
+{
+    activate();
+    _updater->checkForUpdates();
 }
 
 void OTController::openUserGuide()

@@ -11,6 +11,7 @@
 #include "support/InfoDictionary.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
+#include "updates/Updater.h"
 
 #include <QApplication>
 #include <QWidget>
@@ -35,6 +36,7 @@ void OTController::registerDefaults()
     Triggers::registerDefaults();
     AccessCheck::registerDefaults();
     OTWelcomeAssistant::registerDefaults();
+    Updater::registerDefaults();
     UserDefaults::standard().registerDefaults({
         { Key::startAtLogin, false },
         { QStringLiteral("showOnBecomeActive"), false },
@@ -96,6 +98,7 @@ void OTController::applicationDidFinishLaunching(const std::optional<InstanceReq
         if (_mainWindow.isShown() && !_activation.isInFront()) {
             _activation.awaitFront(Activation::Loss::Reported);
         }
+        _updater->checkForUpdatesInBackground();
         Q_EMIT NotificationCenter::defaultCenter().applicationDidFinishLaunching();
     });
 }

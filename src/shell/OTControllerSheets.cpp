@@ -14,6 +14,7 @@
 #include "shell/preferences/PreferencesWindow.h"
 #include "shell/welcome/OTWelcomeAssistant.h"
 #include "support/UserDefaults.h"
+#include "updates/Updater.h"
 
 #include <QApplication>
 #include <QWindow>

@@ -1,11 +1,12 @@
 #include "feedback/OpenFeedback.h"
 
-#include "feedback/LoopbackServer.h"
 #include "feedback/OFController.h"
 #include "platform/Desktop.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 #include "support/UserDefaults.h"
+#include "web/LinkedWebClient.h"
+#include "web/LoopbackServer.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -16,21 +17,10 @@
 
 #include <optional>
 
-extern "C" WebExchange *ortuSendRequest(const WebRequest &request, WebClient::Receiver &receiver);
-
 namespace {
 
 using Answer = LoopbackServer::Answer;
 using Request = LoopbackServer::Request;
-
-class LinkedWebClient final : public WebClient
-{
-public:
-    std::unique_ptr<WebExchange> send(const WebRequest &request, Receiver receiver) const override
-    {
-        return std::unique_ptr<WebExchange>(ortuSendRequest(request, receiver));
-    }
-};
 
 class KnownAccount final : public Account
 {
@@ -248,7 +238,7 @@ void OpenFeedbackTest::answer_decidesWhetherTheTextIsDone_data()
     QTest::newRow("server error") << Answer { status(500, {}, {}) } << sent;
     QTest::newRow("login wanted") << Answer { status(401, "WWW-Authenticate: Basic\r\n", {}) }
                                   << sent;
-    QTest::newRow("endless") << Answer { "HTTP/1.1 200 x\r\n\r\nx", Answer::Then::GoOn } << sent;
+    QTest::newRow("endless") << LoopbackServer::endless("x") << sent;
     QTest::newRow("reset") << Answer { {}, Answer::Then::Abort } << notSent;
     QTest::newRow("broken off") << Answer { "HTTP/1.1 200 x\r\nContent-Length: 9\r\n\r\nx" }
                                 << notSent;

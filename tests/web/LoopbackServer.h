@@ -22,7 +22,7 @@ public:
     // What it sends, and what it does then.
     struct Answer
     {
-        enum class Then { Close, Wait, Abort, GoOn };
+        enum class Then { Close, Wait, Abort };
         QByteArray bytes;
         Then then = Then::Close;
     };
@@ -32,14 +32,20 @@ public:
     };
 
     LoopbackServer()
+        : LoopbackServer(std::make_unique<QTcpServer>(), u"http"_s)
+    { }
+    LoopbackServer(std::unique_ptr<QTcpServer> server, const QString &scheme)
+        : _listener(std::move(server))
+        , _scheme(scheme)
     {
-        _server.listen(QHostAddress::LocalHost);
-        QObject::connect(&_server, &QTcpServer::newConnection, &_server, [this] { accept(); });
+        _listener->listen(QHostAddress::LocalHost);
+        QObject::connect(_listener.get(), &QTcpServer::pendingConnectionAvailable, _listener.get(),
+            [this] { accept(); });
     }
 
     QUrl url(const QString &path = u"/feedback"_s) const
     {
-        return QUrl(u"http://127.0.0.1:%1%2"_s.arg(_server.serverPort()).arg(path));
+        return QUrl(u"%1://127.0.0.1:%2%3"_s.arg(_scheme).arg(_listener->serverPort()).arg(path));
     }
     const QList<Request> &requests() const { return _requests; }
 
@@ -49,12 +55,19 @@ public:
             + "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
     }
 
+    // Of no given length, and longer than anyone wants to read.
+    static Answer endless(const QByteArray &start)
+    {
+        return { "HTTP/1.1 200 x\r\n\r\n" + start + QByteArray(2'000'000, 'x'),
+            Answer::Then::Wait };
+    }
+
 private:
     void accept()
     {
-        QTcpSocket *const socket = _server.nextPendingConnection();
+        QTcpSocket *const socket = _listener->nextPendingConnection();
         auto received = std::make_shared<QByteArray>();
-        QObject::connect(socket, &QTcpSocket::readyRead, &_server, [this, socket, received] {
+        QObject::connect(socket, &QTcpSocket::readyRead, _listener.get(), [this, socket, received] {
             *received += socket->readAll();
             const qsizetype end = received->indexOf("\r\n\r\n");
             const Request request { received->left(received->indexOf("\r\n")),
@@ -80,12 +93,10 @@ private:
             socket.disconnectFromHost();
         } else if (answer.then == Answer::Then::Abort) {
             socket.abort();
-        } else if (answer.then == Answer::Then::GoOn) {
-            QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket,
-                [&socket] { socket.write(QByteArray(65536, 'x')); });
         }
     }
 
-    QTcpServer _server;
+    std::unique_ptr<QTcpServer> _listener;
+    QString _scheme;
     QList<Request> _requests;
 };

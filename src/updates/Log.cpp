@@ -1,0 +1,3 @@
+#include "updates/Log.h"
+
+Q_LOGGING_CATEGORY(lcUpdates, "ortu.updates", QtInfoMsg)

@@ -1,0 +1,251 @@
+#include "updates/Updater.h"
+
+#include "support/Alerts.h"
+#include "support/InfoDictionary.h"
+#include "support/NotificationCenter.h"
+#include "support/UserDefaults.h"
+#include "updates/UpdateWindow.h"
+#include "web/LinkedWebClient.h"
+#include "web/LoopbackServer.h"
+
+#include <QCheckBox>
+#include <QDateTime>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslServer>
+
+namespace {
+
+using Answer = LoopbackServer::Answer;
+
+const QByteArray rss = R"(<?xml version="1.0"?><rss version="2.0"><channel><title>Ortu</title>
+    <item><title>Ortu 98.1</title><link>https://example.org/98</link></item>
+    <item><title>A new one</title><link>https://example.org/99</link>
+      <description>&lt;ul&gt;&lt;li&gt;Faster&lt;/li&gt;&lt;/ul&gt;</description>
+      <enclosure url="x" xmlns:u="urn:u" u:version="99.2"/></item>
+    <item><title>Ortu 100-rc1</title></item></channel></rss>)";
+
+// A version, its link and its notes, or what is wrong.
+QString readFeed(const QByteArray &feed)
+{
+    QString problem;
+    const std::optional<Release> release = UpdateFeed::newestRelease(feed, &problem);
+    return release
+        ? release->version.toString() + u' ' + release->link.toString() + u' ' + release->notes
+        : u"! "_s + problem;
+}
+
+} // namespace
+
+class UpdaterTest : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void feed_isReadOrRefused_data();
+    void feed_isReadOrRefused();
+    void user_isToldWhatTheFeedSays_data();
+    void user_isToldWhatTheFeedSays();
+    void background_asksOnceADayAndTellsOnce();
+    void address_isHttpsOrNone();
+
+private:
+    std::unique_ptr<Updater> makeUpdater()
+    {
+        save(_folder.filePath(u"Info.plist"_s),
+            "<plist version=\"1.0\"><dict><key>SUFeedURL</key><string>" + _address.toUtf8()
+                + "</string></dict></plist>");
+        return std::make_unique<Updater>(
+            _client, InfoDictionary(_folder.filePath(u"Info.plist"_s)));
+    }
+
+    QTemporaryDir _folder;
+    LinkedWebClient _client;
+    std::unique_ptr<LoopbackServer> _server;
+    std::unique_ptr<UserDefaults> _defaults;
+    QString _address;
+    QStringList _alerts;
+    QStringList _messages;
+    Alerts::PresenterScope _presenter { [this](const Alert &alert, QWidget *) {
+        _alerts.append(alert.messageText);
+        return 0;
+    } };
+};
+
+// A server with a certificate of its own that this program trusts.
+void UpdaterTest::initTestCase()
+{
+    qputenv("no_proxy", "127.0.0.1");
+    const QString key = _folder.filePath(u"key.pem"_s);
+    const QString certificate = _folder.filePath(u"certificate.pem"_s);
+    QProcess openssl;
+    openssl.start(u"openssl"_s,
+        { u"req"_s, u"-x509"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-days"_s, u"2"_s,
+            u"-subj"_s, u"/CN=loopback"_s, u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s,
+            u"-keyout"_s, key, u"-out"_s, certificate });
+    QVERIFY2(openssl.waitForFinished() && openssl.exitCode() == 0, openssl.readAllStandardError());
+    QSslConfiguration trusting = QSslConfiguration::defaultConfiguration();
+    trusting.addCaCertificates(certificate);
+    QSslConfiguration::setDefaultConfiguration(trusting);
+
+    QSslConfiguration serving = QSslConfiguration::defaultConfiguration();
+    serving.setLocalCertificate(QSslCertificate(load(certificate)));
+    serving.setPrivateKey(QSslKey(load(key), QSsl::Rsa));
+    auto listener = std::make_unique<QSslServer>();
+    listener->setSslConfiguration(serving);
+    _server = std::make_unique<LoopbackServer>(std::move(listener), u"https"_s);
+    connect(&NotificationCenter::defaultCenter(), &NotificationCenter::N_UserMessage, this,
+        [this](const QString &message) { _messages.append(message); });
+}
+
+void UpdaterTest::init()
+{
+    TestCase::init();
+    _defaults = std::make_unique<UserDefaults>();
+    UserDefaults::setStandard(_defaults.get());
+    Updater::registerDefaults();
+    _address = _server->url(u"/feed"_s).toString();
+    _server->answer = [](const LoopbackServer::Request &) {
+        return Answer { LoopbackServer::status(200, {}, rss) };
+    };
+    _alerts.clear();
+    _messages.clear();
+}
+
+void UpdaterTest::cleanup()
+{
+    UserDefaults::setStandard(nullptr);
+}
+
+void UpdaterTest::feed_isReadOrRefused_data()
+{
+    QTest::addColumn<QByteArray>("feed");
+    QTest::addColumn<QString>("read");
+    QTest::newRow("RSS") << rss << u"99.2 https://example.org/99 Faster"_s;
+    QTest::newRow("Atom") << QByteArray(
+        R"(<feed xmlns="http://www.w3.org/2005/Atom"><title>Releases 7</title>
+               <entry><title>v2.10</title><link href="https://example.org/v2"/><content
+               type="html">more &amp;lt; less</content></entry><entry><title>v2.9.5</title>
+               </entry></feed>)")
+                          << u"2.10 https://example.org/v2 more < less"_s;
+    QTest::newRow("dangerous link")
+        << QByteArray("<rss><item><title>Ortu 3</title><link>file:///bin/sh</link></item></rss>")
+        << u"3  "_s;
+    QTest::newRow("cut off") << rss.chopped(1) << u"! Premature end of document."_s;
+    QTest::newRow("no version") << QByteArray("<rss><item><title>x.y 1.2-rc1</title></item></rss>")
+                                << u"! it names no version"_s;
+    QTest::newRow("HTML") << QByteArray("<!DOCTYPE html><html><title>Ortu 9</title></html>")
+                          << u"! it defines a document type of its own"_s;
+    QTest::newRow("nothing") << QByteArray() << u"! Premature end of document."_s;
+}
+
+void UpdaterTest::feed_isReadOrRefused()
+{
+    QFETCH(QByteArray, feed);
+    QTEST(readFeed(feed), "read");
+}
+
+void UpdaterTest::user_isToldWhatTheFeedSays_data()
+{
+    QTest::addColumn<Answer>("answer");
+    QTest::addColumn<QString>("told");
+    const auto status = &LoopbackServer::status;
+    const QString failed = u"Could not look for a newer version."_s;
+    QTest::newRow("newer") << Answer { status(200, {}, rss) } << u"window"_s;
+    QTest::newRow("present") << Answer {
+        status(200, {}, QByteArray(rss).replace("99.2", "0.1").replace("98.1", "0.0.1"))
+    } << u"There is no newer version."_s;
+    QTest::newRow("missing") << Answer { status(404, {}, rss) } << failed;
+    QTest::newRow("endless") << LoopbackServer::endless("<rss>") << failed;
+    QTest::newRow("to plain HTTP")
+        << Answer { status(302, "Location: http://127.0.0.1:1/\r\n", {}) } << failed;
+}
+
+void UpdaterTest::user_isToldWhatTheFeedSays()
+{
+    QFETCH(Answer, answer);
+    QFETCH(QString, told);
+    _server->answer = [answer](const LoopbackServer::Request &) { return answer; };
+    const std::unique_ptr<Updater> updater = makeUpdater();
+    if (told.startsWith(u"Could")) {
+        expectWarning(u"cannot look for updates at 127\\.0\\.0\\.1: .+"_s);
+    }
+    QSignalSpy shown(updater.get(), &Updater::windowShown);
+    updater->checkForUpdates();
+    updater->checkForUpdates();
+    QTRY_VERIFY(!shown.isEmpty() || !_alerts.isEmpty());
+    QCOMPARE(_alerts, told == u"window" ? QStringList() : QStringList { told });
+    QCOMPARE(updater->window() != nullptr, told == u"window");
+    if (UpdateWindow *const window = updater->window()) {
+        QCOMPARE(window->findChild<QPlainTextEdit *>()->toPlainText(), u"Faster"_s);
+        QSignalSpy page(window, &UpdateWindow::pageWanted);
+        window->disconnect(updater.get());
+        for (QPushButton *const button : window->findChildren<QPushButton *>()) {
+            if (button->isDefault()) {
+                button->click();
+                break;
+            }
+        }
+        QCOMPARE(page.value(0).value(0).toUrl(), QUrl(u"https://example.org/99"_s));
+    }
+}
+
+void UpdaterTest::background_asksOnceADayAndTellsOnce()
+{
+    const qsizetype before = _server->requests().count();
+    const auto asked = [&] { return _server->requests().count() - before; };
+    const auto wait = [this](int hours) {
+        _defaults->setObject(
+            u"SULastCheckTime"_s, QDateTime::currentDateTimeUtc().addSecs(-hours * 3600));
+    };
+    std::unique_ptr<Updater> updater = makeUpdater();
+    updater->checkForUpdatesInBackground();
+    QTRY_COMPARE(_messages.count(), 1);
+    QVERIFY(_messages.first().startsWith(u"Ortu 99.2 is available."_s) && !updater->window());
+    wait(23);
+    updater->checkForUpdatesInBackground();
+    QCOMPARE(asked(), 1);
+    wait(25);
+    updater->checkForUpdatesInBackground();
+    QTRY_COMPARE(asked(), 2);
+
+    // A clock that was ahead stops no check; the same version is told by another run, unless it
+    // is to be skipped.
+    updater = makeUpdater();
+    wait(-1000);
+    updater->checkForUpdatesInBackground();
+    QTRY_COMPARE(_messages.count(), 2);
+    _defaults->setObject(u"SUSkippedVersion"_s, u"99.2"_s);
+    _defaults->setObject(u"SUEnableAutomaticChecks"_s, false);
+    wait(25);
+    updater = makeUpdater();
+    updater->checkForUpdatesInBackground();
+    QCOMPARE(asked(), 3);
+    _defaults->setObject(u"SUEnableAutomaticChecks"_s, true);
+    updater->checkForUpdatesInBackground();
+    updater->checkForUpdates();
+    QTRY_VERIFY(updater->window());
+    QCOMPARE(asked(), 4);
+    QCOMPARE(_messages.count(), 2);
+}
+
+void UpdaterTest::address_isHttpsOrNone()
+{
+    QVERIFY(Updater::feedUrl(InfoDictionary()).isEmpty());
+    for (const QString &address : { u"http://example.org/feed"_s, u"feed"_s, u"https:///"_s }) {
+        _address = address;
+        expectWarning(u"no updates: SUFeedURL is no address of HTTPS: "_s + address);
+        const std::unique_ptr<Updater> updater = makeUpdater();
+        QVERIFY(!updater->automaticallyChecksForUpdates());
+        updater->checkForUpdates();
+    }
+}
+
+QTEST_MAIN(UpdaterTest)
+#include "UpdaterTest.moc"

@@ -8,6 +8,8 @@
 // between what it was and what it becomes, in each of its colours: a fade has none, and with -b a
 // picture without any is right.
 
+#include "Camera.h"
+
 #include <QDir>
 #include <QImage>
 
@@ -15,20 +17,15 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
-#include <sys/ipc.h>
-#include <sys/shm.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
-#include <xcb/shm.h>
-#include <xcb/xcb.h>
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using Picture = std::vector<quint32>;
+using Picture = Camera::Picture;
 
 // A change is over when nothing has changed for so long.
 constexpr std::chrono::milliseconds Rest(700);
@@ -36,7 +33,6 @@ constexpr std::chrono::milliseconds Rest(700);
 constexpr std::chrono::seconds Patience(10);
 // Of a colour of a pixel, for what is rounded differently.
 constexpr int Tolerance = 3;
-constexpr quint32 Colors = 0xffffff;
 // Different pictures of one change that are kept.
 constexpr size_t MostKept = 60;
 
@@ -45,69 +41,6 @@ constexpr size_t MostKept = 60;
     std::fprintf(stderr, "FrameRecorder: %s\n", what);
     std::exit(2);
 }
-
-class Camera final
-{
-public:
-    Camera()
-        : _connection(xcb_connect(nullptr, nullptr))
-    {
-        if (xcb_connection_has_error(_connection) != 0) {
-            fail("no X server");
-        }
-        const xcb_screen_t *const screen =
-            xcb_setup_roots_iterator(xcb_get_setup(_connection)).data;
-        _root = screen->root;
-        _size = QSize(screen->width_in_pixels, screen->height_in_pixels);
-        const int id = shmget(IPC_PRIVATE, byteCount(), IPC_CREAT | 0600);
-        void *const memory = id < 0 ? nullptr : shmat(id, nullptr, 0);
-        if (memory == nullptr) {
-            fail("no shared memory");
-        }
-        _pixels = static_cast<quint32 *>(memory);
-        _segment = xcb_generate_id(_connection);
-        xcb_shm_attach(_connection, _segment, quint32(id), 0);
-        take();
-        shmctl(id, IPC_RMID, nullptr);
-    }
-    ~Camera()
-    {
-        xcb_disconnect(_connection);
-        shmdt(_pixels);
-    }
-    Q_DISABLE_COPY_MOVE(Camera)
-
-    const QSize &size() const { return _size; }
-    // Whether it looks different from the picture.
-    bool differsFrom(const Picture &picture) const
-    {
-        return picture.empty() || std::memcmp(picture.data(), _pixels, byteCount()) != 0;
-    }
-    Picture picture() const { return { _pixels, _pixels + byteCount() / sizeof(quint32) }; }
-
-    void take()
-    {
-        const auto cookie = xcb_shm_get_image(_connection, _root, 0, 0, quint16(_size.width()),
-            quint16(_size.height()), ~0U, XCB_IMAGE_FORMAT_Z_PIXMAP, _segment, 0);
-        auto *const reply = xcb_shm_get_image_reply(_connection, cookie, nullptr);
-        if (reply == nullptr || reply->depth != 24) {
-            fail("cannot read the screen");
-        }
-        std::free(reply);
-        // The rest of a pixel is not seen.
-        std::for_each(_pixels, _pixels + byteCount() / sizeof(quint32),
-            [](quint32 &pixel) { pixel &= Colors; });
-    }
-
-private:
-    size_t byteCount() const { return size_t(_size.width()) * size_t(_size.height()) * 4; }
-
-    xcb_connection_t *_connection;
-    xcb_window_t _root = XCB_WINDOW_NONE;
-    QSize _size;
-    xcb_shm_seg_t _segment = 0;
-    quint32 *_pixels = nullptr;
-};
 
 // What was seen for a while.
 struct Look
@@ -201,6 +134,8 @@ public:
     }
 
 private:
+    QSize size() const { return { _camera.width(), _camera.height() }; }
+
     void nextFrame()
     {
         _next = std::max(_next + _interval, Clock::now());
@@ -236,7 +171,7 @@ private:
             if (look.picture == before || look.picture == after) {
                 continue;
             }
-            const Difference found = difference(look.picture, before, after, _camera.size());
+            const Difference found = difference(look.picture, before, after, size());
             if (_blends == Blends::Right && found.strange == 0) {
                 continue;
             }
@@ -262,8 +197,8 @@ private:
         if (_folder.isEmpty() || number > MostKept) {
             return;
         }
-        const QImage image(reinterpret_cast<const uchar *>(picture.data()), _camera.size().width(),
-            _camera.size().height(), QImage::Format_RGB32);
+        const QImage image(reinterpret_cast<const uchar *>(picture.data()), _camera.width(),
+            _camera.height(), QImage::Format_RGB32);
         image.save(QStringLiteral("%1/%2-%3.png")
                        .arg(_folder)
                        .arg(_changes, 3, 10, QLatin1Char('0'))

@@ -1,7 +1,7 @@
 // The icons of a desktop, in two steps: find out which picture stands for a bundle, then turn it
 // into pixels.
 //
-// All but the signal may be used from any thread. The two steps are apart so that pictures kept
+// Finding and decoding may be used from any thread. The two steps are apart so that pictures kept
 // from an earlier run can stand in for the second one: a source names the file, and the file's
 // state, that its pixels come from. The base class has no icons.
 
@@ -47,7 +47,12 @@ public:
     virtual QImage tryDecode(
         const IconSource &source, int size, int largestStored, QString *problem) const;
 
+    // Begins to look for what changes the icons, and emits iconsChanged() when something has since
+    // this was made. Takes longer than finding icons does, and is left to when there is time.
+    virtual void startWatching() { }
+
 Q_SIGNALS:
-    // The same bundles may have other icons now. Emitted on the main thread.
+    // The same bundles may have other icons now. Emitted on the main thread,
+    // after startWatching() alone.
     void iconsChanged();
 };

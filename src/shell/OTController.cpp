@@ -55,6 +55,7 @@ OTController::OTController(Desktop &desktop, OTAppManager &appManager, OTWindow 
     , _mainMenu(addressesOf(info, *_updater))
     , _activation(desktop.ownWindows(), mainWindow)
     , _memoryRelease(desktop.memory(), mainWindow)
+    , _firstFrame(mainWindow)
     , _triggers(
           desktop, _mainMenu.statusItemMenu(),
           [this](const ActivationStamp &stamp) { showHideMainWindow(stamp); },

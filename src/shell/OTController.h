@@ -10,6 +10,7 @@
 #include "platform/SingleInstance.h"
 #include "shell/AccessCheck.h"
 #include "shell/Activation.h"
+#include "shell/FirstFrame.h"
 #include "shell/LaunchAtLoginController.h"
 #include "shell/MainMenu.h"
 #include "shell/MemoryRelease.h"
@@ -67,8 +68,8 @@ public:
 
     // Starts the program's work: fills the catalogue, shows the panel where that is preferred, and
     // then does what the start was asked for; without a request, as when the session starts the
-    // program to ask it for something in a moment, nothing is shown. To be called from the event
-    // loop, once.
+    // program to ask it for something in a moment, nothing is shown. Whatever the first frame does
+    // not need follows it. To be called from the event loop, once.
     void launch(const std::optional<InstanceRequest> &request);
     bool finishedLaunching() const { return _finishedLaunching; }
 
@@ -131,8 +132,9 @@ public:
     void performCommand(MainMenu::Command command);
     void openMainMenu(const QPoint &position);
 
-    // What other starts are told when they ask how things stand.
-    QJsonObject status() const;
+    // What other starts are told when they ask how things stand. Triggers that are still to be put
+    // up are there by then.
+    QJsonObject status();
 
 Q_SIGNALS:
     // Whether a menu reaches the program may have changed.
@@ -141,7 +143,7 @@ Q_SIGNALS:
 private:
     void awakeFromNib();
     void applicationWillFinishLaunching();
-    void applicationDidFinishLaunching(const std::optional<InstanceRequest> &request);
+    void finishLaunching(qint64 launchCount, bool isTourDue);
     void showLaunchedPanel();
     void checkDesktop();
     void bringAlertToFront();
@@ -182,6 +184,7 @@ private:
     MainMenu _mainMenu;
     Activation _activation;
     MemoryRelease _memoryRelease;
+    FirstFrame _firstFrame;
     Triggers _triggers;
     AccessCheck _access;
     ScanProgress _scanProgress;

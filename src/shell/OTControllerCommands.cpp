@@ -169,8 +169,11 @@ void OTController::quitApp(Quitting quitting)
     QCoreApplication::exit();
 }
 
-QJsonObject OTController::status() const
+QJsonObject OTController::status()
 {
+    if (_finishedLaunching) {
+        _triggers.start();
+    }
     return programStatus(_mainWindow, _appManager, _triggers, isActive());
 }
 

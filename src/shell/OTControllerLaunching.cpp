@@ -45,10 +45,45 @@ void OTController::registerDefaults()
     });
 }
 
+// What stands here is done before the first frame, in this order, each for the reason beside it.
+// Everything else has its place in finishLaunching().
 void OTController::launch(const std::optional<InstanceRequest> &request)
 {
+    // A window manager is told of it with the window.
     applicationWillFinishLaunching();
-    applicationDidFinishLaunching(request);
+    _finishedLaunching = true;
+    // A request for the panel is answered with it.
+    if (request
+        && (request->verb != InstanceRequest::Verb::Activate
+            || _userDefaults.boolForKey(Key::showWindowAtLaunch))) {
+        _launchStamp = request->stamp;
+        _launchTime.start();
+    }
+    // The panel comes with its applications and at their size.
+    rescanAllApps(Sender::Program);
+    // What is excluded would be seen for a moment.
+    const qint64 launchCount = _userDefaults.integerForKey(Key::applicationLaunchCount);
+    if (launchCount == 0) {
+        _appManager.autoExcludeDockApps(/*dockApps=*/false, /*namedApps=*/true);
+    }
+    showLaunchedPanel();
+    if (request) {
+        // The grid offers them on the icons that it draws.
+        openFiles(request->files);
+        // Asked for with the panel, so it comes with it.
+        if (request->verb == InstanceRequest::Verb::Preferences) {
+            openPrefs();
+        }
+    }
+    const bool isPlainStart = request && request->verb == InstanceRequest::Verb::Activate;
+    const bool isTourDue = isPlainStart && launchCount == 0 && OTWelcomeAssistant::isWanted();
+    connect(&_firstFrame, &FirstFrame::passed, this,
+        [this, launchCount, isTourDue] { finishLaunching(launchCount, isTourDue); });
+    if (!_mainWindow.isShown()) {
+        // The triggers are all that summons it.
+        _triggers.start();
+    }
+    _firstFrame.await();
 }
 
 // An information property list that makes the program an agent is overruled by the preference.
@@ -58,49 +93,27 @@ void OTController::applicationWillFinishLaunching()
         && !_userDefaults.boolForKey(Key::showIconInDock);
     _access.setRunningDockless(isDockless);
     _mainWindow.setTaskBar(isDockless ? OTWindow::TaskBar::Skipped : OTWindow::TaskBar::Listed);
-    _triggers.setupEventTap();
 }
 
-void OTController::applicationDidFinishLaunching(const std::optional<InstanceRequest> &request)
+// What the first frame does not need. What the user may miss comes first, what may show an alert
+// and wait for its answer comes last.
+void OTController::finishLaunching(qint64 launchCount, bool isTourDue)
 {
-    _finishedLaunching = true;
-    // A request for the panel is answered with it.
-    if (request
-        && (request->verb != InstanceRequest::Verb::Activate
-            || _userDefaults.boolForKey(Key::showWindowAtLaunch))) {
-        _launchStamp = request->stamp;
-        _launchTime.start();
+    _triggers.start();
+    setApplicationIcon();
+    _desktop.icons().startWatching();
+    _access.checkAccess();
+    _userDefaults.setObject(Key::applicationLaunchCount, launchCount + 1);
+    checkDesktop();
+    if (isTourDue && _mainWindow.isShown()) {
+        openWelcome();
     }
-    // First, so that the panel comes with its applications and at their size.
-    rescanAllApps(Sender::Program);
-    const qint64 launchCount = _userDefaults.integerForKey(Key::applicationLaunchCount);
-    if (launchCount == 0) {
-        _appManager.autoExcludeDockApps(/*dockApps=*/false, /*namedApps=*/true);
+    if (_mainWindow.isShown() && !_activation.isInFront()) {
+        _activation.awaitFront(Activation::Loss::Reported);
     }
-    showLaunchedPanel();
-    if (request) {
-        openFiles(request->files);
-        if (request->verb == InstanceRequest::Verb::Preferences) {
-            openPrefs();
-        }
-    }
-    const bool isPlainStart = request && request->verb == InstanceRequest::Verb::Activate;
-    const bool isTourDue = isPlainStart && launchCount == 0 && OTWelcomeAssistant::isWanted();
-    // Once the panel has been drawn: that must not wait for the disk.
-    QTimer::singleShot(0, this, [this, launchCount, isTourDue] {
-        setApplicationIcon();
-        _access.checkAccess();
-        _userDefaults.setObject(Key::applicationLaunchCount, launchCount + 1);
-        checkDesktop();
-        if (isTourDue && _mainWindow.isShown()) {
-            openWelcome();
-        }
-        if (_mainWindow.isShown() && !_activation.isInFront()) {
-            _activation.awaitFront(Activation::Loss::Reported);
-        }
-        _updater->checkForUpdatesInBackground();
-        Q_EMIT NotificationCenter::defaultCenter().applicationDidFinishLaunching();
-    });
+    _updater->checkForUpdatesInBackground();
+    // The catalogue begins to follow its folders with it.
+    Q_EMIT NotificationCenter::defaultCenter().applicationDidFinishLaunching();
 }
 
 void OTController::showLaunchedPanel()

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -29,14 +30,26 @@ Triggers::Triggers(Desktop &desktop, QMenu &statusItemMenu, Action action, Actio
     : _desktop(desktop)
     , _statusItemMenu(statusItemMenu)
     , _action(std::move(action))
+    , _hotKeyAction(std::move(hotKeyAction))
+{ }
+
+Triggers::~Triggers() = default;
+
+void Triggers::start()
 {
-    const HotKey &hotKey = desktop.hotKey();
-    connect(&hotKey, &HotKey::pressed, this, std::move(hotKeyAction));
+    if (std::exchange(_isStarted, true)) {
+        return;
+    }
+    const HotKey &hotKey = _desktop.hotKey();
+    connect(&hotKey, &HotKey::pressed, this, _hotKeyAction);
     connect(&hotKey, &HotKey::registrationChanged, this, &Triggers::takeHotKeyProblem);
-    connect(&desktop.modifierTap(), &ModifierTap::changed, &NotificationCenter::defaultCenter(),
+    registerHotKey();
+    connect(&_desktop.modifierTap(), &ModifierTap::changed, &NotificationCenter::defaultCenter(),
         &NotificationCenter::N_EventFlagsChanged);
-    connect(&desktop.statusItem(), &StatusItem::isShownChanged, this,
+    setupEventTap();
+    connect(&_desktop.statusItem(), &StatusItem::isShownChanged, this,
         &Triggers::statusItemShownChanged);
+    updateStatusBar();
     connect(
         &UserDefaults::standard(), &UserDefaults::changed, this, &Triggers::preferenceDidChange);
     for (const auto signal :
@@ -44,12 +57,10 @@ Triggers::Triggers(Desktop &desktop, QMenu &statusItemMenu, Action action, Actio
         connect(qGuiApp, signal, this, &Triggers::applicationDidChangeScreenParameters);
     }
     watchPrimaryScreen();
-    registerHotKey();
-    updateStatusBar();
     updateCursorHotSpot();
+    // What could not be told before they were there.
+    Q_EMIT statusItemShownChanged();
 }
-
-Triggers::~Triggers() = default;
 
 void Triggers::registerDefaults()
 {
@@ -80,6 +91,9 @@ void Triggers::preferenceDidChange(const QString &key)
 
 void Triggers::registerHotKey()
 {
+    if (!_isStarted) {
+        return;
+    }
     HotKey &hotKey = _desktop.hotKey();
     if (!isHotKeyWanted()) {
         hotKey.unregisterKey();
@@ -158,11 +172,14 @@ bool Triggers::isStatusItemWanted()
 
 bool Triggers::isStatusItemShown() const
 {
-    return isStatusItemWanted() && _desktop.statusItem().isShown();
+    return _isStarted && isStatusItemWanted() && _desktop.statusItem().isShown();
 }
 
 void Triggers::updateStatusBar()
 {
+    if (!_isStarted) {
+        return;
+    }
     _appStatusItem.reset();
     if (isStatusItemWanted()) {
         const bool toggles =

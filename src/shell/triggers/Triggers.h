@@ -32,11 +32,14 @@ public:
     Triggers(Desktop &desktop, QMenu &statusItemMenu, Action action, Action hotKeyAction);
     ~Triggers() override;
 
+    // Puts all of them up; before this there are none. Nothing happens the second time.
+    void start();
+
     // Registers their preferences. To be called once, before anything reads them.
     static void registerDefaults();
 
     // Grabs the key that is chosen, or none. What stands in its way is logged, and told to the user
-    // when it is news.
+    // when it is news. Like updateStatusBar(), left to start() before that.
     void registerHotKey();
     // Chooses a key, by its code and the mask of its modifiers; registerHotKey() grabs it.
     void chooseHotKey(int hotKeyCode, int hotKeyModifiers);
@@ -56,9 +59,6 @@ public:
     // An item that is wanted may have no place.
     bool isStatusItemShown() const;
 
-    // Begins to report the modifier keys that are held, as N_EventFlagsChanged.
-    void setupEventTap();
-
 Q_SIGNALS:
     void hotKeyStringChanged();
     // There is another problem, or none any more.
@@ -71,12 +71,16 @@ private:
     bool setHotKeyProblem(const QString &problem);
     void takeHotKeyProblem(const QString &whyNot);
     void applicationDidChangeScreenParameters();
+    // Begins to report the modifier keys that are held, as N_EventFlagsChanged.
+    void setupEventTap();
     void watchPrimaryScreen();
     void updateCursorHotSpot();
 
     Desktop &_desktop;
     QMenu &_statusItemMenu;
     Action _action;
+    Action _hotKeyAction;
+    bool _isStarted = false;
     QString _hotKeyProblem;
     bool _isSettingHotKey = false;
     QPointer<QScreen> _primaryScreen;

@@ -103,8 +103,9 @@ private Q_SLOTS:
     void otherTheme_isNoticed()
     {
         Session session;
-        const FreedesktopIcons icons(itself);
+        FreedesktopIcons icons(itself);
         QSignalSpy changed(&icons, &IconProvider::iconsChanged);
+        icons.startWatching();
         for (const QString &theme : { u"Two"_s, u"One"_s }) {
             if (theme == u"Two"_s) {
                 QSaveFile file(session.tree.path(session.settings));
@@ -123,8 +124,9 @@ private Q_SLOTS:
     {
         // Each comes before the last; the user has no other part of a theme.
         Session session;
-        const FreedesktopIcons icons(itself);
+        FreedesktopIcons icons(itself);
         QSignalSpy changed(&icons, &IconProvider::iconsChanged);
+        icons.startWatching();
         QCOMPARE(fileOf(icons, session, u"fresh"_s), QString());
         for (const QString &file :
             { u"share/pixmaps/fresh.png"_s, u"share/icons/hicolor/64/fresh.svg"_s,
@@ -149,8 +151,9 @@ private Q_SLOTS:
             "<default>'Two'</default></key></schema></schemalist>");
         QCOMPARE(QProcess::execute(u"glib-compile-schemas"_s, { schemas }), 0);
         const Session session("ubuntu:GNOME");
-        const FreedesktopIcons icons(itself);
+        FreedesktopIcons icons(itself);
         QSignalSpy changed(&icons, &IconProvider::iconsChanged);
+        icons.startWatching();
         QCOMPARE(fileOf(icons, session), Session::pictureIn(u"Two"_s));
         save(keys + u"/keyfile"_s, "[org/gnome/desktop/interface]\nicon-theme='hicolor'\n");
         QVERIFY(changed.wait());

@@ -4,26 +4,28 @@
 #include "platform/freedesktop/icons/IconWatcher.h"
 #include "platform/freedesktop/pictures/IconDecoder.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QLoggingCategory>
-#include <QTimer>
 
 #include <string_view>
+
+namespace {
+
+std::shared_ptr<const IconLookup> made(const IconPlaces &places)
+{
+    return std::make_shared<const IconLookup>(places, IconThemeName::current(places));
+}
+
+} // namespace
 
 FreedesktopIcons::FreedesktopIcons(
     std::function<QString(const QString &)> iconNameOf, QObject *parent)
     : IconProvider(parent)
     , _iconNameOf(std::move(iconNameOf))
     , _places(IconPlaces::fromEnvironment())
-    , _lookup(std::make_shared<const IconLookup>(_places, IconThemeName::current(_places)))
-{
-    if (QCoreApplication::instance() != nullptr) {
-        // Not now: watching takes longer than all of the above, and the start does not need it.
-        QTimer::singleShot(0, this, &FreedesktopIcons::startWatching);
-    }
-}
+    , _firstLookup(std::async(std::launch::async, [places = _places] { return made(places); }))
+{ }
 
 FreedesktopIcons::~FreedesktopIcons() = default;
 
@@ -83,6 +85,9 @@ QImage FreedesktopIcons::tryDecode(
 std::shared_ptr<const IconLookup> FreedesktopIcons::lookup() const
 {
     const std::scoped_lock lock(_mutex);
+    if (!_lookup) {
+        _lookup = _firstLookup.get();
+    }
     return _lookup;
 }
 
@@ -102,7 +107,7 @@ void FreedesktopIcons::watch()
 
 void FreedesktopIcons::refresh()
 {
-    auto fresh = std::make_shared<const IconLookup>(_places, IconThemeName::current(_places));
+    std::shared_ptr<const IconLookup> fresh = made(_places);
     const bool isOther = fresh->state() != lookup()->state();
     if (isOther) {
         const std::scoped_lock lock(_mutex);

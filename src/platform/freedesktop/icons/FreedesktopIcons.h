@@ -2,7 +2,7 @@
 // pixels.
 //
 // Belongs to the main thread, where it notices another theme or new icons while the event loop
-// runs. Everything that reads may be called from any thread meanwhile.
+// runs, once it was told to. Everything that reads may be called from any thread meanwhile.
 
 #pragma once
 
@@ -11,6 +11,7 @@
 #include "platform/freedesktop/icons/IconLookup.h"
 
 #include <functional>
+#include <future>
 #include <memory>
 #include <mutex>
 
@@ -31,20 +32,22 @@ public:
     QImage decode(const IconSource &source, int size) const override;
     QImage tryDecode(
         const IconSource &source, int size, int largestStored, QString *problem) const override;
+    void startWatching() override;
 
 private:
     QImage decodeBest(
         const IconSource &source, int size, int largestStored, QString *problem) const;
     std::shared_ptr<const IconLookup> lookup() const;
-    void startWatching();
     void watch();
     void refresh();
 
     const std::function<QString(const QString &)> _iconNameOf;
     const IconPlaces _places;
     mutable std::mutex _mutex;
-    // Only the pointer is guarded; a look-up that is held needs no lock.
-    std::shared_ptr<const IconLookup> _lookup;
+    // Only the pointer is guarded; a look-up that is held needs no lock. The first one is made on a
+    // thread of its own, since reading the indexes of themes takes a while.
+    mutable std::shared_ptr<const IconLookup> _lookup;
+    mutable std::future<std::shared_ptr<const IconLookup>> _firstLookup;
     std::unique_ptr<IconWatcher> _watcher;
 };
 

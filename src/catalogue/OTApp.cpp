@@ -13,9 +13,11 @@
 #include <QFile>
 #include <QMap>
 #include <QMimeData>
+#include <QStringMatcher>
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -40,6 +42,15 @@ QStringList readExcludedNameSubstrings()
         return {};
     }
     return PropertyList::fromData(resource.readAll()).value_or(QVariant()).toStringList();
+}
+
+std::vector<QStringMatcher> matchersOf(const QStringList &words)
+{
+    std::vector<QStringMatcher> matchers;
+    for (const QString &word : words) {
+        matchers.emplace_back(word, Qt::CaseInsensitive);
+    }
+    return matchers;
 }
 
 } // namespace
@@ -140,10 +151,11 @@ const QStringList &OTApp::excludedNameSubstrings()
 
 void OTApp::findExcludedStringsInName()
 {
-    const QStringList &words = excludedNameSubstrings();
+    // Prepared once: every name is searched for every word at each start.
+    static const std::vector<QStringMatcher> words = matchersOf(excludedNameSubstrings());
     const QString shown = displayName();
     _containsExcludedKeywords = std::any_of(words.begin(), words.end(),
-        [&shown](const QString &word) { return shown.contains(word, Qt::CaseInsensitive); });
+        [&shown](const QStringMatcher &word) { return word.indexIn(shown) >= 0; });
 }
 
 void OTApp::refreshNameAndPath()

@@ -156,6 +156,11 @@ int main(int argc, char **argv)
     if (instance) {
         preferX();
     }
+    // Beside the making of the application, which mostly waits for the display.
+    std::shared_ptr<EntryReading> reading;
+    if (instance) {
+        reading = readFreedesktopEntries();
+    }
     // Qt must not take options of its own from a command line that has been read already.
     int ownArgumentCount = 1;
     const auto application = (instance ? makeApplication : makeApplicationWithoutDisplay)(
@@ -169,7 +174,7 @@ int main(int argc, char **argv)
     // goes before the application, whose end refuses the calls that nothing has handled: a start
     // would take that for the answer of another program while the name is still held.
     std::unique_ptr<SingleInstance> claimed = std::move(instance);
-    const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop();
+    const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop(std::move(reading));
     auto defaults = std::make_unique<UserDefaults>(
         desktop->searchPaths().configurationFolder() + QStringLiteral("/Preferences.plist"),
         Commands::mayWrite(invocation) ? UserDefaults::Writing::Allowed

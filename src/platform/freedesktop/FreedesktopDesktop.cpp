@@ -10,7 +10,7 @@
 #include "platform/freedesktop/bus/BusInstance.h"
 #include "platform/freedesktop/bus/LauncherProgress.h"
 #include "platform/freedesktop/bus/PortalHotKey.h"
-#include "platform/freedesktop/entries/DesktopEntryIndex.h"
+#include "platform/freedesktop/entries/EntryReading.h"
 #include "platform/freedesktop/entries/FreedesktopDocuments.h"
 #include "platform/freedesktop/entries/FreedesktopItems.h"
 #include "platform/freedesktop/icons/FreedesktopIcons.h"
@@ -34,12 +34,18 @@
 #include <QtGui/qguiapplication_platform.h>
 
 #include <atomic>
+#include <utility>
 
 namespace {
 
 class FreedesktopDesktop final : public Desktop
 {
 public:
+    explicit FreedesktopDesktop(std::shared_ptr<EntryReading> reading)
+        : _reading(
+            reading ? std::move(reading) : std::make_shared<EntryReading>(Languages::preferred()))
+    { }
+
     const SearchPaths &searchPaths() const override { return _paths; }
     Items &items() override { return _items; }
     IconProvider &icons() override { return _icons; }
@@ -169,7 +175,8 @@ private:
     }
 
     FreedesktopPaths _paths;
-    DesktopEntryIndex _entries { Languages::preferred() };
+    const std::shared_ptr<EntryReading> _reading;
+    DesktopEntryIndex &_entries = _reading->entries();
     FreedesktopItems _items { _entries, _paths.dataFolders(), SessionFolders::currentDesktops() };
     FreedesktopIcons _icons { [this](const QString &path) { return _items.iconNameOf(path); } };
     FreedesktopLiveQuery _liveQuery { _items };
@@ -202,10 +209,17 @@ private:
 
 } // namespace
 
-std::unique_ptr<Desktop> makeFreedesktopDesktop()
+std::shared_ptr<EntryReading> readFreedesktopEntries()
+{
+    auto reading = std::make_shared<EntryReading>(Languages::preferred());
+    reading->start(FreedesktopPaths().dataFolders());
+    return reading;
+}
+
+std::unique_ptr<Desktop> makeFreedesktopDesktop(std::shared_ptr<EntryReading> reading)
 {
     quietImageLibraries();
-    return std::make_unique<FreedesktopDesktop>();
+    return std::make_unique<FreedesktopDesktop>(std::move(reading));
 }
 
 std::unique_ptr<SingleInstance> makeFreedesktopInstance()

@@ -114,7 +114,8 @@ QImage decodeSvg(const QByteArray &svg, int size, QString *reason, bool *isFlawe
     if (isFlawed) {
         *isFlawed = SvgFeatures::goBeyondRenderer(svg);
     }
-    return icon;
+    // An image that was painted on keeps the paint engine, which is half as large as an icon.
+    return icon.copy();
 }
 
 // Of a file that holds one icon in several sizes, the part that suits; of any other all of it.

@@ -432,6 +432,25 @@ private Q_SLOTS:
         QCOMPARE(_manager->excludedApps1D().size(), 1);
     }
 
+    void triggersWaitForTheFirstFrame_whereThereIsOne()
+    {
+        const auto arePutUp = [this] { return _controller->triggers().isStatusItemShown(); };
+        fill(1);
+        makeController();
+        _controller->launch(InstanceRequest());
+        QVERIFY(isShown() && !arePutUp());
+        // Before it was drawn.
+        _controller->hideMainWindow();
+        QTRY_COMPARE(_defaults->integerForKey(u"applicationLaunchCount"_s), _launchCount + 1);
+        QVERIFY(arePutUp());
+        endController();
+        set("showWindowAtLaunch", false);
+        fill(1);
+        makeController();
+        _controller->launch(InstanceRequest());
+        QVERIFY(arePutUp());
+    }
+
     void aLaunchWithoutFocusHidesInTheEnd()
     {
         _desktop->windows.isObedient = false;

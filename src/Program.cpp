@@ -115,7 +115,7 @@ std::unique_ptr<QCoreApplication> makeApplicationWithoutDisplay(
 }
 
 // What the command line asks for; without an instance, all but what shows something.
-int perform(const Invocation &invocation, Desktop &desktop, SingleInstance *instance)
+int carryOut(const Invocation &invocation, Desktop &desktop, SingleInstance *instance)
 {
     if (const QString problem = Commands::applySettings(invocation); !problem.isEmpty()) {
         return Output::fail(problem, WrongUse);
@@ -127,35 +127,9 @@ int perform(const Invocation &invocation, Desktop &desktop, SingleInstance *inst
     return Commands::start(invocation, desktop, *instance);
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+// Starts the program where an instance is given, and does anything else without.
+int perform(const Invocation &invocation, std::unique_ptr<SingleInstance> instance, char **argv)
 {
-    writeMessage = qInstallMessageHandler(writeEscaped);
-    const Invocation invocation = parseCommandLine(argumentsOf(argc, argv));
-    if (!invocation.error.isEmpty()) {
-        return Output::fail(invocation.error, WrongUse);
-    }
-    if (const QString problem = wrongFolder(); !problem.isEmpty()) {
-        return Output::fail(problem);
-    }
-    CrashReporter::install();
-    std::unique_ptr<SingleInstance> instance;
-    if (Commands::concernsInstance(invocation)) {
-        instance = makeFreedesktopInstance();
-        const auto result = invocation.isService
-            ? std::nullopt
-            : Commands::tellRunningInstance(invocation, *instance);
-        if (result) {
-            return *result;
-        }
-    }
-    if (instance && !isDisplayAnnounced()) {
-        return Output::fail(QStringLiteral("there is no display to show anything on"));
-    }
-    if (instance) {
-        preferX();
-    }
     // Beside the making of the application, which mostly waits for the display.
     std::shared_ptr<EntryReading> reading;
     if (instance) {
@@ -181,7 +155,7 @@ int main(int argc, char **argv)
                                        : UserDefaults::Writing::Never);
     UserDefaults::setStandard(defaults.get());
     Commands::registerDefaults(*desktop);
-    const int result = perform(invocation, *desktop, claimed.get());
+    const int result = carryOut(invocation, *desktop, claimed.get());
     UserDefaults::setStandard(nullptr);
     defaults.reset();
     if (Commands::isDecoding()) {
@@ -189,4 +163,39 @@ int main(int argc, char **argv)
         endAtOnce(result);
     }
     return result;
+}
+
+} // namespace
+
+// `isKnownToBeAlone`: the starter has asked, and no other Ortu runs.
+extern "C" __attribute__((visibility("default"))) int ortuRun(
+    int argc, char **argv, bool isKnownToBeAlone)
+{
+    writeMessage = qInstallMessageHandler(writeEscaped);
+    const Invocation invocation = parseCommandLine(argumentsOf(argc, argv));
+    if (!invocation.error.isEmpty()) {
+        return Output::fail(invocation.error, WrongUse);
+    }
+    if (const QString problem = wrongFolder(); !problem.isEmpty()) {
+        return Output::fail(problem);
+    }
+    CrashReporter::install();
+    std::unique_ptr<SingleInstance> instance;
+    if (Commands::concernsInstance(invocation)) {
+        instance = makeFreedesktopInstance();
+        const bool isAlone = isKnownToBeAlone && Commands::startsProgram(invocation);
+        const auto result = invocation.isService || isAlone
+            ? std::nullopt
+            : Commands::tellRunningInstance(invocation, *instance);
+        if (result) {
+            return *result;
+        }
+    }
+    if (instance && !isDisplayAnnounced()) {
+        return Output::fail(QStringLiteral("there is no display to show anything on"));
+    }
+    if (instance) {
+        preferX();
+    }
+    return perform(invocation, std::move(instance), argv);
 }

@@ -139,6 +139,9 @@ int perform(const Invocation &invocation, std::unique_ptr<SingleInstance> instan
     int ownArgumentCount = 1;
     const auto application = (instance ? makeApplication : makeApplicationWithoutDisplay)(
         Commands::drawing(invocation), ownArgumentCount, argv);
+    if (instance) {
+        Commands::readyFonts();
+    }
     QCoreApplication::setApplicationName(QStringLiteral("ortu"));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.ortu.Ortu"));
     FreedesktopWording wording;

@@ -39,6 +39,10 @@ QString applySettings(const Invocation &invocation);
 
 int run(const Invocation &invocation, Desktop &desktop);
 
+// The first text of a program costs Qt a good part of the start: all fonts of the system are looked
+// through. This does it on a thread, beside what needs no text. Needs an application object.
+void readyFonts();
+
 // Runs the program until its end, unless another start was quicker.
 int start(const Invocation &invocation, Desktop &desktop, SingleInstance &instance);
 // Whether an icon is still being decoded, which may take long. Until it ends, the desktop must

@@ -14,22 +14,15 @@
 #include <QJsonDocument>
 #include <QThreadPool>
 
-namespace {
-
-// The first text of a program costs Qt a good part of the start: all fonts of the system
-// are looked through. That is done beside what needs no text.
-void readyFonts()
+void Commands::readyFonts()
 {
     QThreadPool::globalInstance()->start([font = QGuiApplication::font()] {
         QFontMetricsF(font).horizontalAdvance(QLatin1Char('0'));
     });
 }
 
-} // namespace
-
 int Commands::start(const Invocation &invocation, Desktop &desktop, SingleInstance &instance)
 {
-    readyFonts();
     // Null until the controller can be asked.
     OTController *running = nullptr;
     const auto status = [&running] {

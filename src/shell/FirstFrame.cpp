@@ -1,5 +1,6 @@
 #include "shell/FirstFrame.h"
 
+#include "grid/OTIconView.h"
 #include "icons/IconLoader.h"
 #include "shell/panel/OTWindow.h"
 
@@ -21,14 +22,15 @@ void FirstFrame::await()
         return;
     }
     connect(&_panel, &OTWindow::hidden, this, &FirstFrame::pass);
-    _panel.installEventFilter(this);
+    // The grid, since the panel itself is not painted where others cover it.
+    _panel.iconView().installEventFilter(this);
     _wait.start(LongestWait);
 }
 
 bool FirstFrame::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Paint) {
-        _panel.removeEventFilter(this);
+        _panel.iconView().removeEventFilter(this);
         // Qt sends the frame to the display right after this event.
         QTimer::singleShot(0, this, &FirstFrame::handlePaint);
     }
@@ -53,7 +55,7 @@ void FirstFrame::pass()
 {
     if (!std::exchange(_isOver, true)) {
         _wait.stop();
-        _panel.removeEventFilter(this);
+        _panel.iconView().removeEventFilter(this);
         Q_EMIT passed();
     }
 }

@@ -36,7 +36,7 @@ QStringList argumentsOf(int argc, char **argv)
 QString wrongFolder()
 {
     for (const char *const variable :
-        { "HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME" }) {
+        { "HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME" }) {
         const QByteArray value = qgetenv(variable);
         const QString folder = QFile::decodeName(value);
         if (QFile::encodeName(folder) != value) {

@@ -57,31 +57,41 @@ void AppIcon::requestIcon()
 {
     const auto request = std::make_shared<Request>();
     _awaitedIcon = request;
+    _answeredIcon.reset();
+    // The answer may be there before this returns.
     IconLoader::sharedIconLoader().addOperation(
         { _path, _colorSortParams,
-            [weak = weak(), request](const LoadedIcon &loaded) {
+            [weak = weak(), request](LoadedIcon loaded) {
                 const std::shared_ptr<AppIcon> icon = weak.lock();
-                if (icon && icon->_awaitedIcon.lock() == request) {
-                    icon->takeIcon(loaded.image);
+                if (icon
+                    && (icon->_awaitedIcon.lock() == request
+                        || icon->_answeredIcon.lock() == request)) {
+                    icon->takeIcon(std::move(loaded));
+                    icon->_answeredIcon = request;
                 }
             } },
         _icons);
 }
 
-// The icon is shown at once and measured when none is left to be loaded; until then the key stays
-// as it is.
-void AppIcon::takeIcon(const QImage &icon)
+// The icon is shown at once. One whose colours are known has its key at once, too; any other is
+// measured when none is left to be loaded, and until then the key stays as it is.
+void AppIcon::takeIcon(LoadedIcon loaded)
 {
     _awaitedIcon.reset();
-    if (icon.isNull()) {
+    if (loaded.image.isNull()) {
         setIcon({});
         return;
     }
-    if (icon == _icon && isMeasured()) {
+    const bool isSameIcon = loaded.image == _icon;
+    if (isSameIcon && isMeasured()) {
         return;
     }
-    const bool isSameIcon = icon == _icon;
-    _icon = icon;
+    _icon = loaded.image;
+    if (loaded.measurement.isFor(_colorSortParams)) {
+        freeColorSortData();
+        applyColorSortParameters(_colorSortParams, std::move(loaded.measurement));
+        return;
+    }
     requestMeasurement();
     if (!isSameIcon) {
         _changed();
@@ -92,6 +102,7 @@ void AppIcon::setIcon(const QImage &icon)
 {
     // One that was set waits for no other.
     _awaitedIcon.reset();
+    _answeredIcon.reset();
     const bool isSameIcon = icon.isNull() ? _icon.isNull() : icon.cacheKey() == _icon.cacheKey();
     if (!isSameIcon) {
         _icon = icon;
@@ -105,6 +116,7 @@ void AppIcon::resetIconToDot()
 {
     _icon = NamedImages::dot();
     _fileID = 0;
+    _answeredIcon.reset();
     _isMeasurementDue = false;
 }
 

@@ -65,7 +65,7 @@ private:
 
     std::weak_ptr<AppIcon> weak() { return std::shared_ptr<AppIcon>(_owner(), this); }
     void requestIcon();
-    void takeIcon(const QImage &icon);
+    void takeIcon(LoadedIcon loaded);
     void requestMeasurement();
     void takeMeasurement(LoadedIcon measured);
     void applyColorSortParameters(const IconParameters &parameters, IconMeasurement measurement);
@@ -82,6 +82,8 @@ private:
     // What the icon waits for. A request lives as long as it may be answered, so it is gone when
     // the loader was told to drop everything; the answer to an older one does not count.
     std::weak_ptr<Request> _awaitedIcon;
+    // Whose answer is shown, while that may be followed by a better one.
+    std::weak_ptr<Request> _answeredIcon;
     std::weak_ptr<Request> _measurement;
     // What was measured, or is being measured, may be out of date.
     bool _isMeasurementDue = false;

@@ -68,6 +68,8 @@ OTAppManager::OTAppManager(Desktop &desktop, Use use, QObject *parent)
     connect(
         &running, &RunningApplications::frontSwitched, this, &OTAppManager::handleAppFrontSwitched);
     connect(&desktop.icons(), &IconProvider::iconsChanged, this, &OTAppManager::reloadAllIcons);
+    connect(&IconLoader::sharedIconLoader(), &IconLoader::iconsLost, this,
+        &OTAppManager::reloadAllIcons);
     if (const AppRef active = activeApp()) {
         _frontApps.append(active);
     }

@@ -29,6 +29,10 @@ void OTAppManager::rescanAllAppsPrioritizingGroup(int group)
     rebuildEverythingSet();
     scanDidEnd();
     loadAllIconsPrioritizingGroup(group == -1 ? AllGroup : group);
+    if (isColdStart) {
+        // Icons that were at hand have their colours with them: the first frame is in order.
+        sortIconColorTimerFire();
+    }
 }
 
 QStringList OTAppManager::pathsToScan() const

@@ -1,6 +1,8 @@
 #include "catalogue/OTAppManager.h"
 #include "commands/Commands.h"
 #include "commands/EndingSignals.h"
+#include "icons/IconLoader.h"
+#include "icons/store/IconStore.h"
 #include "platform/Desktop.h"
 #include "platform/SingleInstance.h"
 #include "shell/AlertDialog.h"
@@ -21,8 +23,30 @@ void Commands::readyFonts()
     });
 }
 
+namespace {
+
+// Icons are kept from one start to the next, for as long as this lives.
+class KeptIcons final
+{
+public:
+    explicit KeptIcons(Desktop &desktop)
+    {
+        const QString folder = desktop.searchPaths().cacheFolder();
+        if (!folder.isEmpty()) {
+            IconLoader::sharedIconLoader().keepIcons(
+                std::make_shared<IconStore>(folder), desktop.icons());
+        }
+    }
+    ~KeptIcons() { IconLoader::sharedIconLoader().stopKeeping(); }
+    Q_DISABLE_COPY_MOVE(KeptIcons)
+};
+
+} // namespace
+
 int Commands::start(const Invocation &invocation, Desktop &desktop, SingleInstance &instance)
 {
+    // Ends after the catalogue, whose icons come from it.
+    const KeptIcons keptIcons(desktop);
     // Null until the controller can be asked.
     OTController *running = nullptr;
     const auto status = [&running] {

@@ -1,11 +1,10 @@
 #include "icons/IconLoader.h"
 
-#include "icons/Log.h"
+#include "icons/store/IconStore.h"
 #include "platform/IconProvider.h"
 
 #include <QElapsedTimer>
-#include <QMutex>
-#include <QSet>
+#include <QSocketNotifier>
 
 #include <iterator>
 #include <utility>
@@ -21,30 +20,6 @@ constexpr int MaxCancelWaitInMilliseconds = 250;
 // The grid is complete when all icons are loaded; their colours can wait.
 constexpr int LoadingPriority = 1;
 constexpr int MeasuringPriority = 0;
-
-// Once: an application without an icon is looked at again in each scan.
-void logMissingIcon(const QString &path)
-{
-    static QMutex mutex;
-    static QSet<QString> logged;
-    const QMutexLocker lock(&mutex);
-    if (!logged.contains(path)) {
-        logged.insert(path);
-        qCWarning(lcIcons, "IconLoader::run Error loading icon for path: %s", qUtf8Printable(path));
-    }
-}
-
-// Null, after a log line, when there is no icon.
-QImage loaded(const IconLoadOperation &operation, const IconProvider &provider)
-{
-    const int size = operation.size;
-    const IconSource source = provider.resolve(operation.filePath, size);
-    if (source.isNull()) {
-        logMissingIcon(operation.filePath);
-        return {};
-    }
-    return provider.decode(source, size);
-}
 
 } // namespace
 
@@ -75,6 +50,12 @@ IconLoader::IconLoader(QObject *parent)
     _queue.setMaxThreadCount(Width);
     _nextTurn.setSingleShot(true);
     connect(&_nextTurn, &QTimer::timeout, this, &IconLoader::takeDelivered);
+    _checkDelay.setSingleShot(true);
+    _checkDelay.setInterval(CheckDelay);
+    connect(&_checkDelay, &QTimer::timeout, this, &IconLoader::checkHanded);
+    _keepDelay.setSingleShot(true);
+    _keepDelay.setInterval(KeepDelay);
+    connect(&_keepDelay, &QTimer::timeout, this, &IconLoader::keepNewIcons);
 }
 
 IconLoader::~IconLoader()
@@ -90,21 +71,29 @@ IconLoader &IconLoader::sharedIconLoader()
 
 void IconLoader::addOperation(IconLoadOperation operation, const IconProvider &provider)
 {
+    if (operation.image.isNull() && isAtHand(operation, provider)) {
+        return;
+    }
     ++_pendingCount;
     const int priority = operation.image.isNull() ? LoadingPriority : MeasuringPriority;
-    _queue.start([this, operation = std::move(operation), &provider,
-                     cancellations = _cancellations] { run(operation, provider, cancellations); },
+    _queue.start([this, operation = std::move(operation), &provider, store = storeFor(provider),
+                     cancellations =
+                         _cancellations] { run(operation, provider, store.get(), cancellations); },
         priority);
 }
 
-void IconLoader::run(
-    const IconLoadOperation &operation, const IconProvider &provider, quint64 cancellations)
+void IconLoader::run(const IconLoadOperation &operation, const IconProvider &provider,
+    IconStore *store, quint64 cancellations)
 {
     LoadedIcon icon { operation.image, {} };
     if (icon.image.isNull()) {
-        icon.image = loaded(operation, provider);
+        icon = IconFetch::load(operation.filePath, operation.size, provider, store);
     } else {
         icon.measurement = measureIcon(icon.image, operation.parameters);
+        if (store != nullptr) {
+            store->keepColors(icon.image.cacheKey(), icon.measurement.colors,
+                { icon.measurement.minSaturation, icon.measurement.minLuminosity });
+        }
     }
     const Handing handing = icon.image.isNull() ? Handing::DoesNotWait : Handing::Waits;
     deliver(operation, std::move(icon), handing, cancellations);
@@ -157,6 +146,9 @@ void IconLoader::takeDelivered()
     }
     release(taken, ready);
     if (_pendingCount == 0) {
+        if (_store) {
+            _keepDelay.start();
+        }
         Q_EMIT finished();
     }
 }
@@ -187,6 +179,7 @@ bool IconLoader::cancelAll()
         _taken.notify_all();
     }
     _nextTurn.stop();
+    _handed.clear();
     _pendingCount = 0;
     return _queue.waitForDone(MaxCancelWaitInMilliseconds);
 }

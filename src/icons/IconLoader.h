@@ -7,12 +7,16 @@
 // failure is handed over without waiting. What is ready together is handed over in one turn of the
 // event loop, but no turn goes on longer than a few milliseconds.
 //
+// With a store, icons of earlier runs that are still good are handed over at once, while they are
+// asked for, so that the first frame shows them. A moment later, when it has been drawn, a thread
+// asks for each of them in the usual way, and hands over those that turn out to be others.
+//
 // The loader is used from the main thread. It knows no applications: a receiver that may die
 // captures a weak handle.
 
 #pragma once
 
-#include "icons/IconMeasurement.h"
+#include "icons/IconFetch.h"
 #include "icons/IconParameters.h"
 
 #include <QImage>
@@ -24,23 +28,19 @@
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
+#include <vector>
 
 class IconProvider;
-
-// What an operation comes back with.
-struct LoadedIcon
-{
-    // Null when the bundle has no icon.
-    QImage image;
-    // Of an operation that measures.
-    IconMeasurement measurement;
-};
+class IconStore;
+class QSocketNotifier;
 
 // One icon to load, or to measure.
 struct IconLoadOperation
 {
-    // Called on the main thread.
+    // Called on the main thread: once, and once more with another icon when one that was at hand
+    // turns out to be out of date.
     using Receiver = std::function<void(LoadedIcon)>;
 
     QString filePath;
@@ -67,6 +67,10 @@ class IconLoader : public QObject
 
 public:
     static constexpr int Width = 8;
+    // After the last icon that was at hand, in milliseconds: by then a start has drawn its panel.
+    static constexpr int CheckDelay = 500;
+    // After the last new icon.
+    static constexpr int KeepDelay = 3000;
 
     explicit IconLoader(QObject *parent = nullptr);
     ~IconLoader() override;
@@ -74,8 +78,15 @@ public:
     // The loader that the whole program shares.
     static IconLoader &sharedIconLoader();
 
-    // Queues an operation. The provider must live until the operation has ended or cancelAll() was
-    // called.
+    // Icons of earlier runs stand in for those that are asked of this provider, and new ones are
+    // kept for later runs. To be called as early as may be: what is at hand is found out on a
+    // thread. The provider must live until stopKeeping().
+    void keepIcons(const std::shared_ptr<IconStore> &store, const IconProvider &provider);
+    // Keeps what is new at once.
+    void stopKeeping();
+
+    // Queues an operation, or ends it with an icon that is at hand. The provider must live until
+    // the operation has ended or cancelAll() was called.
     void addOperation(IconLoadOperation operation, const IconProvider &provider);
 
     // Operations whose receiver has not run yet.
@@ -90,8 +101,10 @@ public:
     bool isBusy() const { return _queue.activeThreadCount() > 0; }
 
 Q_SIGNALS:
-    // The last pending operation has been handed over.
+    // The last pending operation has been handed over, or some that were at hand are checked.
     void finished();
+    // Pictures that are in use may be damaged: all are to be loaded again.
+    void iconsLost();
 
 private:
     struct Delivery
@@ -101,10 +114,25 @@ private:
         IconLoadOperation::Receiver receiver;
     };
 
+    // An icon that was at hand.
+    struct Handed
+    {
+        IconLoadOperation operation;
+        const IconProvider *provider = nullptr;
+        QImage image;
+    };
+
     enum class Handing { Waits, DoesNotWait };
 
-    void run(
-        const IconLoadOperation &operation, const IconProvider &provider, quint64 cancellations);
+    bool isAtHand(const IconLoadOperation &operation, const IconProvider &provider);
+    void checkHanded();
+    void check(const std::vector<Handed> &handed, IconStore &store, quint64 cancellations);
+    bool isCancelled(quint64 cancellations);
+    void keepNewIcons();
+    void storeDidBreak();
+    std::shared_ptr<IconStore> storeFor(const IconProvider &provider) const;
+    void run(const IconLoadOperation &operation, const IconProvider &provider, IconStore *store,
+        quint64 cancellations);
     void deliver(const IconLoadOperation &operation, LoadedIcon icon, Handing handing,
         quint64 cancellations);
     void takeDelivered();
@@ -113,6 +141,14 @@ private:
     QThreadPool _queue;
     QTimer _nextTurn;
     int _pendingCount = 0;
+
+    // Null when nothing is kept.
+    std::shared_ptr<IconStore> _store;
+    const IconProvider *_keptFrom = nullptr;
+    std::unique_ptr<QSocketNotifier> _alarm;
+    std::vector<Handed> _handed;
+    QTimer _checkDelay;
+    QTimer _keepDelay;
 
     // Shared with the threads of the queue.
     std::mutex _mutex;

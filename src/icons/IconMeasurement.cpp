@@ -1,7 +1,7 @@
 #include "icons/IconMeasurement.h"
 
 #include "colour/DominantColors.h"
-#include "icons/Log.h"
+#include "icons/store/Log.h"
 #include "support/PremultipliedImage.h"
 
 #include <QSysInfo>

@@ -20,6 +20,8 @@ public:
     virtual QString libraryFolder(Domain) const { return {}; }
     // The program's own folder for preferences.
     virtual QString configurationFolder() const { return {}; }
+    // The program's own folder for what can be made anew and may be deleted at any time.
+    virtual QString cacheFolder() const { return {}; }
     // The folders in which a user expects applications to be found, in the desktop's order, each
     // once. The home folder is written as a tilde.
     virtual QStringList applicationFolders() const { return {}; }

@@ -6,6 +6,7 @@
 
 #include <QPainter>
 #include <QPointer>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -82,9 +83,14 @@ QImage CellPictures::sharpIconOf(const AppRef &app, const QImage &icon)
     const auto take = [pictures = QPointer(this), app, key](const LoadedIcon &loaded) {
         if (pictures && !loaded.image.isNull() && pictures->_sharpIcons.contains(key)) {
             pictures->_sharpIcons[key] = loaded.image;
-            Q_EMIT pictures->pictureChanged(app);
+            if (!pictures->_isAsking) {
+                Q_EMIT pictures->pictureChanged(app);
+            }
         }
     };
+    // One that is at hand is there when this returns.
+    const QScopedValueRollback<bool> asking(_isAsking, true);
     IconLoader::sharedIconLoader().addOperation({ app->path(), _edge, take }, _icons);
-    return icon;
+    const QImage atHand = _sharpIcons.value(key);
+    return atHand.isNull() ? icon : atHand;
 }

@@ -46,6 +46,8 @@ private:
     qreal _ratio = 1;
     bool _areSpectrumsShown = false;
     bool _isHurried = false;
+    // An icon is being asked for: its picture is used by the one who asks.
+    bool _isAsking = false;
     // Icons by the cacheKey() of those they stand for: drawn smaller or larger, and loaded anew,
     // null while they are on their way.
     QHash<qint64, QImage> _scaledIcons;

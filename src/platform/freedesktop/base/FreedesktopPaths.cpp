@@ -7,6 +7,7 @@ FreedesktopPaths::FreedesktopPaths()
     : _dataFolders(SessionFolders::dataHome())
     , _userLibrary(userLibraryFolder())
     , _configurationHome(SessionFolders::configurationHome())
+    , _cacheHome(SessionFolders::cacheHome())
 {
     _dataFolders.append(SessionFolders::sharedData());
     _dataFolders.removeDuplicates();
@@ -30,6 +31,11 @@ QString FreedesktopPaths::libraryFolder(Domain domain) const
 QString FreedesktopPaths::configurationFolder() const
 {
     return _configurationHome + QStringLiteral("/Ortu");
+}
+
+QString FreedesktopPaths::cacheFolder() const
+{
+    return _cacheHome + QStringLiteral("/Ortu");
 }
 
 QStringList FreedesktopPaths::applicationFolders() const

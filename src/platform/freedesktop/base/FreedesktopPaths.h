@@ -19,10 +19,12 @@ public:
     QString applicationSupportFolder(Domain domain) const override;
     QString libraryFolder(Domain domain) const override;
     QString configurationFolder() const override;
+    QString cacheFolder() const override;
     QStringList applicationFolders() const override;
 
 private:
     QStringList _dataFolders;
     QString _userLibrary;
     QString _configurationHome;
+    QString _cacheHome;
 };

@@ -59,6 +59,11 @@ QString SessionFolders::stateHome()
     return folderIn("XDG_STATE_HOME", QStringLiteral("~/.local/state"));
 }
 
+QString SessionFolders::cacheHome()
+{
+    return folderIn("XDG_CACHE_HOME", QStringLiteral("~/.cache"));
+}
+
 QStringList SessionFolders::sharedData()
 {
     QStringList folders = foldersIn(

@@ -13,6 +13,7 @@ namespace SessionFolders {
 QString dataHome();
 QString configurationHome();
 QString stateHome();
+QString cacheHome();
 
 // The shared ones after the user's own, the most important one first, each once. Last among the
 // data folders, and only where they exist, are those to which Flatpak and Snap export: a session

@@ -1,5 +1,6 @@
 #include "platform/freedesktop/icons/FreedesktopIcons.h"
 
+#include "platform/freedesktop/icons/IconCircumstances.h"
 #include "platform/freedesktop/icons/IconThemeName.h"
 #include "platform/freedesktop/icons/IconWatcher.h"
 #include "platform/freedesktop/pictures/IconDecoder.h"
@@ -7,24 +8,16 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <QTimer>
 
 #include <string_view>
-
-namespace {
-
-std::shared_ptr<const IconLookup> made(const IconPlaces &places)
-{
-    return std::make_shared<const IconLookup>(places, IconThemeName::current(places));
-}
-
-} // namespace
 
 FreedesktopIcons::FreedesktopIcons(
     std::function<QString(const QString &)> iconNameOf, QObject *parent)
     : IconProvider(parent)
     , _iconNameOf(std::move(iconNameOf))
     , _places(IconPlaces::fromEnvironment())
-    , _firstLookup(std::async(std::launch::async, [places = _places] { return made(places); }))
+    , _themeName(IconThemeName::current(_places))
 { }
 
 FreedesktopIcons::~FreedesktopIcons() = default;
@@ -40,8 +33,13 @@ IconSource FreedesktopIcons::resolve(const QString &bundlePath, int size) const
 
 QImage FreedesktopIcons::decode(const IconSource &source, int size) const
 {
+    return decodeFrom(source, size).image;
+}
+
+DecodedIcon FreedesktopIcons::decodeFrom(const IconSource &source, int size) const
+{
     QString problem;
-    QImage icon = decodeBest(source, size, 0, &problem);
+    DecodedIcon icon = decodeBest(source, size, 0, &problem);
     if (!problem.isEmpty()) {
         logUnreadableIcon(source.file, problem);
     }
@@ -49,14 +47,17 @@ QImage FreedesktopIcons::decode(const IconSource &source, int size) const
 }
 
 // The file of the source, or what can stand in for it where it cannot be drawn right.
-QImage FreedesktopIcons::decodeBest(
+DecodedIcon FreedesktopIcons::decodeBest(
     const IconSource &source, int size, int largestStored, QString *problem) const
 {
+    DecodedIcon icon;
+    icon.origins.append({ source.file, FileStamp::of(source.file) });
     bool isFlawed = false;
-    QImage icon = tryDecodeIcon(source.file, size, largestStored, problem, &isFlawed);
-    if (source.name.isEmpty() || (!icon.isNull() && !isFlawed)) {
+    icon.image = tryDecodeIcon(source.file, size, largestStored, problem, &isFlawed);
+    if (source.name.isEmpty() || (!icon.image.isNull() && !isFlawed)) {
         return icon;
     }
+    icon.isThemed = true;
     // The others may all be slow to decode, and this icon shall not keep those behind it waiting.
     constexpr int longestSearchMs = 1'000;
     QElapsedTimer search;
@@ -64,13 +65,16 @@ QImage FreedesktopIcons::decodeBest(
     const QStringList others = lookup()->standIns(source.name, size, source.file);
     for (const QString &file : others) {
         if (search.hasExpired(longestSearchMs)) {
+            icon.origins.clear();
             break;
         }
+        icon.origins.append({ file, FileStamp::of(file) });
         QString ignored;
         bool isAlsoFlawed = false;
         QImage other = tryDecodeIcon(file, size, largestStored, &ignored, &isAlsoFlawed);
         if (!other.isNull() && !isAlsoFlawed) {
-            return other;
+            icon.image = other;
+            break;
         }
     }
     return icon;
@@ -79,19 +83,39 @@ QImage FreedesktopIcons::decodeBest(
 QImage FreedesktopIcons::tryDecode(
     const IconSource &source, int size, int largestStored, QString *problem) const
 {
-    return decodeBest(source, size, largestStored, problem);
+    return decodeBest(source, size, largestStored, problem).image;
+}
+
+QByteArray FreedesktopIcons::circumstances() const
+{
+    return lookup()->circumstances();
+}
+
+bool FreedesktopIcons::areStill(const QByteArray &circumstances) const
+{
+    QString themeName;
+    {
+        const std::scoped_lock lock(_mutex);
+        themeName = _themeName;
+    }
+    return IconCircumstances::areStill(circumstances, _places, themeName);
 }
 
 std::shared_ptr<const IconLookup> FreedesktopIcons::lookup() const
 {
     const std::scoped_lock lock(_mutex);
     if (!_lookup) {
-        _lookup = _firstLookup.get();
+        _lookup = std::make_shared<const IconLookup>(_places, _themeName);
     }
     return _lookup;
 }
 
 void FreedesktopIcons::startWatching()
+{
+    QTimer::singleShot(WatchDelay, this, &FreedesktopIcons::watchFirst);
+}
+
+void FreedesktopIcons::watchFirst()
 {
     _watcher = std::make_unique<IconWatcher>(IconThemeName::schema(_places));
     connect(_watcher.get(), &IconWatcher::touched, this, &FreedesktopIcons::refresh);
@@ -107,11 +131,17 @@ void FreedesktopIcons::watch()
 
 void FreedesktopIcons::refresh()
 {
-    std::shared_ptr<const IconLookup> fresh = made(_places);
-    const bool isOther = fresh->state() != lookup()->state();
-    if (isOther) {
+    const QString themeName = IconThemeName::current(_places);
+    auto fresh = std::make_shared<const IconLookup>(_places, themeName);
+    bool isOther = false;
+    {
         const std::scoped_lock lock(_mutex);
-        _lookup.swap(fresh);
+        // Answers kept from an earlier run may be in use before the theme has been read.
+        isOther = themeName != _themeName || (_lookup && _lookup->state() != fresh->state());
+        if (isOther || !_lookup) {
+            _lookup.swap(fresh);
+        }
+        _themeName = themeName;
     }
     watch();
     if (isOther) {

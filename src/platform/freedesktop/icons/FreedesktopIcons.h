@@ -2,7 +2,9 @@
 // pixels.
 //
 // Belongs to the main thread, where it notices another theme or new icons while the event loop
-// runs, once it was told to. Everything that reads may be called from any thread meanwhile.
+// runs, a moment after it was told to. Everything that reads may be called from any thread
+// meanwhile. The theme is read with the first question that needs it: a start whose icons are all
+// at hand shows them before that.
 
 #pragma once
 
@@ -10,8 +12,8 @@
 #include "platform/freedesktop/base/IconPlaces.h"
 #include "platform/freedesktop/icons/IconLookup.h"
 
+#include <chrono>
 #include <functional>
-#include <future>
 #include <memory>
 #include <mutex>
 
@@ -30,24 +32,31 @@ public:
 
     IconSource resolve(const QString &bundlePath, int size) const override;
     QImage decode(const IconSource &source, int size) const override;
+    DecodedIcon decodeFrom(const IconSource &source, int size) const override;
+    QByteArray circumstances() const override;
+    bool areStill(const QByteArray &circumstances) const override;
     QImage tryDecode(
         const IconSource &source, int size, int largestStored, QString *problem) const override;
     void startWatching() override;
 
 private:
-    QImage decodeBest(
+    // Watching reads the theme, which a start must not wait for.
+    static constexpr std::chrono::milliseconds WatchDelay { 500 };
+
+    DecodedIcon decodeBest(
         const IconSource &source, int size, int largestStored, QString *problem) const;
     std::shared_ptr<const IconLookup> lookup() const;
+    void watchFirst();
     void watch();
     void refresh();
 
     const std::function<QString(const QString &)> _iconNameOf;
     const IconPlaces _places;
     mutable std::mutex _mutex;
-    // Only the pointer is guarded; a look-up that is held needs no lock. The first one is made on a
-    // thread of its own, since reading the indexes of themes takes a while.
+    // Only the pointer and the name are guarded; a look-up that is held needs no lock. Null until
+    // it is needed.
     mutable std::shared_ptr<const IconLookup> _lookup;
-    mutable std::future<std::shared_ptr<const IconLookup>> _firstLookup;
+    QString _themeName;
     std::unique_ptr<IconWatcher> _watcher;
 };
 

@@ -1,5 +1,7 @@
 #include "platform/freedesktop/icons/IconLookup.h"
 
+#include "platform/freedesktop/icons/IconCircumstances.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -110,6 +112,14 @@ IconLookup::IconLookup(const IconPlaces &places, const QString &themeName)
     for (const IconTheme &theme : IconTheme::chain(themeName, places.baseFolders)) {
         addTheme(theme);
     }
+    QStringList files = _watched;
+    for (const Part &part : _themes) {
+        for (const IconFolder &folder : part.folders) {
+            files.append(QFile::decodeName(folder.path()) + QStringLiteral("/index.theme"));
+        }
+    }
+    // Before any picture is looked for: what changes after that is found to have changed.
+    _circumstances = IconCircumstances::now(places, themeName, files);
     // By content and not by time: base folders change whenever any theme comes or goes.
     _state += _unthemed.summary();
 }

@@ -36,6 +36,8 @@ public:
     const QByteArray &state() const { return _state; }
     // Folders and files; a change in one of them may mean that the state is another one.
     const QStringList &watched() const { return _watched; }
+    // Of IconCircumstances, as they were when it was made.
+    const QByteArray &circumstances() const { return _circumstances; }
 
 private:
     struct Part
@@ -53,4 +55,5 @@ private:
     IconListing _unthemed;
     QByteArray _state;
     QStringList _watched;
+    QByteArray _circumstances;
 };

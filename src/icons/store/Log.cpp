@@ -1,3 +1,3 @@
-#include "icons/Log.h"
+#include "icons/store/Log.h"
 
 Q_LOGGING_CATEGORY(lcIcons, "ortu.icons", QtInfoMsg)

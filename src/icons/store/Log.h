@@ -1,4 +1,4 @@
-// The log category of this folder.
+// The log category of this folder and of the one above.
 
 #pragma once
 

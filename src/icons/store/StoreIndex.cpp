@@ -74,7 +74,7 @@ QDataStream &operator>>(QDataStream &stream, AnswerRecord &record)
 bool isInRange(const PictureRecord &record, qint64 first, qint64 end)
 {
     if (record.key.size < 1 || record.key.size > StoreIndex::LargestSize
-        || record.colorCount > MostColors || record.origins.isEmpty()) {
+        || record.colorCount > MostColors || record.origins.isEmpty() || record.offset < 0) {
         return false;
     }
     return !record.hasPicture()

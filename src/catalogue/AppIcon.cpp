@@ -120,6 +120,14 @@ void AppIcon::resetIconToDot()
     _isMeasurementDue = false;
 }
 
+void AppIcon::takeKept()
+{
+    const QImage kept = IconLoader::sharedIconLoader().kept(_icon);
+    if (!kept.isNull()) {
+        _icon = kept;
+    }
+}
+
 // What has no colours was measured all the same.
 bool AppIcon::isMeasured() const
 {

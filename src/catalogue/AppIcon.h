@@ -43,6 +43,9 @@ public:
     void resetIconToDot();
     // Shows none until the next load. Not announced.
     void forgetIcon() { _icon = {}; }
+    // Exchanges the icon for the same one among those kept for later runs, if it is kept. Not
+    // announced.
+    void takeKept();
     // The next load() loads the icon again; until it arrives the present one stays.
     void forgetIconSource() { _fileID = 0; }
 

@@ -87,6 +87,9 @@ public:
     // The next pass loads the icon again; until it arrives the present one stays.
     void forgetIconSource() { _icon.forgetIconSource(); }
 
+    // Exchanges the icon for the same one among those kept for later runs. Announces nothing.
+    void takeKeptIcon() { _icon.takeKept(); }
+
     // Judges the colours of the icon by these parameters, measuring it first where the judgement
     // needs that. Announces N_AppIconChanged, also when all stayed as it was.
     void setColorSortParameters(const IconParameters &parameters)

@@ -70,6 +70,8 @@ OTAppManager::OTAppManager(Desktop &desktop, Use use, QObject *parent)
     connect(&desktop.icons(), &IconProvider::iconsChanged, this, &OTAppManager::reloadAllIcons);
     connect(&IconLoader::sharedIconLoader(), &IconLoader::iconsLost, this,
         &OTAppManager::reloadAllIcons);
+    connect(&IconLoader::sharedIconLoader(), &IconLoader::copiesSpare, this,
+        &OTAppManager::takeKeptIcons);
     if (const AppRef active = activeApp()) {
         _frontApps.append(active);
     }

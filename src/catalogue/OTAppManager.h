@@ -210,6 +210,7 @@ private:
     AppList launchedOTApps() const;
     AppRef ownApp();
     void reloadAllIcons();
+    void takeKeptIcons();
 
     // Whether the lists on disk can hold its path; one log line when they cannot.
     static bool canKeep(const AppRef &app);

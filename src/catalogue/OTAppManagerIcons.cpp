@@ -77,6 +77,13 @@ void OTAppManager::reloadAllIcons()
     loadIconsForApps(AppArray(_runningApps));
 }
 
+void OTAppManager::takeKeptIcons()
+{
+    for (const AppRef &app : everythingSet() + _runningApps) {
+        app->takeKeptIcon();
+    }
+}
+
 const QStringList &OTAppManager::colorSortingKeys()
 {
     static const QStringList keys { QStringLiteral("colorSortGrayThreshold"),

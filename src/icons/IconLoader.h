@@ -85,6 +85,12 @@ public:
     // Keeps what is new at once.
     void stopKeeping();
 
+    // To be called while no icon is seen: icons loaded in this run that have been kept since may be
+    // exchanged for the kept ones, which take no memory of the program's own.
+    void giveUpCopies();
+    // The kept icon that is the same; null when there is none.
+    QImage kept(const QImage &icon) const;
+
     // Queues an operation, or ends it with an icon that is at hand. The provider must live until
     // the operation has ended or cancelAll() was called.
     void addOperation(IconLoadOperation operation, const IconProvider &provider);
@@ -105,6 +111,8 @@ Q_SIGNALS:
     void finished();
     // Pictures that are in use may be damaged: all are to be loaded again.
     void iconsLost();
+    // Now is the time to ask for kept().
+    void copiesSpare();
 
 private:
     struct Delivery
@@ -147,6 +155,8 @@ private:
     const IconProvider *_keptFrom = nullptr;
     std::unique_ptr<QSocketNotifier> _alarm;
     std::vector<Handed> _handed;
+    // Icons have been loaded and kept in this run.
+    bool _areCopiesSpare = false;
     QTimer _checkDelay;
     QTimer _keepDelay;
 

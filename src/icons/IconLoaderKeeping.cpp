@@ -128,10 +128,29 @@ void IconLoader::check(const std::vector<Handed> &handed, IconStore &store, quin
 
 void IconLoader::keepNewIcons()
 {
-    if (_store && _pendingCount == 0 && _store->isChanged()) {
+    if (!_store || _pendingCount > 0) {
+        return;
+    }
+    if (_store->isChanged()) {
+        _areCopiesSpare = true;
         _queue.start(
             [store = _store, provider = _keptFrom] { store->write(*provider); }, KeepingPriority);
+    } else if (!_areCopiesSpare) {
+        _store->rest();
     }
+}
+
+void IconLoader::giveUpCopies()
+{
+    if (_store && !_store->isChanged() && std::exchange(_areCopiesSpare, false)) {
+        Q_EMIT copiesSpare();
+        _store->rest();
+    }
+}
+
+QImage IconLoader::kept(const QImage &icon) const
+{
+    return _store ? _store->kept(icon.cacheKey()) : QImage();
 }
 
 void IconLoader::storeDidBreak()

@@ -21,6 +21,7 @@ void MemoryRelease::giveMemoryBackSoon()
         const bool isAtRest =
             !_panel.isVisible() && IconLoader::sharedIconLoader().pendingCount() == 0;
         if (isAtRest) {
+            IconLoader::sharedIconLoader().giveUpCopies();
             _memory.giveBack();
         }
     });

@@ -18,7 +18,7 @@ void IconStore::willPrepare()
 
 void IconStore::prepare(const IconProvider &provider)
 {
-    open();
+    open(Run::Former);
     std::shared_ptr<const StoreFile> file;
     {
         const QMutexLocker lock(&_mutex);
@@ -34,7 +34,7 @@ void IconStore::prepare(const IconProvider &provider)
     _hasPrepared.wakeAll();
 }
 
-void IconStore::open()
+void IconStore::open(Run lastWriter)
 {
     QString problem;
     const std::shared_ptr<const StoreFile> file = StoreFile::open(path(), &problem);
@@ -53,6 +53,7 @@ void IconStore::open()
             Entry &entry = _entries[record.key];
             entry.record = record;
             entry.isInFile = record.hasPicture();
+            entry.isUsed = lastWriter == Run::Present && record.lastRun == index.run;
         }
     }
     for (const AnswerRecord &record : index.answers) {
@@ -60,9 +61,42 @@ void IconStore::open()
         if (!_answers.contains(place)) {
             const PictureKey key =
                 record.picture < 0 ? PictureKey() : index.pictures[record.picture].key;
-            _answers.insert(place, { record.stamp, key });
+            _answers.insert(place, { record.stamp, key, lastWriter == Run::Present });
         }
     }
+}
+
+void IconStore::wake()
+{
+    {
+        const QMutexLocker lock(&_mutex);
+        if (!std::exchange(_isResting, false)) {
+            return;
+        }
+    }
+    open(Run::Present);
+}
+
+void IconStore::rest()
+{
+    const QMutexLocker lock(&_mutex);
+    if (_isPreparing || _isChanged || !_file || !_atHand.isEmpty()) {
+        return;
+    }
+    _isResting = true;
+    _file = nullptr;
+    _entries = {};
+    _answers = {};
+    _keys = {};
+}
+
+QImage IconStore::kept(qint64 picture) const
+{
+    const QMutexLocker lock(&_mutex);
+    const auto entry = _entries.constFind(_keys.value(picture));
+    const bool isSame = entry != _entries.constEnd() && entry->isInFile
+        && entry->image.cacheKey() == picture && _file;
+    return isSame ? _file->icon(entry->record).image : QImage();
 }
 
 bool IconStore::areOriginsUnchanged(const PictureRecord &record) const
@@ -125,6 +159,7 @@ void IconStore::endAtHand()
 
 void IconStore::forgetThemed()
 {
+    wake();
     const QMutexLocker lock(&_mutex);
     _atHand = {};
     _entries.removeIf([](const auto &entry) { return entry.value().record.isThemed; });
@@ -154,6 +189,7 @@ std::optional<KeptIcon> IconStore::iconOf(Entry &entry) const
 
 std::optional<KeptIcon> IconStore::find(const IconSource &source, int size)
 {
+    wake();
     const PictureKey key { source.file, source.name, size };
     PictureRecord record;
     {
@@ -239,6 +275,7 @@ void IconStore::keepAnswer(const QString &bundle, const FileStamp &stamp, int si
     }
     const PictureKey key =
         source.isNull() ? PictureKey() : PictureKey { source.file, source.name, size };
+    wake();
     const QMutexLocker lock(&_mutex);
     Answer &answer = _answers[{ bundle, size }];
     _isChanged = _isChanged || answer.stamp != stamp || answer.picture != key;
@@ -251,15 +288,10 @@ bool IconStore::isChanged() const
     return _isChanged && !_hasFailed;
 }
 
-bool IconStore::isDamaged() const
-{
-    const QMutexLocker lock(&_mutex);
-    return _file && _file->isDamaged();
-}
-
 void IconStore::forgetFile()
 {
     const QMutexLocker lock(&_mutex);
+    _isResting = false;
     _atHand = {};
     _file = nullptr;
     _entries = {};

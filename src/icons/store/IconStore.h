@@ -67,9 +67,12 @@ public:
     // when that fails.
     void write(const IconProvider &provider);
 
-    // Whether another program has damaged the file while it is in use. Its pictures are then gone.
-    bool isDamaged() const;
-    // Lets go of the file.
+    // The picture of the file that is the same as one made in this run; null when there is none.
+    QImage kept(qint64 picture) const;
+    // Forgets what it knows of the file, unless that has to be written, until it is asked again.
+    void rest();
+
+    // Lets go of the file, which another program has damaged.
     void forgetFile();
 
 private:
@@ -99,7 +102,10 @@ private:
         QList<KeptIcon> icons;
     };
 
-    void open();
+    enum class Run { Present, Former };
+
+    void open(Run lastWriter);
+    void wake();
     bool areOriginsUnchanged(const PictureRecord &record) const;
     void collectAtHand(const StoreFile &file);
     std::optional<KeptIcon> iconOf(Entry &entry) const;
@@ -118,6 +124,7 @@ private:
     QHash<Place, KeptIcon> _atHand;
     // Keys of pictures by cacheKey().
     QHash<qint64, PictureKey> _keys;
+    bool _isResting = false;
     bool _isChanged = false;
     bool _hasFailed = false;
 };

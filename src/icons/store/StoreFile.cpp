@@ -109,9 +109,10 @@ public:
         static constexpr std::array<char, FirstAlignment> zeros {};
         return offset - _length <= FirstAlignment && write(zeros.data(), offset - _length);
     }
-    // Nothing is forced to the disk: what a power cut leaves half written is found out.
+    // Brought to the disk first: pages that are not there yet count as memory of the program.
     bool takePlace()
     {
+        ::fdatasync(_file);
         if (::close(std::exchange(_file, -1)) == 0
             && ::rename(_name.constData(), _target.constData()) == 0) {
             return true;

@@ -79,6 +79,12 @@ QImage emptyIcon(int size)
     return icon;
 }
 
+// A picture that was painted on keeps the engine with all that it needed: ten kilobytes an icon.
+QImage withoutPaintEngine(const QImage &icon)
+{
+    return icon.copy();
+}
+
 QImage decodeSvg(const QByteArray &svg, int size, QString *reason, bool *isFlawed)
 {
     *reason = SvgGuard::refusal(svg);
@@ -114,8 +120,7 @@ QImage decodeSvg(const QByteArray &svg, int size, QString *reason, bool *isFlawe
     if (isFlawed) {
         *isFlawed = SvgFeatures::goBeyondRenderer(svg);
     }
-    // An image that was painted on keeps the paint engine, which is half as large as an icon.
-    return icon.copy();
+    return withoutPaintEngine(icon);
 }
 
 // Of a file that holds one icon in several sizes, the part that suits; of any other all of it.
@@ -196,7 +201,8 @@ QImage decodePicture(QByteArray bytes, int size, int largestStored, QString *rea
     QImage icon = emptyIcon(size);
     QPainter painter(&icon);
     painter.drawImage((size - target.width()) / 2, (size - target.height()) / 2, picture);
-    return icon;
+    painter.end();
+    return withoutPaintEngine(icon);
 }
 
 // Markup begins with a bracket, perhaps behind a byte order mark and blanks; no other format does.

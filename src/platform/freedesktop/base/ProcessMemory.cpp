@@ -1,5 +1,8 @@
 #include "platform/freedesktop/base/ProcessMemory.h"
 
+// Any header of the library: it says whose it is.
+#include <cstdlib>
+
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif

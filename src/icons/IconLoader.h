@@ -91,6 +91,10 @@ public:
     // The kept icon that is the same; null when there is none.
     QImage kept(const QImage &icon) const;
 
+    // A kept icon drawn smaller or larger, null when that is not kept; and keeping one.
+    QImage keptScaled(const QImage &icon, int edge) const;
+    void keepScaled(const QImage &icon, const QImage &scaled);
+
     // Queues an operation, or ends it with an icon that is at hand. The provider must live until
     // the operation has ended or cancelAll() was called.
     void addOperation(IconLoadOperation operation, const IconProvider &provider);

@@ -153,6 +153,19 @@ QImage IconLoader::kept(const QImage &icon) const
     return _store ? _store->kept(icon.cacheKey()) : QImage();
 }
 
+QImage IconLoader::keptScaled(const QImage &icon, int edge) const
+{
+    return _store ? _store->findScaled(icon.cacheKey(), edge) : QImage();
+}
+
+void IconLoader::keepScaled(const QImage &icon, const QImage &scaled)
+{
+    if (_store) {
+        _store->keepScaled(icon.cacheKey(), scaled);
+        _keepDelay.start();
+    }
+}
+
 void IconLoader::storeDidBreak()
 {
     quint64 count = 0;

@@ -148,6 +148,33 @@ private Q_SLOTS:
         QCOMPARE(stateOf(store, kept), u"fff"_s);
         QCOMPARE(kept.icons.resolved, 0);
         QVERIFY(!store.find({ kept.bundles[0] }, 2 * edge));
+        store.rest();
+        QCOMPARE(stateOf(store, kept), u"fff"_s);
+    }
+
+    void scaledIcons_areKept_withTheirOriginals()
+    {
+        const Kept kept;
+        {
+            IconStore store(kept.folder());
+            kept.add(store);
+            for (const QString &bundle : kept.bundles) {
+                const QImage icon = store.find({ bundle }, edge)->image;
+                store.keepScaled(icon.cacheKey(), icon.scaled(edge / 2, edge / 2));
+                // An icon of this run is seen in the file as well.
+                store.write(kept.icons);
+                QCOMPARE(store.kept(icon.cacheKey()), icon);
+            }
+        }
+        save(kept.bundles[0], "7");
+        IconStore store(kept.folder());
+        store.prepare(kept.icons);
+        kept.add(store);
+        const auto scaledOf = [&](const QString &bundle) {
+            return store.findScaled(store.find({ bundle }, edge)->image.cacheKey(), edge / 2);
+        };
+        QVERIFY(scaledOf(kept.bundles[0]).isNull());
+        QCOMPARE(scaledOf(kept.bundles[1]), pattern(1, edge).scaled(edge / 2, edge / 2));
     }
 
     void staleIcons_areNotUsed_data()

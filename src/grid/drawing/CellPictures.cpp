@@ -22,6 +22,18 @@ QImage quicklyScaled(const QImage &icon, int edge)
     return scaled;
 }
 
+// By way of those kept from an earlier run: a full grid takes longer to scale than to draw.
+QImage smoothlyScaled(const QImage &icon, int edge)
+{
+    IconLoader &loader = IconLoader::sharedIconLoader();
+    QImage scaled = loader.keptScaled(icon, edge);
+    if (scaled.isNull()) {
+        scaled = icon.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        loader.keepScaled(icon, scaled);
+    }
+    return scaled;
+}
+
 } // namespace
 
 void CellPictures::setHurried(bool isHurried)
@@ -59,9 +71,7 @@ QImage CellPictures::pictureOf(const AppRef &app)
     }
     QImage &scaled = _scaledIcons[icon.cacheKey()];
     if (scaled.isNull()) {
-        scaled = _isHurried
-            ? quicklyScaled(icon, _edge)
-            : icon.scaled(_edge, _edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        scaled = _isHurried ? quicklyScaled(icon, _edge) : smoothlyScaled(icon, _edge);
     }
     return scaled;
 }

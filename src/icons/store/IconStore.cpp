@@ -6,6 +6,19 @@
 
 #include <algorithm>
 
+namespace {
+
+// As it would be seen in the file.
+bool isKeepable(const QImage &image, const PictureKey &key)
+{
+    const int edge = key.edge();
+    return image.size() == QSize(edge, edge) && edge <= StoreIndex::LargestSize
+        && image.format() == QImage::Format_ARGB32_Premultiplied
+        && image.bytesPerLine() == qsizetype(edge) * 4 && image.devicePixelRatio() == 1;
+}
+
+} // namespace
+
 IconStore::IconStore(QString folder)
     : _folder(std::move(folder))
 { }
@@ -227,10 +240,6 @@ std::optional<KeptIcon> IconStore::find(const IconSource &source, int size)
 void IconStore::keep(const IconSource &source, int size, const DecodedIcon &icon, qint64 before)
 {
     const auto &[image, origins, isThemed] = icon;
-    const bool canBeKept = image.isNull()
-        || (image.size() == QSize(size, size) && size <= StoreIndex::LargestSize
-            && image.format() == QImage::Format_ARGB32_Premultiplied
-            && image.bytesPerLine() == qsizetype(size) * 4);
     const bool isSettled =
         std::all_of(origins.begin(), origins.end(), [before](const IconOrigin &origin) {
             return origin.stamp.exists() && origin.stamp.hasSettledBy(before);
@@ -239,7 +248,8 @@ void IconStore::keep(const IconSource &source, int size, const DecodedIcon &icon
     record.key = { source.file, source.name, size };
     record.origins = origins;
     record.isThemed = isThemed;
-    if (!canBeKept || !isSettled || origins.isEmpty() || !areOriginsUnchanged(record)) {
+    if ((!image.isNull() && !isKeepable(image, record.key)) || !isSettled || origins.isEmpty()
+        || !areOriginsUnchanged(record)) {
         return;
     }
     const QMutexLocker lock(&_mutex);
@@ -264,6 +274,45 @@ void IconStore::keepColors(qint64 picture, const HclColors &colors, const ColorQ
         entry->colors = QList<HclColor>(colors.begin(), colors.end());
         _isChanged = true;
     }
+}
+
+QImage IconStore::findScaled(qint64 picture, int edge)
+{
+    const QMutexLocker lock(&_mutex);
+    PictureKey key = _keys.value(picture);
+    const auto original = _entries.constFind(key);
+    key.scaled = edge;
+    const auto entry = _entries.find(key);
+    if (original == _entries.constEnd() || entry == _entries.end()
+        || entry->record.origins != original->record.origins) {
+        return {};
+    }
+    const std::optional<KeptIcon> icon = iconOf(*entry);
+    if (!icon) {
+        return {};
+    }
+    entry->isUsed = true;
+    return icon->image;
+}
+
+void IconStore::keepScaled(qint64 picture, const QImage &scaled)
+{
+    const QMutexLocker lock(&_mutex);
+    PictureKey key = _keys.value(picture);
+    const auto original = _entries.constFind(key);
+    key.scaled = scaled.width();
+    if (original == _entries.constEnd() || original->image.cacheKey() != picture
+        || !isKeepable(scaled, key)) {
+        return;
+    }
+    Entry entry;
+    entry.record = original->record;
+    entry.record.key = key;
+    entry.record.offset = 0;
+    entry.image = scaled;
+    entry.isUsed = true;
+    _entries.insert(key, entry);
+    _isChanged = true;
 }
 
 void IconStore::keepAnswer(const QString &bundle, const FileStamp &stamp, int size,

@@ -56,6 +56,10 @@ public:
     void keep(const IconSource &source, int size, const DecodedIcon &icon, qint64 before);
     // Keeps the colours of the picture with this cacheKey().
     void keepColors(qint64 picture, const HclColors &colors, const ColorQuestion &question);
+    // The picture with this cacheKey(), drawn smaller or larger; null when that is not kept.
+    QImage findScaled(qint64 picture, int edge);
+    // Keeps one, a square.
+    void keepScaled(qint64 picture, const QImage &scaled);
     // Keeps the source of a bundle; null for a bundle without an icon. Stamp and time are of before
     // it was looked for.
     void keepAnswer(const QString &bundle, const FileStamp &stamp, int size,

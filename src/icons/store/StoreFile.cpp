@@ -191,7 +191,7 @@ KeptIcon StoreFile::icon(const PictureRecord &record) const
         return {};
     }
     KeptIcon icon;
-    const int size = record.key.size;
+    const int size = record.key.edge();
     icon.image =
         QImage(pixels, size, size, qsizetype(size) * 4, QImage::Format_ARGB32_Premultiplied,
             releaseFile, new std::shared_ptr<const MappedFile>(_file));

@@ -18,7 +18,7 @@ constexpr quint32 MostRecords = 100'000;
 QDataStream &operator<<(QDataStream &stream, const PictureRecord &record)
 {
     stream << record.key.file << record.key.name << qint32(record.key.size)
-           << quint32(record.origins.size());
+           << qint32(record.key.scaled) << quint32(record.origins.size());
     for (const IconOrigin &origin : record.origins) {
         stream << origin.file << origin.stamp;
     }
@@ -31,9 +31,11 @@ QDataStream &operator<<(QDataStream &stream, const PictureRecord &record)
 QDataStream &operator>>(QDataStream &stream, PictureRecord &record)
 {
     qint32 size = 0;
+    qint32 scaled = 0;
     quint32 originCount = 0;
-    stream >> record.key.file >> record.key.name >> size >> originCount;
+    stream >> record.key.file >> record.key.name >> size >> scaled >> originCount;
     record.key.size = size;
+    record.key.scaled = scaled;
     if (originCount > MostOrigins) {
         stream.setStatus(QDataStream::ReadCorruptData);
         return stream;
@@ -73,8 +75,9 @@ QDataStream &operator>>(QDataStream &stream, AnswerRecord &record)
 
 bool isInRange(const PictureRecord &record, qint64 first, qint64 end)
 {
-    if (record.key.size < 1 || record.key.size > StoreIndex::LargestSize
-        || record.colorCount > MostColors || record.origins.isEmpty() || record.offset < 0) {
+    if (record.key.size < 1 || record.key.size > StoreIndex::LargestSize || record.key.scaled < 0
+        || record.key.scaled > StoreIndex::LargestSize || record.colorCount > MostColors
+        || record.origins.isEmpty() || record.offset < 0) {
         return false;
     }
     return !record.hasPicture()
@@ -117,7 +120,7 @@ quint64 mixed(quint64 sum, quint64 word)
 
 size_t qHash(const PictureKey &key, size_t seed)
 {
-    return qHashMulti(seed, key.file, key.name, key.size);
+    return qHashMulti(seed, key.file, key.name, key.size, key.scaled);
 }
 
 QByteArray StoreIndex::toBytes() const

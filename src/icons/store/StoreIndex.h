@@ -17,7 +17,10 @@ struct PictureKey
     QString name;
     // Edge in pixels.
     int size = 0;
+    // Of the same picture drawn smaller or larger; 0 for the picture itself.
+    int scaled = 0;
 
+    int edge() const { return scaled > 0 ? scaled : size; }
     bool operator==(const PictureKey &other) const = default;
 };
 
@@ -47,7 +50,7 @@ struct PictureRecord
     // Of pixels and colours.
     quint64 hash = 0;
 
-    qint64 pixelBytes() const { return qint64(key.size) * key.size * 4; }
+    qint64 pixelBytes() const { return qint64(key.edge()) * key.edge() * 4; }
     qint64 bytes() const { return pixelBytes() + qint64(colorCount * sizeof(HclColor)); }
     bool hasPicture() const { return offset > 0; }
 };

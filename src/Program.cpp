@@ -4,9 +4,11 @@
 #include "commands/Output.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
 #include "platform/freedesktop/FreedesktopWording.h"
+#include "platform/freedesktop/base/Languages.h"
 #include "platform/freedesktop/crash/CrashReporter.h"
 #include "shell/OTNSAppSubclass.h"
 #include "support/Printable.h"
+#include "support/Translations.h"
 #include "support/UserDefaults.h"
 
 #include <QFile>
@@ -146,6 +148,8 @@ int perform(const Invocation &invocation, std::unique_ptr<SingleInstance> instan
     QGuiApplication::setDesktopFileName(QStringLiteral("org.ortu.Ortu"));
     FreedesktopWording wording;
     QCoreApplication::installTranslator(&wording);
+    // Asked before the wording, which is English.
+    const Translations translations(Languages::preferred());
 
     // The next start may come once this is gone, so it goes after the desktop with its hot key. It
     // goes before the application, whose end refuses the calls that nothing has handled: a start

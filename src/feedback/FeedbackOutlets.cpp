@@ -69,10 +69,13 @@ public:
         return box;
     }
 
-    QComboBox *addChoice(const QString &label, const QStringList &titles)
+    // The data of each item is its title in English, which is what is sent.
+    QComboBox *addChoice(const QString &label, std::initializer_list<const char *> titles)
     {
         auto *const choice = new QComboBox;
-        choice->addItems(titles);
+        for (const char *const title : titles) {
+            choice->addItem(OFUtilities::tr(title), QString::fromLatin1(title));
+        }
         auto *const row = new QHBoxLayout;
         row->addWidget(labelOf(label, choice));
         row->addWidget(choice, 1);
@@ -117,8 +120,9 @@ QWidget *makeFeaturePage(FeedbackOutlets &outlets)
     Page page;
     outlets.txtFeature = page.addBox(OFUtilities::tr("What is &missing, and what for?"), 1);
     outlets.btnImportance = page.addChoice(OFUtilities::tr("How &important is it to you?"),
-        { OFUtilities::tr("Nice to have"), OFUtilities::tr("Important"),
-            OFUtilities::tr("I cannot do without it") });
+        { QT_TRANSLATE_NOOP("OpenFeedback", "Nice to have"),
+            QT_TRANSLATE_NOOP("OpenFeedback", "Important"),
+            QT_TRANSLATE_NOOP("OpenFeedback", "I cannot do without it") });
     return page.widget();
 }
 

@@ -222,7 +222,7 @@ FeedbackFields OFController::fields() const
         break;
     case FeedbackOutlets::Feature:
         all.insert(FeedbackForm::featureFields(
-            _outlets.txtFeature->toPlainText(), _outlets.btnImportance->currentText()));
+            _outlets.txtFeature->toPlainText(), _outlets.btnImportance->currentData().toString()));
         break;
     default:
         if (_crashReportMode) {

@@ -30,11 +30,11 @@ public:
     using QObject::QObject;
 
     // Takes the key, and lets go of the one before in any case. Returns why it cannot be had, in a
-    // few words for people; empty when it was taken, or when that is still to be decided:
-    // registrationChanged() then tells of a refusal. Logs nothing.
+    // few words, in English for the log; empty when it was taken, or when that is still to be
+    // decided: registrationChanged() then tells of a refusal. Logs nothing.
     virtual QString registerKey(const HotKeyCombination & /*combination*/)
     {
-        return tr("this desktop offers no hot keys");
+        return QStringLiteral(QT_TRANSLATE_NOOP("Reason", "this desktop offers no hot keys"));
     }
     virtual void unregisterKey() { }
     // How the user binds a key to the program in the settings of the desktop, as a sentence; empty

@@ -36,7 +36,9 @@ public:
     // log has then as well; empty when it is done, or was before.
     virtual QString setContained(const LoginItem & /*item*/, bool isContained)
     {
-        return isContained ? QStringLiteral("this desktop starts no programs at login") : QString();
+        return isContained ? QStringLiteral(
+                   QT_TRANSLATE_NOOP("Reason", "this desktop starts no programs at login"))
+                           : QString();
     }
 
     // While watched, changed() is emitted. Off at first.

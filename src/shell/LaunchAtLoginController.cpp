@@ -1,6 +1,7 @@
 #include "shell/LaunchAtLoginController.h"
 
 #include "support/NotificationCenter.h"
+#include "support/Translations.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -48,7 +49,7 @@ bool LaunchAtLoginController::setLaunchAtLogin(bool isLaunched, const LoginItem 
     }
     const QString sentence = isLaunched ? tr("%1 will not start at login: %2.")
                                         : tr("%1 will go on starting at login: %2.");
-    const QString message = sentence.arg(item.name, problem);
+    const QString message = sentence.arg(item.name, Translations::ofReason(problem));
     Q_EMIT problemChanged(message);
     Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(message);
     return false;

@@ -145,7 +145,8 @@ DefaultsFile::Outcome DefaultsFile::write(
 {
     const QString folder = QFileInfo(path).absolutePath();
     if (!makePrivateFolder(folder)) {
-        const QString error = QStringLiteral("the folder cannot be made");
+        const QString error =
+            QStringLiteral(QT_TRANSLATE_NOOP("Reason", "the folder cannot be made"));
         qCWarning(lcSupport, "cannot write %s: %s", qUtf8Printable(path), qUtf8Printable(error));
         return { error, {} };
     }
@@ -165,7 +166,9 @@ DefaultsFile::Outcome DefaultsFile::writeLocked(
     QVariantMap values = document.value.toMap();
     if (document.state == PropertyList::State::Damaged) {
         if (!PropertyList::setAside(path, document.error)) {
-            return { QStringLiteral("the damaged file cannot be moved away"), {} };
+            return { QStringLiteral(
+                         QT_TRANSLATE_NOOP("Reason", "the damaged file cannot be moved away")),
+                {} };
         }
         values = known;
     }

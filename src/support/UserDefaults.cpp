@@ -4,6 +4,7 @@
 #include "support/NotificationCenter.h"
 #include "support/PreferenceType.h"
 #include "support/Shapes.h"
+#include "support/Translations.h"
 #include "support/files/Log.h"
 #include "support/files/PropertyList.h"
 
@@ -211,7 +212,7 @@ void UserDefaults::setWriteProblem(const QString &reason)
     Q_EMIT writeProblemChanged();
     if (isNews) {
         Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
-            tr("Changes of the preferences are not kept: %1.").arg(reason));
+            tr("Changes of the preferences are not kept: %1.").arg(Translations::ofReason(reason)));
     }
 }
 

@@ -3,6 +3,7 @@
 #include "TestCase.h"
 #include "platform/FileTree.h"
 #include "platform/freedesktop/FreedesktopWording.h"
+#include "support/Translations.h"
 
 class FreedesktopDesktopTest : public TestCase
 {
@@ -51,6 +52,14 @@ private Q_SLOTS:
             const QString said = FreedesktopWording().translate("OTController", text, nullptr, -1);
             QCOMPARE(said, ours);
             QCOMPARE(said.isNull(), ours.isNull());
+        }
+        // A translation goes before them.
+        FreedesktopWording wording;
+        QCoreApplication::installTranslator(&wording);
+        for (const auto &[language, text] : { std::pair("en", u"Show in File Manager"_s),
+                 std::pair("de", u"Im Dateimanager zeigen"_s) }) {
+            const Translations translations({ language });
+            QCOMPARE(QCoreApplication::translate("OTIconView", "Show in Finder"), text);
         }
     }
 };

@@ -9,6 +9,7 @@
 #include "shell/preferences/PreferencesWindow.h"
 #include "shell/preferences/ScanFolderTable.h"
 #include "support/InfoDictionary.h"
+#include "support/Translations.h"
 
 #include <QAccessible>
 #include <QCheckBox>
@@ -226,8 +227,16 @@ private Q_SLOTS:
     }
 
     // Two that share a key would make neither reachable by it.
+    void mnemonicsDiffer_andAScreenReaderNamesEveryControl_data()
+    {
+        QTest::addColumn<QByteArray>("language");
+        QTest::newRow("English") << QByteArray("en");
+        QTest::newRow("German") << QByteArray("de");
+    }
     void mnemonicsDiffer_andAScreenReaderNamesEveryControl()
     {
+        QFETCH(QByteArray, language);
+        const Translations translations({ language });
         QWidget parent;
         const PreferencesWindow window(
             { [](int, int) {}, [] { return QString(); }, [](quint32) { return QStringList(); } },
@@ -254,7 +263,7 @@ private Q_SLOTS:
             for (const auto *button :
                 window.findChild<QDialogButtonBox *>()->findChildren<QPushButton *>()
                     + tabs->widget(i)->findChildren<QPushButton *>()) {
-                if (button->text() != u"Close") {
+                if (button->text() != PreferencesWindow::tr("Close")) {
                     add(button->text());
                 }
             }

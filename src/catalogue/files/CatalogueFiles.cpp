@@ -2,6 +2,7 @@
 
 #include "catalogue/files/Log.h"
 #include "support/NotificationCenter.h"
+#include "support/Translations.h"
 #include "support/files/FileLock.h"
 #include "support/files/FileWatch.h"
 
@@ -223,7 +224,8 @@ void CatalogueFiles::write()
     writeLists(&error);
     if (!error.isEmpty() && !_isFailureTold) {
         Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
-            tr("Changes of favourites and exclusions are not kept: %1.").arg(error));
+            tr("Changes of favourites and exclusions are not kept: %1.")
+                .arg(Translations::ofReason(error)));
     }
     _isFailureTold = !error.isEmpty();
 }

@@ -101,7 +101,8 @@ bool StoredPaths::write(QString *error)
 {
     const PathFile::Document document = PathFile::read(_path, _shape);
     if (document.state == State::Damaged && !PropertyList::setAside(_path, document.error)) {
-        *error = QStringLiteral("the damaged file cannot be moved away");
+        *error =
+            QStringLiteral(QT_TRANSLATE_NOOP("Reason", "the damaged file cannot be moved away"));
         return false;
     }
     if (document.state == State::Read || !document.paths.isEmpty()) {

@@ -6,10 +6,10 @@
 
 namespace {
 
-QString tr(const char *text)
+struct Words
 {
-    return QCoreApplication::translate("OTIconView", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(OTIconView)
+};
 
 } // namespace
 
@@ -63,21 +63,21 @@ QString GridGroups::titleOf(int group)
 {
     switch (group) {
     case RunningGroup:
-        return tr("Running applications");
+        return Words::tr("Running applications");
     case IncludedGroup:
     case Included1DGroup:
-        return tr("Included applications");
+        return Words::tr("Included applications");
     case ExcludedGroup:
     case Excluded1DGroup:
-        return tr("Excluded applications");
+        return Words::tr("Excluded applications");
     case AllGroup:
     case All1DGroup:
-        return tr("All applications");
+        return Words::tr("All applications");
     case MissingGroup:
-        return tr("Missing applications");
+        return Words::tr("Missing applications");
     case UserGroup:
     case User1DGroup:
-        return tr("Favorites");
+        return Words::tr("Favorites");
     default:
         return {};
     }
@@ -87,25 +87,25 @@ QString GridGroups::hintWhenEmpty(int group, Known known)
 {
     switch (group) {
     case RunningGroup:
-        return tr("Nothing is running. An application appears here while it runs.");
+        return Words::tr("Nothing is running. An application appears here while it runs.");
     case ExcludedGroup:
     case Excluded1DGroup:
-        return tr("Nothing is excluded. Choose Exclude in an application's menu.");
+        return Words::tr("Nothing is excluded. Choose Exclude in an application's menu.");
     case MissingGroup:
-        return tr("Nothing is missing. What was excluded and is gone appears here.");
+        return Words::tr("Nothing is missing. What was excluded and is gone appears here.");
     case UserGroup:
     case User1DGroup:
-        return tr(
+        return Words::tr(
             "No favourites yet. Drag an icon onto the Favorite button, or choose Add Favorite in "
             "its menu.");
     case IncludedGroup:
     case Included1DGroup:
         if (known == Known::Applications) {
-            return tr("Everything is excluded. Choose Include in an application's menu.");
+            return Words::tr("Everything is excluded. Choose Include in an application's menu.");
         }
         break;
     default:
         break;
     }
-    return tr("No applications were found in the folders that are searched.");
+    return Words::tr("No applications were found in the folders that are searched.");
 }

@@ -14,7 +14,7 @@ inline QString userGuide()
 }
 inline QString welcome()
 {
-    return QStringLiteral("Welcome to Ortu");
+    return QStringLiteral(QT_TRANSLATE_NOOP("ProgramDocuments", "Welcome to Ortu"));
 }
 
 // The path of the document with this name, which has no suffix. Empty where it is missing,

@@ -4,6 +4,7 @@
 #include "shell/preferences/PreferenceControls.h"
 #include "shell/triggers/KeyTable.h"
 #include "shell/triggers/TriggerKeys.h"
+#include "support/Translations.h"
 #include "support/UserDefaults.h"
 
 #include <QCheckBox>
@@ -89,7 +90,7 @@ void HotKeyControl::showProblem()
     const QString problem = _choice.problem();
     const UserDefaults &defaults = UserDefaults::standard();
     if (!problem.isEmpty()) {
-        const QString text = tr("No key summons Ortu: %1.").arg(problem);
+        const QString text = tr("No key summons Ortu: %1.").arg(Translations::ofReason(problem));
         _problem->setText((text + QLatin1Char(' ') + _choice.advice()).trimmed());
     } else if (KeyTable().isTaken(int(defaults.integerForKey(TriggerKeys::hotKeyCode)),
                    int(defaults.integerForKey(TriggerKeys::hotKeyModifiers)))) {

@@ -2,6 +2,7 @@
 
 #include "shell/preferences/PreferenceControls.h"
 #include "shell/preferences/PreferenceTabs.h"
+#include "support/Translations.h"
 #include "support/UserDefaults.h"
 
 #include <QDialogButtonBox>
@@ -91,7 +92,7 @@ void PreferencesWindow::showProblems()
 {
     QStringList lines;
     if (const QString &reason = UserDefaults::standard().writeProblem(); !reason.isEmpty()) {
-        lines.append(tr("Changes are not kept: %1.").arg(reason));
+        lines.append(tr("Changes are not kept: %1.").arg(Translations::ofReason(reason)));
     }
     if (!_problem.isEmpty()) {
         lines.append(_problem);

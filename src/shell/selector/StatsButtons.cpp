@@ -106,7 +106,8 @@ void StatsButtons::writeLabels(int index)
         button.labels = { tr("%1 Excluded").arg(count), tr("%1 E").arg(count), tr("E") };
         break;
     case Favorite:
-        button.labels = { tr("%1 Favorite").arg(count), tr("%1 F").arg(count), tr("F") };
+        button.labels = { tr("%n Favorite", nullptr, int(button.count)), tr("%1 F").arg(count),
+            tr("F") };
         break;
     default:
         button.labels = { tr("%1 Running").arg(count), tr("%1 R").arg(count), tr("R") };

@@ -6,11 +6,37 @@
 #include <QFile>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
 // Far more than there are keys.
 constexpr qint64 largestTable = 1LL * 1024 * 1024;
+
+// The titles of the table that have another name in other languages, for the catalogues of
+// translations alone.
+[[maybe_unused]] constexpr std::array translatedTitles { QT_TRANSLATE_NOOP("KeyTable", "Space"),
+    QT_TRANSLATE_NOOP("KeyTable", "Tab"), QT_TRANSLATE_NOOP("KeyTable", "Return"),
+    QT_TRANSLATE_NOOP("KeyTable", "Delete"), QT_TRANSLATE_NOOP("KeyTable", "Forward Delete"),
+    QT_TRANSLATE_NOOP("KeyTable", "Escape"), QT_TRANSLATE_NOOP("KeyTable", "Home"),
+    QT_TRANSLATE_NOOP("KeyTable", "End"), QT_TRANSLATE_NOOP("KeyTable", "Page Up"),
+    QT_TRANSLATE_NOOP("KeyTable", "Page Down"), QT_TRANSLATE_NOOP("KeyTable", "Help"),
+    QT_TRANSLATE_NOOP("KeyTable", "Left Arrow"), QT_TRANSLATE_NOOP("KeyTable", "Right Arrow"),
+    QT_TRANSLATE_NOOP("KeyTable", "Up Arrow"), QT_TRANSLATE_NOOP("KeyTable", "Down Arrow"),
+    QT_TRANSLATE_NOOP("KeyTable", "Keypad 0"), QT_TRANSLATE_NOOP("KeyTable", "Keypad 1"),
+    QT_TRANSLATE_NOOP("KeyTable", "Keypad 2"), QT_TRANSLATE_NOOP("KeyTable", "Keypad 3"),
+    QT_TRANSLATE_NOOP("KeyTable", "Keypad 4"), QT_TRANSLATE_NOOP("KeyTable", "Keypad 5"),
+    QT_TRANSLATE_NOOP("KeyTable", "Keypad 6"), QT_TRANSLATE_NOOP("KeyTable", "Keypad 7"),
+    QT_TRANSLATE_NOOP("KeyTable", "Keypad 8"), QT_TRANSLATE_NOOP("KeyTable", "Keypad 9"),
+    QT_TRANSLATE_NOOP("KeyTable", "Keypad ."), QT_TRANSLATE_NOOP("KeyTable", "Keypad *"),
+    QT_TRANSLATE_NOOP("KeyTable", "Keypad +"), QT_TRANSLATE_NOOP("KeyTable", "Keypad /"),
+    QT_TRANSLATE_NOOP("KeyTable", "Keypad -"), QT_TRANSLATE_NOOP("KeyTable", "Keypad ="),
+    QT_TRANSLATE_NOOP("KeyTable", "Keypad Clear"), QT_TRANSLATE_NOOP("KeyTable", "Keypad Enter") };
+
+QString translated(const QString &title)
+{
+    return QCoreApplication::translate("KeyTable", title.toUtf8().constData());
+}
 
 } // namespace
 
@@ -44,6 +70,9 @@ QList<KeyTable::Key> KeyTable::keys() const
 {
     QList<Key> titled = _keys;
     titled.removeIf([](const Key &key) { return key.title.isEmpty(); });
+    for (Key &key : titled) {
+        key.title = translated(key.title);
+    }
     return titled;
 }
 
@@ -53,7 +82,8 @@ QString KeyTable::hotKeyString(int hotKeyCode, int hotKeyModifiers) const
     if (key == nullptr || key->title.isEmpty()) {
         return tr("missing resource");
     }
-    return hotKeyCode < 0 ? key->title : modifierString(hotKeyModifiers) + key->title;
+    const QString title = translated(key->title);
+    return hotKeyCode < 0 ? title : modifierString(hotKeyModifiers) + title;
 }
 
 QString KeyTable::modifierString(int hotKeyModifiers)

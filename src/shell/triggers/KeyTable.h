@@ -31,7 +31,8 @@ public:
     // when it cannot be read or holds no key.
     explicit KeyTable(const QString &path = QStringLiteral(":/USExtendedKeycodes.txt"));
 
-    // Those with a title and a tag, in the order of the file.
+    // Those with a title and a tag, in the order of the file, with their titles in the user's
+    // language.
     QList<Key> keys() const;
 
     // For people: the modifiers, for a code that is not negative, and the title of the key. Of a

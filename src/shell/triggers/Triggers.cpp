@@ -5,6 +5,7 @@
 #include "shell/triggers/KeyTable.h"
 #include "shell/triggers/TriggerKeys.h"
 #include "support/NotificationCenter.h"
+#include "support/Translations.h"
 #include "support/UserDefaults.h"
 
 #include <QGuiApplication>
@@ -97,7 +98,7 @@ void Triggers::registerHotKey()
     HotKey &hotKey = _desktop.hotKey();
     if (!isHotKeyWanted()) {
         hotKey.unregisterKey();
-        setHotKeyProblem(tr("no hot key is chosen"));
+        setHotKeyProblem(QStringLiteral(QT_TRANSLATE_NOOP("Reason", "no hot key is chosen")));
         return;
     }
     const auto combination = KeyTable().combination(
@@ -106,7 +107,8 @@ void Triggers::registerHotKey()
         hotKey.unregisterKey();
     }
     takeHotKeyProblem(combination ? hotKey.registerKey(*combination)
-                                  : tr("the chosen key is not in the table of keys"));
+                                  : QStringLiteral(QT_TRANSLATE_NOOP(
+                                      "Reason", "the chosen key is not in the table of keys")));
 }
 
 bool Triggers::setHotKeyProblem(const QString &problem)
@@ -127,7 +129,7 @@ void Triggers::takeHotKeyProblem(const QString &whyNot)
     }
     if (isNews) {
         Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
-            tr("%1 does not summon Ortu: %2.").arg(hotKeyString(), whyNot));
+            tr("%1 does not summon Ortu: %2.").arg(hotKeyString(), Translations::ofReason(whyNot)));
     }
     qCWarning(lcShell,
         "no hot key: %s; 'ortu --toggle' can be bound to a key in the desktop's settings",

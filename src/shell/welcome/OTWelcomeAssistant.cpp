@@ -4,6 +4,7 @@
 #include "shell/welcome/PageView.h"
 #include "support/UserDefaults.h"
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -49,7 +50,7 @@ OTWelcomeAssistant::OTWelcomeAssistant(std::unique_ptr<PagedDocument> document,
     , _nextButton(new QPushButton)
 {
     setAttribute(Qt::WA_QuitOnClose, false);
-    setWindowTitle(pdfName);
+    setWindowTitle(QCoreApplication::translate("ProgramDocuments", pdfName.toUtf8().constData()));
     _nextButton->setDefault(true);
     auto *const buttons = new QHBoxLayout;
     buttons->addWidget(_stepLabel, 1);

@@ -65,7 +65,7 @@ bool FileLock::lock(std::chrono::milliseconds longestWait)
             return false;
         }
         if (deadline.hasExpired()) {
-            _error = QStringLiteral("another program holds it");
+            _error = QStringLiteral(QT_TRANSLATE_NOOP("Reason", "another program holds it"));
             return false;
         }
         QThread::msleep(pauseBetweenAttempts.count());

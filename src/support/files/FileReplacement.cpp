@@ -259,7 +259,7 @@ QString FileReplacement::replace(const QString &path, const QByteArray &data, Fo
     const QString target = linkTarget(path);
     // A device or a pipe would be replaced by a file.
     if (const QFileInfo old(target); old.exists() && !old.isFile()) {
-        return QStringLiteral("not a regular file");
+        return QStringLiteral(QT_TRANSLATE_NOOP("Reason", "not a regular file"));
     }
     NewFile file(QFile::encodeName(target));
     if (!file.create() || !file.write(data) || !file.sync() || !file.close()) {

@@ -92,10 +92,10 @@ QVariant plainValue(const QVariant &value, int depth)
 QString failureToWrite(const QString &path, const QByteArray &data, FileReplacement::Former former)
 {
     if (data.isEmpty()) {
-        return QStringLiteral("the value is no property list");
+        return QStringLiteral(QT_TRANSLATE_NOOP("Reason", "the value is no property list"));
     }
     if (data.size() > PropertyList::maximumSize) {
-        return QStringLiteral("too large");
+        return QStringLiteral(QT_TRANSLATE_NOOP("Reason", "too large"));
     }
     return FileReplacement::replace(path, data, former);
 }

@@ -37,8 +37,9 @@ PortalHotKey::PortalHotKey(
 {
     _silence.setSingleShot(true);
     _silence.setInterval(maxSilence);
-    connect(&_silence, &QTimer::timeout, this,
-        [this] { settle(tr("the desktop has not answered yet")); });
+    connect(&_silence, &QTimer::timeout, this, [this] {
+        settle(QStringLiteral(QT_TRANSLATE_NOOP("Reason", "the desktop has not answered yet")));
+    });
     _owners.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
     connect(&_owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
         [this](const QString &, const QString &, const QString &newOwner) {
@@ -108,7 +109,8 @@ void PortalHotKey::lose()
 {
     _shortcut.reset();
     if (_trigger) {
-        settle(tr("the desktop no longer offers such keys"));
+        settle(
+            QStringLiteral(QT_TRANSLATE_NOOP("Reason", "the desktop no longer offers such keys")));
     }
 }
 

@@ -56,7 +56,7 @@ PortalShortcut::~PortalShortcut()
 
 QString PortalShortcut::absence()
 {
-    return tr("Wayland gives no program such a key");
+    return QStringLiteral(QT_TRANSLATE_NOOP("Reason", "Wayland gives no program such a key"));
 }
 
 // Which program we are: portals since 1.21 serve no program that they cannot name. Older ones know
@@ -85,7 +85,8 @@ void PortalShortcut::createSession()
             if (results.value(QStringLiteral("session_handle")).toString() == _session) {
                 bindShortcut();
             } else {
-                Q_EMIT failed(tr("the desktop's answer makes no sense"));
+                Q_EMIT failed(QStringLiteral(
+                    QT_TRANSLATE_NOOP("Reason", "the desktop's answer makes no sense")));
             }
         });
 }
@@ -105,7 +106,8 @@ void PortalShortcut::bindShortcut()
             if (shortcuts.currentSignature() == QLatin1String("a(sa{sv})")) {
                 takeShortcuts(qdbus_cast<QList<PortalBinding>>(shortcuts));
             } else {
-                Q_EMIT failed(tr("the desktop's answer makes no sense"));
+                Q_EMIT failed(QStringLiteral(
+                    QT_TRANSLATE_NOOP("Reason", "the desktop's answer makes no sense")));
             }
         });
 }
@@ -117,7 +119,8 @@ void PortalShortcut::takeShortcuts(const QList<PortalBinding> &shortcuts)
     if (std::any_of(shortcuts.begin(), shortcuts.end(), isOurs)) {
         Q_EMIT bound();
     } else {
-        Q_EMIT failed(tr("the desktop has assigned no key"));
+        Q_EMIT failed(
+            QStringLiteral(QT_TRANSLATE_NOOP("Reason", "the desktop has assigned no key")));
     }
 }
 
@@ -153,7 +156,8 @@ void PortalShortcut::listen()
     connect(session, &SessionSignals::Closed, this,
         [this](const QVariantMap &, const QDBusMessage &message) {
             if (message.service() == _owner) {
-                Q_EMIT failed(tr("the desktop has taken the key back"));
+                Q_EMIT failed(QStringLiteral(
+                    QT_TRANSLATE_NOOP("Reason", "the desktop has taken the key back")));
             }
         });
 }
@@ -192,15 +196,19 @@ void PortalShortcut::request(
             if (response == 0) {
                 take(results);
             } else {
-                Q_EMIT failed(response == 1 ? tr("the request for it was cancelled")
-                                            : tr("the desktop refuses it"));
+                Q_EMIT failed(response == 1
+                        ? QStringLiteral(
+                            QT_TRANSLATE_NOOP("Reason", "the request for it was cancelled"))
+                        : QStringLiteral(QT_TRANSLATE_NOOP("Reason", "the desktop refuses it")));
             }
         });
     options.insert(QStringLiteral("handle_token"), token);
     arguments.append(options);
     call(shortcutsInterface, method, arguments, [this](const QDBusMessage &reply) {
         if (reply.type() == QDBusMessage::ErrorMessage) {
-            Q_EMIT failed(isAbsence(reply) ? absence() : tr("the desktop refuses it"));
+            Q_EMIT failed(isAbsence(reply)
+                    ? absence()
+                    : QStringLiteral(QT_TRANSLATE_NOOP("Reason", "the desktop refuses it")));
         }
     });
 }

@@ -87,10 +87,10 @@ XHotKeyGrab::Grab XHotKeyGrab::grabFor(const HotKeyCombination &combination) con
 QString XHotKeyGrab::take(const HotKeyCombination &combination)
 {
     if (!_keyboard.connection().isOpen()) {
-        return tr("there is no X display");
+        return QStringLiteral(QT_TRANSLATE_NOOP("Reason", "there is no X display"));
     }
     if (!_keyboard.isUsable()) {
-        return tr("this display does not name its keys");
+        return QStringLiteral(QT_TRANSLATE_NOOP("Reason", "this display does not name its keys"));
     }
     const Grab grab = grabFor(combination);
     if (grab == _taken) {
@@ -99,7 +99,7 @@ QString XHotKeyGrab::take(const HotKeyCombination &combination)
     ungrabAll(_taken);
     _taken = {};
     if (grab.keys.isEmpty()) {
-        return tr("this keyboard has no such key");
+        return QStringLiteral(QT_TRANSLATE_NOOP("Reason", "this keyboard has no such key"));
     }
     QString whyNot = grabAll(grab);
     setActiveWindowWatched(!whyNot.isEmpty());
@@ -134,13 +134,14 @@ QString XHotKeyGrab::grabAll(const Grab &grab)
     for (const xcb_void_cookie_t cookie : asked) {
         const XReply<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
         if (error && whyNot.isEmpty()) {
-            whyNot = error->error_code == XCB_ACCESS ? tr("another program holds this key")
-                                                     : tr("the display refuses this key");
+            whyNot = error->error_code == XCB_ACCESS
+                ? QStringLiteral(QT_TRANSLATE_NOOP("Reason", "another program holds this key"))
+                : QStringLiteral(QT_TRANSLATE_NOOP("Reason", "the display refuses this key"));
         }
     }
     // The requests of a broken connection come to no error.
     if (xcb_connection_has_error(connection) != 0) {
-        whyNot = tr("there is no X display");
+        whyNot = QStringLiteral(QT_TRANSLATE_NOOP("Reason", "there is no X display"));
     }
     return whyNot;
 }

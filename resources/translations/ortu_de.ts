@@ -215,7 +215,7 @@
     </message>
     <message>
         <source>Set by &amp;Pressing…</source>
-        <translation>&amp;Durch Drücken wählen&#xa0;…</translation>
+        <translation>Taste &amp;drücken&#xa0;…</translation>
     </message>
     <message>
         <source>That key cannot be the hot key.</source>

@@ -1,4 +1,5 @@
-// What commands print: results to standard output, one line on failure to standard error.
+// What commands print: results to standard output, one line on failure to standard error. All of it
+// is English in every language, names of applications apart, since scripts read it.
 
 #pragma once
 

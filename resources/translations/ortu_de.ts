@@ -508,7 +508,7 @@
     <name>OTController</name>
     <message>
         <source>No program here opens PDF files. The user guide is %1.</source>
-        <translation>Hier öffnet kein Programm PDF-Dateien. Das Handbuch ist %1.</translation>
+        <translation>Hier öffnet kein Programm PDF-Dateien. Das Handbuch ist die Datei %1.</translation>
     </message>
     <message>
         <source>Are you sure you want to quit Ortu?</source>
@@ -711,7 +711,7 @@
     <name>OpenFeedback</name>
     <message>
         <source>What is your &amp;question?</source>
-        <translation>Was ist Ihre F&amp;rage?</translation>
+        <translation>Wie lautet Ihre F&amp;rage?</translation>
     </message>
     <message>
         <source>What is &amp;missing, and what for?</source>

@@ -3,7 +3,7 @@
 //
 // The texts of the sources are English. These stay so in every language: log lines, what the
 // command line prints and says of its failures, the keys of JSON, and what feedback sends, for
-// scripts and developers read them.
+// scripts and developers read them. Reasons that the system or Qt gives are in its language.
 
 #pragma once
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -46,7 +47,10 @@ qint64 aligned(qint64 offset, qint64 to)
 // Another build, or another Qt, may draw some icons otherwise.
 quint64 thisProgram()
 {
-    const FileStamp stamp = FileStamp::of(QStringLiteral("/proc/self/exe"));
+    // The file that this code is loaded from: the program is a module of the command.
+    Dl_info self = {};
+    ::dladdr(&Magic, &self);
+    const FileStamp stamp = FileStamp::of(QFile::decodeName(self.dli_fname));
     const QByteArray text = QByteArray(ORTU_VERSION) + ' ' + qVersion() + ' '
         + QByteArray::number(stamp.size) + ' ' + QByteArray::number(stamp.modified);
     return storeHash(text.constData(), text.size());

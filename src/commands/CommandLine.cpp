@@ -372,6 +372,7 @@ QString commandLineHelp()
         "  --preferences                       show the panel with its preferences; starts the "
         "program\n"
         "  --hide, --rescan, --quit            tell the running program\n"
+        "  --service                           start and show nothing until asked for something\n"
         "  --status [--json]                   print what the running program shows\n"
         "  --list [GROUP] [--fresh] [--json]   print a group, or all ten; --fresh scans the "
         "folders\n"

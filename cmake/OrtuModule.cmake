@@ -9,7 +9,7 @@ add_library(ortu_settings INTERFACE)
 target_include_directories(ortu_settings INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_definitions(ortu_settings INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
-  QT_DISABLE_DEPRECATED_BEFORE=0x060400 ORTU_VERSION="${PROJECT_VERSION}")
+  QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 target_compile_options(ortu_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
   $<$<BOOL:${ORTU_WARNINGS_ARE_ERRORS}>:-Werror>)
@@ -18,6 +18,22 @@ if(ORTU_SANITIZE)
     -fsanitize=${ORTU_SANITIZE} -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(ortu_settings INTERFACE -fsanitize=${ORTU_SANITIZE})
 endif()
+
+# For the few sources that name the version, so that a new one compiles little anew. The stamp is what the
+# program and the modules that it loads have in common: the version, and the interfaces between the two.
+file(GLOB INTERFACES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/platform/*.h)
+set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${INTERFACES})
+set(INTERFACES_TEXT "")
+foreach(INTERFACE_FILE IN LISTS INTERFACES)
+  file(READ ${INTERFACE_FILE} TEXT)
+  string(APPEND INTERFACES_TEXT "${TEXT}")
+endforeach()
+string(SHA1 INTERFACES_HASH "${INTERFACES_TEXT}")
+string(SUBSTRING ${INTERFACES_HASH} 0 12 INTERFACES_HASH)
+set(ORTU_MODULE_STAMP ${PROJECT_VERSION}-${INTERFACES_HASH})
+add_library(ortu_version INTERFACE)
+target_compile_definitions(ortu_version INTERFACE
+  ORTU_VERSION="${PROJECT_VERSION}" ORTU_MODULE_STAMP="${ORTU_MODULE_STAMP}")
 
 function(ortu_target_name FOLDER OUT)
   string(REPLACE "/" "_" TARGET "ortu_${FOLDER}")
@@ -54,13 +70,14 @@ function(ortu_module FOLDER)
 endfunction()
 
 # A part of the program that is loaded when it is first needed, for the sake of the Qt modules it
-# brings along. ProgramModule finds it.
+# brings along. ProgramModule finds it, and refuses one with another stamp.
 set(ORTU_LOADED_IN ${CMAKE_INSTALL_LIBDIR}/ortu)
 function(ortu_loaded_module NAME)
   cmake_parse_arguments(M "" "" "SOURCES;QT" ${ARGN})
-  add_library(${NAME} MODULE ${M_SOURCES})
+  add_library(${NAME} MODULE
+    ${M_SOURCES} ${PROJECT_SOURCE_DIR}/src/platform/freedesktop/base/ModuleStamp.cpp)
   ortu_qt_libraries(QT_LIBRARIES ${M_QT})
-  target_link_libraries(${NAME} PRIVATE ortu_settings ${QT_LIBRARIES})
+  target_link_libraries(${NAME} PRIVATE ortu_settings ortu_version ${QT_LIBRARIES})
   set_target_properties(${NAME} PROPERTIES
     PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
   install(TARGETS ${NAME} LIBRARY DESTINATION ${ORTU_LOADED_IN})

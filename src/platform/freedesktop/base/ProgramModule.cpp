@@ -7,6 +7,37 @@
 #include <QLibrary>
 #include <QStringList>
 
+#include <cstring>
+
+namespace {
+
+// An update replaces the modules below a program that runs. Calling into one of another build could
+// crash, as both share C++ classes.
+bool isOfThisBuild(QLibrary &module)
+{
+    using Stamp = const char *(*)();
+    const auto stamp = reinterpret_cast<Stamp>(module.resolve("ortuModuleStamp"));
+    return stamp != nullptr && std::strcmp(stamp(), ORTU_MODULE_STAMP) == 0;
+}
+
+QFunctionPointer resolveIn(const QString &file, const char *function, const char *purpose)
+{
+    QLibrary module(file);
+    if (module.load() && !isOfThisBuild(module)) {
+        qCWarning(lcPlatform, "no %s: %s is of another version. Ortu was updated: start it again",
+            purpose, qUtf8Printable(file));
+        module.unload();
+        return nullptr;
+    }
+    const QFunctionPointer found = module.resolve(function);
+    if (found == nullptr) {
+        qCWarning(lcPlatform, "no %s: %s", purpose, qUtf8Printable(module.errorString()));
+    }
+    return found;
+}
+
+} // namespace
+
 QFunctionPointer ProgramModule::resolve(
     const QString &module, const char *function, const char *purpose)
 {
@@ -16,12 +47,7 @@ QFunctionPointer ProgramModule::resolve(
         { QStringLiteral(ORTU_MODULES_BUILT), QStringLiteral(ORTU_MODULES_INSTALLED) }) {
         const QString place = program + folder + file;
         if (QFileInfo::exists(place)) {
-            QLibrary library(place);
-            const QFunctionPointer found = library.resolve(function);
-            if (found == nullptr) {
-                qCWarning(lcPlatform, "no %s: %s", purpose, qUtf8Printable(library.errorString()));
-            }
-            return found;
+            return resolveIn(place, function, purpose);
         }
     }
     qCWarning(lcPlatform, "no %s: the module %s is missing", purpose, qUtf8Printable(module));

@@ -70,8 +70,9 @@ function(ortu_module FOLDER)
 endfunction()
 
 # A part of the program that is loaded when it is first needed, for the sake of the Qt modules it
-# brings along. ProgramModule finds it, and refuses one with another stamp.
-set(ORTU_LOADED_IN ${CMAKE_INSTALL_LIBDIR}/ortu)
+# brings along. ProgramModule finds it, and refuses one with another stamp. CPack takes what lies nearer
+# to lib for libraries that ldconfig has to know.
+set(ORTU_LOADED_IN ${CMAKE_INSTALL_LIBDIR}/ortu/modules)
 function(ortu_loaded_module NAME)
   cmake_parse_arguments(M "" "" "SOURCES;QT" ${ARGN})
   add_library(${NAME} MODULE

@@ -29,8 +29,15 @@ file(MAKE_DIRECTORY ${USR}/share/zsh/vendor-completions)
 file(RENAME ${USR}/share/zsh/site-functions/_ortu ${USR}/share/zsh/vendor-completions/_ortu)
 file(REMOVE_RECURSE ${USR}/share/zsh/site-functions)
 
-file(GLOB MODULES ${USR}/lib/ortu/*.so)
-set(READABLE OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
-file(CHMOD ${MODULES} PERMISSIONS ${READABLE})
+# As Debian's own tools strip.
+file(GLOB MODULES ${USR}/lib/ortu/modules/*.so)
+file(GLOB PROGRAMS ${USR}/bin/*)
+execute_process(
+  COMMAND strip --strip-unneeded --remove-section=.comment --remove-section=.note ${MODULES} ${PROGRAMS}
+  COMMAND_ERROR_IS_FATAL ANY)
+
+file(MAKE_DIRECTORY ${USR}/share/lintian/overrides)
+file(COPY_FILE ${CPACK_ORTU_TOP}/packaging/debian/lintian-overrides ${USR}/share/lintian/overrides/ortu)
 file(GLOB DOCUMENTATION ${DOC}/*)
-file(CHMOD ${DOCUMENTATION} PERMISSIONS ${READABLE})
+file(CHMOD ${MODULES} ${DOCUMENTATION} ${USR}/share/lintian/overrides/ortu
+  PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)

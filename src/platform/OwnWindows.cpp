@@ -41,7 +41,12 @@ void OwnWindows::activate(QWindow &window, const ActivationStamp &)
 void OwnWindows::restoreActivity(QWidget &window)
 {
     if (QGuiApplication::focusWindow() == window.windowHandle() && !window.isActiveWindow()) {
+        // Qt 6.5 deprecates it for activateWindow(), which asks the display for the focus that it
+        // has given already, and changes nothing.
+        QT_WARNING_PUSH
+        QT_WARNING_DISABLE_DEPRECATED
         QApplication::setActiveWindow(&window);
+        QT_WARNING_POP
     }
 }
 

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStringDecoder>
+#include <QTimeZone>
 
 #include <utility>
 
@@ -66,7 +67,7 @@ QString CrashLogs::latestCrashLogContents(const QStringList &paths)
         qCWarning(lcFeedback, "logs != nil && [logs count] > 0");
         return {};
     }
-    QDateTime latest(QDate(1, 1, 1), QTime(0, 0), Qt::UTC);
+    QDateTime latest(QDate(1, 1, 1), QTime(0, 0), QTimeZone::utc());
     QString latestPath;
     for (const QString &path : paths) {
         if (fileIsNewerThan(path, latest)) {

@@ -3,6 +3,8 @@
 #include "TestCase.h"
 #include "platform/FileTree.h"
 
+#include <QTimeZone>
+
 class CrashLogsTest : public TestCase
 {
     Q_OBJECT
@@ -102,7 +104,7 @@ private Q_SLOTS:
     }
 
 private:
-    const QDateTime _date = QDateTime(QDate(2024, 3, 31), QTime(1, 30), Qt::UTC);
+    const QDateTime _date = QDateTime(QDate(2024, 3, 31), QTime(1, 30), QTimeZone::utc());
     std::unique_ptr<FileTree> _tree;
 };
 

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QPointer>
 
 class OTControllerTest : public PanelFixture
 {

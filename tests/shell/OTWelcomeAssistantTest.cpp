@@ -51,7 +51,10 @@ class OTWelcomeAssistantTest : public PanelFixture
         _assistant = std::make_unique<OTWelcomeAssistant>(
             std::make_unique<BlankPages>(), u"Tour"_s, noHotKey, [] { return u"Tab"_s; });
         _assistant->present();
-        QApplication::setActiveWindow(_assistant.get());
+        _assistant->activateWindow();
+        if (!QTest::qWaitForWindowActive(_assistant.get())) {
+            qWarning("the assistant is not active");
+        }
         return _assistant.get();
     }
     int lastShown() const { return int(_defaults->integerForKey(u"lastShownWelcomeStep"_s)); }

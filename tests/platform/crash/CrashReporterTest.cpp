@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QProcess>
+#include <QTimeZone>
 
 #include <csignal>
 
@@ -91,7 +92,7 @@ private Q_SLOTS:
             QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
         QDateTime date =
             QDateTime::fromString(files[0].fileName(), u"'Ortu_'yyyy-MM-dd-HHmmss'.crash'"_s);
-        date.setTimeSpec(Qt::UTC);
+        date.setTimeZone(QTimeZone::utc());
         QVERIFY(date >= start && date <= QDateTime::currentDateTimeUtc());
         const QString written = log();
         QVERIFY(written.contains(u"Version: " ORTU_VERSION ","_s));

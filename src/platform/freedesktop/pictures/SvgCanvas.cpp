@@ -281,6 +281,8 @@ int SvgCanvas::metric(PaintDeviceMetric metric) const
         return _image->devicePixelRatio();
     case PdmDevicePixelRatioScaled:
         return int(_image->devicePixelRatioFScale());
+    // Later versions of Qt ask more, and know what follows from the above.
+    default:
+        return QPaintDevice::metric(metric);
     }
-    return 0;
 }

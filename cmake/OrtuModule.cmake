@@ -5,6 +5,8 @@
 #   ortu_test(catalogue OTAppTest SOURCES OTAppTest.cpp)
 #   ortu_bench(FolderWalkBench USES catalogue)
 
+# QT_DISABLE_DEPRECATED_BEFORE hides what Qt up to 6.4 has deprecated; later versions call it
+# QT_DISABLE_DEPRECATED_UP_TO and take either.
 add_library(ortu_settings INTERFACE)
 target_include_directories(ortu_settings INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_definitions(ortu_settings INTERFACE

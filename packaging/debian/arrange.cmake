@@ -30,7 +30,7 @@ file(RENAME ${USR}/share/zsh/site-functions/_ortu ${USR}/share/zsh/vendor-comple
 file(REMOVE_RECURSE ${USR}/share/zsh/site-functions)
 
 # As Debian's own tools strip.
-file(GLOB MODULES ${USR}/lib/ortu/modules/*.so)
+file(GLOB_RECURSE MODULES ${USR}/lib/*.so)
 file(GLOB PROGRAMS ${USR}/bin/*)
 execute_process(
   COMMAND strip --strip-unneeded --remove-section=.comment --remove-section=.note ${MODULES} ${PROGRAMS}

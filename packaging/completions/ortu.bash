@@ -43,11 +43,12 @@ _ortu()
     local -a words=("${COMP_WORDS[@]:0:COMP_CWORD}")
     local current=${COMP_WORDS[COMP_CWORD]} verb='' word
     for word in "${words[@]:1}"; do
-        [[ -n $word && -v goes_with[$word] ]] && verb=$word
+        # -v would expand what is typed once more, and run what stands in $().
+        [[ -n $word && -n ${goes_with[$word]+known} ]] && verb=$word
     done
     # KEY=VALUE comes in three words.
     if [[ $current == = ]]; then
-        words+=(=)
+        words+=('=')
         current=''
     fi
     COMPREPLY=()

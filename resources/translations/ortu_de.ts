@@ -477,6 +477,10 @@
         <source>Redo %1</source>
         <translation>Wiederholen: %1</translation>
     </message>
+    <message>
+        <source>Check for Updates…</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>OTApp</name>
@@ -1433,6 +1437,64 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
     <message>
         <source>%1 does not summon Ortu: %2.</source>
         <translation>%1 ruft Ortu nicht auf: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateWindow</name>
+    <message>
+        <source>&amp;Look for new versions once a day</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check for Updates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 %2 is available</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is version %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;What is new:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Skip This Version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Remind Me Later</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show in &amp;Browser</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Updater</name>
+    <message>
+        <source>%1 %2 is available. “Check for Updates…” in the menu shows what is new.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no newer version.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 %2 is the newest one.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Could not look for a newer version.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please check the connection to the internet, and try again later.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

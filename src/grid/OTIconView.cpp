@@ -47,6 +47,7 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     connect(&appManager.newApplications(), &NewApplications::changed, this,
         &OTIconView::newApplicationsDidChange);
     connect(&_pictures, &CellPictures::pictureChanged, this, &OTIconView::appIconDidChange);
+    connect(&_pictures, &CellPictures::picturesLost, this, [this] { update(); });
     connect(&_menu, &AppMenu::isOpenChanged, this, &OTIconView::menuIsOpenDidChange);
     const NotificationCenter &center = NotificationCenter::defaultCenter();
     connect(&center, &NotificationCenter::N_AppIconChanged, this, &OTIconView::appIconDidChange);

@@ -179,7 +179,9 @@ bool IconLoader::cancelAll()
         _taken.notify_all();
     }
     _nextTurn.stop();
+    _areChecksCut = _areChecksCut || areChecksDue();
     _handed.clear();
+    _checkCount = 0;
     _pendingCount = 0;
     return _queue.waitForDone(MaxCancelWaitInMilliseconds);
 }

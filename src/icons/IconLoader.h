@@ -140,6 +140,7 @@ private:
     void checkHanded();
     void check(const std::vector<Handed> &handed, IconStore &store, quint64 cancellations);
     bool isCancelled(quint64 cancellations);
+    bool areChecksDue() const { return !_handed.empty() || _checkCount > 0; }
     void keepNewIcons();
     void storeDidBreak();
     std::shared_ptr<IconStore> storeFor(const IconProvider &provider) const;
@@ -159,6 +160,10 @@ private:
     const IconProvider *_keptFrom = nullptr;
     std::unique_ptr<QSocketNotifier> _alarm;
     std::vector<Handed> _handed;
+    // Threads that check them. Until they are all checked nothing is written: what is not known to
+    // be right would be left out.
+    int _checkCount = 0;
+    bool _areChecksCut = false;
     // Icons have been loaded and kept in this run.
     bool _areCopiesSpare = false;
     QTimer _checkDelay;

@@ -50,7 +50,7 @@ void IconLoader::stopKeeping()
     _checkDelay.stop();
     _alarm.reset();
     disconnect(_keptFrom, nullptr, this, nullptr);
-    if (cancelAll() && _store->isChanged()) {
+    if (cancelAll() && !_areChecksCut && _store->isChanged()) {
         _store->write(*_keptFrom);
     }
     _store = nullptr;
@@ -84,6 +84,7 @@ void IconLoader::checkHanded()
         const auto first = handed.begin() + std::ptrdiff_t(i);
         const auto last =
             handed.begin() + std::ptrdiff_t(std::min(handed.size(), i + CheckedTogether));
+        ++_checkCount;
         _queue.start([this, part = std::vector<Handed>(first, last), store = _store,
                          cancellations = _cancellations] { check(part, *store, cancellations); },
             CheckingPriority);
@@ -114,12 +115,15 @@ void IconLoader::check(const std::vector<Handed> &handed, IconStore &store, quin
         }
     }
     QMetaObject::invokeMethod(this, [this, others = std::move(others), cancellations]() mutable {
+        if (cancellations == _cancellations) {
+            --_checkCount;
+        }
         for (auto &[receiver, icon] : others) {
             if (cancellations == _cancellations) {
                 receiver(std::move(icon));
             }
         }
-        if (cancellations == _cancellations && _pendingCount == 0) {
+        if (cancellations == _cancellations && _pendingCount == 0 && !areChecksDue()) {
             _keepDelay.start();
             Q_EMIT finished();
         }
@@ -128,7 +132,7 @@ void IconLoader::check(const std::vector<Handed> &handed, IconStore &store, quin
 
 void IconLoader::keepNewIcons()
 {
-    if (!_store || _pendingCount > 0) {
+    if (!_store || _pendingCount > 0 || areChecksDue()) {
         return;
     }
     if (_store->isChanged()) {

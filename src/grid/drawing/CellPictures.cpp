@@ -36,6 +36,17 @@ QImage smoothlyScaled(const QImage &icon, int edge)
 
 } // namespace
 
+CellPictures::CellPictures(const IconProvider &icons)
+    : _icons(icons)
+{
+    // Icons of which a part is still right keep their keys.
+    connect(&IconLoader::sharedIconLoader(), &IconLoader::iconsLost, this, [this] {
+        _scaledIcons.clear();
+        _sharpIcons.clear();
+        Q_EMIT picturesLost();
+    });
+}
+
 void CellPictures::setHurried(bool isHurried)
 {
     if (_isHurried && !isHurried) {

@@ -16,9 +16,7 @@ class CellPictures : public QObject
 
 public:
     // The provider must outlive the pictures.
-    explicit CellPictures(const IconProvider &icons)
-        : _icons(icons)
-    { }
+    explicit CellPictures(const IconProvider &icons);
 
     // To be called before a repaint: the edge of an icon in pixels, the pixels of a point, and how
     // many cells there are.
@@ -37,6 +35,8 @@ public:
 Q_SIGNALS:
     // A better picture of the application has arrived.
     void pictureChanged(const AppRef &app);
+    // All are to be asked for anew.
+    void picturesLost();
 
 private:
     QImage sharpIconOf(const AppRef &app, const QImage &icon);

@@ -93,7 +93,7 @@ void IconStore::wake()
 void IconStore::rest()
 {
     const QMutexLocker lock(&_mutex);
-    if (_isPreparing || _isChanged || !_file || !_atHand.isEmpty()) {
+    if (_isPreparing || (_isChanged && !_hasFailed) || !_file || !_atHand.isEmpty()) {
         return;
     }
     _isResting = true;
@@ -185,7 +185,8 @@ std::optional<KeptIcon> IconStore::iconOf(Entry &entry) const
 {
     KeptIcon icon { entry.image, entry.question, entry.colors };
     if (entry.isInFile && _file) {
-        icon = _file->icon(entry.record);
+        icon = _file->icon(
+            entry.record, entry.image.isNull() ? StoreFile::Check::Due : StoreFile::Check::Done);
         if (icon.image.isNull()) {
             return std::nullopt;
         }
@@ -326,6 +327,7 @@ void IconStore::keepAnswer(const QString &bundle, const FileStamp &stamp, int si
         source.isNull() ? PictureKey() : PictureKey { source.file, source.name, size };
     wake();
     const QMutexLocker lock(&_mutex);
+    _isUsed = true;
     Answer &answer = _answers[{ bundle, size }];
     _isChanged = _isChanged || answer.stamp != stamp || answer.picture != key;
     answer = { stamp, key, true };
@@ -334,7 +336,7 @@ void IconStore::keepAnswer(const QString &bundle, const FileStamp &stamp, int si
 bool IconStore::isChanged() const
 {
     const QMutexLocker lock(&_mutex);
-    return _isChanged && !_hasFailed;
+    return _isChanged && _isUsed && !_hasFailed;
 }
 
 void IconStore::forgetFile()

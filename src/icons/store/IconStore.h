@@ -130,5 +130,7 @@ private:
     QHash<qint64, PictureKey> _keys;
     bool _isResting = false;
     bool _isChanged = false;
+    // Anything has been asked of it in this run.
+    bool _isUsed = false;
     bool _hasFailed = false;
 };

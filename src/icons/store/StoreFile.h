@@ -38,9 +38,11 @@ public:
     // Whether it must not be used any more.
     bool isDamaged() const { return _file->isDamaged(); }
 
+    enum class Check { Due, Done };
+
     // The picture of a record of the index, which shares the memory of the file and keeps that
-    // open; null when it is damaged.
-    KeptIcon icon(const PictureRecord &record) const;
+    // open; null when it is damaged, as far as that is not known already.
+    KeptIcon icon(const PictureRecord &record, Check check = Check::Due) const;
 
     // Writes a file: the records of an index and, in the same order, their pictures, null for those
     // that have none. Offsets, colours and hashes are filled in. Empty on success, otherwise the

@@ -18,7 +18,8 @@ private Q_SLOTS:
         for (const char *name : { "FLATPAK_USER_DIR", "FLATPAK_SYSTEM_DIR" }) {
             qputenv(name, "/nowhere");
         }
-        for (const char *name : { "DATA_HOME", "DATA_DIRS", "STATE_HOME", "CONFIG_HOME" }) {
+        for (const char *name :
+            { "DATA_HOME", "DATA_DIRS", "STATE_HOME", "CONFIG_HOME", "CACHE_HOME" }) {
             qunsetenv(QByteArray("XDG_").append(name).constData());
         }
     }
@@ -32,6 +33,7 @@ private Q_SLOTS:
         QCOMPARE(paths.libraryFolder(Domain::User), u"/home/ann/.local/state/Ortu"_s);
         QCOMPARE(paths.libraryFolder(Domain::Local), u"/var/lib/Ortu"_s);
         QCOMPARE(paths.configurationFolder(), u"/home/ann/.config/Ortu"_s);
+        QCOMPARE(paths.cacheFolder(), u"/home/ann/.cache/Ortu"_s);
     }
 
     void setVariables_areFollowed()
@@ -39,10 +41,12 @@ private Q_SLOTS:
         qputenv("XDG_DATA_HOME", "/data/with:colon/");
         qputenv("XDG_STATE_HOME", "/state//x/..");
         qputenv("XDG_CONFIG_HOME", "~/configuration");
+        qputenv("XDG_CACHE_HOME", "/cache");
         const FreedesktopPaths paths;
         QCOMPARE(paths.applicationSupportFolder(Domain::User), u"/data/with:colon"_s);
         QCOMPARE(paths.libraryFolder(Domain::User), u"/state/Ortu"_s);
         QCOMPARE(paths.configurationFolder(), u"/home/ann/configuration/Ortu"_s);
+        QCOMPARE(paths.cacheFolder(), u"/cache/Ortu"_s);
     }
 
     void applicationFolders()

@@ -56,6 +56,7 @@ void loadAll(const Home &home, const FreedesktopIcons &icons, IconStore *store)
 
 void decodeAndMeasure(benchmark::State &state)
 {
+    quietImageLibraries();
     const Home home(int(state.range(0)));
     const FreedesktopIcons icons(iconNameOf);
     for (auto _ : state) {
@@ -66,6 +67,7 @@ BENCHMARK(decodeAndMeasure)->Arg(300)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 void takeFromStore(benchmark::State &state)
 {
+    quietImageLibraries();
     const Home home(int(state.range(0)));
     const FreedesktopIcons icons(iconNameOf);
     // Until the entries have settled.

@@ -57,6 +57,9 @@ private Q_SLOTS:
         _manager->includeApp(app(u"b"_s));
         _manager->removeAppsFromUserApps(_manager->userApps1D());
         QTRY_COMPARE(labels(), u"3 Total, 3 Included, 0 Excluded, 0 Favorite, 2 Running"_s);
+        _manager->excludeApp(app(u"b"_s));
+        control().takeCounts();
+        QVERIFY(labels().startsWith(u"3 Total, 2 Included"));
     }
 
     void tab_skipsWhatIsDisabled_andActsOnceIfHeld()

@@ -166,6 +166,7 @@ void OTWindow::show(const ActivationStamp &stamp)
         chooseScreen();
     }
     _iconView->setGroupToShow(groupToShowWhenWindowOpens());
+    _statsControl->takeCounts();
     if (isComing) {
         setFrame(centredFrame());
         _isMovedByUser = false;

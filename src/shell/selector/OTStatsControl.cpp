@@ -87,12 +87,20 @@ void OTStatsControl::listDidChange(const QString &key)
 void OTStatsControl::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() == _countTimer.timerId()) {
-        _countTimer.stop();
-        const bool hadRoom = _wording != StatsButtons::Letter;
-        updateCounts();
-        if (hadRoom && _wording == StatsButtons::Letter) {
-            Q_EMIT roomWanted();
-        }
+        takeCounts();
+    }
+}
+
+void OTStatsControl::takeCounts()
+{
+    if (!_countTimer.isActive()) {
+        return;
+    }
+    _countTimer.stop();
+    const bool hadRoom = _wording != StatsButtons::Letter;
+    updateCounts();
+    if (hadRoom && _wording == StatsButtons::Letter) {
+        Q_EMIT roomWanted();
     }
 }
 

@@ -43,6 +43,9 @@ public:
     // It is the same for all counts with as many digits.
     int leastWidth(int height) const;
 
+    // Counts follow the lists in the next turn of the event loop; before a frame that must not wait
+    // for it, this takes them at once.
+    void takeCounts();
     // The index of a button is brought into the range of those that there are.
     void setCount(qint64 count, int forButtonAtIndex);
     bool isButtonEnabled(int index) const { return _buttons.isEnabled(index); }

@@ -63,6 +63,12 @@ void Triggers::start()
     Q_EMIT statusItemShownChanged();
 }
 
+// The status item says that it goes; those who would hear it through this are gone in part.
+Triggers::~Triggers()
+{
+    blockSignals(true);
+}
+
 void Triggers::registerDefaults()
 {
     UserDefaults::standard().registerDefaults({

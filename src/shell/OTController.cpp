@@ -223,10 +223,11 @@ void OTController::showHideMainWindow(const ActivationStamp &stamp)
         }
     } else if (!isShown) {
         applicationOpenUntitledFile(stamp);
-        if (_welcomeAssistantWasOpen) {
+        // Once: a launch hides the panel without asking again what is open.
+        if (std::exchange(_welcomeAssistantWasOpen, false)) {
             openWelcome();
         }
-        if (_feedbackWasOpen) {
+        if (std::exchange(_feedbackWasOpen, false)) {
             showFeedback();
         }
     } else if (_mainWindow.hasBeenMoved() && !_mainWindow.isNonActivating()) {

@@ -28,14 +28,6 @@ class PanelTest : public TestCase
         return frame.isValid() && (frame.center() - place.center()).manhattanLength() <= 2;
     }
 
-    static void click(int button, const QPoint &onPanel)
-    {
-        xdotool(u"mousemove --window %1 %2 %3 click %4"_s.arg(panel())
-                    .arg(onPanel.x())
-                    .arg(onPanel.y())
-                    .arg(button));
-    }
-
 private Q_SLOTS:
     void init()
     {
@@ -55,25 +47,6 @@ private Q_SLOTS:
             QVERIFY(_ortu.waitForFinished() && _ortu.exitStatus() == QProcess::NormalExit);
         }
         QTRY_COMPARE(windowCount(), 0);
-    }
-
-    void theMenuIsThere_andQuits()
-    {
-        start();
-        const QPoint betweenIcons(18 + 3, 30 + 3);
-        for (const QPoint &place : { onMargin(), betweenIcons }) {
-            click(3, place);
-            QTRY_COMPARE(windowCount(), 2);
-            xdotool(u"key Escape"_s);
-            QTRY_COMPARE(windowCount(), 1);
-            QVERIFY(isActive());
-        }
-        click(1, { frameOf(panel()).width() - 23, 18 });
-        QTRY_COMPARE(windowCount(), 2);
-        xdotool(u"key Up Return"_s);
-        QTRY_COMPARE(_ortu.state(), QProcess::NotRunning);
-        QVERIFY(_ortu.exitStatus() == QProcess::NormalExit && _ortu.exitCode() == 0);
-        QCOMPARE(_runner->run({ u"--hide"_s }).exitCode, 1);
     }
 
     void anotherScreenSizeCentresIt()
@@ -196,7 +169,6 @@ private:
         _runner->start(_ortu, {});
         QTRY_VERIFY_WITH_TIMEOUT(_ortu.waitForStarted() && isActive(), patience);
     }
-    static QPoint onMargin() { return { frameOf(panel()).width() / 2, 8 }; }
 
     std::unique_ptr<ProgramRunner> _runner;
     QProcess _ortu;

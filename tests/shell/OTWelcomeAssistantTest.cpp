@@ -2,8 +2,6 @@
 
 #include "shell/OTNSAppSubclass.h"
 #include "shell/PanelFixture.h"
-#include "shell/base/ProgramDocuments.h"
-#include "support/InfoDictionary.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -21,20 +19,6 @@ struct BlankPages final : PagedDocument
     {
         return QImage(size, QImage::Format_ARGB32_Premultiplied);
     }
-};
-
-struct BlankRenderer final : PageRenderer
-{
-    std::unique_ptr<PagedDocument> open(const QString &) const override
-    {
-        return std::make_unique<BlankPages>();
-    }
-};
-
-struct ReadingDesktop final : PanelDesktop
-{
-    const PageRenderer &pageRenderer() const override { return renderer; }
-    BlankRenderer renderer;
 };
 
 } // namespace
@@ -68,7 +52,6 @@ private Q_SLOTS:
     void cleanup()
     {
         _assistant.reset();
-        ProgramDocuments::setFolder({});
         tearDown();
     }
 
@@ -109,33 +92,6 @@ private Q_SLOTS:
         QCOMPARE(request->text(), asked);
         _assistant->close();
         QVERIFY(!_assistant->takeHotKey());
-    }
-
-    void itComesOnTheFirstStart_andGoesAndComesWithThePanel()
-    {
-        const QTemporaryDir folder;
-        QFile pdf(folder.filePath(u"Welcome to Ortu.pdf"_s));
-        QVERIFY(pdf.open(QIODevice::WriteOnly) && pdf.write("%PDF-1.4\n%%EOF\n") > 0);
-        pdf.close();
-        ProgramDocuments::setFolder(folder.path());
-        use(std::make_unique<ReadingDesktop>());
-        fill(4);
-        const InfoDictionary info;
-        OTController controller(*_desktop, *_manager, *_window, info);
-        controller.launch(InstanceRequest());
-        const auto tour = [] {
-            const QWidgetList windows = QApplication::topLevelWidgets();
-            return std::any_of(windows.begin(), windows.end(), [](const QWidget *window) {
-                return qobject_cast<const OTWelcomeAssistant *>(window) && window->isVisible();
-            });
-        };
-        QTRY_VERIFY(tour() && _window->isShown());
-        controller.hideMainWindow();
-        controller.hideMainWindow();
-        QVERIFY(!tour());
-        _desktop->windows.bringToFront(nullptr);
-        controller.showHideMainWindow();
-        QVERIFY(tour() && _window->isShown());
     }
 
 private:

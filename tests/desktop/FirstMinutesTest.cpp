@@ -171,8 +171,11 @@ private Q_SLOTS:
         QCOMPARE(_runner.run({ u"--hide"_s }).exitCode, 1);
     }
 
-    void theNextStart_findsAllAsItWasLeft()
+    void theNextStart_findsAllAsItWasLeft_andWhatCameMeanwhile()
     {
+        _runner.write(u"data/applications/Fresh.desktop"_s,
+            "[Desktop Entry]\nType=Application\nName=Fresh\nExec=true\nIcon="
+                + _runner.path(u"Echo.png"_s).toUtf8() + "\n");
         _runner.start(_ortu, {});
         QTRY_VERIFY_WITH_TIMEOUT(isActive(), patience);
         QVERIFY(!isTourShown());
@@ -180,6 +183,10 @@ private Q_SLOTS:
         showGroup(8);
         QCOMPARE(selectedBy({ u"Up Home"_s, u"Down End"_s }), u"Atlas Cello"_s);
         showGroup(1);
+        keys(u"f r"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(selectedBy({ u"Home"_s }), u"Fresh"_s, patience);
+        keys(u"Escape"_s);
+        QVERIFY(QFile::remove(_runner.path(u"data/applications/Fresh.desktop"_s)));
         expectColors();
         keys(u"ctrl+Tab"_s);
         QTRY_VERIFY(!isPanelShown());

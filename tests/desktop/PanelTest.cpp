@@ -139,27 +139,6 @@ private Q_SLOTS:
         }
     }
 
-    // While it runs, with the filter left as it is, and while it does not.
-    void whatIsInstalledAndRemoved_isSeen()
-    {
-        const auto isSaved = [&](const char *name) {
-            return _runner->read(u"data/Ortu/AllApplications.plist"_s).contains(name);
-        };
-        const auto filter = [&] { return _runner->status()[u"filter"_s].toString(); };
-        start();
-        outputOf(u"xdotool"_s, { u"type"_s, u"beta"_s });
-        QTRY_COMPARE(filter(), u"beta"_s);
-        _runner->writeEntry(u"epsilon"_s);
-        QVERIFY(QFile::remove(_runner->path(u"apps/alpha.desktop"_s)));
-        QTRY_VERIFY_WITH_TIMEOUT(isSaved("epsilon") && !isSaved("alpha"), patience);
-        QCOMPARE(filter(), u"beta"_s);
-        tell(u"--quit"_s);
-        QVERIFY(_ortu.waitForFinished());
-        _runner->writeEntry(u"zeta"_s);
-        start();
-        QTRY_VERIFY_WITH_TIMEOUT(isSaved("zeta"), patience);
-    }
-
 private:
     bool isActive() const { return _runner->status()[u"active"_s].toBool(); }
     void tell(const QString &verb) const { QCOMPARE(_runner->run({ verb }).exitCode, 0); }

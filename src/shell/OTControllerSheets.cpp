@@ -235,6 +235,8 @@ void OTController::openWelcome()
         }
         _welcomeAssistant = std::make_unique<OTWelcomeAssistant>(
             std::move(document), name, hotKeyChoice(), [this] { return hotKeyName(); });
+        connect(_welcomeAssistant.get(), &QDialog::finished, this,
+            [this] { bringToFront(_mainWindow); });
     }
     if (!isWelcomeVisible()) {
         _welcomeAssistant->present();

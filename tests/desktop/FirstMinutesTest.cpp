@@ -89,11 +89,11 @@ private Q_SLOTS:
         keys(u"Next Next Next Return"_s);
         QTRY_VERIFY(!isTourShown());
         QTRY_COMPARE(value(u"showWelcomeWindow"_s), false);
+        QTRY_VERIFY(isActive());
     }
 
     void aTypedName_launches()
     {
-        bringUp();
         keys(u"d e l"_s);
         QTRY_COMPARE(_runner.status()[u"filter"_s].toString(), u"del"_s);
         keys(u"Return"_s);
@@ -104,7 +104,8 @@ private Q_SLOTS:
 
     void aDragThatRestsOnTheSelector_goesOnInTheFavourites()
     {
-        bringUp();
+        keys(u"ctrl+Tab"_s);
+        QTRY_VERIFY(isActive());
         // A tour that was closed stays away.
         QVERIFY(!isTourShown());
         _grid.dragToFavourites(u"Cello"_s, 1, u"middle"_s);
@@ -200,13 +201,6 @@ private:
     QJsonValue value(const QString &key) const
     {
         return _runner.run({ u"--defaults"_s, key, u"--json"_s }).json()[key][u"value"_s];
-    }
-    void bringUp() const
-    {
-        if (!isPanelShown()) {
-            keys(u"ctrl+Tab"_s);
-        }
-        QTRY_VERIFY(isActive());
     }
     void showGroup(int group)
     {

@@ -4,9 +4,11 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <string>
 #include <unistd.h>
 
@@ -49,6 +51,17 @@ template <typename Function> Function *next(const char *name, Function *)
 } // namespace
 
 extern "C" {
+
+// Those that may make a file. Qt's own have another name.
+int open(const char *path, int flags, ...)
+{
+    va_list list;
+    va_start(list, flags);
+    const mode_t mode = flags & O_CREAT ? va_arg(list, mode_t) : 0;
+    va_end(list);
+    const bool isFailing = (flags & O_CREAT) != 0 && fails("open", path);
+    return isFailing ? -1 : next("open", ::open)(path, flags, mode);
+}
 
 ssize_t write(int file, const void *data, size_t size)
 {

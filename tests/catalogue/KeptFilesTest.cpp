@@ -83,9 +83,10 @@ private Q_SLOTS:
         QCOMPARE(run(), 0);
         const Contents expected = files();
         QCOMPARE(old.size(), 5);
-        // Errors of Linux: 28 is a full disk, 5 one that fails, 1 not permitted; 0 kills.
-        for (const QString &call : { u"write 28"_s, u"fsync 5"_s, u"close 28"_s, u"rename 5"_s,
-                 u"link 1"_s, u"write 0"_s, u"fsync 0"_s, u"rename 0"_s }) {
+        // Errors of Linux: 28 is a full disk, 5 one that fails, 1 not permitted, 30 a
+        // disk that only reads; 0 kills.
+        for (const QString &call : { u"open 30"_s, u"write 28"_s, u"fsync 5"_s, u"close 28"_s,
+                 u"rename 5"_s, u"link 1"_s, u"write 0"_s, u"fsync 0"_s, u"rename 0"_s }) {
             int number = 1;
             for (bool isReached = true; isReached; ++number) {
                 makeOldFiles();

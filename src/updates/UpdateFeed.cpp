@@ -8,10 +8,48 @@
 
 namespace {
 
-bool isVersionName(QStringView name)
+// Of elements within a text. What a feed marks up needs a handful.
+constexpr int MaxDepth = 100;
+
+QVersionNumber numberIn(const QRegularExpression &pattern, const QString &text)
 {
-    return name == u"version" || name == u"shortVersionString";
+    return QVersionNumber::fromString(pattern.match(text.left(200)).captured(1));
 }
+
+// Anywhere in a title, as a word of its own.
+QVersionNumber versionInTitle(const QString &title)
+{
+    static const QRegularExpression word(
+        QStringLiteral(R"((?:^|[\s(])v?(\d{1,9}(?:\.\d{1,9}){0,4})(?=[\s:,)]|$))"));
+    return numberIn(word, title);
+}
+
+// What a release says of its version, in the order in which it counts: the first one that is there
+// decides alone. `version` may be the number of a build.
+struct Versions
+{
+    std::optional<QString> shortVersionString = {};
+    std::optional<QString> version = {};
+    QString title = {};
+
+    void take(QStringView name, const QString &text)
+    {
+        std::optional<QString> *const place = name == u"shortVersionString" ? &shortVersionString
+            : name == u"version"                                            ? &version
+                                                                            : nullptr;
+        if (place != nullptr && !place->has_value()) {
+            *place = text;
+        }
+    }
+
+    QVersionNumber number() const
+    {
+        if (shortVersionString || version) {
+            return UpdateFeed::versionOf(shortVersionString ? *shortVersionString : *version);
+        }
+        return versionInTitle(title);
+    }
+};
 
 // Notes may be marked up; of the marks only the lines are kept.
 QString plainNotes(const QString &notes)
@@ -56,16 +94,20 @@ private:
     void readRelease()
     {
         Release release;
-        QVersionNumber titled;
+        Versions versions;
         while (_xml.readNextStartElement()) {
             const QString name = _xml.name().toString();
-            takeVersion(release);
+            for (const QXmlStreamAttribute &attribute : _xml.attributes()) {
+                // Of what is to be downloaded.
+                versions.take(attribute.name(), attribute.value().toString());
+            }
             if (name == QLatin1String("link")) {
                 takeLink(release);
-            } else if (isVersionName(name)) {
-                release.version = UpdateFeed::versionOf(text());
+            } else if (name == QLatin1String("version")
+                || name == QLatin1String("shortVersionString")) {
+                versions.take(name, text());
             } else if (name == QLatin1String("title")) {
-                titled = UpdateFeed::versionOf(text());
+                versions.title = text();
             } else if (name == QLatin1String("description") || name == QLatin1String("content")
                 || name == QLatin1String("summary")) {
                 release.notes = plainNotes(text());
@@ -73,22 +115,10 @@ private:
                 _xml.skipCurrentElement();
             }
         }
-        if (release.version.isNull()) {
-            release.version = titled;
-        }
+        release.version = versions.number();
         const bool isNewest = !_newest || UpdateFeed::isNewer(release.version, _newest->version);
         if (!release.version.isNull() && isNewest) {
             _newest = std::move(release);
-        }
-    }
-
-    // As an attribute of what is to be downloaded.
-    void takeVersion(Release &release) const
-    {
-        for (const QXmlStreamAttribute &attribute : _xml.attributes()) {
-            if (isVersionName(attribute.name())) {
-                release.version = UpdateFeed::versionOf(attribute.value().toString());
-            }
         }
     }
 
@@ -105,7 +135,23 @@ private:
         }
     }
 
-    QString text() { return _xml.readElementText(QXmlStreamReader::IncludeChildElements); }
+    // Of this element and of those in it. Qt's own function calls itself for each of them, and
+    // enough of them overflow the stack.
+    QString text()
+    {
+        QString all;
+        for (int depth = 1; depth > 0 && !_xml.atEnd();) {
+            const QXmlStreamReader::TokenType token = _xml.readNext();
+            if (token == QXmlStreamReader::Characters) {
+                all += _xml.text();
+            } else if (token == QXmlStreamReader::EndElement) {
+                --depth;
+            } else if (token == QXmlStreamReader::StartElement && ++depth > MaxDepth) {
+                _xml.raiseError(QStringLiteral("its elements lie too deep in one another"));
+            }
+        }
+        return all;
+    }
 
     QXmlStreamReader _xml;
     std::optional<Release> _newest;
@@ -126,6 +172,6 @@ bool UpdateFeed::isNewer(const QVersionNumber &one, const QVersionNumber &other)
 QVersionNumber UpdateFeed::versionOf(const QString &text)
 {
     static const QRegularExpression version(
-        QStringLiteral(R"((?:^|\s)v?(\d{1,9}(?:\.\d{1,9}){0,4})(?=\s|$))"));
-    return QVersionNumber::fromString(version.match(text.left(200)).captured(1));
+        QStringLiteral(R"(^\s*v?(\d{1,9}(?:\.\d{1,9}){0,4})\s*$)"));
+    return numberIn(version, text);
 }

@@ -1,8 +1,9 @@
 // What a feed of releases says: RSS 2.0, or Atom as forges make it.
 //
-// The version of a release stands in an element or attribute `version` or `shortVersionString` of
-// any namespace, or else in its title ("Ortu 1.2", "v1.2"). Versions with a suffix ("1.2-rc1") are
-// no releases yet. What the feed says comes from outside and is shown as plain text.
+// The version of a release stands in an element or attribute `shortVersionString` of any namespace,
+// else in one `version`, or else in its title ("Ortu 1.2: new", "v1.2"). Versions with a suffix
+// ("1.2-rc1") are no releases yet. What the feed says comes from outside and is shown as plain
+// text.
 
 #pragma once
 
@@ -16,7 +17,7 @@
 struct Release
 {
     QVersionNumber version;
-    // Where it can be had or read about; empty, or an address of HTTP or HTTPS.
+    // Where it can be downloaded or read about; empty, or an address of HTTP or HTTPS.
     QUrl link = {};
     // What is new in it.
     QString notes = {};

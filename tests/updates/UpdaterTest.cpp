@@ -138,6 +138,24 @@ void UpdaterTest::feed_isReadOrRefused_data()
         << QByteArray("<rss><item><title>Ortu 3</title><link>file:///bin/sh</link></item></rss>")
         << u"3  "_s;
     QTest::newRow("cut off") << rss.chopped(1) << u"! Premature end of document."_s;
+    QTest::newRow("deep text") << "<rss><item><title>" + QByteArray("<a>").repeated(300'000)
+                               << u"! its elements lie too deep in one another"_s;
+    QTest::newRow("deep elsewhere") << "<rss><item><title>Ortu <b>3</b></title>"
+            + QByteArray("<a>").repeated(300'000) + QByteArray("</a>").repeated(300'000)
+            + "</item></rss>" << u"3  "_s;
+    QTest::newRow("number of the build")
+        << QByteArray("<rss><item><enclosure version='4711'/><title>Ortu 5</title>"
+                      "<shortVersionString> v1.2 </shortVersionString></item><item>"
+                      "<version>0.9</version><title>Ortu 6</title></item></rss>")
+        << u"1.2  "_s;
+    QTest::newRow("tried out") << QByteArray(
+        "<rss><item><enclosure version='12' shortVersionString='1.2 beta'/>"
+        "<title>Ortu 1.2</title></item><item><title>Ortu 1</title></item></rss>")
+                               << u"1  "_s;
+    for (const char *title : { "Ortu 4: faster", "Ortu 4, faster", "Faster (v4)", "4" }) {
+        QTest::newRow(title) << "<rss><item><title>" + QByteArray(title) + "</title></item></rss>"
+                             << u"4  "_s;
+    }
     QTest::newRow("no version") << QByteArray("<rss><item><title>x.y 1.2-rc1</title></item></rss>")
                                 << u"! it names no version"_s;
     QTest::newRow("HTML") << QByteArray("<!DOCTYPE html><html><title>Ortu 9</title></html>")

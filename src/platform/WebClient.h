@@ -37,7 +37,7 @@ struct WebAnswer
     QString problem = {};
 };
 
-// A request on its way. Its end cancels it.
+// A request on its way. Destroying it cancels the request.
 class WebExchange
 {
 public:

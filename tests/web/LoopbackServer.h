@@ -55,7 +55,7 @@ public:
             + "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
     }
 
-    // Of no given length, and longer than anyone wants to read.
+    // Of no given length, and longer than any caller reads.
     static Answer endless(const QByteArray &start)
     {
         return { "HTTP/1.1 200 x\r\n\r\n" + start + QByteArray(2'000'000, 'x'),

@@ -11,6 +11,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
+#include <mutex>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -67,11 +70,63 @@ bool isAnswer(const QNetworkReply &reply)
     return statusOf(reply) > 0 && (error == QNetworkReply::NoError || isRefusal);
 }
 
+int portOf(const QUrl &url)
+{
+    return url.port(url.scheme() == QLatin1String("https") ? 443 : 80);
+}
+
 bool isSameServer(const QUrl &one, const QUrl &other)
 {
     return one.scheme() == other.scheme() && one.host() == other.host()
-        && one.port() == other.port();
+        && portOf(one) == portOf(other);
 }
+
+// Which proxy leads to an address. The system may run a script for this, or wait for a server; so a
+// thread asks it, which is left alone when the answer is no longer wanted.
+class ProxyLookup final : public QObject
+{
+public:
+    using Receiver = std::function<void(const QNetworkProxy &proxy)>;
+
+    // The receiver is called from the event loop, once, unless this ends before. It may end this.
+    ProxyLookup(const QUrl &url, Receiver receiver)
+        : _receiver(std::move(receiver))
+    {
+        _asker->lookup = this;
+        std::thread([asker = _asker, url] {
+            const QNetworkProxy proxy =
+                QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url)).first();
+            const std::lock_guard lock(asker->mutex);
+            if (ProxyLookup *const lookup = asker->lookup) {
+                QMetaObject::invokeMethod(
+                    lookup, [lookup, proxy] { lookup->hand(proxy); }, Qt::QueuedConnection);
+            }
+        }).detach();
+    }
+
+    ~ProxyLookup() override
+    {
+        const std::lock_guard lock(_asker->mutex);
+        _asker->lookup = nullptr;
+    }
+
+private:
+    // What the thread shares with the lookup, and outlives it.
+    struct Asker
+    {
+        std::mutex mutex;
+        ProxyLookup *lookup = nullptr;
+    };
+
+    void hand(const QNetworkProxy &proxy)
+    {
+        const Receiver receiver = std::move(_receiver);
+        receiver(proxy);
+    }
+
+    Receiver _receiver;
+    std::shared_ptr<Asker> _asker = std::make_shared<Asker>();
+};
 
 class QtExchange final : public QObject, public WebExchange
 {
@@ -94,14 +149,20 @@ public:
 private:
     void start(const QUrl &url)
     {
+        _proxyLookup = std::make_unique<ProxyLookup>(
+            url, [this, url](const QNetworkProxy &proxy) { startThrough(proxy, url); });
+    }
+
+    void startThrough(const QNetworkProxy &proxy, const QUrl &url)
+    {
+        _proxyLookup.reset();
+        _manager.setProxy(proxy);
         QNetworkRequest request(url);
         request.setAttribute(
             QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
         request.setAttribute(
             QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
         request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Ortu/" ORTU_VERSION));
-        _manager.setProxy(
-            QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url)).first());
         if (_request.contentType.isEmpty()) {
             _reply = _manager.get(request);
         } else {
@@ -117,8 +178,18 @@ private:
         connect(_reply, &QNetworkReply::finished, this, &QtExchange::replyDidFinish);
     }
 
+    QUrl redirectionTarget() const
+    {
+        return _reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+    }
+
+    // Whatever is in the body of a redirect, and however much.
     void read()
     {
+        if (!redirectionTarget().isEmpty()) {
+            follow();
+            return;
+        }
         take();
         if (_answer.isCut) {
             finish();
@@ -133,11 +204,10 @@ private:
 
     void replyDidFinish()
     {
-        const QUrl target = _reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
         if (!isAnswer(*_reply)) {
             fail(_reply->errorString());
-        } else if (!target.isEmpty()) {
-            follow(_reply->url(), _reply->url().resolved(target));
+        } else if (!redirectionTarget().isEmpty()) {
+            follow();
         } else {
             take();
             finish();
@@ -145,11 +215,15 @@ private:
     }
 
     // As browsers do: 307 and 308 want the same request anew, the others another page.
-    void follow(const QUrl &from, const QUrl &to)
+    void follow()
     {
+        const QUrl from = _reply->url();
+        const QUrl to = from.resolved(redirectionTarget());
         const int code = statusOf(*_reply);
         if (!isSameServer(from, to)) {
-            fail(QStringLiteral("the server sends on to another one, %1").arg(to.host()));
+            fail(QStringLiteral("the server sends on to another one, %1://%2:%3")
+                     .arg(to.scheme(), to.host())
+                     .arg(portOf(to)));
         } else if (++_redirects > MaxRedirects) {
             fail(QStringLiteral("the server sends on too often"));
         } else {
@@ -178,6 +252,7 @@ private:
     void hand()
     {
         _timer.stop();
+        _proxyLookup.reset();
         drop();
         QTimer::singleShot(0, this, [this] {
             const WebClient::Receiver receiver = std::move(_receiver);
@@ -199,6 +274,8 @@ private:
     WebClient::Receiver _receiver;
     QNetworkAccessManager _manager;
     QTimer _timer;
+    // Until the request is on its way.
+    std::unique_ptr<ProxyLookup> _proxyLookup;
     QNetworkReply *_reply = nullptr;
     WebAnswer _answer;
     int _redirects = 0;

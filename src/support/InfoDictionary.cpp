@@ -17,10 +17,11 @@ QVariantMap compiledValues()
     return PropertyList::fromData(resource.readAll()).value_or(QVariant()).toMap();
 }
 
-// Keys that the program reads and that only a file can give. Both are addresses.
+// Keys that the program reads and that only a file can give. They are all addresses.
 bool isKnownString(const QString &key)
 {
-    return key == QLatin1String("OTHomeURL") || key == QLatin1String("OFSubmitFeedbackURL");
+    return key == QLatin1String("OTHomeURL") || key == QLatin1String("OFSubmitFeedbackURL")
+        || key == QLatin1String("SUFeedURL");
 }
 
 } // namespace

@@ -9,6 +9,8 @@ const QString identifierKey = u"CFBundleIdentifier"_s;
 const QString versionKey = u"CFBundleShortVersionString"_s;
 const QString dockless = u"LSUIElement"_s;
 const QString homeKey = u"OTHomeURL"_s;
+const QString feedbackKey = u"OFSubmitFeedbackURL"_s;
+const QString feedKey = u"SUFeedURL"_s;
 
 } // namespace
 
@@ -34,9 +36,13 @@ private Q_SLOTS:
         expectWarning(
             u"plist: CFBundleIdentifier: integer \"7\" cannot stand for string and is not used$"_s);
         expectWarning(u"plist: LSUIElement: string \"perhaps\" cannot stand for boolean"_s);
-        expectWarning(u"plist: OTHomeURL: array cannot stand for string"_s);
+        const QString feedKey = u"SUFeedURL"_s;
+        for (const QString &key : { homeKey, feedbackKey, feedKey }) {
+            expectWarning(u"plist: %1: array cannot stand for string"_s.arg(key));
+        }
         const InfoDictionary wrong = written({ { identifierKey, 7 }, { dockless, u"perhaps"_s },
-            { homeKey, QVariantList { 1 } }, { versionKey, u"9"_s } });
+            { homeKey, QVariantList { 1 } }, { feedbackKey, QVariantList { 1 } },
+            { feedKey, QVariantList { 1 } }, { versionKey, u"9"_s } });
         QCOMPARE(wrong.bundleIdentifier(), u"org.ortu.Ortu"_s);
         QVERIFY(wrong.boolForKey(dockless) && !wrong.objectForKey(homeKey).isValid());
         QCOMPARE(wrong.stringForKey(versionKey), u"9"_s);

@@ -13,12 +13,15 @@
 namespace {
 
 // An alert from the call that asks to its answer.
-class Question final
+class Question final : public QObject
 {
 public:
     Question(const Alert &alert, QWidget *parent);
 
     int ask();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void show();
@@ -44,7 +47,25 @@ Question::Question(const Alert &alert, QWidget *parent)
     , _parent(parent)
     , _isParentGiven(parent)
     , _answer(alert.safeAnswer())
-{ }
+{
+    if (parent != nullptr) {
+        parent->installEventFilter(this);
+    }
+}
+
+// A window that is hidden takes what is asked on it along; one that another program covers, or
+// minimizes, does not.
+bool Question::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Hide && !event->spontaneous()) {
+        if (_box) {
+            _box->reject();
+        } else {
+            settle(_alert.safeAnswer());
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
 
 int Question::ask()
 {

@@ -72,6 +72,10 @@ private Q_SLOTS:
         auto parent = std::make_unique<QWidget>();
         parent->show();
         QCOMPARE(answer(
+                     question(), [&parent](QMessageBox *) { parent->hide(); }, parent.get()),
+            1);
+        parent->show();
+        QCOMPARE(answer(
                      question(), [&parent](QMessageBox *) { parent.reset(); }, parent.get()),
             1);
         // Of several buttons without roles, a message box closes on none by itself.

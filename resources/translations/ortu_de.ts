@@ -479,7 +479,7 @@
     </message>
     <message>
         <source>Check for Updates…</source>
-        <translation type="unfinished"></translation>
+        <translation>Nach Updates suchen&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -533,6 +533,18 @@
     <message>
         <source>For Ortu to function properly, please control-click on Ortu&apos;s Dock icon and assign it to &apos;All Desktops&apos;.</source>
         <translation>Damit Ortu richtig funktioniert, klicken Sie bitte mit gedrückter Strg-Taste auf sein Symbol im Dock und weisen Sie es „Allen Schreibtischen“ zu.</translation>
+    </message>
+    <message>
+        <source>Your feedback has not been sent yet.</source>
+        <translation>Ihre Rückmeldung wurde noch nicht gesendet.</translation>
+    </message>
+    <message>
+        <source>Wait</source>
+        <translation>Warten</translation>
+    </message>
+    <message>
+        <source>Looking for a newer version…</source>
+        <translation>Suche nach einer neueren Version&#xa0;…</translation>
     </message>
 </context>
 <context>
@@ -746,14 +758,6 @@
         <translation>Mit welchen Schritten lässt sich das Problem &amp;nachvollziehen?</translation>
     </message>
     <message>
-        <source>&amp;I cannot go on because of it</source>
-        <translation>Ich kann deswegen nicht weitera&amp;rbeiten</translation>
-    </message>
-    <message>
-        <source>%1 has ended by a fault of its own. Please say what you did just before.</source>
-        <translation>%1 wurde durch einen eigenen Fehler beendet. Bitte schreiben Sie, was Sie unmittelbar davor getan haben.</translation>
-    </message>
-    <message>
         <source>&amp;What happened?</source>
         <translation>Was ist &amp;passiert?</translation>
     </message>
@@ -848,6 +852,14 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
     <message>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+    <message>
+        <source>&amp;I cannot work because of this</source>
+        <translation>Ich kann deswegen nicht &amp;arbeiten</translation>
+    </message>
+    <message>
+        <source>%1 quit unexpectedly. Please describe what you did just before.</source>
+        <translation>%1 wurde unerwartet beendet. Bitte beschreiben Sie, was Sie unmittelbar davor getan haben.</translation>
     </message>
 </context>
 <context>
@@ -1165,6 +1177,10 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
         <source>Warn at the start when nothing shows the &amp;panel</source>
         <translation>Beim Start warnen, wenn n&amp;ichts das Fenster zeigt</translation>
     </message>
+    <message>
+        <source>Loo&amp;k for new versions once a day</source>
+        <translation>Einmal &amp;täglich nach neuen Versionen suchen</translation>
+    </message>
 </context>
 <context>
     <name>PreferencesWindow</name>
@@ -1443,58 +1459,54 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
     <name>UpdateWindow</name>
     <message>
         <source>&amp;Look for new versions once a day</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Check for Updates</source>
-        <translation type="unfinished"></translation>
+        <translation>Einmal &amp;täglich nach neuen Versionen suchen</translation>
     </message>
     <message>
         <source>%1 %2 is available</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 ist verfügbar</translation>
     </message>
     <message>
         <source>This is version %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dies ist Version %1.</translation>
     </message>
     <message>
         <source>&amp;What is new:</source>
-        <translation type="unfinished"></translation>
+        <translation>Was ist &amp;neu:</translation>
     </message>
     <message>
         <source>&amp;Skip This Version</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Version ü&amp;berspringen</translation>
     </message>
     <message>
         <source>&amp;Remind Me Later</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Später erinnern</translation>
     </message>
     <message>
         <source>Show in &amp;Browser</source>
-        <translation type="unfinished"></translation>
+        <translation>Im Bro&amp;wser zeigen</translation>
     </message>
 </context>
 <context>
     <name>Updater</name>
     <message>
         <source>%1 %2 is available. “Check for Updates…” in the menu shows what is new.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 ist verfügbar. „Nach Updates suchen&#xa0;…“ im Menü zeigt, was neu ist.</translation>
     </message>
     <message>
         <source>There is no newer version.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es gibt keine neuere Version.</translation>
     </message>
     <message>
         <source>%1 %2 is the newest one.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 ist die neueste.</translation>
     </message>
     <message>
         <source>Could not look for a newer version.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Suche nach einer neueren Version ist fehlgeschlagen.</translation>
     </message>
     <message>
         <source>Please check the connection to the internet, and try again later.</source>
-        <translation type="unfinished"></translation>
+        <translation>Bitte prüfen Sie Ihre Internetverbindung und versuchen Sie es später erneut.</translation>
     </message>
 </context>
 <context>

@@ -18,11 +18,11 @@
 
 namespace {
 
-// Of a box to write in, in letters and lines of it.
-constexpr int BoxWidth = 64;
-constexpr int BoxHeight = 5;
+// Of a box to write in, in letters and lines of it: what it asks for, and what large fonts leave it
+// on a small screen.
+constexpr QSize UsualBox { 64, 5 };
+constexpr QSize SmallestBox { 20, 2 };
 
-// No larger than it must be, unless the user makes the window larger.
 class TextBox final : public QPlainTextEdit
 {
 public:
@@ -32,11 +32,18 @@ public:
         // a space takes a minute.
         setWordWrapMode(QTextOption::WordWrap);
         setTabChangesFocus(true);
-        const QFontMetrics metrics(font());
-        setMinimumSize(metrics.averageCharWidth() * BoxWidth, metrics.lineSpacing() * BoxHeight);
     }
 
-    QSize sizeHint() const override { return minimumSize(); }
+    QSize sizeHint() const override { return sizeOf(UsualBox); }
+    QSize minimumSizeHint() const override { return sizeOf(SmallestBox); }
+
+private:
+    QSize sizeOf(const QSize &letters) const
+    {
+        const QFontMetrics metrics(font());
+        return { metrics.averageCharWidth() * letters.width(),
+            metrics.lineSpacing() * letters.height() };
+    }
 };
 
 // A page of the box below the tabs, from top to bottom.
@@ -133,15 +140,15 @@ QWidget *makeBugPage(FeedbackOutlets &outlets)
         page.addBox(OFUtilities::tr("&What did you expect to happen, and what happened?"), 1);
     outlets.txtStepsToReproduce =
         page.addBox(OFUtilities::tr("What steps will &reproduce the problem?"), 1);
-    outlets.btnIsCritical = page.addCheck(OFUtilities::tr("&I cannot go on because of it"));
+    outlets.btnIsCritical = page.addCheck(OFUtilities::tr("&I cannot work because of this"));
     return page.widget();
 }
 
 QWidget *makeCrashPage(FeedbackOutlets &outlets)
 {
     Page page;
-    outlets.txtCrashTitle = page.addTitle(OFUtilities::tr(
-        "%1 has ended by a fault of its own. Please say what you did just before."));
+    outlets.txtCrashTitle = page.addTitle(
+        OFUtilities::tr("%1 quit unexpectedly. Please describe what you did just before."));
     outlets.txtCrashDescription = page.addBox(OFUtilities::tr("&What happened?"), 2);
     outlets.txtCrashStepsToReproduce =
         page.addBox(OFUtilities::tr("What steps will &reproduce the problem?"), 1);

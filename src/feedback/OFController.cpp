@@ -10,9 +10,10 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCursor>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
@@ -30,12 +31,20 @@ OFController::OFController(
     , _info(info)
     , _submitUrl(OpenFeedback::submitUrl(info))
     , _outlets(layOutFeedback(*this))
+    , _draft(desktop.searchPaths().libraryFolder(SearchPaths::Domain::User))
 {
     setAttribute(Qt::WA_QuitOnClose, false);
     awakeFromNib();
 }
 
-OFController::~OFController() = default;
+OFController::~OFController()
+{
+    if (isSending()) {
+        qCWarning(lcFeedback, "feedback may not have been sent: the program ends before %s answers",
+            qUtf8Printable(_submitUrl.host()));
+    }
+    keepDraft();
+}
 
 void OFController::awakeFromNib()
 {
@@ -43,6 +52,8 @@ void OFController::awakeFromNib()
     setWindowTitle(OFUtilities::tr("%1 Feedback").arg(name));
     _outlets.txtCrashTitle->setText(_outlets.txtCrashTitle->text().arg(name));
     populateEmailAddresses();
+    restoreDraft();
+    connect(this, &QDialog::finished, this, &OFController::keepDraft);
     connect(_outlets.tabs, &QTabBar::currentChanged, this, &OFController::selectedTabDidChange);
     for (QPlainTextEdit *const text : findChildren<QPlainTextEdit *>()) {
         connect(text, &QPlainTextEdit::textChanged, this, &OFController::updateSendButton);
@@ -147,34 +158,76 @@ void OFController::showFeedbackWindow()
 {
     updateSendButton();
     if (!isVisible()) {
-        adjustSize();
-        move(screen()->availableGeometry().center() - rect().center());
+        place();
         show();
+    }
+    if (std::exchange(_isFailurePending, false)) {
+        QMetaObject::invokeMethod(
+            this, [this] { tell(Outcome::FeedbackNotSentSuccessfully); }, Qt::QueuedConnection);
     }
 }
 
-// Those of the form that is shown; the first one must not be empty.
-QList<QPlainTextEdit *> OFController::shownTexts() const
+// In the middle of the screen that the user looks at, and where it was before on that one.
+void OFController::place()
+{
+    QScreen *const pointed = QGuiApplication::screenAt(QCursor::pos());
+    QScreen *const wanted = pointed != nullptr ? pointed : QGuiApplication::primaryScreen();
+    if (!testAttribute(Qt::WA_Resized)) {
+        adjustSize();
+    }
+    if (wanted != nullptr && wanted != _screen) {
+        _screen = wanted;
+        const QRect available = wanted->availableGeometry();
+        const QPoint place = available.center() - rect().center();
+        move(std::max(place.x(), available.left()), std::max(place.y(), available.top()));
+    }
+}
+
+// Of the form that is shown, the one that must not be empty.
+const QPlainTextEdit &OFController::mainText() const
 {
     switch (_outlets.tabs->currentIndex()) {
     case FeedbackOutlets::Support:
-        return { _outlets.txtQuestion };
+        return *_outlets.txtQuestion;
     case FeedbackOutlets::Feature:
-        return { _outlets.txtFeature };
+        return *_outlets.txtFeature;
     default:
-        break;
+        return _crashReportMode ? *_outlets.txtCrashDescription : *_outlets.txtWhatHappened;
     }
-    if (_crashReportMode) {
-        return { _outlets.txtCrashDescription, _outlets.txtCrashStepsToReproduce };
+}
+
+QMap<QString, QPlainTextEdit *> OFController::draftTexts() const
+{
+    return { { QStringLiteral("question"), _outlets.txtQuestion },
+        { QStringLiteral("feature"), _outlets.txtFeature },
+        { QStringLiteral("whatHappened"), _outlets.txtWhatHappened },
+        { QStringLiteral("stepsToReproduce"), _outlets.txtStepsToReproduce } };
+}
+
+void OFController::restoreDraft()
+{
+    const QVariantMap kept = _draft.read();
+    const QMap<QString, QPlainTextEdit *> texts = draftTexts();
+    for (auto text = texts.cbegin(); text != texts.cend(); ++text) {
+        text.value()->setPlainText(kept.value(text.key()).toString());
     }
-    return { _outlets.txtWhatHappened, _outlets.txtStepsToReproduce };
+}
+
+void OFController::keepDraft()
+{
+    QVariantMap kept;
+    const QMap<QString, QPlainTextEdit *> texts = draftTexts();
+    for (auto text = texts.cbegin(); text != texts.cend(); ++text) {
+        kept.insert(text.key(), text.value()->toPlainText());
+    }
+    _draft.write(kept);
 }
 
 bool OFController::sendButtonIsEnabled() const
 {
     const bool isAnswerable = !_outlets.btnIncludeMyEmail->isChecked()
         || !_outlets.cboEmailAddress->currentText().isEmpty();
-    return isAnswerable && !shownTexts().first()->document()->isEmpty();
+    return isAnswerable && !mainText().document()->isEmpty();
 }
 
 void OFController::chkIncludeEmail()
@@ -195,15 +248,13 @@ void OFController::updateSendButton()
 
 void OFController::updateNote()
 {
-    const FeedbackFields sent = FeedbackForm::commonFields(_info);
+    const FeedbackFields sent = fields();
     QString note =
         OFUtilities::tr("Goes to %1, with the versions of %2 (%3) and of the system (%4).")
             .arg(_submitUrl.host(), sent.value(QStringLiteral("appname")),
                 sent.value(QStringLiteral("appversion")),
                 sent.value(QStringLiteral("systemversion")));
-    const QList<QPlainTextEdit *> texts = shownTexts();
-    const bool arrives = std::all_of(texts.cbegin(), texts.cend(),
-        [](const QPlainTextEdit *text) { return FeedbackForm::canCarry(text->toPlainText()); });
+    const bool arrives = std::all_of(sent.cbegin(), sent.cend(), &FeedbackForm::canCarry);
     if (!arrives) {
         note += QLatin1Char(' ')
             + OFUtilities::tr("Letters with accents and other scripts arrive as “?”.");
@@ -252,6 +303,7 @@ void OFController::sendFeedback()
         close();
         return;
     }
+    _isFailurePending = false;
     const WebRequest request { .url = _submitUrl,
         .contentType = FeedbackForm::ContentType,
         .body = FeedbackForm::encoded(form) };
@@ -267,9 +319,12 @@ void OFController::sendFeedback()
     setSending(true);
 }
 
-// What is written meanwhile would be taken for sent.
+// Text typed while sending would be cleared as if it had been sent.
 void OFController::setSending(bool isSending)
 {
+    if (isSending) {
+        _focusBeforeSending = focusWidget();
+    }
     _outlets.piStatus->setVisible(isSending);
     for (QWidget *const control :
         { static_cast<QWidget *>(_outlets.tabs), static_cast<QWidget *>(_outlets.tabView),
@@ -278,40 +333,46 @@ void OFController::setSending(bool isSending)
     }
     _outlets.cboEmailAddress->setEnabled(!isSending && _outlets.btnIncludeMyEmail->isChecked());
     updateSendButton();
+    if (!isSending && _focusBeforeSending) {
+        _focusBeforeSending->setFocus();
+    }
 }
 
 void OFController::connectionDidFinishLoading()
 {
-    for (QPlainTextEdit *const text : { _outlets.txtQuestion, _outlets.txtFeature,
-             _outlets.txtWhatHappened, _outlets.txtStepsToReproduce }) {
+    for (QPlainTextEdit *const text : draftTexts()) {
         text->clear();
     }
-    tell(Outcome::FeedbackSentSuccessfully, OFUtilities::tr("Feedback Sent"),
-        OFUtilities::tr("Your feedback has been sent successfully. Thank you!"));
+    keepDraft();
+    tell(Outcome::FeedbackSentSuccessfully);
 }
 
 void OFController::connectionDidFailWithError(const QString &problem)
 {
     qCWarning(lcFeedback, "cannot send feedback to %s: %s", qUtf8Printable(_submitUrl.host()),
         qUtf8Printable(problem));
-    tell(Outcome::FeedbackNotSentSuccessfully, OFUtilities::tr("Can't Send Feedback"),
-        OFUtilities::tr("We were unable to send your feedback. Please check your internet "
-                        "connection and try again."));
+    tell(Outcome::FeedbackNotSentSuccessfully);
 }
 
-void OFController::tell(Outcome outcome, const QString &message, const QString &text)
+void OFController::tell(Outcome outcome)
 {
+    const bool isSent = outcome == Outcome::FeedbackSentSuccessfully;
+    const QString text = isSent
+        ? OFUtilities::tr("Your feedback has been sent successfully. Thank you!")
+        : OFUtilities::tr("We were unable to send your feedback. Please check your internet "
+                          "connection and try again.");
     if (!isVisible()) {
+        _isFailurePending = !isSent;
         Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(text);
         return;
     }
-    const bool isSent = outcome == Outcome::FeedbackSentSuccessfully;
     const QPointer<OFController> self(this);
-    Alerts::run({ .style = isSent ? Alert::Style::Informational : Alert::Style::Warning,
-                    .messageText = message,
-                    .informativeText = text,
-                    .buttons = { OFUtilities::tr("OK") } },
-        this);
+    openFeedback.runAlert({ .style = isSent ? Alert::Style::Informational : Alert::Style::Warning,
+                              .messageText = isSent ? OFUtilities::tr("Feedback Sent")
+                                                    : OFUtilities::tr("Can't Send Feedback"),
+                              .informativeText = text,
+                              .buttons = { OFUtilities::tr("OK") } },
+        *this);
     if (self) {
         sheetDidEnd(outcome);
     }

@@ -1,14 +1,18 @@
 // The window in which users write to the developers.
 //
-// What was written stays until it has been sent, also while the window is closed. Sending goes on
-// when the window is closed meanwhile; how it ended is then told on the panel.
+// What was written stays until it has been sent, also while the window is closed and in the next
+// run of the program; a report of a crash does not outlive the run. After sending, the texts of all
+// forms but that report are cleared. Sending goes on when the window is closed meanwhile; how it
+// ended is then told on the panel, and a failure once more when the window is shown again.
 
 #pragma once
 
+#include "feedback/FeedbackDraft.h"
 #include "feedback/FeedbackForm.h"
 #include "feedback/FeedbackOutlets.h"
 
 #include <QDialog>
+#include <QPointer>
 #include <QUrl>
 
 #include <memory>
@@ -16,6 +20,7 @@
 class Desktop;
 class InfoDictionary;
 class OpenFeedback;
+class QScreen;
 class WebExchange;
 struct WebAnswer;
 
@@ -53,14 +58,18 @@ private:
     void selectedTabDidChange();
     void setFirstResponder(QWidget *text);
     void chkIncludeEmail();
-    QList<QPlainTextEdit *> shownTexts() const;
+    void place();
+    const QPlainTextEdit &mainText() const;
+    QMap<QString, QPlainTextEdit *> draftTexts() const;
+    void restoreDraft();
+    void keepDraft();
     void updateSendButton();
     void updateNote();
     FeedbackFields fields() const;
     void setSending(bool isSending);
     void connectionDidFinishLoading();
     void connectionDidFailWithError(const QString &problem);
-    void tell(Outcome outcome, const QString &message, const QString &text);
+    void tell(Outcome outcome);
     void sheetDidEnd(Outcome outcome);
 
     OpenFeedback &openFeedback;
@@ -69,5 +78,11 @@ private:
     const QUrl _submitUrl;
     FeedbackOutlets _outlets;
     bool _crashReportMode = false;
+    FeedbackDraft _draft;
     std::unique_ptr<WebExchange> _exchange;
+    // Not yet told in the window.
+    bool _isFailurePending = false;
+    QPointer<QWidget> _focusBeforeSending;
+    // Where the window was placed last.
+    QPointer<QScreen> _screen;
 };

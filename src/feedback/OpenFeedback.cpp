@@ -6,16 +6,20 @@
 #include "support/InfoDictionary.h"
 #include "support/UserDefaults.h"
 
+#include <utility>
+
 namespace {
 
 const QString lastCheckKey = QStringLiteral("QSLastCrashCheckTime");
 
 } // namespace
 
-OpenFeedback::OpenFeedback(const Desktop &desktop, const InfoDictionary &info, QObject *parent)
+OpenFeedback::OpenFeedback(
+    const Desktop &desktop, const InfoDictionary &info, Alerts::Presenter runAlert, QObject *parent)
     : QObject(parent)
     , _desktop(desktop)
     , _info(info)
+    , _runAlert(std::move(runAlert))
     , _crashLogs({ desktop.searchPaths().libraryFolder(SearchPaths::Domain::User),
                      desktop.searchPaths().libraryFolder(SearchPaths::Domain::Local) },
           info.stringForKey(QStringLiteral("CFBundleName")))
@@ -46,6 +50,16 @@ OFController &OpenFeedback::windowController()
 bool OpenFeedback::isWindowVisible() const
 {
     return _windowController && _windowController->isVisible();
+}
+
+bool OpenFeedback::isSending() const
+{
+    return _windowController && _windowController->isSending();
+}
+
+void OpenFeedback::runAlert(const Alert &alert, OFController &window) const
+{
+    _runAlert(alert, &window);
 }
 
 void OpenFeedback::presentFeedbackPanelForSupport()

@@ -6,6 +6,7 @@
 
 #include "feedback/CrashLogs.h"
 #include "feedback/FeedbackForm.h"
+#include "support/Alerts.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -37,12 +38,13 @@ class OpenFeedback final : public QObject
     Q_OBJECT
 
 public:
-    // Both must outlive this.
-    OpenFeedback(const Desktop &desktop, const InfoDictionary &info, QObject *parent = nullptr);
+    // Desktop and dictionary must outlive this. Alerts are shown by `runAlert`.
+    OpenFeedback(const Desktop &desktop, const InfoDictionary &info, Alerts::Presenter runAlert,
+        QObject *parent = nullptr);
     ~OpenFeedback() override;
 
     // Where forms go to, from the key `OFSubmitFeedbackURL`; empty where there is no address, and
-    // where it is none that can be reached, which costs one log line.
+    // where it is invalid, which costs one log line.
     static QUrl submitUrl(const InfoDictionary &info);
 
     // Show the window with one of its forms.
@@ -66,10 +68,14 @@ public:
     OFController &windowController();
     // Whether the window is shown; it is not made for this.
     bool isWindowVisible() const;
+    // Whether a form is on its way.
+    bool isSending() const;
+    void runAlert(const Alert &alert, OFController &window) const;
 
 private:
     const Desktop &_desktop;
     const InfoDictionary &_info;
+    const Alerts::Presenter _runAlert;
     const CrashLogs _crashLogs;
     OpenFeedbackDelegate *_delegate = nullptr;
     std::unique_ptr<OFController> _windowController;

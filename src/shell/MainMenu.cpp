@@ -67,7 +67,8 @@ void MainMenu::fillStatusItemMenu()
     static const QList<QList<Command>> lines {
         { Command::ShowHidePanel },
         { Command::Preferences, Command::ExcludeApps },
-        { Command::About, Command::Welcome, Command::UserGuide, Command::RescanAllApps },
+        { Command::About, Command::CheckForUpdates, Command::Welcome, Command::UserGuide,
+            Command::RescanAllApps },
         { Command::HomePage, Command::Feedback },
         { Command::Quit },
     };

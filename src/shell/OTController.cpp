@@ -51,7 +51,11 @@ OTController::OTController(Desktop &desktop, OTAppManager &appManager, OTWindow 
     , _mainWindow(mainWindow)
     , _info(info)
     , _userDefaults(UserDefaults::standard())
-    , _updater(std::make_unique<Updater>(desktop.webClient(), info))
+    , _updater(std::make_unique<Updater>(desktop.webClient(), info,
+          [this](const Alert &alert) {
+              bringAlertToFront();
+              runAlert(alert);
+          }))
     , _mainMenu(addressesOf(info, *_updater))
     , _activation(desktop.ownWindows(), mainWindow)
     , _memoryRelease(desktop.memory(), mainWindow)
@@ -63,7 +67,8 @@ OTController::OTController(Desktop &desktop, OTAppManager &appManager, OTWindow 
     , _access(_triggers, [this](const Alert &alert) { runAlert(alert); })
     , _scanProgress(desktop.taskBarProgress(), mainWindow)
     , _launchAtLogin(desktop.loginItems())
-    , _feedbackAssistant(std::make_unique<OpenFeedback>(desktop, info))
+    , _feedbackAssistant(std::make_unique<OpenFeedback>(desktop, info,
+          [this](const Alert &alert, QWidget *window) { return runAlert(alert, window); }))
 {
     _windowCloseTimer.setSingleShot(true);
     connect(&_windowCloseTimer, &QTimer::timeout, this, &OTController::hideMainWindow);
@@ -113,8 +118,8 @@ void OTController::awakeFromNib()
         &_triggers, &Triggers::statusItemShownChanged, this, &OTController::hasMenuAccessChanged);
     connect(&_launchAtLogin, &LaunchAtLoginController::launchAtLoginChanged, this,
         &OTController::readStartAtLogin);
-    connect(_updater.get(), &Updater::windowShown, this,
-        [this] { _desktop.ownWindows().activate(*_updater->window()->windowHandle(), {}); });
+    connect(_updater.get(), &Updater::checkStarted, this, &OTController::tellOfCheck);
+    connect(_updater.get(), &Updater::windowShown, this, &OTController::showUpdate);
     connect(&_access, &AccessCheck::willWarn, this, &OTController::bringAlertToFront);
     connect(this, &OTController::hasMenuAccessChanged, this, &OTController::updatePrefsQuitButton);
 }
@@ -135,7 +140,7 @@ void OTController::showMainWindow(const ActivationStamp &stamp)
 void OTController::applicationOpenUntitledFile(const ActivationStamp &stamp)
 {
     showMainWindow(stamp);
-    bringWelcomeToFront();
+    bringBesideWindowsToFront();
 }
 
 void OTController::hideMainWindow()
@@ -143,11 +148,7 @@ void OTController::hideMainWindow()
     const QScopedValueRollback<bool> hiding(_isHiding, true);
     closePrefs();
     closeExclusionWindow();
-    const bool isFeedbackOpen = _feedbackAssistant->isWindowVisible();
-    if (_mainWindow.isShown() || isFeedbackOpen) {
-        _feedbackWasOpen = isFeedbackOpen;
-    }
-    if (isFeedbackOpen) {
+    if (_feedbackAssistant->isWindowVisible()) {
         _feedbackAssistant->windowController().close();
     }
     if (QDialog *const about = OTNSAppSubclass::standardAboutPanel()) {
@@ -227,9 +228,6 @@ void OTController::showHideMainWindow(const ActivationStamp &stamp)
         if (std::exchange(_welcomeAssistantWasOpen, false)) {
             openWelcome();
         }
-        if (std::exchange(_feedbackWasOpen, false)) {
-            showFeedback();
-        }
     } else if (_mainWindow.hasBeenMoved() && !_mainWindow.isNonActivating()) {
         activate(stamp);
     } else {
@@ -297,15 +295,21 @@ void OTController::applicationWillResignActive()
     }
 }
 
-int OTController::runAlert(const Alert &alert)
+// On the topmost sheet, or the panel, without a parent.
+int OTController::runAlert(const Alert &alert, QWidget *parent)
 {
+    const QPointer<QWidget> window(parent);
     ++_openAlerts;
-    const int answer = Alerts::run(alert, topSheet());
+    const int answer = Alerts::run(alert, parent != nullptr ? parent : topSheet());
     --_openAlerts;
     // Window managers differ in what they focus when a dialog closes.
     if (_mainWindow.isShown() && !_activation.isInFront()) {
         _activation.awaitFront(Activation::Loss::Reported);
-        activate();
+        if (window && window->isVisible()) {
+            _desktop.ownWindows().activate(*window->windowHandle(), {});
+        } else {
+            activate();
+        }
     }
     return answer;
 }

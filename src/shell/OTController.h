@@ -165,7 +165,11 @@ private:
     void closeWelcome();
     void bringWelcomeToFront();
     void showFeedback();
-    void feedbackDidEnd();
+    void tellOfCheck();
+    void showUpdate();
+    void besideWindowDidEnd(int result);
+    void bringBesideWindowsToFront();
+    bool isQuitConfirmed();
     HotKeyChoice hotKeyChoice();
     QString hotKeyName() const;
     QWidget *topSheet() const;
@@ -173,7 +177,7 @@ private:
     void hotKeyPressed(const ActivationStamp &stamp);
     void setApplicationIcon();
     void showProgressStep(int step, int count);
-    int runAlert(const Alert &alert);
+    int runAlert(const Alert &alert, QWidget *parent = nullptr);
 
     Desktop &_desktop;
     OTAppManager &_appManager;
@@ -198,8 +202,6 @@ private:
     // When the panel was hidden.
     bool _welcomeAssistantWasOpen = false;
     std::unique_ptr<OpenFeedback> _feedbackAssistant;
-    // When the panel was hidden.
-    bool _feedbackWasOpen = false;
     bool _isHiding = false;
     // Alerts that wait for their answer.
     int _openAlerts = 0;

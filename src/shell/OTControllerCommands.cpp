@@ -2,6 +2,7 @@
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "feedback/OpenFeedback.h"
 #include "grid/OTIconView.h"
 #include "icons/ProgramImages.h"
 #include "platform/Desktop.h"
@@ -150,20 +151,35 @@ void OTController::openHomeURL()
     QDesktopServices::openUrl(QUrl(_info.stringForKey(QStringLiteral("OTHomeURL"))));
 }
 
-// A user without a menu may have meant to close the panel.
-void OTController::quitApp(Quitting quitting)
+bool OTController::isQuitConfirmed()
 {
-    closePrefs();
-    const bool isMenuGone = _access.isAppRunningDockless() && !_desktop.statusItem().isShown();
-    if (quitting == Quitting::Asking && isMenuGone) {
+    // A user without a menu may have meant to close the panel.
+    if (_access.isAppRunningDockless() && !_desktop.statusItem().isShown()) {
         activate();
         const Alert alert { .style = Alert::Style::Warning,
             .messageText = tr("Are you sure you want to quit Ortu?"),
             .buttons = { tr("Quit"), tr("Don't Quit") },
             .safeButton = 1 };
         if (runAlert(alert) != 0) {
-            return;
+            return false;
         }
+    }
+    if (_feedbackAssistant->isSending()) {
+        activate();
+        const Alert alert { .style = Alert::Style::Warning,
+            .messageText = tr("Your feedback has not been sent yet."),
+            .buttons = { tr("Wait"), tr("Quit") },
+            .safeButton = 0 };
+        return runAlert(alert) == 1;
+    }
+    return true;
+}
+
+void OTController::quitApp(Quitting quitting)
+{
+    closePrefs();
+    if (quitting == Quitting::Asking && !isQuitConfirmed()) {
+        return;
     }
     // Asked to quit, Qt would ask the panel first, which fades and stays for that time.
     QCoreApplication::exit();

@@ -21,6 +21,11 @@
 
 namespace {
 
+using namespace std::chrono_literals;
+
+// A session that starts has other work to do first.
+constexpr std::chrono::milliseconds updatesWait = 10s;
+
 namespace Key {
 const QString applicationLaunchCount = QStringLiteral("applicationLaunchCount");
 const QString showIconInDock = QStringLiteral("showIconInDock");
@@ -111,7 +116,9 @@ void OTController::finishLaunching(qint64 launchCount, bool isTourDue)
     if (_mainWindow.isShown() && !_activation.isInFront()) {
         _activation.awaitFront(Activation::Loss::Reported);
     }
-    _updater->checkForUpdatesInBackground();
+    if (_updater->canCheck()) {
+        QTimer::singleShot(updatesWait, _updater.get(), &Updater::checkForUpdatesInBackground);
+    }
     // The catalogue begins to follow its folders with it.
     Q_EMIT NotificationCenter::defaultCenter().applicationDidFinishLaunching();
 }

@@ -1,5 +1,5 @@
 // The windows beside the panel: the preferences with the options of the colour order, what to
-// exclude, the tour, and feedback.
+// exclude, the tour, feedback, and newer versions.
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
@@ -13,7 +13,9 @@
 #include "shell/preferences/ExclusionWindow.h"
 #include "shell/preferences/PreferencesWindow.h"
 #include "shell/welcome/OTWelcomeAssistant.h"
+#include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
+#include "updates/UpdateWindow.h"
 #include "updates/Updater.h"
 
 #include <QApplication>
@@ -78,7 +80,10 @@ HotKeyChoice OTController::hotKeyChoice()
 
 PreferencesWindow *OTController::makePreferencesWindow()
 {
-    auto *const window = new PreferencesWindow(hotKeyChoice(), _desktop.items(), &_mainWindow);
+    const auto updates = _updater->canCheck() ? PreferenceTabs::UpdateChecks::Offered
+                                              : PreferenceTabs::UpdateChecks::Absent;
+    auto *const window =
+        new PreferencesWindow(hotKeyChoice(), _desktop.items(), updates, &_mainWindow);
     connect(window, &PreferencesWindow::colorSortingOptionsWanted, this,
         &OTController::openColorSortingOptions);
     connect(&_launchAtLogin, &LaunchAtLoginController::problemChanged, window,
@@ -209,19 +214,50 @@ OFController *OTController::feedbackWindow()
     return &_feedbackAssistant->windowController();
 }
 
-void OTController::feedbackDidEnd()
+// The front goes to the panel, unless the user goes on to another program.
+void OTController::besideWindowDidEnd(int result)
 {
-    bringToFront(_mainWindow);
+    if (result == QDialog::Rejected) {
+        bringToFront(_mainWindow);
+    }
 }
 
 // With the form that was shown last.
 void OTController::showFeedback()
 {
     OFController &feedback = *feedbackWindow();
-    connect(
-        &feedback, &QDialog::finished, this, &OTController::feedbackDidEnd, Qt::UniqueConnection);
+    connect(&feedback, &QDialog::finished, this, &OTController::besideWindowDidEnd,
+        Qt::UniqueConnection);
     feedback.showFeedbackWindow();
     _desktop.ownWindows().activate(*feedback.windowHandle(), {});
+}
+
+void OTController::tellOfCheck()
+{
+    if (_mainWindow.isShown()) {
+        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+            tr("Looking for a newer version…"));
+    }
+}
+
+void OTController::showUpdate()
+{
+    UpdateWindow &window = *_updater->window();
+    connect(
+        &window, &QDialog::finished, this, &OTController::besideWindowDidEnd, Qt::UniqueConnection);
+    _desktop.ownWindows().activate(*window.windowHandle(), {});
+}
+
+// Those that were shown before the panel would lie below it.
+void OTController::bringBesideWindowsToFront()
+{
+    bringWelcomeToFront();
+    if (_feedbackAssistant->isWindowVisible()) {
+        _desktop.ownWindows().activate(*feedbackWindow()->windowHandle(), {});
+    }
+    if (const UpdateWindow *const update = _updater->window()) {
+        _desktop.ownWindows().activate(*update->windowHandle(), {});
+    }
 }
 
 void OTController::openWelcome()

@@ -12,10 +12,9 @@ UpdateWindow::UpdateWindow(
     : _automaticChecks(new QCheckBox(tr("&Look for new versions once a day")))
 {
     setAttribute(Qt::WA_QuitOnClose, false);
-    setWindowTitle(tr("Check for Updates"));
+    setWindowTitle(tr("%1 %2 is available").arg(programName, release.version.toString()));
     auto *const all = new QVBoxLayout(this);
-    auto *const title =
-        new QLabel(tr("%1 %2 is available").arg(programName, release.version.toString()));
+    auto *const title = new QLabel(windowTitle());
     QFont bold = title->font();
     bold.setBold(true);
     title->setFont(bold);
@@ -46,7 +45,7 @@ void UpdateWindow::addButtons(const Release &release)
     skip->setAutoDefault(false);
     connect(skip, &QPushButton::clicked, this, [this] {
         Q_EMIT skipWanted();
-        accept();
+        reject();
     });
     QPushButton *const later = box->addButton(tr("&Remind Me Later"), QDialogButtonBox::RejectRole);
     connect(later, &QPushButton::clicked, this, &QDialog::reject);

@@ -1,4 +1,5 @@
-// Tells that there is a newer version, what is new in it, and where it is.
+// Tells that there is a newer version, what is new in it, and where it is. Accepted when the user
+// goes on to that page, rejected otherwise.
 
 #pragma once
 

@@ -33,17 +33,24 @@ const QString skippedVersion = QStringLiteral("SUSkippedVersion");
 
 } // namespace
 
-Updater::Updater(const WebClient &webClient, const InfoDictionary &info, QObject *parent)
+Updater::Updater(
+    const WebClient &webClient, const InfoDictionary &info, RunAlert runAlert, QObject *parent)
     : QObject(parent)
     , _webClient(webClient)
     , _feedUrl(feedUrl(info))
     , _programName(info.stringForKey(QStringLiteral("CFBundleName")))
     , _present(
           UpdateFeed::versionOf(info.stringForKey(QStringLiteral("CFBundleShortVersionString"))))
+    , _runAlert(std::move(runAlert))
 {
     _nextCheck.setSingleShot(true);
     _nextCheck.setTimerType(Qt::VeryCoarseTimer);
     connect(&_nextCheck, &QTimer::timeout, this, &Updater::checkForUpdatesInBackground);
+    connect(&UserDefaults::standard(), &UserDefaults::changed, this, [this](const QString &key) {
+        if (key == Key::checksAutomatically) {
+            checkForUpdatesInBackground();
+        }
+    });
 }
 
 Updater::~Updater()
@@ -72,7 +79,7 @@ QUrl Updater::feedUrl(const InfoDictionary &info)
 
 UpdateWindow *Updater::window() const
 {
-    return _window;
+    return _window && _window->isVisible() ? _window.data() : nullptr;
 }
 
 bool Updater::automaticallyChecksForUpdates() const
@@ -82,10 +89,11 @@ bool Updater::automaticallyChecksForUpdates() const
 
 void Updater::checkForUpdates()
 {
-    if (_window) {
+    if (window() != nullptr) {
         Q_EMIT windowShown();
     } else if (!_feedUrl.isEmpty()) {
         start(Check::ByUser);
+        Q_EMIT checkStarted();
     }
 }
 
@@ -109,7 +117,7 @@ void Updater::checkForUpdatesInBackground()
 void Updater::start(Check check)
 {
     if (_exchange) {
-        // Who asks now is waiting for the answer as well.
+        // The user gets the answer of the check that is running.
         _check = check == Check::ByUser ? check : _check;
         return;
     }
@@ -151,8 +159,7 @@ void Updater::tellRelease(const Release &release)
     if (_check == Check::InBackground) {
         const bool isSkipped =
             UserDefaults::standard().stringForKey(Key::skippedVersion) == version;
-        if (isNewer && !isSkipped && release.version != _told) {
-            _told = release.version;
+        if (isNewer && !isSkipped && release.version != _seen) {
             Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
                 tr("%1 %2 is available. “Check for Updates…” in the menu shows what is new.")
                     .arg(_programName, version));
@@ -160,7 +167,7 @@ void Updater::tellRelease(const Release &release)
     } else if (isNewer) {
         showWindow(release);
     } else {
-        Alerts::run(Alert::information(tr("There is no newer version."),
+        _runAlert(Alert::information(tr("There is no newer version."),
             tr("%1 %2 is the newest one.").arg(_programName, _present.toString())));
     }
 }
@@ -170,7 +177,7 @@ void Updater::tellFailure(const QString &problem)
     qCWarning(lcUpdates, "cannot look for updates at %s: %s", qUtf8Printable(_feedUrl.host()),
         qUtf8Printable(problem));
     if (_check == Check::ByUser) {
-        Alerts::run(Alert::warning(tr("Could not look for a newer version."),
+        _runAlert(Alert::warning(tr("Could not look for a newer version."),
             tr("Please check the connection to the internet, and try again later.")));
     }
 }
@@ -178,15 +185,14 @@ void Updater::tellFailure(const QString &problem)
 void Updater::showWindow(const Release &release)
 {
     UserDefaults *const defaults = &UserDefaults::standard();
+    _seen = release.version;
     _window = new UpdateWindow(_programName, _present, release);
     _window->setAttribute(Qt::WA_DeleteOnClose);
     QCheckBox &automatic = _window->automaticChecks();
     automatic.setChecked(defaults->boolForKey(Key::checksAutomatically));
     automatic.setEnabled(!defaults->isFixedForThisRun(Key::checksAutomatically));
-    connect(&automatic, &QCheckBox::toggled, this, [this, defaults](bool isOn) {
-        defaults->setObject(Key::checksAutomatically, isOn);
-        checkForUpdatesInBackground();
-    });
+    connect(&automatic, &QCheckBox::toggled, this,
+        [defaults](bool isOn) { defaults->setObject(Key::checksAutomatically, isOn); });
     connect(_window, &UpdateWindow::pageWanted, this,
         [](const QUrl &page) { QDesktopServices::openUrl(page); });
     connect(

@@ -12,12 +12,14 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 
 class InfoDictionary;
 class UpdateWindow;
 class WebClient;
 class WebExchange;
+struct Alert;
 struct WebAnswer;
 
 class Updater final : public QObject
@@ -25,15 +27,18 @@ class Updater final : public QObject
     Q_OBJECT
 
 public:
+    // Runs an alert above the windows of the program.
+    using RunAlert = std::function<void(const Alert &alert)>;
     // The client must outlive it.
-    Updater(const WebClient &webClient, const InfoDictionary &info, QObject *parent = nullptr);
+    Updater(const WebClient &webClient, const InfoDictionary &info, RunAlert runAlert,
+        QObject *parent = nullptr);
     ~Updater() override;
 
     // Registers its preferences. To be called once, before anything reads them.
     static void registerDefaults();
 
-    // Empty where nothing is to be looked for; an address that is none, or no safe one, costs one
-    // log line.
+    // Empty where nothing is to be looked for; an invalid address, or one that is not safe, costs
+    // one log line.
     static QUrl feedUrl(const InfoDictionary &info);
 
     // Whether it knows a feed.
@@ -43,14 +48,16 @@ public:
     void checkForUpdates();
     // Whether the user has it look once a day.
     bool automaticallyChecksForUpdates() const;
-    // Looks now, unless that was done within a day, and then once a day. Only a version that
-    // the user has not been told of, and does not want to skip, is told, on the panel.
+    // Looks now, unless that was done within a day, and then once a day. A newer version is told on
+    // the panel after each look, until the user has seen its window or skips it.
     void checkForUpdatesInBackground();
 
     // The window of the release found; null while none is shown.
     UpdateWindow *window() const;
 
 Q_SIGNALS:
+    // The user's wish sends a request, whose answer may take a while.
+    void checkStarted();
     // A window of ours is shown and wants the front.
     void windowShown();
 
@@ -67,10 +74,12 @@ private:
     const QUrl _feedUrl;
     const QString _programName;
     const QVersionNumber _present;
+    RunAlert _runAlert;
     // Who gets to know what the exchange brings.
     Check _check = Check::InBackground;
     std::unique_ptr<WebExchange> _exchange;
     QTimer _nextCheck;
     QPointer<UpdateWindow> _window;
-    QVersionNumber _told;
+    // Of the window that was shown last.
+    QVersionNumber _seen;
 };

@@ -4,15 +4,16 @@
 #include "platform/Desktop.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
+#include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 #include "web/LinkedWebClient.h"
 #include "web/LoopbackServer.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSysInfo>
 #include <QTabBar>
 
 #include <optional>
@@ -68,23 +69,29 @@ public:
 class Program final
 {
     QTemporaryDir _folder;
-    WebDesktop _desktop { _folder.path() };
+    QString _library;
+    WebDesktop _desktop { _library };
     InfoDictionary _info;
     UserDefaults _defaults;
 
 public:
-    explicit Program(const QString &address)
-        : _info(write(address))
+    // With a library of its own unless one is given.
+    explicit Program(const QString &address, const QString &library = {})
+        : _library(library.isEmpty() ? _folder.path() : library)
+        , _info(write(address))
     {
         UserDefaults::setStandard(&_defaults);
     }
 
-    OpenFeedback feedback { _desktop, _info };
+    OpenFeedback feedback { _desktop, _info, [this](const Alert &alert, QWidget *parent) {
+                               alerts.append(alert.messageText);
+                               return parent == &window && window.isVisible() ? 0 : 9;
+                           } };
     OFController &window = feedback.windowController();
     const FeedbackOutlets &outlets = window.outlets();
     QStringList alerts;
 
-    QString library() const { return _folder.path(); }
+    QString library() const { return _library; }
 
     void ask(const QString &question)
     {
@@ -103,12 +110,6 @@ public:
         }
         return path;
     }
-
-private:
-    Alerts::PresenterScope _presenter { [this](const Alert &alert, QWidget *) {
-        alerts.append(alert.messageText);
-        return 0;
-    } };
 };
 
 const QString sent = u"Feedback Sent"_s;
@@ -127,10 +128,22 @@ private Q_SLOTS:
     void sendButton_needsATextAndAnAddressToAnswer();
     void answer_decidesWhetherTheTextIsDone_data();
     void answer_decidesWhetherTheTextIsDone();
+    void closedWhileSending_itTellsOnThePanel_data();
+    void closedWhileSending_itTellsOnThePanel();
+    void draft_isKeptUntilItIsSent();
     void delegate_changesOrRefusesTheForm();
     void request_isBoundedAndStaysWithItsServer();
     void crash_isReportedOnce();
     void address_isChecked();
+
+private:
+    static QByteArray versionOfSystem()
+    {
+        static const QRegularExpression id(
+            u"^VERSION_ID=\"?([^\"\n]*)"_s, QRegularExpression::MultilineOption);
+        const QString release = QString::fromUtf8(load(u"/etc/os-release"_s));
+        return id.match(release).captured(1).toLatin1();
+    }
 };
 
 void OpenFeedbackTest::form_arrivesAsItWasFilledIn_data()
@@ -199,8 +212,7 @@ void OpenFeedbackTest::form_arrivesAsItWasFilledIn()
     QCOMPARE(request.line, "POST /feedback HTTP/1.1");
     QVERIFY(request.head.contains("Content-Type: application/x-www-form-urlencoded\r\n"));
     fields << "appname=ortu"
-           << "appversion=" ORTU_VERSION
-           << "systemversion=" + QSysInfo::productVersion().toLatin1();
+           << "appversion=" ORTU_VERSION << "systemversion=" + versionOfSystem();
     std::sort(fields.begin(), fields.end());
     QByteArrayList received = request.body.split('&');
     std::sort(received.begin(), received.end());
@@ -221,7 +233,9 @@ void OpenFeedbackTest::sendButton_needsATextAndAnAddressToAnswer()
     outlets.btnIncludeMyEmail->setChecked(true);
     QVERIFY(outlets.btnSend->isEnabled() && outlets.cboEmailAddress->isEnabled());
     outlets.cboEmailAddress->setEditText({});
-    QVERIFY(!outlets.btnSend->isEnabled());
+    QVERIFY(!outlets.btnSend->isEnabled() && !outlets.note->text().contains(u"“?”"_s));
+    outlets.cboEmailAddress->setEditText(u"ä@example.org"_s);
+    QVERIFY(outlets.note->text().contains(u"“?”"_s));
     outlets.btnIncludeMyEmail->setChecked(false);
     outlets.tabs->setCurrentIndex(FeedbackOutlets::Feature);
     QVERIFY(!outlets.btnSend->isEnabled());
@@ -260,9 +274,86 @@ void OpenFeedbackTest::answer_decidesWhetherTheTextIsDone()
     }
     program.ask(u"Why?"_s);
     QTRY_COMPARE(program.alerts, QStringList { alert });
+    if (alert == notSent) {
+        // The keyboard is where it was.
+        QCOMPARE(program.window.focusWidget(), program.outlets.txtQuestion);
+    }
     QCOMPARE(server.requests().count(), 1);
     QCOMPARE(program.window.isVisible(), alert == notSent);
     QCOMPARE(program.outlets.txtQuestion->toPlainText(), alert == sent ? u""_s : u"Why?"_s);
+}
+
+void OpenFeedbackTest::closedWhileSending_itTellsOnThePanel_data()
+{
+    QTest::addColumn<Answer>("answer");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QStringList>("alerts");
+    QTest::addColumn<QString>("left");
+    QTest::newRow("sent") << Answer { LoopbackServer::status(200) }
+                          << u"Your feedback has been sent successfully. Thank you!"_s
+                          << QStringList() << QString();
+    QTest::newRow("failed") << Answer { {}, Answer::Then::Abort }
+                            << u"We were unable to send your feedback. Please check your "
+                               "internet connection and try again."_s
+                            << QStringList(notSent) << u"Why?"_s;
+}
+
+void OpenFeedbackTest::closedWhileSending_itTellsOnThePanel()
+{
+    QFETCH(Answer, answer);
+    QFETCH(QString, message);
+    LoopbackServer server;
+    server.answer = [answer](const Request &) { return answer; };
+    Program program(server.url().toString());
+    QSignalSpy told(&NotificationCenter::defaultCenter(), &NotificationCenter::N_UserMessage);
+    program.ask(u"Why?"_s);
+    program.window.close();
+    QVERIFY(program.window.isSending());
+    if (!answer.bytes.startsWith("HTTP")) {
+        expectWarning(u"cannot send feedback to 127\\.0\\.0\\.1: .+"_s);
+    }
+    QTRY_COMPARE(told.count(), 1);
+    QCOMPARE(told[0][0].toString(), message);
+    QVERIFY(program.alerts.isEmpty());
+    program.feedback.presentFeedbackPanelForSupport();
+    QCoreApplication::processEvents();
+    QTEST(program.alerts, "alerts");
+    QTEST(program.outlets.txtQuestion->toPlainText(), "left");
+    // Told once.
+    program.window.close();
+    program.feedback.presentFeedbackPanelForSupport();
+    QCoreApplication::processEvents();
+    QTEST(program.alerts, "alerts");
+}
+
+void OpenFeedbackTest::draft_isKeptUntilItIsSent()
+{
+    const QTemporaryDir library;
+    const QString state = library.filePath(u"Ortu"_s);
+    const QString draft = state + u"/Feedback Draft.plist"_s;
+    LoopbackServer server;
+    const QString address = server.url().toString();
+    {
+        const Program program(address, state);
+        QVERIFY(!QFile::exists(state));
+        program.outlets.txtQuestion->setPlainText(u"<Why\x1b?>\n"_s);
+    }
+    QCOMPARE(QFile::permissions(draft) & ~(QFile::ReadUser | QFile::WriteUser),
+        QFile::ReadOwner | QFile::WriteOwner);
+    {
+        const Program program(address, state);
+        QCOMPARE(program.outlets.txtQuestion->toPlainText(), u"<Why?>\n"_s);
+        server.answer = [](const Request &) { return Answer { {}, Answer::Then::Wait }; };
+        program.outlets.txtFeature->setPlainText(u"More"_s);
+        program.window.presentFeedbackPanelForFeature();
+        program.outlets.btnSend->click();
+        expectWarning(u"feedback may not have been sent: the program ends before 127.0.0.1"_s);
+    }
+    server.answer = [](const Request &) { return Answer { LoopbackServer::status(200) }; };
+    Program program(address, state);
+    program.ask(program.outlets.txtFeature->toPlainText());
+    QTRY_COMPARE(program.alerts, QStringList { sent });
+    QVERIFY(!QFile::exists(draft));
 }
 
 void OpenFeedbackTest::delegate_changesOrRefusesTheForm()

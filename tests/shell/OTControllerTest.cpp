@@ -8,6 +8,7 @@
 #include "support/InfoDictionary.h"
 
 #include <QAbstractEventDispatcher>
+#include <QCheckBox>
 #include <QDesktopServices>
 #include <QDialog>
 #include <QLabel>
@@ -54,6 +55,7 @@ private Q_SLOTS:
     {
         _presenter.reset();
         _controller.reset();
+        _info = InfoDictionary();
         tearDown();
     }
 
@@ -291,39 +293,72 @@ private Q_SLOTS:
         QCOMPARE(_opened, QUrl::fromLocalFile(QFileInfo(guide()).canonicalFilePath()));
     }
 
-    // Where the program knows an address for it.
-    void feedbackGoesAndComesWithThePanel_withWhatWasWritten()
+    void menuHasWhatTheProgramKnowsAnAddressFor()
     {
-        const QString info = _documents.filePath(u"Info.plist"_s);
-        save(info,
-            "<plist version=\"1.0\"><dict><key>OFSubmitFeedbackURL</key>"
-            "<string>http://127.0.0.1:1/</string></dict></plist>");
-        _info = InfoDictionary(info);
+        const auto hasAfter = [this](const char *key, const char *address, const QString &item) {
+            cleanup();
+            init();
+            know(key, address);
+            launch();
+            return itemOf(item) != nullptr;
+        };
+        for (const auto &[key, item] :
+            { std::pair("OFSubmitFeedbackURL", u"Feed"_s), std::pair("SUFeedURL", u"Updates"_s) }) {
+            QVERIFY(!hasAfter("CFBundleSignature", "none", item));
+            QVERIFY(hasAfter(key, "https://127.0.0.1:1/", item));
+        }
+        _controller->openPrefs();
+        const auto boxes = _window->findChild<PreferencesWindow *>()->findChildren<QCheckBox *>();
+        QVERIFY(std::any_of(boxes.begin(), boxes.end(),
+            [](const QCheckBox *box) { return box->text().contains(u"new versions"_s); }));
+    }
+
+    void feedbackGoesWithThePanel_andKeepsWhatWasWritten()
+    {
+        know("OFSubmitFeedbackURL", "http://127.0.0.1:1/");
         launch();
         QTRY_VERIFY(_window->isActiveWindow());
-        QMenu &menu = *_desktop->item.menu;
-        const QList<QAction *> items = menu.actions();
-        const auto isFeedback = [](const QAction *item) { return item->text().contains(u"Feed"); };
-        QAction *const item = *std::find_if(items.cbegin(), items.cend(), isFeedback);
-        const auto isOffered = [&menu, item] {
-            Q_EMIT menu.aboutToShow();
+        QAction *const item = itemOf(u"Feed"_s);
+        QVERIFY(item);
+        const auto isOffered = [this, item] {
+            Q_EMIT _desktop->item.menu->aboutToShow();
             return item->isEnabled();
         };
         QVERIFY(isOffered());
         item->trigger();
-        auto *const feedback = _controller->feedbackWindow();
+        OFController *const feedback = _controller->feedbackWindow();
         QVERIFY(feedback->isVisible() && !isOffered());
         feedback->outlets().txtFeature->setPlainText(u"More"_s);
         _controller->hideMainWindow();
         QVERIFY(!feedback->isVisible() && isOffered());
+        // The panel comes alone, and has the keyboard.
         _controller->showHideMainWindow();
-        QVERIFY(feedback->isVisible());
-        QCOMPARE(feedback->outlets().txtFeature->toPlainText(), u"More"_s);
-        feedback->reject();
+        QVERIFY(isShown() && !feedback->isVisible());
+        QCOMPARE(_desktop->windows.activeWindow(), _window->windowHandle());
         _controller->hideMainWindow();
-        _controller->showHideMainWindow();
-        QVERIFY(!feedback->isVisible());
-        _info = InfoDictionary();
+        item->trigger();
+        QCOMPARE(feedback->outlets().txtFeature->toPlainText(), u"More"_s);
+        // Opened without the panel, it stays above it.
+        QVERIFY(!isShown());
+        _controller->applicationOpenUntitledFile();
+        QVERIFY(isShown());
+        QCOMPARE(_desktop->windows.activeWindow(), feedback->windowHandle());
+    }
+
+    void quittingWhileFeedbackIsSent_asks()
+    {
+        know("OFSubmitFeedbackURL", "http://127.0.0.1:1/");
+        launch();
+        OFController *const feedback = _controller->feedbackWindow();
+        feedback->presentFeedbackPanelForFeature();
+        feedback->outlets().txtFeature->setPlainText(u"More"_s);
+        feedback->sendFeedback();
+        QVERIFY(feedback->isSending());
+        expectWarning(u"^cannot send feedback to 127.0.0.1: there is no way to reach a server"_s);
+        _controller->quitApp();
+        QCOMPARE(_alerts, QStringList(u"Your feedback has not been sent yet."_s));
+        QTRY_COMPARE(_alerts.size(), 2);
+        QCOMPARE(_alerts[1], u"Can't Send Feedback"_s);
     }
 
     void changedPreferencesAreAnswered()
@@ -553,6 +588,22 @@ private:
         _controller.reset();
         _window.reset();
         ++_launchCount;
+    }
+    // Of the menu; null where there is none.
+    QAction *itemOf(const QString &text) const
+    {
+        const QList<QAction *> items = _desktop->item.menu->actions();
+        const auto found = std::find_if(items.cbegin(), items.cend(),
+            [&text](const QAction *item) { return item->text().contains(text); });
+        return found == items.cend() ? nullptr : *found;
+    }
+    void know(const QByteArray &key, const QByteArray &value)
+    {
+        const QString path = _documents.filePath(u"Info.plist"_s);
+        save(path,
+            "<plist version=\"1.0\"><dict><key>" + key + "</key><string>" + value
+                + "</string></dict></plist>");
+        _info = InfoDictionary(path);
     }
     // A program that has been running for a while.
     void launch(const InstanceRequest &request = {})

@@ -241,7 +241,7 @@ private Q_SLOTS:
         QWidget parent;
         const PreferencesWindow window(
             { [](int, int) {}, [] { return QString(); }, [](quint32) { return QStringList(); } },
-            _desktop->items(), &parent);
+            _desktop->items(), PreferenceTabs::UpdateChecks::Offered, &parent);
         const auto *const tabs = window.findChild<QTabWidget *>();
         for (QWidget *control : window.findChildren<QWidget *>()) {
             if (control->focusPolicy() != Qt::NoFocus && !control->focusProxy()) {

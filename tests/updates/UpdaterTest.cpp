@@ -28,6 +28,22 @@ const QByteArray rss = R"(<?xml version="1.0"?><rss version="2.0"><channel><titl
       <enclosure url="x" xmlns:u="urn:u" u:version="99.2"/></item>
     <item><title>Ortu 100-rc1</title></item></channel></rss>)";
 
+class CountingClient final : public WebClient
+{
+public:
+    std::unique_ptr<WebExchange> send(const WebRequest &request, Receiver receiver) const override
+    {
+        ++sent;
+        return LinkedWebClient().send(request, [this, receiver](const WebAnswer &answer) {
+            receiver(answer);
+            ++answered;
+        });
+    }
+
+    mutable int sent = 0;
+    mutable int answered = 0;
+};
+
 // A version, its link and its notes, or what is wrong.
 QString readFeed(const QByteArray &feed)
 {
@@ -52,7 +68,7 @@ private Q_SLOTS:
     void feed_isReadOrRefused();
     void user_isToldWhatTheFeedSays_data();
     void user_isToldWhatTheFeedSays();
-    void background_asksOnceADayAndTellsOnce();
+    void background_asksOnceADayAndTellsUntilItIsSeen();
     void address_isHttpsOrNone();
 
 private:
@@ -61,27 +77,23 @@ private:
         save(_folder.filePath(u"Info.plist"_s),
             "<plist version=\"1.0\"><dict><key>SUFeedURL</key><string>" + _address.toUtf8()
                 + "</string></dict></plist>");
-        return std::make_unique<Updater>(
-            _client, InfoDictionary(_folder.filePath(u"Info.plist"_s)));
+        return std::make_unique<Updater>(_client, InfoDictionary(_folder.filePath(u"Info.plist"_s)),
+            [this](const Alert &alert) { _alerts.append(alert.messageText); });
     }
 
     QTemporaryDir _folder;
-    LinkedWebClient _client;
+    CountingClient _client;
     std::unique_ptr<LoopbackServer> _server;
     std::unique_ptr<UserDefaults> _defaults;
     QString _address;
     QStringList _alerts;
     QStringList _messages;
-    Alerts::PresenterScope _presenter { [this](const Alert &alert, QWidget *) {
-        _alerts.append(alert.messageText);
-        return 0;
-    } };
 };
 
 // A server with a certificate of its own that this program trusts.
 void UpdaterTest::initTestCase()
 {
-    qputenv("no_proxy", "127.0.0.1");
+    qputenv("no_proxy", "127.0.0.1,localhost");
     const QString key = _folder.filePath(u"key.pem"_s);
     const QString certificate = _folder.filePath(u"certificate.pem"_s);
     QProcess openssl;
@@ -115,7 +127,7 @@ void UpdaterTest::init()
         return Answer { LoopbackServer::status(200, {}, rss) };
     };
     _alerts.clear();
-    _messages.clear();
+    _client.sent = _client.answered = 0;
 }
 
 void UpdaterTest::cleanup()
@@ -173,26 +185,37 @@ void UpdaterTest::user_isToldWhatTheFeedSays_data()
 {
     QTest::addColumn<Answer>("answer");
     QTest::addColumn<QString>("told");
+    // In the log, with the failure.
+    QTest::addColumn<QString>("reason");
     const auto status = &LoopbackServer::status;
     const QString failed = u"Could not look for a newer version."_s;
-    QTest::newRow("newer") << Answer { status(200, {}, rss) } << u"window"_s;
-    QTest::newRow("present") << Answer {
-        status(200, {}, QByteArray(rss).replace("99.2", "0.1").replace("98.1", "0.0.1"))
-    } << u"There is no newer version."_s;
-    QTest::newRow("missing") << Answer { status(404, {}, rss) } << failed;
-    QTest::newRow("endless") << LoopbackServer::endless("<rss>") << failed;
-    QTest::newRow("to plain HTTP")
-        << Answer { status(302, "Location: http://127.0.0.1:1/\r\n", {}) } << failed;
+    const QString another = u"the server sends on to another one, %1"_s;
+    const QUrl url = _server->url({});
+    QTest::newRow("newer") << Answer { status(200, {}, rss) } << u"window"_s << QString();
+    QTest::newRow("present") << Answer { status(
+        200, {}, QByteArray(rss).replace("99.2", "0.1").replace("98.1", "0.0.1")) }
+                             << u"There is no newer version."_s << QString();
+    QTest::newRow("missing") << Answer { status(404, {}, rss) } << failed
+                             << u"the server answered with status 404"_s;
+    QTest::newRow("endless") << LoopbackServer::endless("<rss>") << failed
+                             << u"the feed is larger than 1048576 bytes"_s;
+    for (const QString &target : { url.toString().replace(u"https"_s, u"http"_s),
+             url.toString().replace(u"127.0.0.1"_s, u"localhost"_s) }) {
+        QTest::addRow("to %s", qUtf8Printable(target.section(u':', 0, 1)))
+            << Answer { status(302, "Location: " + target.toLatin1() + "/\r\n", {}) } << failed
+            << another.arg(target);
+    }
 }
 
 void UpdaterTest::user_isToldWhatTheFeedSays()
 {
     QFETCH(Answer, answer);
     QFETCH(QString, told);
+    QFETCH(QString, reason);
     _server->answer = [answer](const LoopbackServer::Request &) { return answer; };
     const std::unique_ptr<Updater> updater = makeUpdater();
-    if (told.startsWith(u"Could")) {
-        expectWarning(u"cannot look for updates at 127\\.0\\.0\\.1: .+"_s);
+    if (!reason.isEmpty()) {
+        expectWarning(u"cannot look for updates at 127.0.0.1: "_s + reason + u'$');
     }
     QSignalSpy shown(updater.get(), &Updater::windowShown);
     updater->checkForUpdates();
@@ -214,43 +237,42 @@ void UpdaterTest::user_isToldWhatTheFeedSays()
     }
 }
 
-void UpdaterTest::background_asksOnceADayAndTellsOnce()
+void UpdaterTest::background_asksOnceADayAndTellsUntilItIsSeen()
 {
-    const qsizetype before = _server->requests().count();
-    const auto asked = [&] { return _server->requests().count() - before; };
-    const auto wait = [this](int hours) {
+    std::unique_ptr<Updater> updater = makeUpdater();
+    const auto asksAfter = [&](int hours) {
         _defaults->setObject(
             u"SULastCheckTime"_s, QDateTime::currentDateTimeUtc().addSecs(-hours * 3600));
+        const int before = _client.sent;
+        updater->checkForUpdatesInBackground();
+        return _client.sent == before + 1;
     };
-    std::unique_ptr<Updater> updater = makeUpdater();
+    const auto tells = [&] {
+        _messages.clear();
+        return QTest::qWaitFor([this] { return _client.answered == _client.sent; })
+            && !_messages.isEmpty() && _messages.first().startsWith(u"Ortu 99.2 is available."_s);
+    };
     updater->checkForUpdatesInBackground();
-    QTRY_COMPARE(_messages.count(), 1);
-    QVERIFY(_messages.first().startsWith(u"Ortu 99.2 is available."_s) && !updater->window());
-    wait(23);
-    updater->checkForUpdatesInBackground();
-    QCOMPARE(asked(), 1);
-    wait(25);
-    updater->checkForUpdatesInBackground();
-    QTRY_COMPARE(asked(), 2);
+    QCOMPARE(_client.sent, 1);
+    QVERIFY(tells() && !updater->window());
+    QVERIFY(!asksAfter(23) && asksAfter(25) && tells());
+    // A clock that was ahead stops no check.
+    QVERIFY(asksAfter(-1000) && tells());
 
-    // A clock that was ahead stops no check; the same version is told by another run, unless it
-    // is to be skipped.
-    updater = makeUpdater();
-    wait(-1000);
-    updater->checkForUpdatesInBackground();
-    QTRY_COMPARE(_messages.count(), 2);
-    _defaults->setObject(u"SUSkippedVersion"_s, u"99.2"_s);
     _defaults->setObject(u"SUEnableAutomaticChecks"_s, false);
-    wait(25);
-    updater = makeUpdater();
-    updater->checkForUpdatesInBackground();
-    QCOMPARE(asked(), 3);
+    QVERIFY(!asksAfter(25));
+    // Switched on again it looks at once, and the user gets the answer of that.
     _defaults->setObject(u"SUEnableAutomaticChecks"_s, true);
-    updater->checkForUpdatesInBackground();
     updater->checkForUpdates();
-    QTRY_VERIFY(updater->window());
-    QCOMPARE(asked(), 4);
-    QCOMPARE(_messages.count(), 2);
+    QCOMPARE(_client.sent, 4);
+    QVERIFY(!tells() && updater->window());
+    updater->window()->reject();
+    QVERIFY(!updater->window() && asksAfter(25) && !tells());
+    // Another run tells it, unless it is to be skipped.
+    updater = makeUpdater();
+    QVERIFY(asksAfter(25) && tells());
+    _defaults->setObject(u"SUSkippedVersion"_s, u"99.2"_s);
+    QVERIFY(asksAfter(25) && !tells());
 }
 
 void UpdaterTest::address_isHttpsOrNone()

@@ -26,7 +26,7 @@ QString tr(const char *text)
 
 } // namespace
 
-QWidget *PreferenceTabs::general(PreferenceControls &controls)
+QWidget *PreferenceTabs::general(PreferenceControls &controls, UpdateChecks updates)
 {
     auto *const page = new QWidget;
     PreferenceRows rows(controls, *page);
@@ -42,6 +42,10 @@ QWidget *PreferenceTabs::general(PreferenceControls &controls)
         "hideOnResignActive", tr("&Hide a moved panel as soon as Ortu is no longer active"));
     rows.addCheckBox(
         "nonActivatingPanel", tr("Keep the panel above other &windows when they are used"));
+    if (updates == UpdateChecks::Offered) {
+        rows.addGap();
+        rows.addCheckBox("SUEnableAutomaticChecks", tr("Loo&k for new versions once a day"));
+    }
     return page;
 }
 

@@ -11,9 +11,12 @@ class QWidget;
 
 namespace PreferenceTabs {
 
+// Whether there is a feed of newer versions.
+enum class UpdateChecks { Absent, Offered };
+
 // Each makes the page of a tab, without a parent. What it holds belongs to it; the controls outlive
 // the page.
-QWidget *general(PreferenceControls &controls);
+QWidget *general(PreferenceControls &controls, UpdateChecks updates);
 QWidget *appearance(PreferenceControls &controls);
 QWidget *groupsAndOrder(
     PreferenceControls &controls, const std::function<void()> &openColorSortingOptions);

@@ -1,7 +1,6 @@
 #include "shell/preferences/PreferencesWindow.h"
 
 #include "shell/preferences/PreferenceControls.h"
-#include "shell/preferences/PreferenceTabs.h"
 #include "support/Translations.h"
 #include "support/UserDefaults.h"
 
@@ -11,14 +10,14 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
-PreferencesWindow::PreferencesWindow(
-    const HotKeyChoice &hotKey, const Items &items, QWidget *parent)
+PreferencesWindow::PreferencesWindow(const HotKeyChoice &hotKey, const Items &items,
+    PreferenceTabs::UpdateChecks updates, QWidget *parent)
     : Sheet(tr("Preferences of Ortu"), parent)
     , _tabs(new QTabWidget)
     , _problems(new QLabel)
 {
     setObjectName(QStringLiteral("Ortu Preferences"));
-    addTabs(hotKey, items);
+    addTabs(hotKey, items, updates);
     auto *const buttons =
         new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::RestoreDefaults);
     buttons->button(QDialogButtonBox::RestoreDefaults)->setText(tr("&Defaults of This Tab"));
@@ -42,9 +41,12 @@ PreferencesWindow::PreferencesWindow(
 
 PreferencesWindow::~PreferencesWindow() = default;
 
-void PreferencesWindow::addTabs(const HotKeyChoice &hotKey, const Items &items)
+void PreferencesWindow::addTabs(
+    const HotKeyChoice &hotKey, const Items &items, PreferenceTabs::UpdateChecks updates)
 {
-    addTab(tr("Ge&neral"), &PreferenceTabs::general);
+    addTab(tr("Ge&neral"), [updates](PreferenceControls &controls) {
+        return PreferenceTabs::general(controls, updates);
+    });
     addTab(tr("&Appearance"), &PreferenceTabs::appearance);
     addTab(tr("Gro&ups and Order"), [this](PreferenceControls &controls) {
         return PreferenceTabs::groupsAndOrder(

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "shell/preferences/HotKeyControl.h"
+#include "shell/preferences/PreferenceTabs.h"
 #include "shell/preferences/Sheet.h"
 
 #include <functional>
@@ -22,7 +23,8 @@ class PreferencesWindow final : public Sheet
 
 public:
     // Modal on its parent. The items tell folders from files, and must outlive the window.
-    PreferencesWindow(const HotKeyChoice &hotKey, const Items &items, QWidget *parent);
+    PreferencesWindow(const HotKeyChoice &hotKey, const Items &items,
+        PreferenceTabs::UpdateChecks updates, QWidget *parent);
     ~PreferencesWindow() override;
 
     // The hot key was lost, or could be taken after all.
@@ -44,7 +46,8 @@ protected:
 
 private:
     using Page = std::function<QWidget *(PreferenceControls &)>;
-    void addTabs(const HotKeyChoice &hotKey, const Items &items);
+    void addTabs(
+        const HotKeyChoice &hotKey, const Items &items, PreferenceTabs::UpdateChecks updates);
     void addTab(const QString &title, const Page &page);
     void showProblems();
 

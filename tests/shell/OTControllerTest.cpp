@@ -42,12 +42,17 @@ private Q_SLOTS:
         set("applicationLaunchCount", _launchCount);
         _alerts.clear();
         _answer = 0;
+        _whileAlert = {};
         save(guide(), "%PDF-1.4\n%%EOF\n");
         save(_documents.filePath(u"Welcome to Ortu.pdf"_s), "%PDF-1.4\n%%EOF\n");
         ProgramDocuments::setFolder(_documents.path());
         _presenter =
-            std::make_unique<Alerts::PresenterScope>([this](const Alert &alert, QWidget *) {
+            std::make_unique<Alerts::PresenterScope>([this](const Alert &alert, QWidget *parent) {
                 _alerts.append(alert.messageText);
+                _alertParent = parent;
+                if (_whileAlert) {
+                    _whileAlert();
+                }
                 return _answer;
             });
     }
@@ -349,16 +354,35 @@ private Q_SLOTS:
     {
         know("OFSubmitFeedbackURL", "http://127.0.0.1:1/");
         launch();
+        // An alert that another program covers keeps the panel, and gets the front back.
+        _whileAlert = [this] { lowerAll(); };
         OFController *const feedback = _controller->feedbackWindow();
-        feedback->presentFeedbackPanelForFeature();
+        _controller->openFeedback();
         feedback->outlets().txtFeature->setPlainText(u"More"_s);
         feedback->sendFeedback();
         QVERIFY(feedback->isSending());
         expectWarning(u"^cannot send feedback to 127.0.0.1: there is no way to reach a server"_s);
         _controller->quitApp();
         QCOMPARE(_alerts, QStringList(u"Your feedback has not been sent yet."_s));
+        QVERIFY(_alertParent == _window.get() && isShown() && _controller->isActive());
         QTRY_COMPARE(_alerts.size(), 2);
         QCOMPARE(_alerts[1], u"Can't Send Feedback"_s);
+        QVERIFY(_alertParent == feedback && isShown());
+        QCOMPARE(_desktop->windows.activeWindow(), feedback->windowHandle());
+        feedback->reject();
+        QCOMPARE(_desktop->windows.activeWindow(), _window->windowHandle());
+    }
+
+    void aCheckForUpdates_isToldOnThePanel()
+    {
+        know("SUFeedURL", "https://127.0.0.1:1/");
+        launch();
+        _whileAlert = [this] { lowerAll(); };
+        expectWarning(u"^cannot look for updates at 127.0.0.1: there is no way to reach"_s);
+        _controller->performCommand(MainMenu::Command::CheckForUpdates);
+        QCOMPARE(_window->overlay().message().text(), u"Looking for a newer version…"_s);
+        QTRY_COMPARE(_alerts, QStringList(u"Could not look for a newer version."_s));
+        QVERIFY(_alertParent == _window.get() && isShown() && _controller->isActive());
     }
 
     void changedPreferencesAreAnswered()
@@ -629,6 +653,8 @@ private:
     std::unique_ptr<Alerts::PresenterScope> _presenter;
     qint64 _launchCount = 3;
     QStringList _alerts;
+    QWidget *_alertParent = nullptr;
+    std::function<void()> _whileAlert;
     int _answer = 0;
 };
 

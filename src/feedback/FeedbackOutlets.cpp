@@ -107,7 +107,9 @@ private:
 
     void addLabeled(const QString &label, QWidget *control, int share)
     {
-        _layout->addWidget(labelOf(label, control));
+        QLabel *const title = labelOf(label, control);
+        title->setWordWrap(true);
+        _layout->addWidget(title);
         _layout->addWidget(control, share);
     }
 

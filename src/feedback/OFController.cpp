@@ -13,6 +13,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QLayout>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -23,6 +24,13 @@
 
 #include <algorithm>
 #include <utility>
+
+namespace {
+
+// What window managers put around a window; it is not known before that is shown.
+constexpr QSize UsualFrame { 16, 48 };
+
+} // namespace
 
 OFController::OFController(
     OpenFeedback &reporter, const Desktop &desktop, const InfoDictionary &info)
@@ -172,15 +180,19 @@ void OFController::place()
 {
     QScreen *const pointed = QGuiApplication::screenAt(QCursor::pos());
     QScreen *const wanted = pointed != nullptr ? pointed : QGuiApplication::primaryScreen();
-    if (!testAttribute(Qt::WA_Resized)) {
-        adjustSize();
+    if (wanted == nullptr || wanted == _screen) {
+        return;
     }
-    if (wanted != nullptr && wanted != _screen) {
-        _screen = wanted;
-        const QRect available = wanted->availableGeometry();
-        const QPoint place = available.center() - rect().center();
-        move(std::max(place.x(), available.left()), std::max(place.y(), available.top()));
+    const QRect available = wanted->availableGeometry();
+    if (_screen == nullptr) {
+        // Qt would leave it two thirds of the screen, too little for large fonts.
+        const QSize most = available.size() - UsualFrame;
+        const int width = std::min(sizeHint().width(), most.width());
+        resize(width, std::min(layout()->totalHeightForWidth(width), most.height()));
     }
+    _screen = wanted;
+    const QPoint place = available.center() - QRect({}, size() + UsualFrame).center();
+    move(std::max(place.x(), available.left()), std::max(place.y(), available.top()));
 }
 
 // Of the form that is shown, the one that must not be empty.

@@ -2,6 +2,7 @@
 
 #include "feedback/OFController.h"
 #include "platform/Desktop.h"
+#include "shell/ShellTest.h"
 #include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 #include "support/NotificationCenter.h"
@@ -123,6 +124,7 @@ class OpenFeedbackTest : public TestCase
 
 private Q_SLOTS:
     void initTestCase() { qputenv("no_proxy", "127.0.0.1,localhost"); }
+    void init() { expectNoWarnings(); }
     void form_arrivesAsItWasFilledIn_data();
     void form_arrivesAsItWasFilledIn();
     void sendButton_needsATextAndAnAddressToAnswer();

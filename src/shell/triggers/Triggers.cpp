@@ -34,8 +34,6 @@ Triggers::Triggers(Desktop &desktop, QMenu &statusItemMenu, Action action, Actio
     , _hotKeyAction(std::move(hotKeyAction))
 { }
 
-Triggers::~Triggers() = default;
-
 void Triggers::start()
 {
     if (std::exchange(_isStarted, true)) {

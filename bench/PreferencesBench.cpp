@@ -25,8 +25,8 @@ std::unique_ptr<PreferencesWindow> makePreferences()
 {
     const HotKeyChoice noHotKey { [](int, int) {}, [] { return QString(); },
         [](quint32) { return QStringList(); } };
-    return std::make_unique<PreferencesWindow>(
-        noHotKey, shown->desktop->items(), shown->panel.get());
+    return std::make_unique<PreferencesWindow>(noHotKey, shown->desktop->items(),
+        PreferenceTabs::UpdateChecks::Offered, shown->panel.get());
 }
 
 // What this thread has worked, in nanoseconds: what else the machine does makes it no longer.

@@ -212,7 +212,7 @@ void OpenFeedbackTest::form_arrivesAsItWasFilledIn()
     QCOMPARE(server.requests().count(), 1);
     const Request &request = server.requests().first();
     QCOMPARE(request.line, "POST /feedback HTTP/1.1");
-    QVERIFY(request.head.contains("Content-Type: application/x-www-form-urlencoded\r\n"));
+    QVERIFY(request.head.toLower().contains("content-type: application/x-www-form-urlencoded\r\n"));
     fields << "appname=ortu"
            << "appversion=" ORTU_VERSION << "systemversion=" + versionOfSystem();
     std::sort(fields.begin(), fields.end());

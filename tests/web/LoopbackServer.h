@@ -82,7 +82,8 @@ private:
 
     static qsizetype length(const QByteArray &head)
     {
-        static const QRegularExpression field(u"Content-Length: (\\d+)\r\n"_s);
+        static const QRegularExpression field(
+            u"Content-Length: (\\d+)\r\n"_s, QRegularExpression::CaseInsensitiveOption);
         return field.match(QString::fromLatin1(head)).captured(1).toLongLong();
     }
 

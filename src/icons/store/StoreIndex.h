@@ -33,7 +33,7 @@ struct ColorQuestion
     float minLuminosity = 0;
 };
 
-// A picture, or the knowledge that there is none to be had from its files.
+// A picture, or the fact that none can be made from its files.
 struct PictureRecord
 {
     PictureKey key;

@@ -1,5 +1,5 @@
 // The desktop entries of the session, read on a thread of its own while the start does something
-// else. Whoever needs an entry that has not been read yet reads it as if there were no thread.
+// else. A caller that needs an entry which is not read yet reads it itself.
 
 #pragma once
 

@@ -1,18 +1,16 @@
 // Puts the program together: the desktop, the preferences, and then what the command line asks for.
+// The platform is the one whose folder the build links.
 
 #include "commands/Commands.h"
 #include "commands/Output.h"
-#include "platform/freedesktop/FreedesktopDesktop.h"
-#include "platform/freedesktop/FreedesktopWording.h"
-#include "platform/freedesktop/base/Languages.h"
-#include "platform/freedesktop/crash/CrashReporter.h"
+#include "platform/Platform.h"
 #include "shell/OTNSAppSubclass.h"
 #include "support/Printable.h"
 #include "support/Translations.h"
 #include "support/UserDefaults.h"
 
-#include <QFile>
-#include <QThreadPool>
+#include <QGuiApplication>
+#include <QTranslator>
 
 #include <cstdio>
 #include <cstdlib>
@@ -31,38 +29,6 @@ QStringList argumentsOf(int argc, char **argv)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     }
     return arguments;
-}
-
-// What is wrong with the folders that the environment names; empty when nothing is. Qt takes names
-// for UTF-8 and would go on with another folder.
-QString wrongFolder()
-{
-    for (const char *const variable :
-        { "HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME" }) {
-        const QByteArray value = qgetenv(variable);
-        const QString folder = QFile::decodeName(value);
-        if (QFile::encodeName(folder) != value) {
-            return QStringLiteral("cannot use %1=%2: not valid UTF-8")
-                .arg(QLatin1String(variable), folder);
-        }
-    }
-    return {};
-}
-
-bool isDisplayAnnounced()
-{
-    return !qEnvironmentVariableIsEmpty("DISPLAY")
-        || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
-        || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-}
-
-// Only X lets a program have hot keys and choose the places of its windows; nearly every session
-// offers it.
-void preferX()
-{
-    if (!qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "xcb;wayland");
-    }
 }
 
 std::unique_ptr<QCoreApplication> makeApplication(Commands::Drawing drawing, int &argc, char **argv)
@@ -117,7 +83,8 @@ std::unique_ptr<QCoreApplication> makeApplicationWithoutDisplay(
 }
 
 // What the command line asks for; without an instance, all but what shows something.
-int carryOut(const Invocation &invocation, Desktop &desktop, SingleInstance *instance)
+int carryOut(
+    const Invocation &invocation, Platform &platform, Desktop &desktop, SingleInstance *instance)
 {
     if (const QString problem = Commands::applySettings(invocation); !problem.isEmpty()) {
         return Output::fail(problem, WrongUse);
@@ -125,17 +92,17 @@ int carryOut(const Invocation &invocation, Desktop &desktop, SingleInstance *ins
     if (instance == nullptr) {
         return Commands::run(invocation, desktop);
     }
-    QThreadPool::globalInstance()->start(CrashReporter::removeOldLogs);
+    platform.removeOldCrashLogs();
     return Commands::start(invocation, desktop, *instance);
 }
 
 // Starts the program where an instance is given, and does anything else without.
-int perform(const Invocation &invocation, std::unique_ptr<SingleInstance> instance, char **argv)
+int perform(const Invocation &invocation, Platform &platform,
+    std::unique_ptr<SingleInstance> instance, char **argv)
 {
     // Beside the making of the application, which mostly waits for the display.
-    std::shared_ptr<EntryReading> reading;
     if (instance) {
-        reading = readFreedesktopEntries();
+        platform.readAhead();
     }
     // Qt must not take options of its own from a command line that has been read already.
     int ownArgumentCount = 1;
@@ -146,23 +113,23 @@ int perform(const Invocation &invocation, std::unique_ptr<SingleInstance> instan
     }
     QCoreApplication::setApplicationName(QStringLiteral("ortu"));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.ortu.Ortu"));
-    FreedesktopWording wording;
-    QCoreApplication::installTranslator(&wording);
+    const std::unique_ptr<QTranslator> wording = platform.makeWording();
+    QCoreApplication::installTranslator(wording.get());
     // Asked before the wording, which is English.
-    const Translations translations(Languages::preferred());
+    const Translations translations(platform.languages());
 
     // The next start may come once this is gone, so it goes after the desktop with its hot key. It
     // goes before the application, whose end refuses the calls that nothing has handled: a start
     // would take that for the answer of another program while the name is still held.
     std::unique_ptr<SingleInstance> claimed = std::move(instance);
-    const std::unique_ptr<Desktop> desktop = makeFreedesktopDesktop(std::move(reading));
+    const std::unique_ptr<Desktop> desktop = platform.makeDesktop();
     auto defaults = std::make_unique<UserDefaults>(
-        desktop->searchPaths().configurationFolder() + QStringLiteral("/Preferences.plist"),
+        desktop->searchPaths().configurationFile(QStringLiteral("Preferences.plist")),
         Commands::mayWrite(invocation) ? UserDefaults::Writing::Allowed
                                        : UserDefaults::Writing::Never);
     UserDefaults::setStandard(defaults.get());
     Commands::registerDefaults(*desktop);
-    const int result = carryOut(invocation, *desktop, claimed.get());
+    const int result = carryOut(invocation, platform, *desktop, claimed.get());
     UserDefaults::setStandard(nullptr);
     defaults.reset();
     if (Commands::isDecoding()) {
@@ -183,13 +150,14 @@ extern "C" __attribute__((visibility("default"))) int ortuRun(
     if (!invocation.error.isEmpty()) {
         return Output::fail(invocation.error, WrongUse);
     }
-    if (const QString problem = wrongFolder(); !problem.isEmpty()) {
+    const std::unique_ptr<Platform> platform = makePlatform();
+    if (const QString problem = platform->environmentProblem(); !problem.isEmpty()) {
         return Output::fail(problem);
     }
-    CrashReporter::install();
+    platform->installCrashReporter();
     std::unique_ptr<SingleInstance> instance;
     if (Commands::concernsInstance(invocation)) {
-        instance = makeFreedesktopInstance();
+        instance = platform->makeInstance();
         const bool isAlone = isKnownToBeAlone && Commands::startsProgram(invocation);
         const auto result = invocation.isService || isAlone
             ? std::nullopt
@@ -198,11 +166,10 @@ extern "C" __attribute__((visibility("default"))) int ortuRun(
             return *result;
         }
     }
-    if (instance && !isDisplayAnnounced()) {
-        return Output::fail(QStringLiteral("there is no display to show anything on"));
-    }
     if (instance) {
-        preferX();
+        if (const QString problem = platform->chooseDisplay(); !problem.isEmpty()) {
+            return Output::fail(problem);
+        }
     }
-    return perform(invocation, std::move(instance), argv);
+    return perform(invocation, *platform, std::move(instance), argv);
 }

@@ -70,7 +70,7 @@ int Commands::run(const Invocation &invocation, Desktop &desktop)
     case Verb::Layout:
         return layout(invocation, desktop);
     case Verb::Defaults:
-        return defaults(invocation);
+        return defaults(invocation, desktop);
     case Verb::Screenshot:
         return screenshot(invocation, desktop);
     case Verb::Help:

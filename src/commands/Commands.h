@@ -51,7 +51,7 @@ bool isDecoding();
 int list(const Invocation &invocation, Desktop &desktop);
 int colors(const Invocation &invocation, Desktop &desktop);
 int layout(const Invocation &invocation, Desktop &desktop);
-int defaults(const Invocation &invocation);
+int defaults(const Invocation &invocation, const Desktop &desktop);
 int screenshot(const Invocation &invocation, Desktop &desktop);
 
 } // namespace Commands

@@ -1,6 +1,7 @@
 #include "commands/Commands.h"
 #include "commands/Output.h"
 #include "commands/PreferenceText.h"
+#include "platform/Desktop.h"
 #include "support/UserDefaults.h"
 
 #include <QJsonObject>
@@ -55,9 +56,13 @@ int printPreferences(const QStringList &keys, bool isJson)
 
 } // namespace
 
-int Commands::defaults(const Invocation &invocation)
+int Commands::defaults(const Invocation &invocation, const Desktop &desktop)
 {
     UserDefaults &defaults = UserDefaults::standard();
+    const bool isChange = invocation.resetKey || invocation.value;
+    if (isChange && desktop.searchPaths().configurationFolder().isEmpty()) {
+        return Output::fail(QStringLiteral("this desktop has no folder for preferences"));
+    }
     if (invocation.resetKey) {
         if (isUnknown(*invocation.resetKey)) {
             return unknownKey(*invocation.resetKey);

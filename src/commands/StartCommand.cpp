@@ -63,7 +63,7 @@ int Commands::start(const Invocation &invocation, Desktop &desktop, SingleInstan
     }
     const Alerts::PresenterScope alerts(AlertDialog::run);
     const InfoDictionary info(
-        desktop.searchPaths().configurationFolder() + QStringLiteral("/Info.plist"));
+        desktop.searchPaths().configurationFile(QStringLiteral("Info.plist")));
     OTAppManager manager(desktop);
     OTWindow window(manager, desktop);
     OTController controller(desktop, manager, window, info);

@@ -20,6 +20,12 @@ public:
     virtual QString libraryFolder(Domain) const { return {}; }
     // The program's own folder for preferences.
     virtual QString configurationFolder() const { return {}; }
+    // The path of a file in it; empty where there is no such folder.
+    QString configurationFile(const QString &name) const
+    {
+        const QString folder = configurationFolder();
+        return folder.isEmpty() ? QString() : folder + QLatin1Char('/') + name;
+    }
     // The program's own folder for what can be made anew and may be deleted at any time.
     virtual QString cacheFolder() const { return {}; }
     // The folders in which a user expects applications to be found, in the desktop's order, each

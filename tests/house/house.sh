@@ -28,5 +28,6 @@ $hits"
 match '\b(SIGNAL|SLOT)\(' 'connect by pointer' '^(src|tests)/'
 match '\b(throw|try|catch)\b[^a-z"]*[;({]' 'no exception code' '^src/'
 match '^[[:space:]]*#[[:space:]]*if' '#if only in src/platform' '^src/' '^src/platform/'
+match '"platform/freedesktop/' 'the build alone chooses a platform' '^src/' '^src/platform/freedesktop/'
 match '\b(qWait|qSleep|sleep_for|usleep|msleep|nanosleep)\(' 'no fixed waits in tests' '^tests/'
 exit $bad

@@ -1,4 +1,4 @@
-// The freedesktop desktop: the one header of this folder that the rest of the program sees.
+// The freedesktop desktop. The program comes to it through makePlatform().
 
 #pragma once
 

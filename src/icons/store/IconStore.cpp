@@ -254,6 +254,8 @@ void IconStore::keep(const IconSource &source, int size, const DecodedIcon &icon
         return;
     }
     const QMutexLocker lock(&_mutex);
+    // An application that is a folder has no answer that could be kept.
+    _isUsed = true;
     Entry &entry = _entries[record.key];
     // One that failed again is nothing new.
     _isChanged = _isChanged || !image.isNull() || entry.record.origins != origins;

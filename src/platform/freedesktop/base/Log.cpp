@@ -1,3 +1,0 @@
-#include "platform/freedesktop/base/Log.h"
-
-Q_LOGGING_CATEGORY(lcPlatform, "ortu.platform", QtInfoMsg)

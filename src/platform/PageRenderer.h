@@ -34,5 +34,5 @@ public:
     Q_DISABLE_COPY_MOVE(PageRenderer)
 
     // Null, after one log line, for a file that is no such document, and where none can be shown.
-    virtual std::unique_ptr<PagedDocument> open(const QString & /*path*/) const { return nullptr; }
+    virtual std::unique_ptr<PagedDocument> open(const QString &path) const;
 };

@@ -1,7 +1,7 @@
 // The one running program of a session, and how other starts of it talk to it.
 //
-// The base class is a session in which programs cannot find each other: there is no one to tell
-// anything, and no request ever comes.
+// The base class is a session in which programs cannot find each other: each start is a program of
+// its own, none can be told anything, and no request ever comes.
 
 #pragma once
 
@@ -50,7 +50,7 @@ public:
         Granted,
         // Another one is.
         Taken,
-        // None can be the only one; one line has said why.
+        // None can be the only one. One line has said why, unless the session is like that.
         Impossible,
     };
 

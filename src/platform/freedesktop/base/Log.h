@@ -1,7 +1,5 @@
-// The log category of this folder.
+// The log category of the adapters, which is that of the interfaces.
 
 #pragma once
 
-#include <QLoggingCategory>
-
-Q_DECLARE_LOGGING_CATEGORY(lcPlatform)
+#include "platform/Log.h"

@@ -48,11 +48,14 @@ class NamedFolders final : public Items
 
 class Colours final : public IconProvider
 {
-    IconSource resolve(const QString &path, int) const override { return { path }; }
+    IconSource resolve(const QString &path, int) const override
+    {
+        return { path + QStringLiteral("/icon") };
+    }
     QImage decode(const IconSource &source, int size) const override
     {
         QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
-        image.fill(QColor(QFileInfo(source.file).baseName()));
+        image.fill(QColor(QFileInfo(QFileInfo(source.file).path()).baseName()));
         return image;
     }
 };

@@ -14,7 +14,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         for (const char *name : { "red", "lime", "more/blue" }) {
-            _runner.write(u"apps/%1.app/file"_s.arg(QLatin1String(name)), {});
+            _runner.write(u"apps/%1.app/icon"_s.arg(QLatin1String(name)), {});
         }
         _runner.set("TMPDIR", _runner.path(u"."_s));
         _runner.set("PORTED_KEYS", u"lime\r"_s);

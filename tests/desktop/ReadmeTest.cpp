@@ -1,6 +1,7 @@
-// Every call in the README's table of the command line, with and without its optional parts, made
-// of the real program: it succeeds without a complaint, and shows, prints or draws something. The
-// session is German, and what goes to scripts is English all the same.
+// Every call that README.md and docs/commands.md name, with and without its optional parts, made of
+// the real program: it succeeds without a complaint, and shows, prints or draws something. The
+// session is German, and what goes to scripts is English all the same. The preferences are those of
+// docs/preferences.md.
 
 #include "desktop/ProgramRunner.h"
 
@@ -57,6 +58,22 @@ private Q_SLOTS:
         }
     }
 
+    void preferencesAreThose()
+    {
+        const QJsonObject all = _runner.run({ u"--defaults"_s, u"--json"_s }).json().object();
+        QVERIFY(!all.isEmpty());
+        const QRegularExpression row(u"^\\| (`[^|]*`) \\|"_s, QRegularExpression::MultilineOption);
+        const QString text = textOf(u"docs/preferences.md"_s);
+        QStringList keys;
+        for (const auto &match : row.globalMatch(text)) {
+            keys += match.captured(1).remove(u'`').split(u", "_s);
+        }
+        QVERIFY(keys.size() > 40);
+        for (const QString &key : std::as_const(keys)) {
+            QVERIFY2(all.contains(key), qPrintable(key));
+        }
+    }
+
     void cleanupTestCase()
     {
         _ortu.terminate();
@@ -64,13 +81,17 @@ private Q_SLOTS:
     }
 
 private:
-    // What stands as code in the README and begins like that, without the code's marks.
+    static QString textOf(const QString &document)
+    {
+        return QString::fromUtf8(load(QStringLiteral(DOCUMENTS "/") + document));
+    }
+    // What stands as code in the documents and begins like that, without the code's marks.
     static QStringList documented(const QString &start)
     {
         QStringList found;
         const QRegularExpression code(u"`(%1[^`]*)`"_s.arg(start));
-        for (const auto &match :
-            code.globalMatch(QString::fromUtf8(load(QStringLiteral(README))))) {
+        const QString text = textOf(u"README.md"_s) + textOf(u"docs/commands.md"_s);
+        for (const auto &match : code.globalMatch(text)) {
             found.append(match.captured(1).replace(u"\\|"_s, u"|"_s));
         }
         return found;

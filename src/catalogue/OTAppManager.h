@@ -131,6 +131,8 @@ public:
     void autoExcludeDockApps(bool dockApps, bool namedApps);
     // Looks for favourites that are gone, by name, among the applications that are no favourites.
     void locateUserApps();
+    // Tries once more to write what could not be written of favourites and exclusions.
+    void writeAgain() { _files.writeAgain(); }
 
     void rebuildDependentApps();
     void rebuildEverythingSet();

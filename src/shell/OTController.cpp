@@ -100,8 +100,13 @@ void OTController::awakeFromNib()
         const QWidget &gear = _mainWindow.prefsButton();
         openMainMenu(gear.mapToGlobal(gear.rect().bottomLeft()));
     });
-    // No icon can take the files any more.
-    connect(&_mainWindow, &OTWindow::hidden, this, [] { DropStack::sharedDropStack().free(); });
+    connect(&_mainWindow, &OTWindow::hidden, this, [this] {
+        // No icon can take the files any more.
+        DropStack::sharedDropStack().free();
+        // There may be room on the disk by now.
+        _appManager.writeAgain();
+        _userDefaults.writeAgain();
+    });
     connect(&_mainWindow, &OTWindow::menuWanted, this, &OTController::openMainMenu);
     OTIconOverlayView *const overlay = &_mainWindow.overlay();
     connect(&_mainMenu.menu(), &QMenu::aboutToShow, overlay,

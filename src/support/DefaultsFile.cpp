@@ -109,6 +109,13 @@ bool DefaultsFile::synchronize()
     return _isLastWriteGood;
 }
 
+void DefaultsFile::writeAgain()
+{
+    if (!_waiting.isEmpty()) {
+        _writer.request();
+    }
+}
+
 void DefaultsFile::readAgain()
 {
     // Until the write ends it is not known whether the file has these changes.

@@ -44,6 +44,8 @@ public:
     void change(const QString &key, const QVariant &value);
     // Writes everything that is not written yet. False when that fails.
     bool synchronize();
+    // Asks for another write when one failed.
+    void writeAgain();
 
 Q_SIGNALS:
     // The watch found that another program changed the file.

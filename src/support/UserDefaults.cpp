@@ -311,6 +311,13 @@ bool UserDefaults::synchronize()
     return d->file.synchronize();
 }
 
+void UserDefaults::writeAgain()
+{
+    if (!d->writeProblem.isEmpty()) {
+        d->file.writeAgain();
+    }
+}
+
 bool UserDefaults::isFixedForThisRun(const QString &key) const
 {
     return d->thisRun.contains(key);

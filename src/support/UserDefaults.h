@@ -75,6 +75,9 @@ public:
     // Writes at once what is not written yet, what failed before included, and waits for that.
     // False when it fails. Happens by itself when the event loop of the application ends.
     bool synchronize();
+    // Has what could not be written tried once more, on the other thread; costs nothing where there
+    // is no such thing.
+    void writeAgain();
 
     // Why the last try to write the file failed; empty when it did not.
     const QString &writeProblem() const;

@@ -73,7 +73,10 @@ CatalogueFiles::CatalogueFiles(const SearchPaths &searchPaths, Writing writing)
     }
 }
 
-CatalogueFiles::~CatalogueFiles() = default;
+CatalogueFiles::~CatalogueFiles()
+{
+    writeAgain();
+}
 
 QString CatalogueFiles::userApplicationSupportFolder() const
 {
@@ -135,7 +138,7 @@ void CatalogueFiles::readExclusions()
         sayUnusable(path, local.error);
     }
     user.add(flattened(standardized(local.paths)));
-    writeRestored();
+    writeAgain();
 }
 
 void CatalogueFiles::readFavourites()
@@ -157,7 +160,7 @@ void CatalogueFiles::readFavourites()
     } else if (!flat.paths().isEmpty() && !bunches.isKnown()) {
         restoreOrder(List::UserApps, List::UserApps1D);
     }
-    writeRestored();
+    writeAgain();
 }
 
 bool CatalogueFiles::restoreFormer(List list)
@@ -190,7 +193,7 @@ void CatalogueFiles::restoreOrder(List lost, List other)
     at(lost).restore(merged(former, now, (before - wanted) + (wanted - before)));
 }
 
-void CatalogueFiles::writeRestored()
+void CatalogueFiles::writeAgain()
 {
     if (std::any_of(_lists.begin(), _lists.end(), std::mem_fn(&StoredPaths::isUnwritten))) {
         write();

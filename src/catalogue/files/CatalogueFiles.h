@@ -1,8 +1,8 @@
 // The files in which the catalogue's lists outlive the program: property lists that hold paths.
 //
 // Exclusions and favourites are the user's: StoredPaths keeps them, they are written under the lock
-// of their folder, and whatever cannot be written is written with the next change. The scan result
-// is replaced as a whole, since a scan can make it again. A file that cannot be read, or has
+// of their folder, and whatever cannot be written is written with the next change, by writeAgain(),
+// or at the end. The scan result is replaced as a whole, since a scan can make it again. A file that cannot be read, or has
 // another shape, is set aside and never overwritten. Each such case is one log line. Main thread
 // only.
 
@@ -61,6 +61,8 @@ public:
     // Takes over what changed in lists that belong together, and writes them. When they cannot be
     // written the user is told, once until they can.
     void store(const QList<Change> &changes);
+    // Tries once more to write what could not be written; costs nothing where there is no such thing.
+    void writeAgain();
 
 Q_SIGNALS:
     // Another program has changed a list.
@@ -72,7 +74,6 @@ private:
     bool restoreFormer(List list);
     void sayRestored(List list, const QString &whatIsLost) const;
     void restoreOrder(List lost, List other);
-    void writeRestored();
     void readAgain();
     void write();
     void writeLists(QString *error);

@@ -149,6 +149,8 @@ private Q_SLOTS:
             { u"! ! ab|c| - ab|c| abc|"_s, true },
             { u"- ! ab|c| cba| ab|c| cba|"_s, true },
             { u"- - - -  "_s, false },
+            { u"ab|c| ca| - - ab|c| cab|"_s, false },
+            { u"b|c| cab| - - b|c| cb|"_s, false },
             { u"0 0 ab|c| cba|  "_s, false },
         };
         for (const auto &[row, isFormerUsed] : rows) {

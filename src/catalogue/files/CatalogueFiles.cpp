@@ -159,6 +159,8 @@ void CatalogueFiles::readFavourites()
         restoreOrder(List::UserApps1D, List::UserApps);
     } else if (!flat.paths().isEmpty() && !bunches.isKnown()) {
         restoreOrder(List::UserApps, List::UserApps1D);
+    } else if (!bunches.paths().isEmpty() && !bunches.isUnwritten()) {
+        completeFlatOrder();
     }
     writeAgain();
 }
@@ -191,6 +193,27 @@ void CatalogueFiles::restoreOrder(List lost, List other)
     const QSet<QString> before = pathsOf(former);
     const QSet<QString> wanted = pathsOf(now);
     at(lost).restore(merged(former, now, (before - wanted) + (wanted - before)));
+}
+
+// New favourites stand at the end of the flat order.
+void CatalogueFiles::completeFlatOrder()
+{
+    StoredPaths &flat = at(List::UserApps1D);
+    const QStringList favourites = flattened(at(List::UserApps).paths());
+    const QSet<QString> wanted = pathsOf({ favourites });
+    const QSet<QString> present = pathsOf(flat.paths());
+    const QSet<QString> changed = (wanted - present) + (present - wanted);
+    if (changed.isEmpty()) {
+        return;
+    }
+    QStringList order = flattened(flat.paths());
+    order.removeIf([&](const QString &path) { return !wanted.contains(path); });
+    for (const QString &path : favourites) {
+        if (!present.contains(path)) {
+            order.append(path);
+        }
+    }
+    flat.change({ order }, changed);
 }
 
 void CatalogueFiles::writeAgain()

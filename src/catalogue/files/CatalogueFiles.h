@@ -51,6 +51,9 @@ public:
     void readExclusions();
     // Reads both orders of the favourites. One that is lost is made again from the other, and both
     // from what they were before, which the user is told.
+    //
+    // A program may have been killed between the two: which applications are favourites is then what
+    // the bunches say, which are written first.
     void readFavourites();
 
     const PathBunches &stored(List list) const { return at(list).paths(); }
@@ -74,6 +77,7 @@ private:
     bool restoreFormer(List list);
     void sayRestored(List list, const QString &whatIsLost) const;
     void restoreOrder(List lost, List other);
+    void completeFlatOrder();
     void readAgain();
     void write();
     void writeLists(QString *error);

@@ -13,7 +13,8 @@ FeedbackDraft::FeedbackDraft(const QString &folder)
 
 QVariantMap FeedbackDraft::read()
 {
-    if (_path.isEmpty()) {
+    // A program that was killed may have left an empty file, before the first text was in it.
+    if (_path.isEmpty() || QFileInfo(_path).size() == 0) {
         return {};
     }
     const PropertyList::Document document = PropertyList::readFile(_path);
@@ -37,9 +38,8 @@ void FeedbackDraft::write(const QVariantMap &texts)
     if (_path.isEmpty() || kept == _written) {
         return;
     }
-    _written = kept;
     if (kept.isEmpty()) {
-        QFile::remove(_path);
+        _written = QFile::remove(_path) ? kept : _written;
         return;
     }
     QDir().mkpath(QFileInfo(_path).path());
@@ -48,5 +48,6 @@ void FeedbackDraft::write(const QVariantMap &texts)
     if (!file.exists() && file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
     }
-    PropertyList::writeFile(_path, kept);
+    // What could not be written is tried again the next time.
+    _written = PropertyList::writeFile(_path, kept) ? kept : _written;
 }

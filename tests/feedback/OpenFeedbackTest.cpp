@@ -339,6 +339,11 @@ void OpenFeedbackTest::draft_isKeptUntilItIsSent()
         const Program program(address, state);
         QVERIFY(!QFile::exists(state));
         program.outlets.txtQuestion->setPlainText(u"<Why\x1b?>\n"_s);
+        save(state, "a file, where a folder belongs");
+        program.window.presentFeedbackPanelForSupport();
+        expectWarning(u"^cannot write .*Draft.plist: Not a directory"_s);
+        program.window.close();
+        QVERIFY(QFile::remove(state));
     }
     QCOMPARE(QFile::permissions(draft) & ~(QFile::ReadUser | QFile::WriteUser),
         QFile::ReadOwner | QFile::WriteOwner);
@@ -356,6 +361,9 @@ void OpenFeedbackTest::draft_isKeptUntilItIsSent()
     program.ask(program.outlets.txtFeature->toPlainText());
     QTRY_COMPARE(program.alerts, QStringList { sent });
     QVERIFY(!QFile::exists(draft));
+    // Of a program that was killed.
+    save(draft, {});
+    QCOMPARE(Program(address, state).outlets.txtQuestion->toPlainText(), QString());
 }
 
 void OpenFeedbackTest::delegate_changesOrRefusesTheForm()

@@ -17,6 +17,11 @@ QString unusedName()
 
 BusConnection::~BusConnection()
 {
+    close();
+}
+
+void BusConnection::close()
+{
     if (_connection) {
         _connection.reset();
         QDBusConnection::disconnectFromBus(_name);

@@ -19,10 +19,12 @@ public:
     ~BusConnection();
     Q_DISABLE_COPY_MOVE(BusConnection)
 
-    // Tries once. Where the session has no bus, none is started; one that does not answer counts as
-    // none after some seconds.
+    // Tries once, until it is closed. Where the session has no bus, none is started; one that does
+    // not answer counts as none after some seconds.
     QDBusConnection get();
     bool isOpen() const { return _connection && _connection->isConnected(); }
+    // The next get() tries anew.
+    void close();
 
 private:
     QString _name;

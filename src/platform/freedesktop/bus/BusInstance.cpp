@@ -2,15 +2,27 @@
 
 #include "platform/freedesktop/base/Log.h"
 #include "platform/freedesktop/bus/BusInterfaces.h"
+#include "platform/freedesktop/bus/BusSilence.h"
 #include "platform/freedesktop/bus/InstanceMessage.h"
+#include "platform/freedesktop/bus/SessionBus.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
 
+#include <algorithm>
+
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr QLatin1String busService("org.freedesktop.DBus");
+
+// Between two looks for a bus that is gone; each wait is twice the one before.
+constexpr std::chrono::milliseconds firstWait = 50ms;
+constexpr std::chrono::milliseconds longestWait = 10s;
+// A bus that says nothing for so long is not waited for, as the main thread stands still.
+constexpr std::chrono::milliseconds longestSilence = 200ms;
 
 // The bus itself answers for a name that has no owner, and for a program that ends before it
 // answers.
@@ -34,7 +46,10 @@ InstanceAnswer strangersAnswer()
 
 BusInstance::BusInstance(std::chrono::milliseconds patience)
     : _patience(patience)
-{ }
+{
+    _wait.setSingleShot(true);
+    connect(&_wait, &QTimer::timeout, this, &BusInstance::claimAgain);
+}
 
 // Gives the name back in a round trip, and sends the answers that wait for that in another: they
 // are on their way by then, even if the program ends right now.
@@ -130,21 +145,18 @@ SingleInstance::Claim BusInstance::claim(Status status)
     if (_isGranted) {
         return Claim::Granted;
     }
-    const QDBusConnection bus = _bus.get();
-    if (!bus.isConnected()) {
+    _status = std::move(status);
+    if (!_bus.get().isConnected()) {
         qCWarning(lcPlatform, "there is no session bus, so other starts cannot find this one");
+        if (!SessionBus::isAddressOurs()) {
+            _wait.start(firstWait);
+        }
         return Claim::Impossible;
     }
-    offer(status);
-    const auto reply = bus.interface()->registerService(QLatin1String(InstanceMessage::service),
-        QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
-    if (reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered) {
-        _isGranted = true;
-        watchBus();
+    const auto reply = requestName();
+    if (_isGranted) {
         return Claim::Granted;
     }
-    _bus.get().unregisterObject(QLatin1String(InstanceMessage::path));
-    _object.reset();
     if (reply.isValid()) {
         return Claim::Taken;
     }
@@ -154,14 +166,31 @@ SingleInstance::Claim BusInstance::claim(Status status)
     return Claim::Impossible;
 }
 
+// Valid when the bus has answered.
+QDBusReply<QDBusConnectionInterface::RegisterServiceReply> BusInstance::requestName()
+{
+    offer();
+    const auto reply = _bus.get().interface()->registerService(
+        QLatin1String(InstanceMessage::service), QDBusConnectionInterface::DontQueueService,
+        QDBusConnectionInterface::DontAllowReplacement);
+    _isGranted = reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
+    if (_isGranted) {
+        watchBus();
+    } else {
+        _bus.get().unregisterObject(QLatin1String(InstanceMessage::path));
+        _object.reset();
+    }
+    return reply;
+}
+
 // Before the name is ours: programs that wait for it ask at once.
-void BusInstance::offer(const Status &status)
+void BusInstance::offer()
 {
     _object = std::make_unique<QObject>();
     // Both belong to the object.
     new ApplicationInterface(_object.get(), _bus.get(),
         [this](const auto &request, const auto &call) { hear(request, call); });
-    new StatusInterface(_object.get(), status);
+    new StatusInterface(_object.get(), _status);
     _bus.get().registerObject(QLatin1String(InstanceMessage::path), _object.get());
 }
 
@@ -180,7 +209,31 @@ void BusInstance::hear(InstanceRequest request, const QDBusMessage &call)
 void BusInstance::watchBus()
 {
     auto *const local = new LocalInterface(_bus.get(), _object.get());
-    connect(local, &LocalInterface::Disconnected, this, [] {
-        qCWarning(lcPlatform, "the session bus is gone, so other starts cannot find this one");
-    });
+    connect(local, &LocalInterface::Disconnected, this, &BusInstance::loseBus);
+}
+
+void BusInstance::loseBus()
+{
+    qCWarning(lcPlatform, "the session bus is gone, so other starts cannot find this one");
+    _isGranted = false;
+    _wait.start(firstWait);
+}
+
+void BusInstance::claimAgain()
+{
+    _object.reset();
+    _quitCalls.clear();
+    _bus.close();
+    const bool isBack = !isBusSilent(qgetenv("DBUS_SESSION_BUS_ADDRESS"), longestSilence)
+        && _bus.get().isConnected();
+    if (isBack && requestName().isValid()) {
+        if (!_isGranted
+            && tell({ InstanceRequest::Verb::Status, {}, {} }).outcome
+                == InstanceAnswer::Outcome::Done) {
+            qCWarning(lcPlatform, "another Ortu has been started meanwhile, so this one ends");
+            Q_EMIT requested({ InstanceRequest::Verb::Quit, {}, {} });
+        }
+        return;
+    }
+    _wait.start(std::min(_wait.intervalAsDuration() * 2, longestWait));
 }

@@ -26,6 +26,11 @@ std::optional<QString> Items::genericNameOf(const QString &) const
     return std::nullopt;
 }
 
+ItemWords Items::wordsOf(const QString &) const
+{
+    return {};
+}
+
 QString Items::refusal(const QString &) const
 {
     return {};

@@ -26,6 +26,22 @@ struct ItemFlags
     bool isPackage = false;
 };
 
+// What else an application can be found by, besides the name that people see. Texts are empty where
+// the application does not say.
+struct ItemWords
+{
+    QString untranslatedName;
+    // In the user's language where there is a translation.
+    QString genericName;
+    QString untranslatedGenericName;
+    QStringList keywords;
+    QStringList untranslatedKeywords;
+    // The file name of its program.
+    QString command;
+    // It may have actions.
+    bool hasActions = false;
+};
+
 class Items
 {
 public:
@@ -52,6 +68,9 @@ public:
     // "Text Editor"; empty when it does not say. No value for a bundle that people know by its
     // path.
     virtual std::optional<QString> genericNameOf(const QString &path) const;
+
+    // By what else the bundle at a path can be found. Reads a small file each time.
+    virtual ItemWords wordsOf(const QString &path) const;
 
     // What stands in for the application at a path, which may be gone: where users change an
     // application by a copy in another place, the copy masks the original until it is deleted. The

@@ -32,7 +32,7 @@ Findable itemOf(int seed)
         words.keywords.append(text(seed + i, 1));
         words.untranslatedKeywords.append(text(seed + 50 + i, 1));
     }
-    words.command = text(seed, 1).toLower();
+    words.commands = { text(seed, 1).toLower() };
     QList<ApplicationActions::Action> actions;
     if (seed % 4 == 0) {
         actions = { { QStringLiteral("w"), QStringLiteral("New Window") },

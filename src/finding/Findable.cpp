@@ -13,7 +13,9 @@ Findable::Findable(const QString &displayName, const ItemWords &words,
     add(FoundBy::UntranslatedName, FoldedText(words.untranslatedName));
     add(FoundBy::GenericName, FoldedText(words.genericName));
     add(FoundBy::UntranslatedGenericName, FoldedText(words.untranslatedGenericName));
-    add(FoundBy::Command, FoldedText(words.command));
+    for (const QString &command : words.commands) {
+        add(FoundBy::Command, FoldedText(command));
+    }
     add(FoundBy::Keywords, FoldedText(words.keywords));
     add(FoundBy::UntranslatedKeywords, FoldedText(words.untranslatedKeywords));
     for (const ApplicationActions::Action &action : actions) {

@@ -36,8 +36,8 @@ struct ItemWords
     QString untranslatedGenericName;
     QStringList keywords;
     QStringList untranslatedKeywords;
-    // The file name of its program.
-    QString command;
+    // The file names of the programs that it starts and needs.
+    QStringList commands;
     // It may have actions.
     bool hasActions = false;
 };

@@ -112,7 +112,7 @@ private Q_SLOTS:
             .untranslatedGenericName = u"File Manager"_s,
             .keywords = { u"ordner"_s, u"Platte leeren"_s },
             .untranslatedKeywords = { u"folder"_s, u"disk"_s },
-            .command = u"nautilus"_s,
+            .commands = { u"nautilus"_s },
             .hasActions = true };
         const Findable item(u"Dateien"_s, ofFiles,
             { { u"new"_s, u"Neues Fenster"_s }, { u"priv"_s, u"Neues privates Fenster"_s } });
@@ -160,7 +160,7 @@ private Q_SLOTS:
         for (const QString &text : hostile) {
             ItemWords words;
             words.keywords = QStringList(1'000, text);
-            words.command = text;
+            words.commands = { text };
             const Findable item(text, words, {});
             QVERIFY(item.texts().empty()
                 || item.texts()[0].text.letters().size() <= FoldedText::longest);

@@ -247,6 +247,26 @@ private Q_SLOTS:
         }
     }
 
+    void wordsToFindBy()
+    {
+        Desk desk;
+        const ItemWords words = desk.items.wordsOf(desk.tree.add(u"a.desktop"_s,
+            "[Desktop Entry]\nType=Application\nName[de]=Dateien\nName=Files\nName[fr]=Fichiers\n"
+            "GenericName=Manager\nGenericName[de]=\nKeywords=folder;disk\\;s;;\n"
+            "Keywords[de]=Ordner;\nExec=env A=b -u \"/usr/bin/files one\" %U\n"
+            "TryExec=/usr/bin/nautilus\nActions=new;\n[Desktop Action new]\nName=New\n"));
+        QCOMPARE(words.untranslatedName, u"Files"_s);
+        QCOMPARE(words.genericName + words.untranslatedGenericName, u"ManagerManager"_s);
+        QCOMPARE(words.keywords, QStringList { u"Ordner"_s });
+        QCOMPARE(words.untranslatedKeywords, QStringList({ u"folder"_s, u"disk;s"_s }));
+        QCOMPARE(words.commands, QStringList({ u"files one"_s, u"nautilus"_s }));
+        QVERIFY(words.hasActions);
+        // What is broken or gone says nothing.
+        QVERIFY(desk.items.wordsOf(desk.tree.add(u"b.desktop"_s, "\0Name=x\nExec=\""))
+                    .commands.isEmpty());
+        QVERIFY(desk.items.wordsOf(u"/nowhere.desktop"_s).untranslatedName.isEmpty());
+    }
+
     void iconNames()
     {
         Desk desk;

@@ -2,6 +2,7 @@
 
 #include "platform/freedesktop/entries/BundleFolder.h"
 #include "platform/freedesktop/entries/DesktopEntryIndex.h"
+#include "platform/freedesktop/entries/EntryWords.h"
 
 #include <QFile>
 
@@ -127,6 +128,11 @@ std::optional<QString> FreedesktopItems::genericNameOf(const QString &path) cons
 {
     const std::shared_ptr<const DesktopEntry> entry = applicationAt(path);
     return entry ? std::optional(entry->genericName) : std::nullopt;
+}
+
+ItemWords FreedesktopItems::wordsOf(const QString &path) const
+{
+    return isEntryName(path) ? EntryWords::at(path, _entries.languages()) : ItemWords();
 }
 
 // An entry of the same ID. One that only deletes or damages the other takes no place.

@@ -26,6 +26,7 @@ public:
     ItemFlags flagsOf(const QString &path) const override;
     QString displayName(const QString &path) const override;
     std::optional<QString> genericNameOf(const QString &path) const override;
+    ItemWords wordsOf(const QString &path) const override;
     QString standInFor(const QString &path) const override;
     QString refusal(const QString &path) const override;
 

@@ -1,0 +1,165 @@
+#include "finding/UseCounts.h"
+
+#include "support/files/PropertyList.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QVariantMap>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace {
+
+// In bytes; more than the longest paths need.
+constexpr qint64 LargestFile = 4 << 20;
+// No one has used an application that often: a clock was wrong.
+constexpr double MostHalvings = 20;
+constexpr QFile::Permissions UserAlone = QFile::ReadOwner | QFile::WriteOwner;
+
+// Empty when the value is something else.
+std::optional<QHash<QString, double>> momentsIn(const QVariant &value)
+{
+    if (value.typeId() != QMetaType::QVariantMap) {
+        return std::nullopt;
+    }
+    QHash<QString, double> moments;
+    const QVariantMap map = value.toMap();
+    for (auto it = map.begin(); it != map.end(); ++it) {
+        bool isNumber = false;
+        const double moment = it->toDouble(&isNumber);
+        if (!isNumber || !std::isfinite(moment) || !it.key().startsWith(QLatin1Char('/'))) {
+            return std::nullopt;
+        }
+        moments.insert(it.key(), moment);
+    }
+    return moments;
+}
+
+void write(const QString &path, const QVariantMap &moments)
+{
+    if (moments.isEmpty()) {
+        QFile::remove(path);
+        return;
+    }
+    QDir().mkpath(QFileInfo(path).path());
+    // Replacing a file keeps its permissions, so they are set while it is still empty.
+    QFile file(path);
+    if (!file.exists()) {
+        (void)file.open(QIODevice::WriteOnly | QIODevice::NewOnly, UserAlone);
+        file.close();
+    }
+    file.setPermissions(UserAlone);
+    PropertyList::writeFile(path, moments);
+}
+
+} // namespace
+
+UseCounts::UseCounts(const QString &path, QObject *parent)
+    : QObject(parent)
+    , _path(path)
+{ }
+
+UseCounts::~UseCounts()
+{
+    _writer.flush();
+}
+
+void UseCounts::setOn(bool isOn)
+{
+    if (_isOn && !isOn) {
+        _writer.flush();
+        _moments.clear();
+        _isRead = false;
+    }
+    _isOn = isOn;
+}
+
+double UseCounts::of(const QString &path)
+{
+    if (!_isOn) {
+        return 0;
+    }
+    read();
+    return _moments.value(path, 0);
+}
+
+void UseCounts::note(const QString &path, double now)
+{
+    if (!_isOn || !PropertyList::canHold(path) || !path.startsWith(QLatin1Char('/'))) {
+        return;
+    }
+    read();
+    const auto known = _moments.constFind(path);
+    double uses = 1;
+    if (known != _moments.cend()) {
+        uses += std::exp2(std::min((*known - now) / HalfLife, MostHalvings));
+    }
+    _moments.insert(path, now + HalfLife * std::log2(uses));
+    dropLeast();
+    _writer.request();
+}
+
+void UseCounts::forget()
+{
+    _moments.clear();
+    _isRead = true;
+    _mayWrite = true;
+    _writer.request();
+    _writer.flush();
+}
+
+void UseCounts::read()
+{
+    if (_isRead) {
+        return;
+    }
+    _isRead = true;
+    if (_path.isEmpty()) {
+        return;
+    }
+    PropertyList::Document document = PropertyList::readFile(_path, LargestFile);
+    if (document.state == PropertyList::State::Read) {
+        if (auto moments = momentsIn(document.value)) {
+            _moments = *moments;
+            dropLeast();
+            return;
+        }
+        document.state = PropertyList::State::Damaged;
+        document.error = QStringLiteral("not a dictionary of numbers");
+    }
+    if (document.state == PropertyList::State::Damaged) {
+        _mayWrite = PropertyList::setAside(_path, document.error);
+    }
+}
+
+void UseCounts::dropLeast()
+{
+    while (_moments.size() > MostPaths) {
+        auto least = _moments.cbegin();
+        for (auto it = _moments.cbegin(); it != _moments.cend(); ++it) {
+            if (it.value() < least.value()) {
+                least = it;
+            }
+        }
+        _moments.erase(least);
+    }
+}
+
+WriteBehind::Job UseCounts::nextJob()
+{
+    if (_path.isEmpty() || !_mayWrite) {
+        return nullptr;
+    }
+    QVariantMap moments;
+    for (auto it = _moments.cbegin(); it != _moments.cend(); ++it) {
+        moments.insert(it.key(), it.value());
+    }
+    return [path = _path, moments]() -> WriteBehind::Conclusion {
+        write(path, moments);
+        return [] {};
+    };
+}

@@ -46,6 +46,8 @@ public:
     QHash<QString, QString> displayNames;
     std::optional<QString> genericName;
     QHash<QString, QString> standIns;
+    // By the bundle's name; to be filled before anything asks for them.
+    QHash<QString, ItemWords> words;
     bool areFilesApplications = false;
 
     ItemFlags flagsOf(const QString &path) const override
@@ -65,6 +67,7 @@ public:
     }
     QString standInFor(const QString &path) const override { return standIns.value(path, path); }
     std::optional<QString> genericNameOf(const QString &) const override { return genericName; }
+    ItemWords wordsOf(const QString &path) const override { return words.value(nameOf(path)); }
 };
 
 // One colour fills each icon, red unless another is given for the bundle's name.
@@ -167,7 +170,11 @@ public:
     void stop() override { scope = {}; }
 };
 
-class FakeDesktop : public Desktop, public SearchPaths, public Launcher, public ApplicationControl
+class FakeDesktop : public Desktop,
+                    public SearchPaths,
+                    public Launcher,
+                    public ApplicationControl,
+                    public ApplicationActions
 {
 public:
     ~FakeDesktop() override { IconLoader::sharedIconLoader().cancelAll(); }
@@ -184,6 +191,8 @@ public:
     RequestList requests;
     LaunchStatus launchStatus = LaunchStatus::Launched;
     bool areWindowsShown = true;
+    // Of every application.
+    QList<Action> actions;
     QStringList folders;
 
     const SearchPaths &searchPaths() const override { return *this; }
@@ -194,6 +203,7 @@ public:
     RunningApplications &runningApplications() override { return running; }
     LiveQuery &liveQuery() override { return fakeQuery; }
     ApplicationControl &applicationControl() override { return *this; }
+    ApplicationActions &applicationActions() override { return *this; }
     const PinnedApplications &pinnedApplications() const override { return fakePinned; }
 
     QString applicationSupportFolder(Domain domain) const override
@@ -211,6 +221,12 @@ public:
     bool reveal(const QString &path) override
     {
         requests.append(u"reveal "_s + path);
+        return true;
+    }
+    QList<Action> actionsOf(const QString &) const override { return actions; }
+    bool perform(const QString &path, const QString &id) override
+    {
+        requests.append(id + u' ' + path);
         return true;
     }
     bool isVisible(const QString &) const override { return areWindowsShown; }

@@ -230,6 +230,7 @@ bool OTApp::launchWithDocuments(const std::optional<QList<QUrl>> &documents) con
     const LaunchStatus status = _desktop.launcher().open(_path, documents);
     if (status == LaunchStatus::Launched) {
         noteUseOnMainThread();
+        announceUseOnMainThread();
         return true;
     }
     qCWarning(lcCatalogue, "LSOpenCFURLRef() returned err: %ld for URL: %s", long(status),
@@ -244,6 +245,13 @@ void OTApp::noteUseOnMainThread() const
     QMetaObject::invokeMethod(QCoreApplication::instance(), [app] {
         app->setAttribute(QDateTime::currentDateTime(), QStringLiteral("kMDItemLastUsedDate"));
     });
+}
+
+void OTApp::announceUseOnMainThread() const
+{
+    const AppRef app = std::const_pointer_cast<OTApp>(shared_from_this());
+    QMetaObject::invokeMethod(QCoreApplication::instance(),
+        [app] { Q_EMIT NotificationCenter::defaultCenter().N_AppWasUsed(app); });
 }
 
 // The centre is looked up there too: it belongs to the thread that first asks.
@@ -273,6 +281,7 @@ QList<ApplicationActions::Action> OTApp::actions() const
 bool OTApp::performAction(const QString &id) const
 {
     if (_desktop.applicationActions().perform(_path, id)) {
+        announceUseOnMainThread();
         return true;
     }
     announceFailureOnMainThread(LaunchStatus::Failed);

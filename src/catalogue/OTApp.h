@@ -143,6 +143,7 @@ public:
 
 private:
     void noteUseOnMainThread() const;
+    void announceUseOnMainThread() const;
     void announceFailureOnMainThread(LaunchStatus status) const;
     void announceFailure(LaunchStatus status);
     void refreshName();

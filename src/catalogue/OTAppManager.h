@@ -62,6 +62,7 @@ public:
     ~OTAppManager() override;
 
     Desktop &desktop() const { return _desktop; }
+    Use use() const { return _use; }
 
     // Registers the preferences that the catalogue reads. To be called once, before anything reads
     // them.

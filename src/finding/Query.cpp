@@ -123,11 +123,15 @@ std::optional<FoundAs> Query::find(const Word &word, const FoldedText &text, Fou
     }
     const QString &letters = text.letters();
     qsizetype at = letters.indexOf(word.letters);
-    if (at == 0 && !haveKeywords(field)) {
-        return letters.size() == word.letters.size() ? FoundAs::Whole : FoundAs::Beginning;
+    if (at == 0 && letters.size() == word.letters.size() && !haveKeywords(field)) {
+        return FoundAs::Whole;
+    }
+    if (at == 0 && isName(field)) {
+        return FoundAs::Beginning;
     }
     const bool isLong = word.letters.size() > 1;
-    if (isLong && haveInitials(field) && text.haveInitials(word.letters)) {
+    const bool areInitials = isLong && haveInitials(field) && text.haveInitials(word.letters);
+    if (areInitials && isName(field)) {
         return FoundAs::Initials;
     }
     const bool isInside = at >= 0;
@@ -139,7 +143,7 @@ std::optional<FoundAs> Query::find(const Word &word, const FoldedText &text, Fou
     if (isInside && !word.isOneLetter && (isName(field) || !word.isShort)) {
         return FoundAs::Part;
     }
-    if (isLong && isName(field) && text.haveInOrder(word.letters)) {
+    if (areInitials || (isLong && isName(field) && text.haveInOrder(word.letters))) {
         return FoundAs::LettersInOrder;
     }
     return std::nullopt;

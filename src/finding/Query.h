@@ -2,11 +2,14 @@
 //
 // An application is found by the whole text, or by several words of which each is found somewhere
 // in it. How it is found decides first, then by which of its texts, then how much it was used, then
-// the shorter text. Three things keep what is found apart from noise: one letter of an alphabet
-// finds by names alone and where a word begins; texts other than names are found inside a word from
-// three letters on, and neither keywords nor the command by initials; and letters in order count in
-// names alone. A keyword is one word of a list, so that one which is typed in full is found as a
-// word.
+// the shorter text. Beginnings and initials count as such in names; other texts say what an
+// application is, and it makes no difference with which word they begin: their first word is one of
+// their words, and the initials of a generic name are no more than letters in order.
+//
+// What would find nearly everything does not count. One letter of an alphabet finds by names alone,
+// where a word begins. Texts other than names are found inside a word from three letters on,
+// actions from three letters on at all. Keywords are a list, so that one which is typed in full is
+// found as a word. Letters in order begin a word of a name.
 
 #pragma once
 

@@ -78,6 +78,9 @@ QString GridItem::description() const
         const GridCell &cell = view->gridLayout().cellAt(own.row, own.col);
         parts.prepend(tr("place %1 in group %2").arg(cell.index + 1).arg(cell.bunch + 1));
     }
+    if (const auto action = view->foundAction(_app)) {
+        parts.append(action->title);
+    }
     if (_list.view()->isAppMarkedNew(_app)) {
         parts.append(tr("new"));
     }

@@ -36,6 +36,7 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     , _host(host)
     , _pictures(appManager.desktop().icons())
     , _iconRepaint(*this)
+    , _finder(appManager)
     , _commands(*this, appManager, host)
     , _menu(*this, _commands, appManager)
     , _drags(*this, appManager, host)
@@ -48,6 +49,7 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
         &OTIconView::newApplicationsDidChange);
     connect(&_pictures, &CellPictures::pictureChanged, this, &OTIconView::appIconDidChange);
     connect(&_pictures, &CellPictures::picturesLost, this, [this] { update(); });
+    connect(&_finder, &AppFinder::findsOthers, this, &OTIconView::findingDidChange);
     connect(&_menu, &AppMenu::isOpenChanged, this, &OTIconView::menuIsOpenDidChange);
     const NotificationCenter &center = NotificationCenter::defaultCenter();
     connect(&center, &NotificationCenter::N_AppIconChanged, this, &OTIconView::appIconDidChange);
@@ -77,6 +79,7 @@ void OTIconView::registerDefaults()
 {
     GridInput::registerDefaults();
     GridColors::registerDefaults();
+    AppFinder::registerDefaults();
     UserDefaults::standard().registerDefaults({
         { GridKeys::groupShownWhenWindowClosed, -1 },
         { GridKeys::reverseScrollWheel, false },
@@ -125,6 +128,7 @@ void OTIconView::resizeView(Resizing resizing)
     const bool isAnotherList = !(array == _appsShown);
     _groupShown = group;
     _appsShown = array;
+    _finder.setApps(array);
 
     const Arrangement before = arrangement();
     _layout.setContents(GridInput::contents(array, group));

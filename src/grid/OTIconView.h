@@ -18,6 +18,7 @@
 #include "grid/layout/Coords.h"
 #include "grid/layout/GridCells.h"
 #include "grid/layout/GridLayout.h"
+#include "grid/typing/AppFinder.h"
 #include "grid/typing/GridWheel.h"
 #include "grid/typing/ModifierKeys.h"
 #include "grid/typing/TypeFilter.h"
@@ -108,6 +109,9 @@ public:
     void resetFilterSubstring() { _filter.reset(); }
     void sendFilterSubstringNotification();
     bool isAppKeyFilteredOut(const AppRef &app) const;
+    // The action of a shown application that the filter finds, and that Return performs instead of
+    // starting the application.
+    std::optional<ApplicationActions::Action> foundAction(const AppRef &app) const;
     // The applications of the shown group that the filter leaves, in the group's order.
     AppList keyFilteredApps1D() const;
 
@@ -178,6 +182,8 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    // Of an input method; the window hands them on like keys.
+    void inputMethodEvent(QInputMethodEvent *event) override;
 
 private:
     // What lay where before a layout pass.
@@ -219,6 +225,9 @@ private:
 
     qint64 now() const { return _clock.elapsed(); }
     void filterChanged();
+    void findingDidChange();
+    void selectBest();
+    AppRef appForReturn() const;
     bool moveSelection(int key);
     bool moveFavourite(const QKeyEvent &event);
     bool changeLineCount(int by);
@@ -250,6 +259,13 @@ private:
 
     QElapsedTimer _clock;
     TypeFilter _filter;
+    // Works out results when they are asked for.
+    mutable AppFinder _finder;
+    // That which suits the filter best, selected for that.
+    AppRef _bestApp;
+    // What an input method composes and has not committed.
+    QString _preedit;
+    bool _doesPreeditGoOn = false;
     GridWheel _wheel;
     ModifierKeys _modifiers;
     HeldModifiers _heldModifiers;

@@ -12,6 +12,7 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QWheelEvent>
 
@@ -20,7 +21,9 @@
 
 namespace {
 
-constexpr double ResetInterval = 1.0; // seconds
+// In seconds; a composition has no time to keep.
+constexpr double ResetInterval = 1.0;
+constexpr double CompositionInterval = 3600;
 
 constexpr qint64 ColorOrder = 2;
 
@@ -77,15 +80,20 @@ bool OTIconView::handleKeyDown(const QKeyEvent &event)
 {
     const QString characters = KeyCharacters::of(event);
     const bool isReturn = KeyCharacters::isReturn(characters);
+    if (isReturn && !_preedit.isEmpty()) {
+        // It ends the composition, and is the input method's.
+        return true;
+    }
     // Before the key itself clears the filter.
-    const AppList left = isReturn ? keyFilteredApps1D() : AppList();
-    const bool isOneLeft = left.size() == 1;
+    const AppRef meant = isReturn ? appForReturn() : nullptr;
+    const auto action = meant ? foundAction(meant) : std::nullopt;
     const AppRef selected = selectedApp();
     const bool isSelectionMeant =
         isReturn && _isSelectedByKeys && selected && !isAppKeyFilteredOut(selected);
     const QString before = _filter.string();
+    _filter.setTakesPunctuation(_finder.isOn());
     const TypeFilter::Press press = _filter.press(
-        characters, event.isAutoRepeat(), [&] { return isOneLeft; }, now());
+        characters, event.isAutoRepeat(), [&] { return meant != nullptr; }, now());
     if (!press.isHandled) {
         // A filter whose time was up goes even with a key that means nothing.
         if (_filter.string() != before) {
@@ -94,16 +102,51 @@ bool OTIconView::handleKeyDown(const QKeyEvent &event)
         return false;
     }
     filterChanged();
-    if (press.launches) {
-        _commands.launchApp(left.constFirst());
-    } else if (isSelectionMeant && !isOneLeft) {
+    if (press.launches && action) {
+        _commands.performAction(meant, action->id);
+    } else if (press.launches) {
+        _commands.launchApp(meant);
+    } else if (isSelectionMeant) {
         _commands.launchApp(selected);
     }
     return true;
 }
 
+// The only one left. Where the best is known it need not be the only one, and another one that was
+// selected by keys takes its place.
+AppRef OTIconView::appForReturn() const
+{
+    if (_finder.isOn() && !_filter.isEmpty()) {
+        const AppRef selected = selectedApp();
+        const bool isSelectionMeant =
+            _isSelectedByKeys && selected && !isAppKeyFilteredOut(selected);
+        return isSelectionMeant ? selected : _finder.best(_filter.string());
+    }
+    const AppList left = keyFilteredApps1D();
+    return left.size() == 1 ? left.constFirst() : nullptr;
+}
+
+void OTIconView::inputMethodEvent(QInputMethodEvent *event)
+{
+    if (_preedit.isEmpty()) {
+        _doesPreeditGoOn = _filter.isFresh(now());
+    } else if (_doesPreeditGoOn) {
+        // However long it took to compose.
+        _filter.keepFresh(now());
+    }
+    const QString before = std::exchange(_preedit, event->preeditString());
+    if (!event->commitString().isEmpty()) {
+        textCommitted(event->commitString());
+        _doesPreeditGoOn = true;
+    } else if (_preedit != before) {
+        sendFilterSubstringNotification();
+    }
+    event->accept();
+}
+
 void OTIconView::textCommitted(const QString &text)
 {
+    _filter.setTakesPunctuation(_finder.isOn());
     if (_filter.type(text, now())) {
         filterChanged();
     }
@@ -125,19 +168,52 @@ bool OTIconView::handleCancelOperation()
 
 void OTIconView::filterChanged()
 {
+    selectBest();
     update();
     sendFilterSubstringNotification();
 }
 
+// A selection that the user has moved since stays where it is.
+void OTIconView::findingDidChange()
+{
+    if (_filter.isEmpty()) {
+        return;
+    }
+    if (!_isSelectedByKeys || selectedApp() == _bestApp) {
+        selectBest();
+    }
+    update();
+    sendFilterSubstringNotification();
+}
+
+void OTIconView::selectBest()
+{
+    const AppRef former = std::exchange(_bestApp, _finder.best(_filter.string()));
+    if (_bestApp) {
+        selectCoordsByKeys(coordsOfApp(_bestApp));
+    } else if (former && _isSelectedByKeys) {
+        selectCoords({});
+    }
+}
+
+// With what is being composed, as if it were typed already.
 void OTIconView::sendFilterSubstringNotification()
 {
+    const QString typed = _preedit.isEmpty() || _doesPreeditGoOn ? _filter.string() : QString();
     Q_EMIT NotificationCenter::defaultCenter().N_FilterStringChanged(
-        this, _filter.string(), ResetInterval);
+        this, typed + _preedit, _preedit.isEmpty() ? ResetInterval : CompositionInterval);
 }
 
 bool OTIconView::isAppKeyFilteredOut(const AppRef &app) const
 {
-    return app && !matches(_filter.string(), *app);
+    return app
+        && !(_finder.isOn() ? _finder.isFound(_filter.string(), app)
+                            : matches(_filter.string(), *app));
+}
+
+std::optional<ApplicationActions::Action> OTIconView::foundAction(const AppRef &app) const
+{
+    return _finder.actionOf(_filter.string(), app);
 }
 
 AppList OTIconView::keyFilteredApps1D() const
@@ -227,6 +303,8 @@ void OTIconView::resetInput()
 {
     _modifiers = {};
     resetFilterSubstring();
+    _preedit.clear();
+    _bestApp = nullptr;
     selectCoords({});
     _press = {};
     _pictures.setAreSpectrumsShown(false);

@@ -43,6 +43,10 @@ Q_SIGNALS:
     // folder.
     void N_ShowProgressStep(int step, int count, const QString &label);
     void N_ScanPathListChanged();
+    // The user has started an application, or one of its actions, and that went well.
+    void N_AppWasUsed(const std::shared_ptr<OTApp> &app);
+    // The user wants nothing to be remembered of what was started.
+    void N_ForgetUses();
     // The icon, or a colour derived from it, has changed.
     void N_AppIconChanged(const std::shared_ptr<OTApp> &app);
     // Keys or the wheel have touched the filter of a grid; it forgets itself `resetInterval`

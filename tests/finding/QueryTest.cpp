@@ -120,7 +120,7 @@ private Q_SLOTS:
             { std::tuple(u"files"_s, FoundAs::Whole, FoundBy::UntranslatedName, -1),
                 std::tuple(u"datei"_s, FoundAs::Beginning, FoundBy::Name, -1),
                 std::tuple(u"verwalt"_s, FoundAs::Part, FoundBy::GenericName, -1),
-                std::tuple(u"fm"_s, FoundAs::Initials, FoundBy::UntranslatedGenericName, -1),
+                std::tuple(u"fm"_s, FoundAs::LettersInOrder, FoundBy::UntranslatedGenericName, -1),
                 std::tuple(u"folder"_s, FoundAs::Word, FoundBy::UntranslatedKeywords, -1),
                 std::tuple(u"platte"_s, FoundAs::Word, FoundBy::Keywords, -1),
                 std::tuple(u"nautilus"_s, FoundAs::Whole, FoundBy::Command, -1),

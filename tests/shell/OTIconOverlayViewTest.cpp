@@ -58,6 +58,28 @@ private Q_SLOTS:
         QCOMPARE(grown(u"write"_s), u"Write"_s);
     }
 
+    void whatIsFoundByAnAction_goesByItsName()
+    {
+        _desktop->fakeItems.words[u"app1"_s].hasActions = true;
+        _desktop->actions = { { u"p"_s, u"New Private Window"_s } };
+        showPanelOf(6);
+        set("maximumIconSize", 128);
+        set("matchesMoreThanNames", true);
+        type(u"app1"_s);
+        QCOMPARE(overlay().label(), u"app1"_s);
+        QTest::keyClick(_window.get(), Qt::Key_Escape);
+        type(u"priv"_s);
+        // Once its entry was read.
+        QTRY_COMPARE(overlay().label(), u"New Private Window"_s);
+        QVERIFY(overlay().filterBubble().caption().startsWith(u"New Priv"));
+        QCOMPARE(overlay().filterBubble().text(), u"priv"_s);
+        QVERIFY(_window->rect().contains(overlay().filterBubble().rect()));
+        overlay().labelTimerFire();
+        QCOMPARE(overlay().label(), u"New Private Window (app1)"_s);
+        overlay().clearFilterString();
+        QVERIFY(overlay().note().text().contains(u"New Pri"));
+    }
+
     void anyNameIsOneLineInThePanel()
     {
         fill(3);

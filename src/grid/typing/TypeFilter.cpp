@@ -41,7 +41,7 @@ TypeFilter::Press TypeFilter::press(
     if (!isEntry && !edit(character)) {
         return {};
     }
-    _freshUntil = now + Freshness;
+    keepFresh(now);
     return { true, launches };
 }
 
@@ -72,7 +72,8 @@ bool TypeFilter::edit(char32_t character)
         }
         return true;
     }
-    if (!belongsToWord(character)) {
+    const bool isSign = QChar::isPunct(character) || QChar::isSymbol(character);
+    if (!belongsToWord(character) && !(_takesPunctuation && isSign)) {
         return false;
     }
     // Of a character that lower case would make two of (İ), names are found by the character.

@@ -59,6 +59,13 @@ public:
     // the filter is to be announced.
     bool type(const QString &text, qint64 now);
 
+    // Punctuation and symbols are typed too, as some letters of other keyboard layouts lie on their
+    // keys. At first they are not.
+    void setTakesPunctuation(bool takesPunctuation) { _takesPunctuation = takesPunctuation; }
+
+    // The next character goes on with the filter.
+    void keepFresh(qint64 now) { _freshUntil = now + Freshness; }
+
     // Empties the filter and forgets how far the wheel was turned; it stays as fresh as it was.
     void reset();
     // The filter is no longer fresh.
@@ -82,5 +89,6 @@ private:
 
     QString _string;
     qint64 _freshUntil = NotFresh;
+    bool _takesPunctuation = false;
     ScrollAccumulator _scrollAccumulatorY;
 };

@@ -56,7 +56,7 @@ void OTWindow::keyReleaseEvent(QKeyEvent *event)
 void OTWindow::inputMethodEvent(QInputMethodEvent *event)
 {
     if (isShown()) {
-        _iconView->textCommitted(event->commitString());
+        QCoreApplication::sendEvent(_iconView, event);
     }
     event->accept();
 }

@@ -14,6 +14,7 @@ namespace {
 
 // In points.
 constexpr int TextSize = 72;
+constexpr int CaptionSize = 24;
 constexpr int Inset = 20;
 constexpr qreal CornerRadius = 24;
 constexpr qreal ShadowDrop = 2;
@@ -22,48 +23,38 @@ constexpr qreal ShadowAlpha = 0.6;
 // The shadow is drawn so much smaller and then stretched, which blurs it.
 constexpr int ShadowShrinking = 4;
 
-QFont keyFont()
+QFont fontOfSize(int size)
 {
     QFont font;
-    font.setPixelSize(TextSize);
+    font.setPixelSize(size);
     return font;
-}
-
-void drawText(QPainter &painter, const QRectF &rect, const QString &text, const QColor &color)
-{
-    painter.setFont(keyFont());
-    painter.setPen(color);
-    painter.drawText(rect, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, text);
-}
-
-QImage shadowOf(const QString &text, const QSize &size, const QColor &color)
-{
-    QImage shadow((size + QSize(ShadowShrinking - 1, ShadowShrinking - 1)) / ShadowShrinking,
-        QImage::Format_ARGB32_Premultiplied);
-    shadow.fill(Qt::transparent);
-    QPainter painter(&shadow);
-    painter.scale(1.0 / ShadowShrinking, 1.0 / ShadowShrinking);
-    drawText(painter, QRectF(QPointF(), QSizeF(size)), text, color);
-    return shadow;
 }
 
 } // namespace
 
-void FilterBubble::setText(const QString &text, const QSize &viewSize)
+void FilterBubble::setText(const QString &text, const QSize &viewSize, const QString &caption)
 {
-    const QFontMetricsF metrics(keyFont());
+    const QFontMetricsF metrics(fontOfSize(TextSize));
+    const QFontMetricsF captionMetrics(fontOfSize(CaptionSize));
     const qreal widest = std::max(0, viewSize.width() - 2 * Inset);
     const QString shown = metrics.elidedText(text, Qt::ElideLeft, widest);
+    const QString shownCaption = captionMetrics.elidedText(caption, Qt::ElideRight, widest);
     QRect rect;
     if (!shown.isEmpty()) {
         QRectF bounds(0, 0, metrics.horizontalAdvance(shown), metrics.height());
+        if (!shownCaption.isEmpty()) {
+            const qreal width = captionMetrics.horizontalAdvance(shownCaption);
+            bounds.setWidth(std::max(bounds.width(), width));
+            bounds.setHeight(bounds.height() + captionMetrics.height());
+        }
         bounds.moveCenter(QRectF(QPointF(), QSizeF(viewSize)).center());
         rect = bounds.adjusted(-Inset, -Inset, Inset, Inset).toAlignedRect();
     }
-    if (shown != _shownText || rect.size() != _rect.size()) {
+    if (shown != _shownText || shownCaption != _shownCaption || rect.size() != _rect.size()) {
         _picture = {};
     }
     _shownText = shown;
+    _shownCaption = shownCaption;
     _rect = rect;
 }
 
@@ -100,10 +91,40 @@ void FilterBubble::makePicture(qreal ratio)
     painter.fillPath(roundedRectanglePath(bounds, CornerRadius), _plate);
 
     // What sets the letters off from whatever lies behind them.
-    const QImage shadow = shadowOf(_shownText, _rect.size(), contrastingBlackOrWhite(_foreground));
+    const QImage picture = shadow();
     painter.setOpacity(ShadowAlpha);
     painter.drawImage(
-        QRectF(QPointF(0, ShadowDrop), QSizeF(shadow.size() * ShadowShrinking)), shadow);
+        QRectF(QPointF(0, ShadowDrop), QSizeF(picture.size() * ShadowShrinking)), picture);
     painter.setOpacity(1);
-    drawText(painter, bounds, _shownText, _foreground);
+    drawTexts(painter, bounds, _foreground);
+}
+
+void FilterBubble::drawTexts(QPainter &painter, const QRectF &rect, const QColor &color) const
+{
+    constexpr int flags = Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip;
+    QRectF textRect = rect;
+    painter.setPen(color);
+    if (!_shownCaption.isEmpty()) {
+        const QFont font = fontOfSize(CaptionSize);
+        QRectF captionRect = rect.adjusted(0, 0, 0, -Inset);
+        captionRect.setTop(captionRect.bottom() - QFontMetricsF(font).height());
+        textRect = QRectF(
+            rect.left(), rect.top() + Inset, rect.width(), captionRect.top() - rect.top() - Inset);
+        painter.setFont(font);
+        painter.drawText(captionRect, flags, _shownCaption);
+    }
+    painter.setFont(fontOfSize(TextSize));
+    painter.drawText(textRect, flags, _shownText);
+}
+
+QImage FilterBubble::shadow() const
+{
+    const QSize size = _rect.size();
+    QImage picture((size + QSize(ShadowShrinking - 1, ShadowShrinking - 1)) / ShadowShrinking,
+        QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.scale(1.0 / ShadowShrinking, 1.0 / ShadowShrinking);
+    drawTexts(painter, QRectF(QPointF(), QSizeF(size)), contrastingBlackOrWhite(_foreground));
+    return picture;
 }

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QPixmap>
 #include <QRect>
 #include <QSize>
@@ -18,14 +19,16 @@ class QPainter;
 class FilterBubble final
 {
 public:
-    // Without a text there is no bubble.
-    void setText(const QString &text, const QSize &viewSize);
+    // Without a text there is no bubble. A caption stands below it in smaller letters, and loses
+    // its end where it is too wide.
+    void setText(const QString &text, const QSize &viewSize, const QString &caption = {});
     // Of the letters and of the rectangle behind them.
     void setColors(const QColor &foreground, const QColor &plate);
 
     bool isEmpty() const { return _shownText.isEmpty(); }
     // As it is shown.
     const QString &text() const { return _shownText; }
+    const QString &caption() const { return _shownCaption; }
     // Whole points from the upper left corner of the view; empty without a text.
     const QRect &rect() const { return _rect; }
 
@@ -34,8 +37,11 @@ public:
 
 private:
     void makePicture(qreal ratio);
+    void drawTexts(QPainter &painter, const QRectF &rect, const QColor &color) const;
+    QImage shadow() const;
 
     QString _shownText;
+    QString _shownCaption;
     QRect _rect;
     QColor _foreground = Qt::white;
     QColor _plate = Qt::transparent;

@@ -195,6 +195,10 @@ void OTIconOverlayView::labelTimerFire()
 QString OTIconOverlayView::fullLabel() const
 {
     const QString name = _selectedApp->displayName();
+    // What Return does, and of which application.
+    if (const QString title = foundActionTitle(); !title.isEmpty()) {
+        return _showLongLabel ? tr("%1 (%2)").arg(title, name) : title;
+    }
     if (!_showLongLabel) {
         return name;
     }
@@ -205,6 +209,13 @@ QString OTIconOverlayView::fullLabel() const
     }
     // Some are called no more than what they are.
     return name.contains(*kind, Qt::CaseInsensitive) ? name : tr("%1 (%2)").arg(name, *kind);
+}
+
+// Of the selected application; empty where Return starts that itself.
+QString OTIconOverlayView::foundActionTitle() const
+{
+    const auto action = _selectedApp ? _iconView.foundAction(_selectedApp) : std::nullopt;
+    return action ? action->title : QString();
 }
 
 // Where the label was, and where it is now, is drawn anew.
@@ -257,6 +268,8 @@ void OTIconOverlayView::filterStringDidChange(
     }
     cancelFilterStringTimer();
     setFilterString(isVisible() ? filterString : QString());
+    // The same application may be found by one of its actions now.
+    drawInfoForApp(_selectedApp, _selectedAppRect);
     if (!_filterString.isEmpty()) {
         const double seconds = std::clamp(resetInterval, 0.0, LongestReset);
         _filterStringTimer.start(int(std::lround(seconds * 1000)));
@@ -281,7 +294,7 @@ void OTIconOverlayView::setFilterString(const QString &filterString)
 {
     QRegion changed(_filterBubble.rect());
     _filterString = filterString;
-    _filterBubble.setText(oneLine(filterString), size());
+    _filterBubble.setText(oneLine(filterString), size(), oneLine(foundActionTitle()));
     changed += _filterBubble.rect();
     if (!changed.isEmpty()) {
         update(changed + _bigIcon.rect());
@@ -298,7 +311,9 @@ void OTIconOverlayView::updateNote()
     if (filter.isEmpty()) {
         _note.setText(oneLine(_iconView.drags().offerText()), Qt::ElideMiddle, font(), _notePlace);
     } else {
-        _note.setText(tr("Filter: %1").arg(filter), Qt::ElideLeft, font(), _notePlace);
+        const QString title = oneLine(foundActionTitle());
+        const QString text = title.isEmpty() ? filter : tr("%1 (%2)").arg(filter, title);
+        _note.setText(tr("Filter: %1").arg(text), Qt::ElideLeft, font(), _notePlace);
     }
     changed += _note.rect();
     update(changed);

@@ -87,6 +87,7 @@ private:
     void announce(const QString &text);
 
     QString fullLabel() const;
+    QString foundActionTitle() const;
     void drawInfoForApp(const AppRef &app, const QRectF &inRect);
     void drawInfo(QPainter &painter) const;
     void placeBigIcon();

@@ -1181,6 +1181,18 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
         <source>Loo&amp;k for new versions once a day</source>
         <translation>Einmal &amp;täglich nach neuen Versionen suchen</translation>
     </message>
+    <message>
+        <source>&amp;Typing finds by keywords, kinds, commands and actions as well as by names</source>
+        <translation>Beim Ti&amp;ppen außer Namen auch Stichwörter, Art, Befehle und Aktionen durchsuchen</translation>
+    </message>
+    <message>
+        <source>What is started &amp;most often is found first</source>
+        <translation>&amp;Meistgestartetes zuerst finden</translation>
+    </message>
+    <message>
+        <source>&amp;Clear What Was Started</source>
+        <translation>Gestartetes &amp;löschen</translation>
+    </message>
 </context>
 <context>
     <name>PreferencesWindow</name>
@@ -1453,6 +1465,21 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
     <message>
         <source>%1 does not summon Ortu: %2.</source>
         <translation>%1 ruft Ortu nicht auf: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>TypingChoice</name>
+    <message>
+        <source>by its n&amp;ame</source>
+        <translation>nach dem &amp;Namen</translation>
+    </message>
+    <message>
+        <source>b&amp;y anything: what it is for, its command, what it can do</source>
+        <translation>nach &amp;allem: Zweck, Befehl und was sie können</translation>
+    </message>
+    <message>
+        <source>How shall typing find an application?</source>
+        <translation>Wonach soll Tippen Anwendungen finden?</translation>
     </message>
 </context>
 <context>

@@ -5,6 +5,7 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QRadioButton>
 
 namespace {
 
@@ -92,6 +93,23 @@ private Q_SLOTS:
         QCOMPARE(request->text(), asked);
         _assistant->close();
         QVERIFY(!_assistant->takeHotKey());
+    }
+
+    void typingIsAskedFor_atItsStepAlone()
+    {
+        open();
+        const auto button = [this](int index) {
+            return _assistant->findChildren<QRadioButton *>()[index];
+        };
+        QVERIFY(!button(0)->isVisible());
+        _assistant->showStep(OTWelcomeAssistant::TypingStep);
+        QVERIFY(button(0)->isVisible() && button(0)->isChecked());
+        for (const bool isByAnything : { true, false }) {
+            button(int(isByAnything))->click();
+            QCOMPARE(_defaults->boolForKey(u"matchesMoreThanNames"_s), isByAnything);
+        }
+        set("matchesMoreThanNames", true);
+        QVERIFY(button(1)->isChecked());
     }
 
 private:

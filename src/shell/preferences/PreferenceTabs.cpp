@@ -4,6 +4,7 @@
 #include "shell/preferences/HotKeyControl.h"
 #include "shell/preferences/PreferenceRows.h"
 #include "shell/preferences/ScanFolderTable.h"
+#include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
 #include <QCoreApplication>
@@ -42,6 +43,15 @@ QWidget *PreferenceTabs::general(PreferenceControls &controls, UpdateChecks upda
         "hideOnResignActive", tr("&Hide a moved panel as soon as Ortu is no longer active"));
     rows.addCheckBox(
         "nonActivatingPanel", tr("Keep the panel above other &windows when they are used"));
+    rows.addGap();
+    rows.addCheckBox("matchesMoreThanNames",
+        tr("&Typing finds by keywords, kinds, commands and actions as well as by names"));
+    rows.addCheckBox("remembersUse", tr("What is started &most often is found first"));
+    auto *const forget = new QPushButton(tr("&Clear What Was Started"));
+    forget->setAutoDefault(false);
+    QObject::connect(forget, &QPushButton::clicked, &NotificationCenter::defaultCenter(),
+        &NotificationCenter::N_ForgetUses);
+    rows.form().addRow({}, forget);
     if (updates == UpdateChecks::Offered) {
         rows.addGap();
         rows.addCheckBox("SUEnableAutomaticChecks", tr("Loo&k for new versions once a day"));

@@ -2,6 +2,7 @@
 
 #include "platform/PageRenderer.h"
 #include "shell/welcome/PageView.h"
+#include "shell/welcome/TypingChoice.h"
 #include "support/UserDefaults.h"
 
 #include <QCoreApplication>
@@ -18,7 +19,7 @@ namespace {
 constexpr int firstStep = 1;
 // The share of its width that a page leaves free at each side.
 constexpr int PageMargin = 20;
-// The part at the foot of its page that is left to the hot key.
+// The part at the foot of a page that is left to controls.
 constexpr double FreeShare = 90.0 / 320;
 
 namespace Key {
@@ -45,6 +46,7 @@ OTWelcomeAssistant::OTWelcomeAssistant(std::unique_ptr<PagedDocument> document,
     , _lastStep(std::max(_document->pageCount(), firstStep))
     , _pdfView(new PageView(*_document))
     , _practice(new HotKeyPractice(hotKey, std::move(nameOfKey), _pdfView))
+    , _typingChoice(new TypingChoice(_pdfView))
     , _stepLabel(new QLabel)
     , _prevButton(new QPushButton(tr("Pre&vious")))
     , _nextButton(new QPushButton)
@@ -63,7 +65,8 @@ OTWelcomeAssistant::OTWelcomeAssistant(std::unique_ptr<PagedDocument> document,
     all->setSizeConstraint(QLayout::SetFixedSize);
     all->addWidget(_pdfView);
     all->addLayout(buttons);
-    placePractice();
+    placeAtFoot(_practice);
+    placeAtFoot(_typingChoice);
     addKeys();
     connect(_pdfView, &PageView::pageChanged, this, &OTWelcomeAssistant::updateStepNumberField);
     connect(_nextButton, &QPushButton::clicked, this, &OTWelcomeAssistant::showNextStep);
@@ -73,13 +76,12 @@ OTWelcomeAssistant::OTWelcomeAssistant(std::unique_ptr<PagedDocument> document,
 OTWelcomeAssistant::~OTWelcomeAssistant() = default;
 
 // Where the page leaves room for it.
-void OTWelcomeAssistant::placePractice()
+void OTWelcomeAssistant::placeAtFoot(QWidget *controls) const
 {
-    const int height =
-        std::max(_practice->sizeHint().height(), int(_pdfView->height() * FreeShare));
+    const int height = std::max(controls->sizeHint().height(), int(_pdfView->height() * FreeShare));
     const int margin = _pdfView->width() / PageMargin;
-    _practice->setGeometry(QRect(0, _pdfView->height() - height, _pdfView->width(), height)
-                               .adjusted(margin, 0, -margin, 0));
+    controls->setGeometry(QRect(0, _pdfView->height() - height, _pdfView->width(), height)
+                              .adjusted(margin, 0, -margin, 0));
 }
 
 void OTWelcomeAssistant::present()
@@ -114,6 +116,7 @@ void OTWelcomeAssistant::updateStepNumberField()
     _nextButton->setText(step == _lastStep ? tr("&Close") : tr("&Next"));
     _prevButton->setEnabled(step > firstStep);
     _practice->setVisible(step == HotKeyStep);
+    _typingChoice->setVisible(step == TypingStep);
 }
 
 void OTWelcomeAssistant::showNextStep()

@@ -13,6 +13,7 @@ class PagedDocument;
 class PageView;
 class QLabel;
 class QPushButton;
+class TypingChoice;
 
 class OTWelcomeAssistant final : public QDialog
 {
@@ -21,6 +22,8 @@ class OTWelcomeAssistant final : public QDialog
 public:
     // The step at which the hot key can be chosen and tried, on the lower end of the page.
     static constexpr int HotKeyStep = 2;
+    // The step at which the user chooses by what typing finds, likewise.
+    static constexpr int TypingStep = 3;
 
     OTWelcomeAssistant(std::unique_ptr<PagedDocument> document, const QString &pdfName,
         const HotKeyChoice &hotKey, HotKeyPractice::NameOfKey nameOfKey);
@@ -48,12 +51,13 @@ public:
 private:
     void addKeys();
     void updateStepNumberField();
-    void placePractice();
+    void placeAtFoot(QWidget *controls) const;
 
     std::unique_ptr<PagedDocument> _document;
     int _lastStep;
     PageView *_pdfView;
     HotKeyPractice *_practice;
+    TypingChoice *_typingChoice;
     QLabel *_stepLabel;
     QPushButton *_prevButton;
     QPushButton *_nextButton;

@@ -120,7 +120,7 @@ AppRef OTIconView::appForReturn() const
         const AppRef selected = selectedApp();
         const bool isSelectionMeant =
             _isSelectedByKeys && selected && !isAppKeyFilteredOut(selected);
-        return isSelectionMeant ? selected : _finder.best(_filter.string());
+        return isSelectionMeant ? selected : _finder.bestAtLast(_filter.string());
     }
     const AppList left = keyFilteredApps1D();
     return left.size() == 1 ? left.constFirst() : nullptr;

@@ -97,6 +97,17 @@ private Q_SLOTS:
         QCOMPARE(lit(), u"Fire"_s);
     }
 
+    // As fast as keys can come.
+    void whatIsNotReadYet_isWaitedFor()
+    {
+        fill({ u"Fire"_s, u"Writer"_s });
+        _defaults->setObject(u"matchesMoreThanNames"_s, true);
+        type(u"browser"_s);
+        QVERIFY(lit().isEmpty());
+        press(Qt::Key_Return);
+        QTRY_COMPARE(launched(), QStringList { u"Fire"_s });
+    }
+
     void anActionIsFound_andPerformed()
     {
         fillAndRead({ u"Fire"_s, u"Private Eye"_s, u"Writer"_s });

@@ -6,6 +6,7 @@
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 
 #include <vector>
@@ -217,6 +218,17 @@ AppRef AppFinder::best(const QString &typed)
     }
     find(typed);
     return _best;
+}
+
+AppRef AppFinder::bestAtLast(const QString &typed)
+{
+    const AppRef found = best(typed);
+    if (found || !_isReading) {
+        return found;
+    }
+    _thread.waitForDone(LongestWait);
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    return best(typed);
 }
 
 std::optional<ApplicationActions::Action> AppFinder::actionOf(

@@ -28,8 +28,9 @@ class AppFinder final : public QObject
     Q_OBJECT
 
 public:
-    // For how long, in milliseconds, applications are shown before what they can be found by is
-    // read.
+    // Milliseconds. How long bestAtLast() waits.
+    static constexpr int LongestWait = 200;
+    // For how long applications are shown before what they can be found by is read.
     static constexpr int ReadingDelay = 300;
 
     // The catalogue must outlive the finder.
@@ -47,6 +48,9 @@ public:
     // The empty text finds everything, but nothing suits it best.
     bool isFound(const QString &typed, const AppRef &app);
     AppRef best(const QString &typed);
+    // The same for a key that does not come again: where nothing is found yet, and what
+    // applications can be found by is still being read, it waits for that, a moment at most.
+    AppRef bestAtLast(const QString &typed);
     // What the application is found by where that is one of its actions.
     std::optional<ApplicationActions::Action> actionOf(const QString &typed, const AppRef &app);
 

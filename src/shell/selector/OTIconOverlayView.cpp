@@ -154,6 +154,9 @@ void OTIconOverlayView::selectedAppDidChange(QObject *view, const AppRef &app, c
         onOverlay = Geometry::flipped(onOverlay, height());
     }
     drawInfoForApp(app, onOverlay);
+    if (oneLine(foundActionTitle()) != _actionTitle) {
+        setFilterString(_filterString);
+    }
     startLabelTimer();
 }
 
@@ -294,7 +297,8 @@ void OTIconOverlayView::setFilterString(const QString &filterString)
 {
     QRegion changed(_filterBubble.rect());
     _filterString = filterString;
-    _filterBubble.setText(oneLine(filterString), size(), oneLine(foundActionTitle()));
+    _actionTitle = oneLine(foundActionTitle());
+    _filterBubble.setText(oneLine(filterString), size(), _actionTitle);
     changed += _filterBubble.rect();
     if (!changed.isEmpty()) {
         update(changed + _bigIcon.rect());
@@ -311,8 +315,8 @@ void OTIconOverlayView::updateNote()
     if (filter.isEmpty()) {
         _note.setText(oneLine(_iconView.drags().offerText()), Qt::ElideMiddle, font(), _notePlace);
     } else {
-        const QString title = oneLine(foundActionTitle());
-        const QString text = title.isEmpty() ? filter : tr("%1 (%2)").arg(filter, title);
+        const QString text =
+            _actionTitle.isEmpty() ? filter : tr("%1 (%2)").arg(filter, _actionTitle);
         _note.setText(tr("Filter: %1").arg(text), Qt::ElideLeft, font(), _notePlace);
     }
     changed += _note.rect();

@@ -114,6 +114,8 @@ private:
     QRect _labelRect;
 
     QString _filterString;
+    // Below it, as it is shown.
+    QString _actionTitle;
     QTimer _filterStringTimer { this };
     KRViewAnimation _filterStringAnimation { this };
     double _filterStringAlpha = 1;

@@ -40,17 +40,17 @@ bool isOfAlphabet(QChar letter)
     }
 }
 
-bool isBetter(const std::optional<Match> &one, const std::optional<Match> &other)
+bool isBetter(const std::optional<Match> &match, const std::optional<Match> &than)
 {
-    return one
-        && (!other
-            || std::tuple(one->rank(), one->length) < std::tuple(other->rank(), other->length));
+    return match
+        && (!than
+            || std::tuple(match->rank(), match->length) < std::tuple(than->rank(), than->length));
 }
 
-void keepBetter(std::optional<Match> &best, const std::optional<Match> &other)
+void keepBetter(std::optional<Match> &best, const std::optional<Match> &match)
 {
-    if (isBetter(other, best)) {
-        best = other;
+    if (isBetter(match, best)) {
+        best = match;
     }
 }
 

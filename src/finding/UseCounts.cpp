@@ -11,6 +11,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -58,9 +59,9 @@ void write(const QString &path, const QVariantMap &moments)
 
 } // namespace
 
-UseCounts::UseCounts(const QString &path, QObject *parent)
+UseCounts::UseCounts(QString path, QObject *parent)
     : QObject(parent)
-    , _path(path)
+    , _path(std::move(path))
 { }
 
 UseCounts::~UseCounts()

@@ -25,7 +25,7 @@ public:
     static constexpr qsizetype MostPaths = 500;
 
     // Without a path nothing is kept; the folder is made when something is written.
-    explicit UseCounts(const QString &path, QObject *parent = nullptr);
+    explicit UseCounts(QString path, QObject *parent = nullptr);
     // Writes what is not written yet.
     ~UseCounts() override;
 

@@ -222,9 +222,8 @@ AppRef AppFinder::best(const QString &typed)
 
 AppRef AppFinder::bestAtLast(const QString &typed)
 {
-    const AppRef found = best(typed);
-    if (found || !_isReading) {
-        return found;
+    if (best(typed) || !_isReading) {
+        return _best;
     }
     _thread.waitForDone(LongestWait);
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);

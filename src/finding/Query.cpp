@@ -82,6 +82,7 @@ void Query::addReading(const QString &text, std::optional<QChar::Script> otherLa
     if (words.size() > 1) {
         for (const QString &word : words) {
             reading.words.push_back(wordOf(word));
+            reading.words.back().isAlone = false;
         }
     }
     _readings.push_back(reading);
@@ -91,7 +92,7 @@ Query::Word Query::wordOf(const QString &letters)
 {
     const bool isAlphabetic = std::all_of(letters.cbegin(), letters.cend(), isOfAlphabet);
     return { letters, isAlphabetic && letters.size() == 1,
-        isAlphabetic && letters.size() < ShortWord };
+        isAlphabetic && letters.size() < ShortWord, true };
 }
 
 std::optional<Match> Query::match(const Findable &item) const
@@ -118,7 +119,7 @@ std::optional<Match> Query::match(const Findable &item) const
 
 std::optional<FoundAs> Query::find(const Word &word, const FoldedText &text, FoundBy field)
 {
-    if (word.isOneLetter && !isName(field)) {
+    if (word.isOneLetter && word.isAlone && !isName(field)) {
         return std::nullopt;
     }
     const QString &letters = text.letters();
@@ -199,7 +200,8 @@ std::optional<Match> Query::match(
     const Reading &reading, const Findable &item, const Findable::Action &action)
 {
     const auto inAction = [&action](const Word &word) -> std::optional<Match> {
-        const auto how = word.isShort ? std::nullopt : find(word, action.text, FoundBy::Action);
+        const auto how =
+            word.isShort && word.isAlone ? std::nullopt : find(word, action.text, FoundBy::Action);
         return how ? std::optional(Match { .how = *how, .length = action.text.letters().size() })
                    : std::nullopt;
     };

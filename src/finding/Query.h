@@ -6,10 +6,10 @@
 // application is, and it makes no difference with which word they begin: their first word is one of
 // their words, and the initials of a generic name are no more than letters in order.
 //
-// What would find nearly everything does not count. One letter of an alphabet finds by names alone,
-// where a word begins. Texts other than names are found inside a word from three letters on,
-// actions from three letters on at all. Keywords are a list, so that one which is typed in full is
-// found as a word. Letters in order begin a word of a name.
+// What would find nearly everything does not count. One letter of an alphabet finds where a word
+// begins, and where it is all that was typed by names alone. Texts other than names are found
+// inside a word from three letters on, actions by no less. Keywords are a list, so that one which
+// is typed in full is found as a word. Letters in order begin a word of a name.
 
 #pragma once
 
@@ -63,9 +63,10 @@ private:
     struct Word
     {
         QString letters;
-        // What it may be found by depends on how much it says.
+        // What it may be found by depends on how much it says, and on whether others say more.
         bool isOneLetter = false;
         bool isShort = false;
+        bool isAlone = true;
     };
     struct Reading
     {

@@ -115,7 +115,7 @@ void UseCounts::forget()
 
 void UseCounts::read()
 {
-    if (_isRead) {
+    if (!_isOn || _isRead) {
         return;
     }
     _isRead = true;

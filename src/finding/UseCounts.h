@@ -32,6 +32,8 @@ public:
     // While they are off nothing is noted, read or told. They are off at first.
     void setOn(bool isOn);
 
+    // Reads the file now, so that the first question need not.
+    void read();
     // The more the greater; 0 for what was not used. Only the order of two numbers means anything.
     double of(const QString &path);
     // The application was used at this time, in seconds since 1970.
@@ -40,7 +42,6 @@ public:
     void forget();
 
 private:
-    void read();
     void dropLeast();
     WriteBehind::Job nextJob();
 

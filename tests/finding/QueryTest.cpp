@@ -127,6 +127,7 @@ private Q_SLOTS:
                 std::tuple(u"disk datei"_s, FoundAs::Word, FoundBy::UntranslatedKeywords, -1),
                 std::tuple(u"privat"_s, FoundAs::Word, FoundBy::Action, 1),
                 std::tuple(u"files priv"_s, FoundAs::Word, FoundBy::Action, 1),
+                std::tuple(u"files pr"_s, FoundAs::Word, FoundBy::Action, 1),
                 std::tuple(u"fenster"_s, FoundAs::Word, FoundBy::Action, 0) }) {
             const std::optional<Match> match = Query(typed).match(item);
             QVERIFY2(match, qUtf8Printable(typed));

@@ -123,6 +123,7 @@ void AppFinder::read()
         return;
     }
     _readingDelay.stop();
+    _uses.read();
     QList<Reading> readings;
     for (const AppRef &app : _apps.apps()) {
         const auto known = _known.constFind(app->path());

@@ -17,7 +17,7 @@ namespace {
 
 // In bytes; more than the longest paths need.
 constexpr qint64 LargestFile = 4 << 20;
-// No one has used an application that often: a clock was wrong.
+// More uses than that mean that a clock was wrong.
 constexpr double MostHalvings = 20;
 constexpr QFile::Permissions UserAlone = QFile::ReadOwner | QFile::WriteOwner;
 

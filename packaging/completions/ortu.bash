@@ -31,7 +31,7 @@ _ortu()
         missingApps userApps userApps1D'
     local -A goes_with=(
         [--toggle]='' [--show]='' [--preferences]='' [--hide]='' [--rescan]='' [--quit]='' [--help]='' [--version]=''
-        [--service]=''
+        [--service]='' [--export]='' [--import]=''
         [--status]='--json'
         [--list]='--fresh --json'
         [--colors]='--json --sheet --size --count --delta-e --gray-threshold --wrap-hue --min-saturation
@@ -70,7 +70,7 @@ _ortu()
             return ;;
         --reset) _ortu_offer "$(_ortu_keys)" "$current"; return ;;
         --layout | --group) _ortu_offer "$groups" "$current"; return ;;
-        --screenshot | --sheet) _ortu_offer_files "$current"; return ;;
+        --screenshot | --sheet | --export | --import) _ortu_offer_files "$current"; return ;;
         --bounds | --at | --rows | --columns | --scale | --size | --count | --delta-e | --gray-threshold | --wrap-hue \
             | --min-saturation | --min-luminosity) return ;;
     esac

@@ -1193,6 +1193,10 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
         <source>&amp;Clear What Was Started</source>
         <translation>Gestartetes &amp;löschen</translation>
     </message>
+    <message>
+        <source>Favorites, exclusions and preferences:</source>
+        <translation>Favoriten, Ausschlüsse und Einstellungen:</translation>
+    </message>
 </context>
 <context>
     <name>PreferencesWindow</name>
@@ -1342,6 +1346,38 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
         <source>too large</source>
         <translation>Die Datei würde zu groß</translation>
     </message>
+    <message>
+        <source>its corrected colour is none</source>
+        <translation>die berichtigte Farbe ist keine</translation>
+    </message>
+    <message>
+        <source>no such preference</source>
+        <translation>es gibt keine solche Einstellung</translation>
+    </message>
+    <message>
+        <source>the preference cannot have this value</source>
+        <translation>die Einstellung kann diesen Wert nicht haben</translation>
+    </message>
+    <message>
+        <source>this Ortu does not know it</source>
+        <translation>dieses Ortu kennt es nicht</translation>
+    </message>
+    <message>
+        <source>no settings that Ortu has exported</source>
+        <translation>das sind keine von Ortu exportierten Einstellungen</translation>
+    </message>
+    <message>
+        <source>a newer Ortu has exported them</source>
+        <translation>ein neueres Ortu hat sie exportiert</translation>
+    </message>
+    <message>
+        <source>Ortu itself keeps this file</source>
+        <translation>Ortu selbst führt diese Datei</translation>
+    </message>
+    <message>
+        <source>no such file</source>
+        <translation>es gibt diese Datei nicht</translation>
+    </message>
 </context>
 <context>
     <name>ScanFolderTable</name>
@@ -1365,6 +1401,56 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
     <message>
         <source>Add</source>
         <translation>Hinzufügen</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsAlerts</name>
+    <message>
+        <source>The settings cannot be exported.</source>
+        <translation>Die Einstellungen können nicht exportiert werden.</translation>
+    </message>
+    <message>
+        <source>The settings cannot be imported.</source>
+        <translation>Die Einstellungen können nicht importiert werden.</translation>
+    </message>
+    <message>
+        <source>Everything is as in the file already.</source>
+        <translation>Alles ist schon so wie in der Datei.</translation>
+    </message>
+    <message>
+        <source>The settings were imported.</source>
+        <translation>Die Einstellungen wurden importiert.</translation>
+    </message>
+    <message>
+        <source>Left out:</source>
+        <translation>Ausgelassen:</translation>
+    </message>
+    <message>
+        <source>What was before stays in %1, in files whose names end with “.before”. To go back, take that off their names.</source>
+        <translation>Was vorher war, bleibt in %1 in Dateien, deren Namen auf „.before“ enden. Nehmen Sie das von den Namen weg, um zurückzukehren.</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsButtons</name>
+    <message>
+        <source>E&amp;xport…</source>
+        <translation>E&amp;xportieren…</translation>
+    </message>
+    <message>
+        <source>&amp;Import…</source>
+        <translation>Im&amp;portieren…</translation>
+    </message>
+    <message>
+        <source>Export Settings</source>
+        <translation>Einstellungen exportieren</translation>
+    </message>
+    <message>
+        <source>Import Settings</source>
+        <translation>Einstellungen importieren</translation>
+    </message>
+    <message>
+        <source>Ortu Settings</source>
+        <translation>Ortu-Einstellungen</translation>
     </message>
 </context>
 <context>

@@ -73,7 +73,7 @@ NewApplications::NewApplications(const Items &items)
 
 void NewApplications::registerDefaults()
 {
-    UserDefaults::standard().registerDefaults(
+    UserDefaults::standard().registerState(
         { { Key::newApplications, QVariantList() }, { Key::lastScan, QVariantMap() } });
 }
 

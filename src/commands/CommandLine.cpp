@@ -92,6 +92,16 @@ private:
         return given.value_or(QString());
     }
 
+    QString requiredFile(const QString &option)
+    {
+        const QString what = QStringLiteral("a file name");
+        const QString file = requiredOperand(option, what);
+        if (file.isEmpty()) {
+            fail(QStringLiteral("%1 needs %2").arg(option, what));
+        }
+        return file;
+    }
+
     void readOption(const QString &option)
     {
         if (option == QLatin1String("--")) {
@@ -132,7 +142,13 @@ private:
             _call.value = _call.key ? rawOperand() : std::nullopt;
         } else if (option == QLatin1String("--screenshot")) {
             setVerb(Verb::Screenshot, option);
-            _call.file = requiredOperand(option, QStringLiteral("a file name"));
+            _call.file = requiredFile(option);
+        } else if (option == QLatin1String("--export")) {
+            setVerb(Verb::Export, option);
+            _call.file = requiredFile(option);
+        } else if (option == QLatin1String("--import")) {
+            setVerb(Verb::Import, option);
+            _call.file = requiredFile(option);
         } else {
             return false;
         }
@@ -188,7 +204,7 @@ private:
     {
         ColorOptions &colors = _call.colors;
         if (option == QLatin1String("--sheet")) {
-            readSheet(option);
+            _call.sheet = requiredFile(option);
         } else if (option == QLatin1String("--count")) {
             colors.count = readWhole(option, 0, std::numeric_limits<int>::max());
         } else if (option == QLatin1String("--size")) {
@@ -210,15 +226,6 @@ private:
         }
         allow(option, { Verb::Colors });
         return true;
-    }
-
-    void readSheet(const QString &option)
-    {
-        const QString what = QStringLiteral("a file name");
-        _call.sheet = requiredOperand(option, what);
-        if (_call.sheet.isEmpty()) {
-            fail(QStringLiteral("%1 needs %2").arg(option, what));
-        }
     }
 
     // Options may stand before their verb, so what goes with what is judged at the end.
@@ -386,6 +393,11 @@ QString commandLineHelp()
         "  --defaults --reset KEY              go back to a preference's default\n"
         "  --screenshot FILE.png [--group GROUP] [--bounds WxH] [--scale F]\n"
         "                                      draw the grid into a picture; needs no display\n"
+        "  --export FILE                       write favourites, exclusions, colours and "
+        "preferences\n"
+        "                                      to a file; - is standard output\n"
+        "  --import FILE                       take them over; what was before stays as "
+        "NAME.before\n"
         "  --set KEY=VALUE                     change a preference for this run alone\n"
         "  --help, --version\n"
         "\n"

@@ -43,6 +43,8 @@ struct Invocation
         Layout,
         Defaults,
         Screenshot,
+        Export,
+        Import,
         Help,
         Version,
     };
@@ -70,7 +72,7 @@ struct Invocation
     std::optional<QString> key;
     std::optional<QString> value;
     std::optional<QString> resetKey;
-    // --screenshot
+    // --screenshot, --export and --import; for the last two "-" is standard output and input.
     QString file;
     double scale = 1.0;
     // What is opened by a start, or the pictures and applications of --colors, as typed.

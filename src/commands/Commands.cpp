@@ -32,7 +32,8 @@ Commands::Drawing Commands::drawing(const Invocation &invocation)
 
 bool Commands::mayWrite(const Invocation &invocation)
 {
-    return startsProgram(invocation) || invocation.verb == Verb::Defaults;
+    return startsProgram(invocation) || invocation.verb == Verb::Defaults
+        || invocation.verb == Verb::Import;
 }
 
 void Commands::registerDefaults(const Desktop &desktop)
@@ -73,6 +74,10 @@ int Commands::run(const Invocation &invocation, Desktop &desktop)
         return defaults(invocation, desktop);
     case Verb::Screenshot:
         return screenshot(invocation, desktop);
+    case Verb::Export:
+        return exportSettings(invocation, desktop);
+    case Verb::Import:
+        return importSettings(invocation, desktop);
     case Verb::Help:
         return Output::print(commandLineHelp()) ? 0 : 1;
     case Verb::Version:

@@ -53,5 +53,8 @@ int colors(const Invocation &invocation, Desktop &desktop);
 int layout(const Invocation &invocation, Desktop &desktop);
 int defaults(const Invocation &invocation, const Desktop &desktop);
 int screenshot(const Invocation &invocation, Desktop &desktop);
+// Settings to a file, and from one.
+int exportSettings(const Invocation &invocation, const Desktop &desktop);
+int importSettings(const Invocation &invocation, const Desktop &desktop);
 
 } // namespace Commands

@@ -80,10 +80,8 @@ void OTIconView::registerDefaults()
     GridInput::registerDefaults();
     GridColors::registerDefaults();
     AppFinder::registerDefaults();
-    UserDefaults::standard().registerDefaults({
-        { GridKeys::groupShownWhenWindowClosed, -1 },
-        { GridKeys::reverseScrollWheel, false },
-    });
+    UserDefaults::standard().registerState({ { GridKeys::groupShownWhenWindowClosed, -1 } });
+    UserDefaults::standard().registerDefaults({ { GridKeys::reverseScrollWheel, false } });
 }
 
 void OTIconView::setGroupToShow(int group)

@@ -42,8 +42,9 @@ void OTController::registerDefaults()
     AccessCheck::registerDefaults();
     OTWelcomeAssistant::registerDefaults();
     Updater::registerDefaults();
+    // Repeats what the session's entries say.
+    UserDefaults::standard().registerState({ { Key::startAtLogin, false } });
     UserDefaults::standard().registerDefaults({
-        { Key::startAtLogin, false },
         { QStringLiteral("showOnBecomeActive"), false },
         { QStringLiteral("hideOnResignActive"), false },
         { Key::showWindowAtLaunch, true },

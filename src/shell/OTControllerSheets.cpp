@@ -12,6 +12,7 @@
 #include "shell/preferences/ColorSortingOptions.h"
 #include "shell/preferences/ExclusionWindow.h"
 #include "shell/preferences/PreferencesWindow.h"
+#include "shell/preferences/SettingsAlerts.h"
 #include "shell/welcome/OTWelcomeAssistant.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
@@ -89,6 +90,12 @@ PreferencesWindow *OTController::makePreferencesWindow()
     connect(&_launchAtLogin, &LaunchAtLoginController::problemChanged, window,
         &PreferencesWindow::setProblem);
     connect(window, &PreferencesWindow::quitWanted, this, [this] { quitApp(); });
+    connect(window, &PreferencesWindow::exportWanted, this, [this, window](const QString &file) {
+        SettingsAlerts::exportTo(file, _desktop.searchPaths(), *window);
+    });
+    connect(window, &PreferencesWindow::importWanted, this, [this, window](const QString &file) {
+        SettingsAlerts::importFrom(file, _desktop.searchPaths(), *window);
+    });
     connect(&_triggers, &Triggers::hotKeyProblemChanged, window,
         &PreferencesWindow::hotKeyProblemDidChange);
     addSheet(*window);

@@ -11,6 +11,7 @@
 #include <QCoreApplication>
 #include <QHash>
 #include <QMultiHash>
+#include <QSet>
 
 #include <utility>
 
@@ -52,6 +53,8 @@ public:
 
     DefaultsFile file;
     QHash<QString, QVariant> registered;
+    // Keys of these that are no preferences in truth.
+    QSet<QString> state;
     QHash<QString, QVariant> thisRun;
     QHash<QString, QVariant> inForce;
     // That a write failed; once, until one succeeds.
@@ -197,6 +200,13 @@ void UserDefaults::registerDefaults(const QVariantMap &defaults)
     announceChanges();
 }
 
+void UserDefaults::registerState(const QVariantMap &defaults)
+{
+    const QStringList keys = defaults.keys();
+    d->state.unite({ keys.begin(), keys.end() });
+    registerDefaults(defaults);
+}
+
 const QString &UserDefaults::writeProblem() const
 {
     return d->writeProblem;
@@ -277,9 +287,22 @@ QStringList UserDefaults::registeredKeys() const
     return keys;
 }
 
-bool UserDefaults::hasStoredValue(const QString &key) const
+bool UserDefaults::isState(const QString &key) const
 {
-    return d->stored(key).isValid();
+    return d->state.contains(key);
+}
+
+QVariant UserDefaults::storedValue(const QString &key) const
+{
+    return d->stored(key);
+}
+
+bool UserDefaults::isUsable(const QString &key, const QVariant &value) const
+{
+    const QVariant like = defaultForKey(key);
+    const bool isColor = colorFromText(like.toString()).isValid();
+    return value.isValid() && PreferenceType::converted(value, like).isValid()
+        && (!isColor || colorFromText(value.toString()).isValid());
 }
 
 bool UserDefaults::setObject(const QString &key, const QVariant &value)

@@ -42,6 +42,9 @@ public:
 
     // Adds defaults below every stored value. A later registration of the same key wins.
     void registerDefaults(const QVariantMap &defaults);
+    // The same for what the program remembers of itself or of this computer: it is kept among the
+    // preferences, but is no choice that a user would take elsewhere.
+    void registerState(const QVariantMap &defaults);
 
     // The value in force, or an invalid one. A stored value whose type cannot stand for the type of
     // the registered default is not used: one log line, and the default holds.
@@ -61,7 +64,14 @@ public:
     QVariant defaultForKey(const QString &key) const;
     // Every registered key, sorted.
     QStringList registeredKeys() const;
-    bool hasStoredValue(const QString &key) const;
+    // Whether registerState() registered it.
+    bool isState(const QString &key) const;
+    // Invalid when there is none. One that objectForKey() does not use is among them.
+    QVariant storedValue(const QString &key) const;
+    bool hasStoredValue(const QString &key) const { return storedValue(key).isValid(); }
+    // Whether a value may stand for the preference: its type fits and, where the default is a
+    // colour, it is one.
+    bool isUsable(const QString &key, const QVariant &value) const;
 
     // Stores a value and announces the change; the file follows. Nothing happens when the same
     // value is stored already. False and one log line, and nothing changed, for a value of the

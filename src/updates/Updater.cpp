@@ -60,8 +60,8 @@ Updater::~Updater()
 
 void Updater::registerDefaults()
 {
-    UserDefaults::standard().registerDefaults(
-        { { Key::checksAutomatically, true }, { Key::skippedVersion, QString() } });
+    UserDefaults::standard().registerDefaults({ { Key::checksAutomatically, true } });
+    UserDefaults::standard().registerState({ { Key::skippedVersion, QString() } });
 }
 
 QUrl Updater::feedUrl(const InfoDictionary &info)

@@ -2,6 +2,7 @@
 #include "TestCase.h"
 #include "catalogue/BunchText.h"
 #include "catalogue/OTAppManager.h"
+#include "catalogue/files/SettingsExchange.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 #include "support/files/PropertyList.h"
@@ -66,6 +67,32 @@ private Q_SLOTS:
         }
     }
 
+    // It follows at once, does not bring back what it had, and takes back its own steps alone.
+    void anImport_isTakenOver()
+    {
+        UserDefaults preferences(_desktop->tree.path(u"Preferences.plist"_s));
+        _manager = started();
+        for (const QChar letter : u"abc"_s) {
+            _manager->moveApp(app(letter), UserGroup, 0, 9);
+        }
+        _manager->excludeApp(app(u'h'));
+        const auto document = [this](const QString &first, const QString &second) {
+            return PropertyList::toXml(QVariantMap { { u"OrtuSettingsVersion"_s, 1 },
+                { u"UserApplications"_s, QVariantList { paths(first), paths(second) } },
+                { u"ExcludedApplications"_s, QStringList(path(u'g')) } });
+        };
+        SettingsExchange exchange(_desktop->searchPaths(), preferences);
+        QCOMPARE(exchange.importData(document(u"e"_s, u"ca"_s)).error, QString());
+        QTRY_COMPARE(text(*_manager), u"e|ca| eca g"_s);
+        _manager->moveApp(app(u'd'), UserGroup, 0, 0);
+        QCOMPARE(text(*started()), u"de|ca| ecad g"_s);
+        // "d" came, "h" was excluded, "c" came.
+        for (const QString &state : { u"e|ca| eca g"_s, u"e|ca| eca g"_s, u"e|a| ea g"_s }) {
+            QVERIFY(_manager->undoLastChange());
+            QCOMPARE(text(*_manager), state);
+        }
+    }
+
     // Only what a step was about goes back to where it stood, beside the same neighbours.
     void changesOfAnotherProgram_areLeftAlone()
     {
@@ -119,6 +146,14 @@ private:
         std::sort(excluded.begin(), excluded.end());
         return BunchText::text(manager.userApps()) + u' ' + BunchText::text(manager.userApps1D())
             + u' ' + excluded;
+    }
+    QStringList paths(const QString &letters) const
+    {
+        QStringList paths;
+        for (const QChar letter : letters) {
+            paths.append(path(letter));
+        }
+        return paths;
     }
     int random(int end) { return _random.bounded(end); }
     // One step of the catalogue, and of the states that it should go through.

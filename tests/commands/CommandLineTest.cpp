@@ -19,7 +19,8 @@ private Q_SLOTS:
             { "--layout 1 --bounds 9x9 --at 3", "X,Y: 3" },
             { "--layout 1 --bounds 9x9 --rows 1 --columns 1", "--columns" },
             { "--set iconPadding", "KEY=VALUE" }, { "--screenshot --group 5", "file name" },
-            { "--screenshot a.png --scale 0", "--scale" },
+            { "--screenshot a.png --scale 0", "--scale" }, { "--export --import a", "file name" },
+            { "--import a b", "argument b" },
             { "--defaults iconPadding 3 --reset iconPadding", "--reset" },
             { "--colors --json", "a file" }, { "--colors a.png --count 1.5", "1.5" },
             { "--colors a.png --size 129", "from 1 to 128" } };

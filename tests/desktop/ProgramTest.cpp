@@ -3,6 +3,7 @@
 
 #include "desktop/ProgramRunner.h"
 #include "feedback/CrashLogs.h"
+#include "support/files/PropertyList.h"
 
 #include <QImage>
 #include <QJsonArray>
@@ -99,6 +100,58 @@ private Q_SLOTS:
         QVERIFY(failed.exitCode == 1 && failed.errorLines.size() == 1);
     }
 
+    void settingsGoOut_andComeBackAsTheyWere()
+    {
+        _runner->run({ u"--defaults"_s, u"iconPadding"_s, u"7"_s });
+        const auto file = [](const QString &name) { return u"data/Ortu/%1.plist"_s.arg(name); };
+        _runner->write(file(u"UserApplications"_s),
+            PropertyList::toXml(QVariantList { QStringList { u"/gone/b"_s, u"/ä & <c>"_s },
+                QStringList(), QStringList(u"/a"_s) }));
+        _runner->write(file(u"UserApplications1D"_s),
+            PropertyList::toXml(QStringList { u"/a"_s, u"/gone/b"_s, u"/ä & <c>"_s }));
+        _runner->write(file(u"ExcludedApplications"_s), PropertyList::toXml(QStringList(u"/e"_s)));
+        const QVariantMap color { { u"red"_s, 0.1 }, { u"green"_s, 1 }, { u"blue"_s, 1.0 / 3 } };
+        _runner->write(
+            file(u"ColorCorrections"_s), PropertyList::toXml(QVariantMap { { u"/a"_s, color } }));
+        const QMap<QString, QByteArray> before = settings();
+        QCOMPARE(before.size(), 5);
+        QCOMPARE(_runner->run({ u"--export"_s, _runner->path(u"kept"_s) }).exitCode, 0);
+        const QByteArray kept = _runner->read(u"kept"_s);
+        QCOMPARE(_runner->run({ u"--export"_s, u"-"_s }).output, kept);
+        QDir(_runner->path(u"data"_s)).removeRecursively();
+        QDir(_runner->path(u"config"_s)).removeRecursively();
+        QCOMPARE(import(u"kept"_s).exitCode, 0);
+        QCOMPARE(settings(), before);
+
+        // Nothing of these is taken.
+        for (const QByteArray &bad : { kept.left(kept.size() / 2), QByteArray("<html></html>"),
+                 plist("<dict/>"), QByteArray(kept).replace("<integer>1<", "<integer>2<"),
+                 QByteArray(kept).replace("<string>/e<", "<string>e<") }) {
+            _runner->write(u"bad"_s, bad);
+            const auto refused = import(u"bad"_s);
+            QVERIFY2(refused.exitCode == 1 && refused.errorLines.size() == 1, bad);
+            QCOMPARE(settings(), before);
+        }
+        // These are named and left out; what changes is kept as it was.
+        _runner->write(u"other"_s,
+            plist(
+                "<dict><key>OrtuSettingsVersion</key><integer>1</integer><key>Mail</key><array/>"
+                "<key>UserApplications1D</key><array><string>/e</string><string>/e</string></array>"
+                "<key>ColorCorrections</key><dict><key>/a</key><dict><key>red</key><real>2</real>"
+                "</dict></dict><key>Preferences</key><dict><key>iconPadding</key><true/>"
+                "<key>lastScan</key><dict/><key>windowColor</key><string>red</string></dict></"
+                "dict>"));
+        QCOMPARE(import(u"other"_s).errorLines.size(), 5);
+        QCOMPARE(_runner->read(file(u"UserApplications"_s)),
+            PropertyList::toXml(QVariantList { QStringList(u"/e"_s) }));
+        const QStringList unchanged { u"Preferences.plist"_s, u"ExcludedApplications.plist"_s };
+        for (const QString &name : before.keys()) {
+            const QByteArray &was = before[name];
+            QCOMPARE(_runner->read(name + u".before"_s),
+                unchanged.contains(QFileInfo(name).fileName()) ? QByteArray() : was);
+        }
+    }
+
     void aPictureHoldsTheIcons()
     {
         const QColor color(200, 10, 20);
@@ -180,6 +233,21 @@ private Q_SLOTS:
     }
 
 private:
+    ProgramRunner::Result import(const QString &name) const
+    {
+        return _runner->run({ u"--import"_s, _runner->path(name) });
+    }
+    // The user's files that an export takes along.
+    QMap<QString, QByteArray> settings() const
+    {
+        QMap<QString, QByteArray> contents;
+        for (const QString &folder : { u"config/Ortu"_s, u"data/Ortu"_s }) {
+            for (const QString &name : QDir(_runner->path(folder)).entryList(QDir::Files)) {
+                contents.insert(folder + u'/' + name, _runner->read(folder + u'/' + name));
+            }
+        }
+        return contents;
+    }
     // The bunches of a group.
     QJsonValue list(const QStringList &arguments) const
     {

@@ -23,7 +23,8 @@ private Q_SLOTS:
         QImage red(8, 8, QImage::Format_RGB32);
         red.fill(Qt::red);
         QVERIFY(red.save(_picture));
-        const QHash<QString, QString> samples { { u"FILE…"_s, _picture }, { u"FILE.png"_s, _drawn },
+        const QHash<QString, QString> samples { { u"FILE…"_s, _picture },
+            { u"FILE"_s, _runner.path(u"settings"_s) }, { u"FILE.png"_s, _drawn },
             { u"OUT.png"_s, _drawn }, { u"GROUP"_s, u"allApps"_s }, { u"WxH"_s, u"800x600"_s },
             { u"X,Y"_s, u"20,20"_s }, { u"…"_s, u"30,30"_s }, { u"N"_s, u"2"_s },
             { u"F"_s, u"2"_s }, { u"KEY"_s, u"iconPadding"_s }, { u"VALUE"_s, u"3"_s } };

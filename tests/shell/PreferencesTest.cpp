@@ -8,6 +8,8 @@
 #include "shell/preferences/PreferenceControls.h"
 #include "shell/preferences/PreferencesWindow.h"
 #include "shell/preferences/ScanFolderTable.h"
+#include "shell/preferences/SettingsButtons.h"
+#include "support/Alerts.h"
 #include "support/InfoDictionary.h"
 #include "support/Translations.h"
 
@@ -176,6 +178,42 @@ private Q_SLOTS:
         QVERIFY(press(Qt::Key_Escape, {}, 9));
         QVERIFY(sheet());
         QCOMPARE(stored(), std::pair(101LL, 0LL));
+    }
+
+    void settingsGoToAFile_andComeFromOne()
+    {
+        QList<Alert> alerts;
+        const Alerts::PresenterScope presenter([&alerts](const Alert &alert, QWidget *) {
+            alerts.append(alert);
+            return 0;
+        });
+        launch();
+        _controller->openPrefs();
+        auto *const buttons = sheet()->findChild<SettingsButtons *>();
+        const QString file = _desktop->tree.path(u"kept.plist"_s);
+        const auto choose = [&](qsizetype button) {
+            buttons->findChildren<QPushButton *>()[button]->click();
+            auto *const dialog = buttons->findChild<QFileDialog *>();
+            dialog->selectFile(file);
+            Q_EMIT dialog->fileSelected(file);
+            dialog->close();
+        };
+        set("iconPadding", 7);
+        choose(0);
+        QTRY_VERIFY(QFile::exists(file));
+        QVERIFY(alerts.isEmpty());
+        set("iconPadding", 3);
+        choose(1);
+        QTRY_COMPARE(alerts.size(), 1);
+        QCOMPARE(_defaults->integerForKey(u"iconPadding"_s), 7);
+        QFile::remove(file);
+        choose(1);
+        QTRY_COMPARE(alerts.size(), 2);
+        QCOMPARE(alerts[1].style, Alert::Style::Warning);
+        // The dialog goes with the sheet.
+        buttons->findChild<QPushButton *>()->click();
+        _controller->closePrefs();
+        QVERIFY(!buttons->findChild<QFileDialog *>());
     }
 
     void otherSheets_openAndGoWithThePanel()

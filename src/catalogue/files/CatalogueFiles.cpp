@@ -29,8 +29,7 @@ QString folderIn(const SearchPaths &searchPaths, SearchPaths::Domain domain)
 
 QString userFile(const SearchPaths &searchPaths, const char *name)
 {
-    return folderIn(searchPaths, SearchPaths::Domain::User) + QLatin1Char('/')
-        + QLatin1String(name);
+    return CatalogueFiles::userFolder(searchPaths) + QLatin1Char('/') + QLatin1String(name);
 }
 
 QString allAppsFile(const SearchPaths &searchPaths)
@@ -78,9 +77,14 @@ CatalogueFiles::~CatalogueFiles()
     writeAgain();
 }
 
+QString CatalogueFiles::userFolder(const SearchPaths &searchPaths)
+{
+    return folderIn(searchPaths, SearchPaths::Domain::User);
+}
+
 QString CatalogueFiles::userApplicationSupportFolder() const
 {
-    return folderIn(_searchPaths, SearchPaths::Domain::User);
+    return userFolder(_searchPaths);
 }
 
 QString CatalogueFiles::localApplicationSupportFolder() const

@@ -39,6 +39,7 @@ public:
     ~CatalogueFiles() override;
 
     // The program's own folder in each domain; the temporary folder stands in for a missing one.
+    static QString userFolder(const SearchPaths &searchPaths);
     QString userApplicationSupportFolder() const;
     QString localApplicationSupportFolder() const;
 

@@ -58,10 +58,15 @@ PathFile::Document PathFile::read(const QString &path, Shape shape)
     if (document.state != State::Read) {
         return { document.state, {}, document.error };
     }
-    if (document.value.typeId() != QMetaType::QVariantList) {
+    return fromPropertyList(document.value, shape);
+}
+
+PathFile::Document PathFile::fromPropertyList(const QVariant &value, Shape shape)
+{
+    if (value.typeId() != QMetaType::QVariantList) {
         return { State::Damaged, {}, QStringLiteral("not an array") };
     }
-    const QVariantList array = document.value.toList();
+    const QVariantList array = value.toList();
     Document result { State::Read, {}, {} };
     int rejected = 0;
     if (shape == Shape::Bunched) {

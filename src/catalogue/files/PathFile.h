@@ -17,6 +17,9 @@ struct Document
     QString error;
 };
 
+// Takes the value of such a property list apart.
+Document fromPropertyList(const QVariant &value, Shape shape);
+
 // Logs nothing, as the caller knows what becomes of the file.
 Document read(const QString &path, Shape shape);
 

@@ -4,6 +4,7 @@
 #include "shell/preferences/HotKeyControl.h"
 #include "shell/preferences/PreferenceRows.h"
 #include "shell/preferences/ScanFolderTable.h"
+#include "shell/preferences/SettingsButtons.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
@@ -153,7 +154,7 @@ QWidget *PreferenceTabs::triggers(PreferenceControls &controls, const HotKeyChoi
     return page;
 }
 
-QWidget *PreferenceTabs::advanced(PreferenceControls &controls)
+QWidget *PreferenceTabs::advanced(PreferenceControls &controls, SettingsButtons *settings)
 {
     auto *const page = new QWidget;
     PreferenceRows rows(controls, *page);
@@ -170,5 +171,8 @@ QWidget *PreferenceTabs::advanced(PreferenceControls &controls)
         "showNoMouseAccessWarning", tr("Warn at the start when onl&y the hot key shows the panel"));
     rows.addCheckBox(
         "showNoUIAccessWarning", tr("Warn at the start when nothing shows the &panel"));
+    rows.addGap();
+    rows.form().addRow(new QLabel(tr("Favorites, exclusions and preferences:")), settings);
+    controls.addChooser([settings] { settings->closeFileDialog(); });
     return page;
 }

@@ -6,6 +6,7 @@
 
 class Items;
 class PreferenceControls;
+class SettingsButtons;
 struct HotKeyChoice;
 class QWidget;
 
@@ -22,6 +23,7 @@ QWidget *groupsAndOrder(
     PreferenceControls &controls, const std::function<void()> &openColorSortingOptions);
 QWidget *folders(PreferenceControls &controls, const Items &items);
 QWidget *triggers(PreferenceControls &controls, const HotKeyChoice &hotKey);
-QWidget *advanced(PreferenceControls &controls);
+// With the buttons for all settings at its end.
+QWidget *advanced(PreferenceControls &controls, SettingsButtons *settings);
 
 } // namespace PreferenceTabs

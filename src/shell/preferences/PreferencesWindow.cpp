@@ -1,6 +1,7 @@
 #include "shell/preferences/PreferencesWindow.h"
 
 #include "shell/preferences/PreferenceControls.h"
+#include "shell/preferences/SettingsButtons.h"
 #include "support/Translations.h"
 #include "support/UserDefaults.h"
 
@@ -58,7 +59,12 @@ void PreferencesWindow::addTabs(
     addTab(tr("Tri&ggers"), [&hotKey](PreferenceControls &controls) {
         return PreferenceTabs::triggers(controls, hotKey);
     });
-    addTab(tr("Ad&vanced"), &PreferenceTabs::advanced);
+    auto *const settings = new SettingsButtons;
+    connect(settings, &SettingsButtons::exportWanted, this, &PreferencesWindow::exportWanted);
+    connect(settings, &SettingsButtons::importWanted, this, &PreferencesWindow::importWanted);
+    addTab(tr("Ad&vanced"), [settings](PreferenceControls &controls) {
+        return PreferenceTabs::advanced(controls, settings);
+    });
 }
 
 void PreferencesWindow::addTab(const QString &title, const Page &page)

@@ -39,6 +39,9 @@ public:
 Q_SIGNALS:
     void colorSortingOptionsWanted();
     void quitWanted();
+    // All settings are to go to a file, or come from one.
+    void exportWanted(const QString &file);
+    void importWanted(const QString &file);
 
 protected:
     void showEvent(QShowEvent *event) override;

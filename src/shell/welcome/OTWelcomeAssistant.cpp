@@ -31,7 +31,7 @@ const QString lastShownWelcomeStep = QStringLiteral("lastShownWelcomeStep");
 
 void OTWelcomeAssistant::registerDefaults()
 {
-    UserDefaults::standard().registerDefaults(
+    UserDefaults::standard().registerState(
         { { Key::showWelcomeWindow, true }, { Key::lastShownWelcomeStep, 0 } });
 }
 

@@ -193,6 +193,7 @@ public:
     bool areWindowsShown = true;
     // Of every application.
     QList<Action> actions;
+    bool hasNewWindows = false;
     QStringList folders;
 
     const SearchPaths &searchPaths() const override { return *this; }
@@ -216,6 +217,12 @@ public:
     {
         const QStringList urls = QUrl::toStringList(documents.value_or(QList<QUrl>()));
         requests.append(documents ? path + u" <- "_s + urls.join(u' ') : path);
+        return launchStatus;
+    }
+    bool canOpenNewWindow(const QString &) const override { return hasNewWindows; }
+    LaunchStatus openNewWindow(const QString &path) override
+    {
+        requests.append(u"window "_s + path);
         return launchStatus;
     }
     bool reveal(const QString &path) override

@@ -227,7 +227,21 @@ bool OTApp::launchWithPasteboard(const QMimeData *pasteboard) const
 
 bool OTApp::launchWithDocuments(const std::optional<QList<QUrl>> &documents) const
 {
-    const LaunchStatus status = _desktop.launcher().open(_path, documents);
+    return takeStatus(_desktop.launcher().open(_path, documents));
+}
+
+bool OTApp::openNewWindow() const
+{
+    return takeStatus(_desktop.launcher().openNewWindow(_path));
+}
+
+bool OTApp::canOpenNewWindow() const
+{
+    return _desktop.launcher().canOpenNewWindow(_path);
+}
+
+bool OTApp::takeStatus(LaunchStatus status) const
+{
     if (status == LaunchStatus::Launched) {
         noteUseOnMainThread();
         announceUseOnMainThread();

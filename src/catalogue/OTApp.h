@@ -111,6 +111,9 @@ public:
     // tells the user there, and announces a bundle that is gone.
     bool launchWithPasteboard(const QMimeData *pasteboard) const;
     bool launchWithDocuments(const std::optional<QList<QUrl>> &documents) const;
+    // One more window of an application that runs, in the same way; and whether that is offered.
+    bool openNewWindow() const;
+    bool canOpenNewWindow() const;
     static std::optional<QList<QUrl>> documentsOnPasteboard(const QMimeData *pasteboard);
 
     // What the application offers beside being started, and doing it, which may be on any thread.
@@ -142,6 +145,7 @@ public:
     }
 
 private:
+    bool takeStatus(LaunchStatus status) const;
     void noteUseOnMainThread() const;
     void announceUseOnMainThread() const;
     void announceFailureOnMainThread(LaunchStatus status) const;

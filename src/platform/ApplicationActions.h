@@ -16,6 +16,8 @@ public:
         QString id;
         // In the user's language: plain text in one line, in which an ampersand means itself.
         QString title;
+        // It is the one by which Launcher::openNewWindow() opens a window.
+        bool isNewWindow = false;
     };
 
     virtual ~ApplicationActions() = default;

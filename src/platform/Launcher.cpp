@@ -7,6 +7,16 @@ LaunchStatus Launcher::open(const QString &, const std::optional<QList<QUrl>> &)
     return LaunchStatus::Failed;
 }
 
+bool Launcher::canOpenNewWindow(const QString &) const
+{
+    return false;
+}
+
+LaunchStatus Launcher::openNewWindow(const QString &)
+{
+    return LaunchStatus::Failed;
+}
+
 bool Launcher::reveal(const QString &path)
 {
     qCWarning(

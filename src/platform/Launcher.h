@@ -33,6 +33,11 @@ public:
     virtual LaunchStatus open(
         const QString &bundlePath, const std::optional<QList<QUrl>> &documents);
 
+    // Whether an application that runs can be had in one more window. Reads a small file.
+    virtual bool canOpenNewWindow(const QString &bundlePath) const;
+    // Opens that: does what the application itself offers for it, or starts it once more.
+    virtual LaunchStatus openNewWindow(const QString &bundlePath);
+
     // Shows the item in the file browser, selected where that is possible. False and one log line
     // when no browser could be asked.
     virtual bool reveal(const QString &path);

@@ -27,6 +27,9 @@ Q_SIGNALS:
     void launched();
     void terminated();
     void frontSwitched();
+    // A start of the application has come to its end, or one more window of it to the screen: it
+    // need not be new among those that run, nor known to the catalogue.
+    void startEnded(const QString &bundlePath);
     // An application that was asked to quit asks the user back. Its question was brought to the
     // front, where a window of ours had been.
     void questionAsked();

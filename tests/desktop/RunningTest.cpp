@@ -7,6 +7,7 @@
 #include "desktop/Programs.h"
 #include "platform/FileTree.h"
 #include "platform/freedesktop/FreedesktopDesktop.h"
+#include "platform/freedesktop/x11/StartupDisplay.h"
 #include "support/NotificationCenter.h"
 #include "support/UserDefaults.h"
 
@@ -36,6 +37,7 @@ private Q_SLOTS:
                 "[Desktop Entry]\nType=Application\nName=" + QByteArray(id) + '\n' + lines);
         };
         entry("calculator", "Exec=xcalc\nStartupWMClass=XCalc\n");
+        entry("quiet", "Exec=cat\nStartupNotify=true\n");
         entry("processes", "Exec=htop\nTerminal=true\n");
         for (const char *id : { "debian-xterm", "org.gnome.baobab", "org.xfce.mousepad" }) {
             const QString name = u"applications/%1.desktop"_s.arg(QLatin1String(id));
@@ -137,6 +139,36 @@ private Q_SLOTS:
         }
     }
 
+    // To panels, and by the program; its window ends it as well.
+    void aStart_isAnnounced_andItsEndHeard()
+    {
+        XClient panel;
+        // Its requests are at the server.
+        panel.time();
+        QSignalSpy ended(&_desktop->runningApplications(), &RunningApplications::startEnded);
+        QVERIFY(app(u"quiet"_s)->launchWithPasteboard(nullptr));
+        const QByteArray sent = startupMessageTo(panel).replace('"', '\'');
+        const QString message = QString::fromUtf8(sent);
+        const QRegularExpression wanted(u"^new: ID='(ortu-[^']+_TIME\\d+)' SCREEN='0' NAME='quiet' "
+                                        u"DESCRIPTION='Starting quiet' "
+                                        "BIN='cat' APPLICATION_ID='[^']+/quiet.desktop'$"_s);
+        const QRegularExpressionMatch match = wanted.match(message);
+        QVERIFY2(match.hasMatch(), qPrintable(message));
+        QCOMPARE(ended.size(), 0);
+        const QByteArray id = match.captured(1).toUtf8();
+        StartupDisplay().broadcast("remove", { { "ID", id } });
+        QTRY_COMPARE(ended.size(), 1);
+        QCOMPARE(ended.takeFirst()[0].toString(), app(u"quiet"_s)->path());
+
+        const AppRef calculator = launched(u"calculator"_s);
+        QTRY_COMPARE(ended.size(), 1);
+        QVERIFY(calculator->canOpenNewWindow() && calculator->openNewWindow());
+        QTRY_COMPARE_WITH_TIMEOUT(windowsOf(u"xcalc"_s).size(), 2, patience);
+        QTRY_COMPARE(ended.size(), 2);
+        QCOMPARE(ended[1][0].toString(), calculator->path());
+        QCOMPARE(running(), QStringList(u"calculator"_s));
+    }
+
     void aRunningApplication_isRaisedInsteadOfStarted()
     {
         const AppRef terminal = launched(u"debian-xterm"_s);
@@ -234,6 +266,24 @@ private Q_SLOTS:
     }
 
 private:
+    static QByteArray startupMessageTo(XClient &panel)
+    {
+        const xcb_atom_t first = panel.atom("_NET_STARTUP_INFO_BEGIN");
+        const xcb_atom_t next = panel.atom("_NET_STARTUP_INFO");
+        QByteArray message;
+        const auto isWhole = [&] {
+            while (const auto event = XClient::reply(xcb_poll_for_event(panel.connection))) {
+                const auto *const part =
+                    reinterpret_cast<const xcb_client_message_event_t *>(event.get());
+                if (XClient::isOf(*event, XCB_CLIENT_MESSAGE)
+                    && (part->type == first || part->type == next)) {
+                    message += QByteArray(reinterpret_cast<const char *>(part->data.data8), 20);
+                }
+            }
+            return message.contains('\0');
+        };
+        return QTest::qWaitFor(isWhole) ? message.left(message.indexOf('\0')) : QByteArray();
+    }
     AppRef launched(const QString &id) const
     {
         const AppRef launching = app(id);

@@ -204,6 +204,45 @@ private Q_SLOTS:
         QCOMPARE(_session->started(2).size(), 2);
     }
 
+    // Lines of an entry whose application runs, and how the new window comes: by which arguments
+    // of a start, by what on the bus, or not at all.
+    void aNewWindow_comesByAction_orByOneMoreStart()
+    {
+        const auto action = [this](const QByteArray &id) {
+            return "Actions=other;" + id
+                + ";\n[Desktop Action other]\nName=O\nExec=false\n"
+                  "[Desktop Action "
+                + id + "]\nName=N\n" + _session->exec + " --new\n";
+        };
+        const QByteArray bus = "DBusActivatable=true\n";
+        const QByteArray start = _session->exec + " plain\n";
+        const std::pair<QByteArray, QByteArray> rows[] { { start, "plain" },
+            { start + action("new-window"), "--new" }, { start + action("NewWindow"), "--new" },
+            { start + action("new_window"), "--new" }, { start + action("new-tab"), "plain" },
+            { start + "SingleMainWindow=true\n" + action("new-window"), {} },
+            { bus + start, "plain" }, { bus, {} }, { bus + action("new-window"), "new-window" } };
+        for (const auto &[lines, expected] : rows) {
+            const QString entry = _session->addEntry(u"org.example.My-App.desktop"_s, lines);
+            FreedesktopLauncher launcher([](const QString &) { return true; });
+            QVERIFY2(launcher.canOpenNewWindow(entry) == !expected.isEmpty(), lines);
+            if (expected.isEmpty()) {
+                continue;
+            }
+            QVERIFY(LaunchSession::runOnThreads(
+                1, [&](int) { return launcher.openNewWindow(entry) == launched; }));
+            if (!_application->asked.isEmpty()) {
+                QCOMPARE(_application->asked.takeFirst().arguments().value(0),
+                    QString::fromUtf8(expected));
+            } else {
+                QCOMPARE(_session->started(1).value(0)["arguments"], expected);
+            }
+        }
+        FreedesktopLauncher launcher([](const QString &) { return true; });
+        QVERIFY(launcher.canOpenNewWindow(_session->program));
+        QCOMPARE(launcher.openNewWindow(_session->program), launched);
+        QCOMPARE(_session->started(1).size(), 1);
+    }
+
     void reveal_asksTheFileBrowser()
     {
         Peer browser;

@@ -21,11 +21,14 @@ namespace {
 
 constexpr int longestActivation = 10'000; // milliseconds
 
-// What an application is asked to do: one of its entry's actions, or else to open documents.
+// What an application is asked to do: one of its entry's actions, or else to open documents, if
+// any.
 struct Wish
 {
-    QList<QUrl> documents;
-    QByteArray action;
+    QList<QUrl> documents {};
+    QByteArray action {};
+    // By its command line, whatever the bus could do.
+    bool isByProgram = false;
 };
 
 // A call of the interface by which the bus starts applications.
@@ -189,7 +192,9 @@ LaunchStatus launch(
     const SessionBus bus;
     GioPointer<GDesktopAppInfo> info(g_desktop_app_info_new_from_filename(fileName.constData()));
     announce(context, info.get(), path, entry);
-    if (info && entry.isDBusActivatable) {
+    if (info && entry.isDBusActivatable && wish.isByProgram) {
+        info.reset();
+    } else if (info && entry.isDBusActivatable) {
         const QByteArray name = busName(path);
         const LaunchStatus status = bus.get() != nullptr && !name.isEmpty()
             ? activate(bus.get(), name, wish, context.startupId())
@@ -234,10 +239,15 @@ LaunchStatus fulfil(const QString &path, const Wish &wish)
 
 LaunchStatus launchEntry(const QString &path, const QList<QUrl> &documents)
 {
-    return fulfil(path, { documents, {} });
+    return fulfil(path, { documents });
 }
 
 LaunchStatus launchEntryAction(const QString &path, const QString &actionId)
 {
-    return fulfil(path, { {}, actionId.toUtf8() });
+    return fulfil(path, { .action = actionId.toUtf8() });
+}
+
+LaunchStatus launchEntryAgain(const QString &path)
+{
+    return fulfil(path, { .isByProgram = true });
 }

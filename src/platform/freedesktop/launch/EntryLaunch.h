@@ -11,3 +11,6 @@ LaunchStatus launchEntry(const QString &path, const QList<QUrl> &documents);
 
 // In the same way, performs one of the actions that the entry lists.
 LaunchStatus launchEntryAction(const QString &path, const QString &actionId);
+
+// In the same way, runs the entry's command line, without asking the bus for what runs already.
+LaunchStatus launchEntryAgain(const QString &path);

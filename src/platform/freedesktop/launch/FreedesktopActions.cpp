@@ -4,6 +4,7 @@
 #include "platform/freedesktop/base/Log.h"
 #include "platform/freedesktop/entries/PlainEntry.h"
 #include "platform/freedesktop/launch/EntryLaunch.h"
+#include "platform/freedesktop/launch/NewWindow.h"
 
 #include <algorithm>
 #include <gio/gdesktopappinfo.h>
@@ -35,8 +36,8 @@ QList<ApplicationActions::Action> FreedesktopActions::actionsOf(const QString &b
     for (const char *const *id = g_desktop_app_info_list_actions(info.get());
          *id != nullptr && actions.size() < mostActions; ++id) {
         char *const name = g_desktop_app_info_get_action_name(info.get(), *id);
-        actions.append(
-            { QString::fromUtf8(*id), QString::fromUtf8(name).simplified().left(longestTitle) });
+        actions.append({ QString::fromUtf8(*id),
+            QString::fromUtf8(name).simplified().left(longestTitle), NewWindow::isAction(*id) });
         g_free(name);
     }
     return actions;

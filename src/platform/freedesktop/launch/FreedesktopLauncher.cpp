@@ -7,6 +7,7 @@
 #include "platform/freedesktop/entries/BundleFolder.h"
 #include "platform/freedesktop/launch/EntryLaunch.h"
 #include "platform/freedesktop/launch/LaunchContext.h"
+#include "platform/freedesktop/launch/NewWindow.h"
 #include "platform/freedesktop/launch/ProgramLaunch.h"
 
 #include <QDBusConnection>
@@ -49,6 +50,22 @@ bool openFolder(const QString &folder)
         == LaunchStatus::Launched;
 }
 
+bool isEntry(const QFileInfo &item)
+{
+    return item.isFile() && item.filePath().endsWith(QLatin1String(".desktop"));
+}
+
+// An AppImage, or the folder of a bundle.
+LaunchStatus launchBundle(const QString &path, const QList<QUrl> &documents)
+{
+    QString program = QFileInfo(path).isDir() ? BundleFolder::executableOf(path) : QString();
+    if (Programs::isAppImage(path)) {
+        program = path;
+    }
+    return program.isEmpty() ? LaunchStatus::CannotExecute
+                             : launchProgram(path, program, documents);
+}
+
 } // namespace
 
 FreedesktopLauncher::FreedesktopLauncher(std::function<bool(const QString &bundlePath)> raise)
@@ -68,15 +85,35 @@ LaunchStatus FreedesktopLauncher::open(
     if (toOpen.isEmpty() && _raise && _raise(bundlePath)) {
         return LaunchStatus::Launched;
     }
-    if (item.isFile() && bundlePath.endsWith(QLatin1String(".desktop"))) {
-        return launchEntry(bundlePath, toOpen);
+    return isEntry(item) ? launchEntry(bundlePath, toOpen) : launchBundle(bundlePath, toOpen);
+}
+
+bool FreedesktopLauncher::canOpenNewWindow(const QString &bundlePath) const
+{
+    const QFileInfo item(bundlePath);
+    return isEntry(item) ? NewWindow::ofEntry(bundlePath).by != NewWindow::By::Nothing
+                         : item.exists();
+}
+
+LaunchStatus FreedesktopLauncher::openNewWindow(const QString &bundlePath)
+{
+    const QFileInfo item(bundlePath);
+    if (!item.exists()) {
+        return LaunchStatus::FileNotFound;
     }
-    QString program = item.isDir() ? BundleFolder::executableOf(bundlePath) : QString();
-    if (Programs::isAppImage(bundlePath)) {
-        program = bundlePath;
+    if (!isEntry(item)) {
+        return launchBundle(bundlePath, {});
     }
-    return program.isEmpty() ? LaunchStatus::CannotExecute
-                             : launchProgram(bundlePath, program, toOpen);
+    const NewWindow window = NewWindow::ofEntry(bundlePath);
+    switch (window.by) {
+    case NewWindow::By::Action:
+        return launchEntryAction(bundlePath, QString::fromUtf8(window.action));
+    case NewWindow::By::Start:
+        return launchEntryAgain(bundlePath);
+    case NewWindow::By::Nothing:
+        break;
+    }
+    return LaunchStatus::CannotExecute;
 }
 
 bool FreedesktopLauncher::reveal(const QString &path)

@@ -17,6 +17,8 @@ public:
 
     LaunchStatus open(
         const QString &bundlePath, const std::optional<QList<QUrl>> &documents) override;
+    bool canOpenNewWindow(const QString &bundlePath) const override;
+    LaunchStatus openNewWindow(const QString &bundlePath) override;
     bool reveal(const QString &path) override;
 
 private:

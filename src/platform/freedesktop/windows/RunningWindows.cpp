@@ -1,6 +1,7 @@
 #include "platform/freedesktop/windows/RunningWindows.h"
 
 #include "platform/freedesktop/base/Log.h"
+#include "platform/freedesktop/entries/LaunchedEntries.h"
 
 #include <algorithm>
 #include <chrono>
@@ -106,6 +107,9 @@ void RunningWindows::handleEvent(const xcb_generic_event_t *event)
         _known.remove(reinterpret_cast<const xcb_destroy_notify_event_t *>(event)->window);
         _isListDue = true;
     }
+    if (type == XCB_CLIENT_MESSAGE) {
+        takeStartupMessage(*reinterpret_cast<const xcb_client_message_event_t *>(event));
+    }
     if (type != XCB_PROPERTY_NOTIFY) {
         return;
     }
@@ -120,9 +124,33 @@ void RunningWindows::handleEvent(const xcb_generic_event_t *event)
     _isActiveDue = _isActiveDue || change->atom == _connection.atom(XConnection::NetActiveWindow);
 }
 
+void RunningWindows::takeStartupMessage(const xcb_client_message_event_t &event)
+{
+    const bool isFirst = event.type == _connection.atom(XConnection::NetStartupInfoBegin);
+    if (!isFirst && event.type != _connection.atom(XConnection::NetStartupInfo)) {
+        return;
+    }
+    const QByteArray message = _startupMessages.take(
+        event, isFirst ? StartupMessages::Part::First : StartupMessages::Part::Next);
+    const QByteArray id = StartupMessages::endedStart(message);
+    if (const QString path = LaunchedEntries::entryOf(QString::fromUtf8(id)); !path.isEmpty()) {
+        _started.insert(path);
+    }
+}
+
+void RunningWindows::announceStarts()
+{
+    for (const QString &path : std::exchange(_started, {})) {
+        if (!path.isEmpty()) {
+            Q_EMIT startEnded(path);
+        }
+    }
+}
+
 void RunningWindows::refresh()
 {
     if (!_isListDue && !_isActiveDue && _changed.isEmpty()) {
+        announceStarts();
         return;
     }
     takeList();
@@ -137,6 +165,7 @@ void RunningWindows::refresh()
     if (areTerminated) {
         Q_EMIT terminated();
     }
+    announceStarts();
     takeActive();
 }
 
@@ -164,6 +193,12 @@ void RunningWindows::takeList()
         }
     }
     readWindows(toRead);
+    for (const xcb_window_t window : newWindows) {
+        const Known known = _known.value(window);
+        if (known.traits.isOrdinary) {
+            _started += { known.application, known.launchedEntry };
+        }
+    }
     takeQuestions(newWindows);
 }
 
@@ -268,6 +303,7 @@ bool RunningWindows::matchKnown(QList<xcb_window_t> windows)
             application = _ownApplication;
         } else if (application.isEmpty()) {
             application = _matcher.bundleOf(traits, processOf(traits));
+            _known[window].launchedEntry = processOf(traits).launchedEntry;
         }
         areAllKnown = areAllKnown && (isOwn || !application.isEmpty());
         _known[window].application = application;

@@ -10,6 +10,7 @@
 #include "platform/RunningApplications.h"
 #include "platform/freedesktop/windows/NoneActive.h"
 #include "platform/freedesktop/windows/WindowMatcher.h"
+#include "platform/freedesktop/x11/StartupMessages.h"
 #include "platform/freedesktop/x11/XConnection.h"
 
 #include <QDeadlineTimer>
@@ -70,6 +71,8 @@ private:
     {
         WindowTraits traits;
         QString application;
+        // The entry that its process was started for, which need not be that application.
+        QString launchedEntry;
         // When it was last in front, counted in switches.
         quint64 lastUse = 0;
     };
@@ -81,6 +84,8 @@ private:
     void forgetAll();
     void readWindows(const QList<xcb_window_t> &windows);
     void takeQuestions(const QList<xcb_window_t> &newWindows);
+    void takeStartupMessage(const xcb_client_message_event_t &event);
+    void announceStarts();
     void match(const QList<xcb_window_t> &windows);
     bool matchKnown(QList<xcb_window_t> windows);
     QString applicationBelow(xcb_window_t window) const;
@@ -111,6 +116,9 @@ private:
     // The applications that were asked to quit, and how long what they open counts as a question.
     QHash<QString, QDeadlineTimer> _expected;
     NoneActive _noneActive;
+    StartupMessages _startupMessages;
+    // Applications of which a start has ended, until all lists are up to date.
+    QSet<QString> _started;
 
     bool _isListDue = true;
     bool _isActiveDue = true;

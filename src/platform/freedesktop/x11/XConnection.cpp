@@ -18,6 +18,8 @@ constexpr std::array<std::string_view, XConnection::AtomCount> atomNames {
     "_NET_CLOSE_WINDOW",
     "_NET_CURRENT_DESKTOP",
     "_NET_STARTUP_ID",
+    "_NET_STARTUP_INFO",
+    "_NET_STARTUP_INFO_BEGIN",
     "_NET_SUPPORTING_WM_CHECK",
     "_NET_WM_DESKTOP",
     "_NET_WM_NAME",

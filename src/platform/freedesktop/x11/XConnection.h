@@ -32,6 +32,8 @@ public:
         NetCloseWindow,
         NetCurrentDesktop,
         NetStartupId,
+        NetStartupInfo,
+        NetStartupInfoBegin,
         NetSupportingWmCheck,
         NetWmDesktop,
         NetWmName,

@@ -692,6 +692,10 @@
         <source>No applications were found in the folders that are searched.</source>
         <translation>In den durchsuchten Ordnern wurden keine Anwendungen gefunden.</translation>
     </message>
+    <message>
+        <source>Open New Window</source>
+        <translation>Neues Fenster öffnen</translation>
+    </message>
 </context>
 <context>
     <name>OTNSAppSubclass</name>

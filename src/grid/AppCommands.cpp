@@ -13,6 +13,7 @@
 #include "support/NotificationCenter.h"
 
 #include <QApplication>
+#include <QPointer>
 
 constexpr qsizetype AtTheEnd = DropPlace::AtTheEnd;
 
@@ -49,15 +50,48 @@ void AppCommands::launchApp(const AppRef &app, const QMimeData *withPasteboard)
             return;
         }
     }
-    _appManager.newApplications().remove({ app->path() });
-    _launches.start([app, documents] { app->launchWithDocuments(documents); });
-    _host.hide();
+    beginStart(app);
+    start(app, [app, documents] { return app->launchWithDocuments(documents); });
+}
+
+void AppCommands::openNewWindow(const AppRef &app)
+{
+    if (!_appManager.isAppRunning(app) || _view.drags().isOffering() || !app->isPathValid()
+        || !app->canOpenNewWindow()) {
+        launchApp(app);
+        return;
+    }
+    _view.starts().begin(app->path());
+    start(app, [app] { return app->openNewWindow(); });
 }
 
 void AppCommands::performAction(const AppRef &app, const QString &id)
 {
+    beginStart(app);
+    start(app, [app, id] { return app->performAction(id); });
+}
+
+// What runs is raised, or opens its documents where it likes.
+void AppCommands::beginStart(const AppRef &app)
+{
+    if (!_appManager.isAppRunning(app)) {
+        _view.starts().begin(app->path());
+    }
+}
+
+void AppCommands::start(const AppRef &app, const std::function<bool()> &job)
+{
     _appManager.newApplications().remove({ app->path() });
-    _launches.start([app, id] { app->performAction(id); });
+    _launches.start([app, job, starts = QPointer<StartMarks>(&_view.starts())] {
+        if (!job()) {
+            // A launch may outlive the view.
+            QMetaObject::invokeMethod(QCoreApplication::instance(), [app, starts] {
+                if (starts) {
+                    starts->end(app->path());
+                }
+            });
+        }
+    });
     _host.hide();
 }
 
@@ -141,6 +175,13 @@ void AppCommands::hideSelectedApp()
 {
     if (const AppRef app = _view.selectedApp()) {
         app->hide();
+    }
+}
+
+void AppCommands::openNewWindowOfSelectedApp()
+{
+    if (const AppRef app = _view.selectedApp()) {
+        openNewWindow(app);
     }
 }
 

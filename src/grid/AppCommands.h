@@ -9,6 +9,7 @@
 
 #include <QPoint>
 
+#include <functional>
 #include <optional>
 
 class GridHost;
@@ -34,6 +35,8 @@ public:
     // for instead. Files that are offered are opened by it, or nothing happens where it cannot take
     // them. Null does nothing.
     void launchApp(const AppRef &app, const QMimeData *withPasteboard = nullptr);
+    // One more window of an application that runs; a launch where it does not, or has but one.
+    void openNewWindow(const AppRef &app);
     // Does what the application itself offers under this identifier, likewise.
     void performAction(const AppRef &app, const QString &id);
     // What a click at a point of the screen means with these modifiers. Selects the application.
@@ -52,10 +55,14 @@ public:
     void removeSelectedAppFromUser();
     void showSelectedApp();
     void hideSelectedApp();
+    void openNewWindowOfSelectedApp();
     void quitSelectedApp();
     void showAppInFinder();
 
 private:
+    void beginStart(const AppRef &app);
+    // False from the job is a failure, after the user was told.
+    void start(const AppRef &app, const std::function<bool()> &job);
     void showPoof();
     void showStep(const std::optional<ArrangementStep> &step, const QString &whatWasDone);
 

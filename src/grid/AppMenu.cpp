@@ -89,6 +89,9 @@ void AppMenu::addGroupItems(QMenu &menu, const AppRef &app)
 void AppMenu::addRunningItems(QMenu &menu, const AppRef &app)
 {
     menu.addSeparator();
+    if (app->canOpenNewWindow()) {
+        add(menu, OTIconView::tr("Open New Window"), app, &AppCommands::openNewWindowOfSelectedApp);
+    }
     if (app->isVisible()) {
         add(menu, OTIconView::tr("Hide"), app, &AppCommands::hideSelectedApp);
     } else {
@@ -97,10 +100,14 @@ void AppMenu::addRunningItems(QMenu &menu, const AppRef &app)
     add(menu, OTIconView::tr("Quit"), app, &AppCommands::quitSelectedApp);
 }
 
-// What the application itself offers, such as a new window.
+// What the application itself offers, such as a new window; that of one that runs has an item
+// already.
 void AppMenu::addActions(QMenu &menu, const AppRef &app)
 {
-    const QList<ApplicationActions::Action> actions = app->actions();
+    QList<ApplicationActions::Action> actions = app->actions();
+    if (_appManager.isAppRunning(app) && app->canOpenNewWindow()) {
+        actions.removeIf([](const auto &action) { return action.isNewWindow; });
+    }
     if (!actions.isEmpty()) {
         menu.addSeparator();
     }

@@ -37,6 +37,7 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     , _pictures(appManager.desktop().icons())
     , _iconRepaint(*this)
     , _finder(appManager)
+    , _starts(*this, appManager.desktop())
     , _commands(*this, appManager, host)
     , _menu(*this, _commands, appManager)
     , _drags(*this, appManager, host)
@@ -50,6 +51,8 @@ OTIconView::OTIconView(OTAppManager &appManager, GridHost &host, QWidget *parent
     connect(&_pictures, &CellPictures::pictureChanged, this, &OTIconView::appIconDidChange);
     connect(&_pictures, &CellPictures::picturesLost, this, [this] { update(); });
     connect(&_finder, &AppFinder::findsOthers, this, &OTIconView::findingDidChange);
+    connect(&_starts, &StartMarks::changed, this,
+        [this](const QString &path) { setNeedsDisplayForApp(_appManager.knownAppForPath(path)); });
     connect(&_menu, &AppMenu::isOpenChanged, this, &OTIconView::menuIsOpenDidChange);
     const NotificationCenter &center = NotificationCenter::defaultCenter();
     connect(&center, &NotificationCenter::N_AppIconChanged, this, &OTIconView::appIconDidChange);
@@ -298,6 +301,8 @@ CellLook OTIconView::lookOf(quint64 row, quint64 column, const AppRef &app) cons
     facts.isExcluded = _excludedPaths.contains(app);
     facts.isRunning = _runningPaths.contains(app);
     facts.isNew = isAppMarkedNew(app);
+    facts.strength = _starts.strengthOf(app->path());
+    facts.hasStartMark = _starts.isShown(app->path()) && _starts.isStill();
     facts.isFunctionKeyHeld = _modifiers.function;
     return cellLook(facts);
 }

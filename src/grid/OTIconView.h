@@ -11,6 +11,7 @@
 #include "grid/AppCommands.h"
 #include "grid/AppMenu.h"
 #include "grid/GridDrags.h"
+#include "grid/StartMarks.h"
 #include "grid/drawing/CellPictures.h"
 #include "grid/drawing/GatheredRepaint.h"
 #include "grid/drawing/GridPainter.h"
@@ -157,6 +158,8 @@ public:
     // What can be done to the application in the selected cell, and the menu that offers it.
     AppCommands &commands() { return _commands; }
     AppMenu &menu() { return _menu; }
+    // What is being started, and shows that.
+    StartMarks &starts() { return _starts; }
     // Opens the menu over a cell, which it selects; nothing where that is empty.
     void openMenuAt(const Coords &coords);
 
@@ -273,7 +276,10 @@ private:
     // The selection was moved by keys, not by the pointer.
     bool _isSelectedByKeys = false;
     Press _press;
+    // What the middle button was pressed on.
+    AppRef _middlePressed;
 
+    StartMarks _starts;
     AppCommands _commands;
     AppMenu _menu;
     GridDrags _drags;

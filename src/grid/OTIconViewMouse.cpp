@@ -23,6 +23,11 @@ void OTIconView::mousePressEvent(QMouseEvent *event)
 {
     const QPointF point = inView(event->position());
     const bool isLeft = event->button() == Qt::LeftButton;
+    if (event->button() == Qt::MiddleButton) {
+        _middlePressed = appAtPoint(point);
+        event->setAccepted(_middlePressed != nullptr);
+        return;
+    }
     if (!isLeft && event->button() != Qt::RightButton) {
         event->ignore();
         return;
@@ -68,6 +73,13 @@ void OTIconView::mouseReleaseEvent(QMouseEvent *event)
     if (event->button() == Qt::RightButton) {
         _press.mouseDownPoint.reset();
         setNeedsDisplayForCoords(_selectedCoords);
+        return;
+    }
+    if (event->button() == Qt::MiddleButton) {
+        const AppRef pressedApp = std::exchange(_middlePressed, nullptr);
+        if (pressedApp && pressedApp == appAtPoint(inView(event->position()))) {
+            _commands.openNewWindow(pressedApp);
+        }
         return;
     }
     if (event->button() != Qt::LeftButton) {

@@ -323,6 +323,7 @@ private Q_SLOTS:
         }
         painted.region = {};
         _view->commands().launchApp(app(u"c"_s));
+        _view->starts().end(app(u"c"_s)->path());
         QTRY_COMPARE(painted.region, QRegion(cellOf(u"c"_s)));
         QVERIFY(!isMarked());
         // Dimmed while a press on it lasts.
@@ -393,6 +394,56 @@ private Q_SLOTS:
         QCOMPARE(_host.hideCount, 0);
     }
 
+    // Where there is one to open.
+    void theMiddleButton_opensOneMoreWindow()
+    {
+        fill({ u"a"_s, u"b"_s });
+        run(u"b"_s);
+        _desktop->hasNewWindows = true;
+        const auto click = [this](const QString &pressed, const QString &released) {
+            QTest::mousePress(_view.get(), Qt::MiddleButton, {}, middleOf(pressed));
+            QTest::mouseRelease(_view.get(), Qt::MiddleButton, {}, middleOf(released));
+        };
+        click(u"a"_s, u"a"_s);
+        QTRY_COMPARE(launched(), QStringList(u"a"_s));
+        click(u"b"_s, u"b"_s);
+        QTRY_COMPARE(launched().value(1), u"window b"_s);
+        click(u"a"_s, u"b"_s);
+        _desktop->hasNewWindows = false;
+        click(u"b"_s, u"b"_s);
+        QTRY_COMPARE(launched().value(2), u"b"_s);
+        QCOMPARE(_host.hideCount, 3);
+    }
+
+    void anIcon_showsThatItsApplicationStarts()
+    {
+        fill({ u"a"_s, u"b"_s });
+        run(u"b"_s);
+        app(u"a"_s)->setIcon(filled(Qt::red));
+        const auto color = [this] { return _view->grab().toImage().pixelColor(middleOf(u"a"_s)); };
+        QCOMPARE(color(), QColor(Qt::red));
+        _view->commands().launchApp(app(u"b"_s));
+        _view->commands().launchApp(app(u"a"_s));
+        const auto isShown = [this](const QString &name) {
+            return _view->starts().isShown(app(name)->path());
+        };
+        QVERIFY(!isShown(u"a"_s));
+        QTRY_VERIFY(isShown(u"a"_s));
+        QTRY_VERIFY(color() != Qt::red);
+        // What runs was raised.
+        QVERIFY(!isShown(u"b"_s));
+        Q_EMIT _desktop->running.startEnded(app(u"a"_s)->path());
+        QVERIFY(!isShown(u"a"_s));
+        QCOMPARE(color(), QColor(Qt::red));
+        // One that fails is over.
+        _desktop->launchStatus = LaunchStatus::Failed;
+        expectWarning(u"LSOpenCFURLRef"_s);
+        _view->commands().launchApp(app(u"a"_s));
+        QSignalSpy told(&NotificationCenter::defaultCenter(), &NotificationCenter::N_UserMessage);
+        QTRY_COMPARE(told.size(), 1);
+        QTRY_VERIFY(!_view->starts().hasBegun(app(u"a"_s)->path()));
+    }
+
     void menu_holdsWhatFits()
     {
         const QString favourite = u"Add Favorite,Add Favorite in New Group,-,"_s;
@@ -403,7 +454,9 @@ private Q_SLOTS:
             { UserGroup, u"favourite running hidden"_s,
                 u"Move to New Group,Remove Favorite,-,Show in Finder,-,Show,Quit"_s },
             { RunningGroup, u"running"_s,
-                u"Exclude,-,"_s + favourite + u"Show in Finder,-,Hide,Quit"_s }
+                u"Exclude,-,"_s + favourite + u"Show in Finder,-,Hide,Quit"_s },
+            { RunningGroup, u"running windows"_s,
+                u"Exclude,-,"_s + favourite + u"Show in Finder,-,Open New Window,Hide,Quit"_s }
         };
         for (const auto &[group, state, expected] : rows) {
             cleanup();
@@ -418,6 +471,7 @@ private Q_SLOTS:
             if (state.contains(u"running"_s)) {
                 run(u"a"_s);
             }
+            _desktop->hasNewWindows = state.contains(u"windows"_s);
             _desktop->areWindowsShown = !state.contains(u"hidden"_s);
             showGroup(group);
             hover(u"a"_s);

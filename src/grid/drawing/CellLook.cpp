@@ -64,6 +64,14 @@ bool isDecorated(const CellFacts &facts)
 
 CellLook cellLook(const CellFacts &facts)
 {
-    return { isOpaque(facts), isHighlighted(facts), isDecorated(facts),
-        facts.hasApp && facts.isNew };
+    CellLook look;
+    look.isOpaque = isOpaque(facts);
+    look.isHighlighted = isHighlighted(facts);
+    look.isDecorated = isDecorated(facts);
+    if (facts.hasApp) {
+        look.isMarked = facts.isNew;
+        look.hasStartMark = facts.hasStartMark;
+        look.strength = facts.strength;
+    }
+    return look;
 }

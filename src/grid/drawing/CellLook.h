@@ -14,6 +14,9 @@ struct CellFacts
     bool isRunning = false;
     // It is new, and new ones are to be marked.
     bool isNew = false;
+    // It is being started: the strength of its pulse, or a mark where nothing moves.
+    float strength = 1;
+    bool hasStartMark = false;
     // It is the application of the icon move.
     bool isDragged = false;
     // The files over the view can be dropped on it.
@@ -39,6 +42,10 @@ struct CellLook
     bool isDecorated = false;
     // A dot in a corner of the icon says that the application is new.
     bool isMarked = false;
+    // Dots on the icon say that the application is being started.
+    bool hasStartMark = false;
+    // The opacity of the icon beside all others.
+    float strength = 1;
 
     friend bool operator==(const CellLook &, const CellLook &) = default;
 };

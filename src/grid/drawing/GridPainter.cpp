@@ -51,6 +51,12 @@ constexpr qreal RimShare = 0.13;
 constexpr QColor MarkColor(0x0a, 0x62, 0xd0);
 constexpr QColor RimColor(0xff, 0xff, 0xff);
 
+// The dots of a start: a share of the icon's edge, within bounds in points.
+constexpr qreal StartDotShare = 0.08;
+constexpr qreal LeastStartDot = 2;
+constexpr qreal LargestStartDot = 8;
+constexpr QColor StartPlateColor(0, 0, 0, 0xc0);
+
 QRectF inset(const QRectF &rect, qreal by)
 {
     return rect.adjusted(by, by, -by, -by);
@@ -225,11 +231,14 @@ void GridPainter::drawCell(
             dimmed(_colors.textColor, alpha));
     }
     if (!picture.isNull()) {
-        _painter.setOpacity(alpha);
+        _painter.setOpacity(alpha * look.strength);
         const QRectF pictured = onPixelsOfEqualExtent(icon);
         _painter.drawImage(pictured, picture);
         if (look.isMarked) {
             drawMark(pictured);
+        }
+        if (look.hasStartMark) {
+            drawStartMark(pictured);
         }
         _painter.setOpacity(1);
     }
@@ -248,6 +257,25 @@ void GridPainter::drawMark(const QRectF &icon)
     _painter.drawEllipse(dot);
     _painter.setBrush(MarkColor);
     _painter.drawEllipse(inset(dot, rim));
+}
+
+void GridPainter::drawStartMark(const QRectF &icon)
+{
+    constexpr int dots = 3;
+    const qreal ratio = _toDevice.m11();
+    const qreal size = std::round(
+        std::clamp(icon.width() * StartDotShare, LeastStartDot * ratio, LargestStartDot * ratio));
+    // Dots, and as much between them and round them.
+    const QSizeF plate((2 * dots + 1) * size, 3 * size);
+    const QPointF corner(
+        std::round(icon.center().x() - plate.width() / 2), icon.bottom() - plate.height());
+    _painter.setPen(Qt::NoPen);
+    _painter.fillPath(capsulePath({ corner, plate }), StartPlateColor);
+    _painter.setBrush(RimColor);
+    for (int i = 0; i < dots; ++i) {
+        _painter.drawEllipse(
+            QRectF(corner + QPointF((2 * i + 1) * size, size), QSizeF(size, size)));
+    }
 }
 
 void GridPainter::drawHighlight(const QRectF &cell, const QColor &color)

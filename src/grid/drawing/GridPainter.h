@@ -67,7 +67,7 @@ public:
     // A picture with edges of std::lround(icon width * device pixel ratio) pixels is drawn pixel by
     // pixel, another one is stretched to that size; one without pixels is left out. A decorated
     // cell squeezes its picture to make room. The dot of a marked one lies on its picture, in the
-    // upper right corner.
+    // upper right corner, the dots of one that is being started at its lower edge.
     void drawCell(
         quint64 row, quint64 column, const CellLook &look, bool isRunning, const QImage &picture);
 
@@ -97,6 +97,8 @@ private:
     void drawOutline(const QRectF &cell, const QColor &color);
     // In a corner of the icon's pixels.
     void drawMark(const QRectF &icon);
+    // Three dots on a plate at the lower edge.
+    void drawStartMark(const QRectF &icon);
     void drawBracket(size_t spacer);
     // Across the spacer, `at` points from the edge of the view.
     void drawLine(const QRectF &spacer, qreal at);

@@ -139,9 +139,9 @@ private Q_SLOTS:
                 "<key>UserApplications1D</key><array><string>/e</string><string>/e</string></array>"
                 "<key>ColorCorrections</key><dict><key>/a</key><dict><key>red</key><real>2</real>"
                 "</dict></dict><key>Preferences</key><dict><key>iconPadding</key><true/>"
-                "<key>lastScan</key><dict/><key>windowColor</key><string>red</string></dict></"
-                "dict>"));
-        QCOMPARE(import(u"other"_s).errorLines.size(), 5);
+                "<key>maximumIconSize</key><integer>-4</integer><key>lastScan</key><dict/>"
+                "<key>windowColor</key><string>red</string></dict></dict>"));
+        QCOMPARE(import(u"other"_s).errorLines.size(), 6);
         QCOMPARE(_runner->read(file(u"UserApplications"_s)),
             PropertyList::toXml(QVariantList { QStringList(u"/e"_s) }));
         const QStringList unchanged { u"Preferences.plist"_s, u"ExcludedApplications.plist"_s };

@@ -1,6 +1,7 @@
 #include "catalogue/files/SettingsDocument.h"
 
 #include "catalogue/files/PathFile.h"
+#include "catalogue/files/PreferenceRanges.h"
 #include "support/UserDefaults.h"
 
 using PathFile::Shape;
@@ -151,7 +152,8 @@ std::optional<QVariantMap> Reader::preferences()
         const bool isKnown = _defaults.defaultForKey(key).isValid() && !_defaults.isState(key);
         if (!isKnown) {
             leave(key, QT_TRANSLATE_NOOP("Reason", "no such preference"));
-        } else if (!_defaults.isUsable(key, entry.second)) {
+        } else if (!_defaults.isUsable(key, entry.second)
+            || !PreferenceRanges::holds(key, entry.second.toDouble())) {
             leave(key, QT_TRANSLATE_NOOP("Reason", "the preference cannot have this value"));
             // The preference stays what it is.
             entry.second = _defaults.storedValue(key);

@@ -19,9 +19,15 @@ constexpr auto pauseBetweenAttempts = 1ms;
 int openLockFile(const QByteArray &path)
 {
     const int file = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600);
+    if (file >= 0 || errno != EACCES) {
+        return file;
+    }
     // One that another account has made can be locked all the same.
-    return file < 0 && errno == EACCES ? ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)
-                                       : file;
+    const int others = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (others < 0) {
+        errno = EACCES;
+    }
+    return others;
 }
 
 // Where a file system has no locks, no other program holds one there either.

@@ -29,6 +29,7 @@ StartMarks::StartMarks(const QWidget &view, Desktop &desktop)
 
 void StartMarks::begin(const QString &path)
 {
+    end(path);
     _begun[path].start();
     _timer.start(rest);
 }

@@ -29,6 +29,7 @@ public:
     // The view is the one that shows the icons; both outlive this.
     StartMarks(const QWidget &view, Desktop &desktop);
 
+    // Anew where a start goes on.
     void begin(const QString &path);
     void end(const QString &path);
 

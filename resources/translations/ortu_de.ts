@@ -62,6 +62,68 @@
     </message>
 </context>
 <context>
+    <name>ColorNames</name>
+    <message>
+        <source>red</source>
+        <extracomment>The name of a colour, and other words that people may type for it, parted by |</extracomment>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>orange</source>
+        <translation>Orange</translation>
+    </message>
+    <message>
+        <source>yellow</source>
+        <translation>Gelb</translation>
+    </message>
+    <message>
+        <source>green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>turquoise|cyan|teal</source>
+        <translation>Türkis|Cyan|Petrol</translation>
+    </message>
+    <message>
+        <source>blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>purple|violet</source>
+        <translation>Violett|Lila|Purpur</translation>
+    </message>
+    <message>
+        <source>pink|magenta</source>
+        <translation>Rosa|Pink|Magenta</translation>
+    </message>
+    <message>
+        <source>brown</source>
+        <translation>Braun</translation>
+    </message>
+    <message>
+        <source>white</source>
+        <translation>Weiß|Weiss</translation>
+    </message>
+    <message>
+        <source>grey|gray</source>
+        <translation>Grau</translation>
+    </message>
+    <message>
+        <source>black</source>
+        <translation>Schwarz</translation>
+    </message>
+    <message>
+        <source>dark %1</source>
+        <comment>a colour</comment>
+        <translation>dunkles %1</translation>
+    </message>
+    <message>
+        <source>light %1</source>
+        <comment>a colour</comment>
+        <translation>helles %1</translation>
+    </message>
+</context>
+<context>
     <name>ColorSortingOptions</name>
     <message>
         <source>Order by Colour</source>
@@ -224,6 +286,13 @@
     <message>
         <source>Hold a modifier key with it: alone, it would no longer reach other programs.</source>
         <translation>Halten Sie Strg, Alt oder Super dazu: Allein würde sie andere Programme nicht mehr erreichen.</translation>
+    </message>
+</context>
+<context>
+    <name>HueBar</name>
+    <message>
+        <source>Colours</source>
+        <translation>Farben</translation>
     </message>
 </context>
 <context>
@@ -1200,6 +1269,10 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
     <message>
         <source>Favorites, exclusions and preferences:</source>
         <translation>Favoriten, Ausschlüsse und Einstellungen:</translation>
+    </message>
+    <message>
+        <source>&amp;Show the colours in a bar beside the groups</source>
+        <translation>Farben in einer Leiste neben den Gruppen &amp;zeigen</translation>
     </message>
 </context>
 <context>

@@ -159,6 +159,7 @@ void OTIconView::forceRowColCountForRows(quint64 rows, quint64 orCols)
 void OTIconView::refillCells(const Arrangement &before)
 {
     _cells = GridCells(_layout, _appsShown);
+    findColorsOfFilter();
     if (_isSelectedByKeys) {
         selectCoordsByKeys(coordsOfApp(before.selected));
     } else if (!(_cells == before.cells) || !_layout.hasSamePlaces(before.layout)) {
@@ -183,6 +184,9 @@ void OTIconView::preferenceDidChange(const QString &key, const QVariant &, const
         _pictures.setHurried(_areIconsDue);
         updateLayout();
         maximumIconSizeDidChange();
+    } else if (key == GridKeys::groupContentsSortOrder) {
+        findColorsOfFilter();
+        update();
     } else if (GridColors::keys().contains(key)) {
         updateColors();
     }

@@ -23,6 +23,8 @@
 #include "grid/typing/GridWheel.h"
 #include "grid/typing/ModifierKeys.h"
 #include "grid/typing/TypeFilter.h"
+#include "icons/ColorNames.h"
+#include "icons/HueStrip.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -85,6 +87,8 @@ public:
     // The cell in the coordinates of the screen, y downwards.
     QRect onScreen(const Coords &cell) const;
 
+    // The applications of the shown group, in its order.
+    AppList appsShown() const { return _appsShown.apps(); }
     // The cells that hold an application, in the order of the grid's rows.
     QList<Coords> occupiedCells() const { return _cells.occupied(); }
     bool isAppRunning(const AppRef &app) const { return _runningPaths.contains(app); }
@@ -109,12 +113,16 @@ public:
     const QString &filterSubstring() const { return _filter.string(); }
     void resetFilterSubstring() { _filter.reset(); }
     void sendFilterSubstringNotification();
+    // A filter that no name matches leaves the icons of the colour that it names, in the order by
+    // colour. A window of hues leaves what both leave.
     bool isAppKeyFilteredOut(const AppRef &app) const;
     // The action of a shown application that the filter finds, and that Return performs instead of
     // starting the application.
     std::optional<ApplicationActions::Action> foundAction(const AppRef &app) const;
     // The applications of the shown group that the filter leaves, in the group's order.
     AppList keyFilteredApps1D() const;
+    // Dims the icons whose colours are not in the window, until there is none.
+    void setHueWindow(const std::optional<HueWindow> &window);
 
     const Coords &selectedCoords() const { return _selectedCoords; }
     AppRef selectedApp() const { return appAtCoords(_selectedCoords); }
@@ -231,6 +239,8 @@ private:
     void findingDidChange();
     void selectBest();
     AppRef appForReturn() const;
+    bool isFound(const AppRef &app) const;
+    void findColorsOfFilter();
     bool moveSelection(int key);
     bool moveFavourite(const QKeyEvent &event);
     bool changeLineCount(int by);
@@ -269,6 +279,9 @@ private:
     // What an input method composes and has not committed.
     QString _preedit;
     bool _doesPreeditGoOn = false;
+    // That the filter names, where no name matches it.
+    QList<ColorNames::Name> _filterColors;
+    std::optional<HueWindow> _hueWindow;
     GridWheel _wheel;
     ModifierKeys _modifiers;
     HeldModifiers _heldModifiers;

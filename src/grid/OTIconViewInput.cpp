@@ -1,10 +1,12 @@
 // The part of the grid that keys, wheel and modifiers drive, and the selection.
 
+#include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "grid/GridAccessible.h"
 #include "grid/OTIconView.h"
 #include "grid/dragging/DropPlace.h"
 #include "grid/layout/GridGroups.h"
+#include "grid/layout/GridInput.h"
 #include "grid/layout/GridKeys.h"
 #include "grid/layout/SelectionSteps.h"
 #include "grid/typing/FilterMatch.h"
@@ -25,7 +27,13 @@ namespace {
 constexpr double ResetInterval = 1.0;
 constexpr double CompositionInterval = 3600;
 
-constexpr qint64 ColorOrder = 2;
+bool hasColor(const OTApp &app, const QList<ColorNames::Name> &names)
+{
+    const SortedColors &colors = app.sortedColors();
+    return !colors.isEmpty()
+        && names.contains(
+            ColorNames::nameOf(colors.constFirst(), ColorNames::kindOf(app.colorSortValue())));
+}
 
 } // namespace
 
@@ -52,8 +60,7 @@ bool OTIconView::performKeyEquivalent(const QKeyEvent &event)
         return true;
     case Qt::Key_QuoteLeft:
     case Qt::Key_Dead_Grave:
-        if (UserDefaults::standard().integerForKey(GridKeys::groupContentsSortOrder)
-            == ColorOrder) {
+        if (GridInput::isInColorOrder()) {
             _pictures.setAreSpectrumsShown(!_pictures.areSpectrumsShown());
             update();
         }
@@ -169,6 +176,7 @@ bool OTIconView::handleCancelOperation()
 void OTIconView::filterChanged()
 {
     selectBest();
+    findColorsOfFilter();
     update();
     sendFilterSubstringNotification();
 }
@@ -182,6 +190,7 @@ void OTIconView::findingDidChange()
     if (!_isSelectedByKeys || selectedApp() == _bestApp) {
         selectBest();
     }
+    findColorsOfFilter();
     update();
     sendFilterSubstringNotification();
 }
@@ -196,6 +205,17 @@ void OTIconView::selectBest()
     }
 }
 
+void OTIconView::findColorsOfFilter()
+{
+    _filterColors = GridInput::isInColorOrder() ? ColorNames::named(_filter.string())
+                                                : QList<ColorNames::Name>();
+    const AppList apps = _filterColors.isEmpty() ? AppList() : _appsShown.apps();
+    if (std::any_of(
+            apps.cbegin(), apps.cend(), [this](const AppRef &app) { return isFound(app); })) {
+        _filterColors.clear();
+    }
+}
+
 // With what is being composed, as if it were typed already.
 void OTIconView::sendFilterSubstringNotification()
 {
@@ -206,14 +226,46 @@ void OTIconView::sendFilterSubstringNotification()
 
 bool OTIconView::isAppKeyFilteredOut(const AppRef &app) const
 {
-    return app
-        && !(_finder.isOn() ? _finder.isFound(_filter.string(), app)
-                            : matches(_filter.string(), *app));
+    if (!app) {
+        return false;
+    }
+    const bool isLeft = isFound(app) || (!_filterColors.isEmpty() && hasColor(*app, _filterColors));
+    return !isLeft || (_hueWindow && !_hueWindow->holds(app->colorSortValue()));
+}
+
+// By names, or by all that is known of it.
+bool OTIconView::isFound(const AppRef &app) const
+{
+    return _finder.isOn() ? _finder.isFound(_filter.string(), app)
+                          : matches(_filter.string(), *app);
 }
 
 std::optional<ApplicationActions::Action> OTIconView::foundAction(const AppRef &app) const
 {
     return _finder.actionOf(_filter.string(), app);
+}
+
+void OTIconView::setHueWindow(const std::optional<HueWindow> &window)
+{
+    if (window == _hueWindow) {
+        return;
+    }
+    const QList<Coords> cells = occupiedCells();
+    const auto dimmed = [&] {
+        QList<bool> result;
+        for (const Coords &cell : cells) {
+            result.append(isAppKeyFilteredOut(appAtCoords(cell)));
+        }
+        return result;
+    };
+    const QList<bool> before = dimmed();
+    _hueWindow = window;
+    const QList<bool> after = dimmed();
+    for (qsizetype i = 0; i < cells.size(); ++i) {
+        if (before[i] != after[i]) {
+            setNeedsDisplayForCoords(cells[i]);
+        }
+    }
 }
 
 AppList OTIconView::keyFilteredApps1D() const
@@ -305,6 +357,7 @@ void OTIconView::resetInput()
     resetFilterSubstring();
     _preedit.clear();
     _bestApp = nullptr;
+    _filterColors.clear();
     selectCoords({});
     _press = {};
     _pictures.setAreSpectrumsShown(false);

@@ -9,7 +9,7 @@ constexpr double FullCircle = 360.0;
 constexpr qsizetype None = -1;
 
 // Where each range of keys begins, and how far it reaches.
-constexpr double GrayKeys = 1.0;
+constexpr double GrayKeys = ColorKey::FirstGray;
 constexpr double ColorlessKeys = 1.5;
 constexpr double GrayRange = 0.5;
 

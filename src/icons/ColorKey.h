@@ -38,6 +38,8 @@ struct ColorKey
 
     // The key of an icon that could not be judged.
     static constexpr double Unknown = 10.0;
+    // The first key of an icon that counts as grey.
+    static constexpr double FirstGray = 1.0;
 
     double colorSortValue = Unknown;
     // Of colorArrayForPrimaryIndex(); empty with an unknown key.

@@ -29,6 +29,13 @@ GridSettings GridInput::settings()
     return settings;
 }
 
+bool GridInput::isInColorOrder()
+{
+    return sortOrderFromPreference(
+               UserDefaults::standard().integerForKey(GridKeys::groupContentsSortOrder))
+        == SortOrder::ByColor;
+}
+
 bool GridInput::readAlong(qint64 orientation)
 {
     UserDefaults &defaults = UserDefaults::standard();

@@ -11,6 +11,8 @@ namespace GridInput {
 void registerDefaults();
 // The preferences in force.
 GridSettings settings();
+// Whether groups are in the order by colour.
+bool isInColorOrder();
 // Bands side by side read across, stacked bands read down: sets the reading order that goes with an
 // orientation. False when it is set already.
 bool readAlong(qint64 orientation);

@@ -11,6 +11,7 @@
 #include "shell/panel/PanelMessages.h"
 #include "shell/panel/PanelResize.h"
 #include "shell/panel/WindowAnimation.h"
+#include "shell/selector/HueBar.h"
 #include "shell/selector/OTIconOverlayView.h"
 #include "shell/selector/OTStatsControl.h"
 #include "support/NotificationCenter.h"
@@ -34,6 +35,8 @@ constexpr QPoint buttonInset(23, 18);
 // Of the selector, from the sides of the panel, so that the round corners stay free.
 constexpr int selectorInset = 22;
 constexpr int selectorHeight = 18;
+// Between the selector and the bar of hues.
+constexpr int hueBarGap = 16;
 // How often a panel that is shown asks for its place.
 constexpr int MostPlacings = 3;
 // A panel with less opacity cannot be seen.
@@ -54,6 +57,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     , _background(new OTBkgndView(this))
     , _iconView(new OTIconView(appManager, *this, _background))
     , _statsControl(new OTStatsControl(appManager, *_iconView, _background))
+    , _hueBar(new HueBar(appManager, *_iconView, _background))
     , _closeButton(new PanelButton(PanelButton::Kind::Close, _background))
     , _prefsButton(new PanelButton(PanelButton::Kind::Gear, _background))
     , _emptyHint(new EmptyHint(appManager, *_iconView, _background))
@@ -62,11 +66,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     , _isNonActivating(UserDefaults::standard().boolForKey(Key::nonActivatingPanel))
     , _level(_isNonActivating ? OwnWindows::Level::Raised : OwnWindows::Level::Normal)
 {
-    // Task bars show the title; the role tells this window from the program's others.
-    setWindowTitle(QStringLiteral("Ortu"));
-    setWindowIconText(windowTitle());
-    setObjectName(QStringLiteral("Ortu Main"));
-    setWindowRole(objectName());
+    setNames();
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     // The keyboard is for the grid, input methods included.
@@ -76,6 +76,7 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
     setAcceptDrops(true);
     _background->installEventFilter(this);
     _iconView->installEventFilter(this);
+    _statsControl->installEventFilter(this);
     _overlay->setObjectName(QStringLiteral("Ortu Overlay"));
     _overlay->raise();
 
@@ -126,6 +127,15 @@ OTWindow::OTWindow(OTAppManager &appManager, Desktop &desktop, std::optional<QSi
 
 OTWindow::~OTWindow() = default;
 
+void OTWindow::setNames()
+{
+    // Task bars show the title; the role tells this window from the program's others.
+    setWindowTitle(QStringLiteral("Ortu"));
+    setWindowIconText(windowTitle());
+    setObjectName(QStringLiteral("Ortu Main"));
+    setWindowRole(objectName());
+}
+
 void OTWindow::registerDefaults()
 {
     UserDefaults::standard().registerDefaults({
@@ -135,6 +145,7 @@ void OTWindow::registerDefaults()
     });
     OTBkgndView::registerDefaults();
     OTStatsControl::registerDefaults();
+    HueBar::registerDefaults();
     OTIconOverlayView::registerDefaults();
 }
 
@@ -271,6 +282,7 @@ void OTWindow::updateColors()
     _closeButton->setLook(look);
     _prefsButton->setLook(look);
     _emptyHint->updateColors();
+    _hueBar->update();
 }
 
 void OTWindow::readAnimation()
@@ -295,6 +307,7 @@ void OTWindow::layOutSubviews()
 {
     layOutGrid();
     _statsControl->layOut(selectorRect());
+    layOutHueBar();
     const auto place = [](QWidget *button, const QPoint &middle) {
         button->move(middle - QPoint(button->width() / 2, button->height() / 2));
     };
@@ -302,6 +315,13 @@ void OTWindow::layOutSubviews()
     place(_prefsButton, QPoint(_background->width() - buttonInset.x(), buttonInset.y()));
     _overlay->setNotePlace(QRect(QPoint(2 * buttonInset.x(), 0),
         QPoint(_background->width() - 1 - 2 * buttonInset.x(), 2 * buttonInset.y() - 1)));
+}
+
+void OTWindow::layOutHueBar()
+{
+    QRect room = selectorRect();
+    room.setLeft(_statsControl->geometry().right() + 1 + hueBarGap);
+    _hueBar->layOut(room);
 }
 
 void OTWindow::layOutGrid()

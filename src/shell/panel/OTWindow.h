@@ -23,6 +23,7 @@
 class Desktop;
 class EmptyHint;
 class FrameChange;
+class HueBar;
 class OTAppManager;
 class OTBkgndView;
 class OTIconOverlayView;
@@ -53,6 +54,8 @@ public:
 
     OTIconView &iconView() const { return *_iconView; }
     OTStatsControl &statsControl() const { return *_statsControl; }
+    // Beside the group selector.
+    HueBar &hueBar() const { return *_hueBar; }
     PanelButton &closeButton() const { return *_closeButton; }
     PanelButton &prefsButton() const { return *_prefsButton; }
     // Lies over the whole panel.
@@ -149,6 +152,7 @@ private:
     void subviewDidResize(QObject *view);
     void changeFrame(const QRectF &frame, Change change);
     void screenParametersDidChange();
+    void setNames();
     void makeWindow();
     void chooseScreen();
     void takeScreen(QScreen *screen);
@@ -159,6 +163,7 @@ private:
     void updateColors();
     void layOutSubviews();
     void layOutGrid();
+    void layOutHueBar();
 
     void insistOnPlace();
     QRectF currentFrame() const;
@@ -179,6 +184,7 @@ private:
     OTBkgndView *_background;
     OTIconView *_iconView;
     OTStatsControl *_statsControl;
+    HueBar *_hueBar;
     PanelButton *_closeButton;
     PanelButton *_prefsButton;
     EmptyHint *_emptyHint;

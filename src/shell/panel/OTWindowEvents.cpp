@@ -9,6 +9,7 @@
 #include "shell/panel/PanelButton.h"
 #include "shell/panel/PanelResize.h"
 #include "shell/panel/WindowAnimation.h"
+#include "shell/selector/HueBar.h"
 #include "shell/selector/OTIconOverlayView.h"
 #include "shell/selector/OTStatsControl.h"
 
@@ -38,8 +39,9 @@ void OTWindow::keyPressEvent(QKeyEvent *event)
         return;
     }
     // What comes while it fades out was not meant for it any more.
-    event->setAccepted(
-        isShown() && (_statsControl->handleKeyDown(*event) || _iconView->keyPressed(*event)));
+    event->setAccepted(isShown()
+        && (_hueBar->handleKeyDown(*event) || _statsControl->handleKeyDown(*event)
+            || _iconView->keyPressed(*event)));
     // The menu of no icon is the panel's.
     if (isShown() && !event->isAccepted() && event->key() == Qt::Key_Menu) {
         _prefsButton->click();
@@ -56,6 +58,7 @@ void OTWindow::keyReleaseEvent(QKeyEvent *event)
 void OTWindow::inputMethodEvent(QInputMethodEvent *event)
 {
     if (isShown()) {
+        _hueBar->leave();
         QCoreApplication::sendEvent(_iconView, event);
     }
     event->accept();
@@ -158,6 +161,10 @@ bool OTWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == _background && event->type() == QEvent::Resize) {
         layOutSubviews();
+    }
+    // Its counts take more room, or less.
+    if (watched == _statsControl && event->type() == QEvent::Resize) {
+        layOutHueBar();
     }
     // A press on the grid keeps the mouse there.
     if (watched == _iconView && event->type() == QEvent::MouseMove && _drag) {

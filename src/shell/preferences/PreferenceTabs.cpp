@@ -95,6 +95,7 @@ QWidget *PreferenceTabs::groupsAndOrder(
     options->setAutoDefault(false);
     QObject::connect(options, &QPushButton::clicked, page, openColorSortingOptions);
     rows.form().addRow({}, options);
+    rows.addCheckBox("showHueBar", tr("&Show the colours in a bar beside the groups"));
     rows.addCheckBox(
         "sortRunningByLaunchOrder", tr("&Running applications in the order they were started"));
     rows.addGap();

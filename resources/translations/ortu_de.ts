@@ -60,6 +60,21 @@
         <source>Changes of favourites and exclusions are not kept: %1.</source>
         <translation>Änderungen an Favoriten und Ausschlüssen bleiben nicht erhalten: %1.</translation>
     </message>
+    <message>
+        <source>Changes of colours are not kept: %1.</source>
+        <translation>Änderungen an Farben bleiben nicht erhalten: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>ColorMenu</name>
+    <message>
+        <source>Colour</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>As Measured</source>
+        <translation>Wie gemessen</translation>
+    </message>
 </context>
 <context>
     <name>ColorNames</name>
@@ -549,6 +564,10 @@
     <message>
         <source>Check for Updates…</source>
         <translation>Nach Updates suchen&#xa0;…</translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>Farbe</translation>
     </message>
 </context>
 <context>

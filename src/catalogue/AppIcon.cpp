@@ -128,12 +128,6 @@ void AppIcon::takeKept()
     }
 }
 
-// What has no colours was measured all the same.
-bool AppIcon::isMeasured() const
-{
-    return !_isMeasurementDue && _hclColors.size() == size_t(_hclColorCount);
-}
-
 // A NaN, equal to nothing, asks for a measurement each time.
 bool AppIcon::needsMeasuring(const IconParameters &parameters) const
 {
@@ -210,7 +204,9 @@ void AppIcon::applyColorSortParameters(
 
 void AppIcon::pickAndSortColors()
 {
-    const ColorKey key = ::pickAndSortColors(_hclColors, _colorSortParams);
+    const ColorKey key = _correctedColor
+        ? pickCorrectedColor(_hclColors, _colorSortParams, *_correctedColor)
+        : ::pickAndSortColors(_hclColors, _colorSortParams);
     if (key.problem == ColorKey::Problem::NoColors) {
         qCWarning(lcCatalogue, "No colors passed to pick & sort method for app: %s",
             qUtf8Printable(Items::nameOf(_path)));
@@ -220,6 +216,31 @@ void AppIcon::pickAndSortColors()
     }
     _colorSortValue = key.colorSortValue;
     _sortedColors = key.sortedColors;
+}
+
+QList<MeasuredColor> AppIcon::measuredColors() const
+{
+    QList<MeasuredColor> colors;
+    for (const HclColor &color : _hclColors) {
+        colors.append(
+            { shownColor(color), color.saturation < double(_colorSortParams.minSaturation) });
+    }
+    return colors;
+}
+
+void AppIcon::setCorrectedColor(const std::optional<SortedColor> &color)
+{
+    const bool isSame =
+        color && _correctedColor ? color->looksLike(*_correctedColor) : !color && !_correctedColor;
+    if (isSame) {
+        return;
+    }
+    _correctedColor = color;
+    // One that is on its way is judged when it arrives.
+    if (!_icon.isNull() && hasMeasurement()) {
+        pickAndSortColors();
+        _changed();
+    }
 }
 
 void AppIcon::freeColorSortData()

@@ -14,6 +14,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class IconProvider;
 struct LoadedIcon;
@@ -59,6 +60,12 @@ public:
     double colorSortValue() const { return _colorSortValue; }
     // The icon's colours, the main one first; empty when they are not known.
     const SortedColors &sortedColors() const { return _sortedColors; }
+    // What was measured, by falling weight; empty when that is not known.
+    QList<MeasuredColor> measuredColors() const;
+    // The colour that counts in place of those, whatever the icon is; none when they count.
+    const std::optional<SortedColor> &correctedColor() const { return _correctedColor; }
+    // Announced when it has changed where the icon stands.
+    void setCorrectedColor(const std::optional<SortedColor> &color);
     // A picture of the sorted colours; the icon, which may be null, when there are none.
     QImage spectrumIcon() const;
 
@@ -72,7 +79,9 @@ private:
     void requestMeasurement();
     void takeMeasurement(LoadedIcon measured);
     void applyColorSortParameters(const IconParameters &parameters, IconMeasurement measurement);
-    bool isMeasured() const;
+    // What has no colours was measured all the same.
+    bool hasMeasurement() const { return _hclColors.size() == size_t(_hclColorCount); }
+    bool isMeasured() const { return !_isMeasurementDue && hasMeasurement(); }
     bool needsMeasuring(const IconParameters &parameters) const;
     void pickAndSortColors();
 
@@ -94,6 +103,7 @@ private:
     // Of the colours; how many to ask for while there are none.
     qsizetype _hclColorCount = IconMeasurement::ColorCount;
     IconParameters _colorSortParams;
+    std::optional<SortedColor> _correctedColor;
     SortedColors _sortedColors;
     double _colorSortValue = ColorKey::Unknown;
 };

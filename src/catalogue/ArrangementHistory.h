@@ -1,11 +1,13 @@
 // What the user arranged by hand, step by step, so that it can be taken back and done again.
 //
-// Favourites and exclusions share one history, in the order in which they were changed. It knows
+// Favourites, exclusions and corrected colours share one history, in the order in which they were
+// changed. It knows
 // applications by their paths alone and so outlasts scans; it ends with the program.
 
 #pragma once
 
 #include "catalogue/files/PathBunches.h"
+#include "icons/ColorKey.h"
 
 #include <QList>
 #include <QStringList>
@@ -23,17 +25,23 @@ struct Arrangement
 
 struct ArrangementStep
 {
-    enum class Kind { Move, Add, Remove, Exclude, Include };
+    enum class Kind { Move, Add, Remove, Exclude, Include, Recolor };
     enum class Side { Before, After };
 
     Kind kind = Kind::Move;
     // The applications that the step was about; at least one.
     QStringList paths;
-    // The favourites before and after the step. An exclusion needs neither.
+    // The favourites before and after the step. Exclusions and colours need neither.
     Arrangement before;
     Arrangement after;
+    // The colour that the user gave to the application, before and after the step.
+    std::optional<SortedColor> colorBefore = {};
+    std::optional<SortedColor> colorAfter = {};
 
-    bool isOfFavourites() const { return kind != Kind::Exclude && kind != Kind::Include; }
+    bool isOfFavourites() const
+    {
+        return kind == Kind::Move || kind == Kind::Add || kind == Kind::Remove;
+    }
 
     // The favourites on one side of the step, where `now` is what they are. When they are no longer
     // as the other side left them, only the applications of the step move: beside the neighbours

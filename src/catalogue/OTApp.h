@@ -102,6 +102,14 @@ public:
     double colorSortValue() const { return _icon.colorSortValue(); }
     // The icon's colours, the main one first; empty when they are not known.
     const SortedColors &sortedColors() const { return _icon.sortedColors(); }
+    // What was measured of the icon, by falling weight, and the colour that the user says counts in
+    // place of that. Setting it announces N_AppIconChanged where that makes a difference.
+    QList<MeasuredColor> measuredColors() const { return _icon.measuredColors(); }
+    const std::optional<SortedColor> &correctedColor() const { return _icon.correctedColor(); }
+    void setCorrectedColor(const std::optional<SortedColor> &color)
+    {
+        _icon.setCorrectedColor(color);
+    }
     // A picture of the sorted colours; the icon, which may be null, when there are none.
     QImage spectrumIcon() const { return _icon.spectrumIcon(); }
 

@@ -116,8 +116,12 @@ public:
     // The same into a new bunch; for the bunched favourites only.
     void moveAppNewBunchAtIndex(const AppRef &app, int toGroup, qsizetype newBunchAtIndex);
 
-    // The changes of favourites and exclusions by the five operations above, whatever asked for
-    // them. Those that the catalogue, or another program, makes of itself are not among them.
+    // Says which colour of an application counts in the order by colour, from now on and in every
+    // run; none for what is measured. The order is right at once.
+    void correctColor(const AppRef &app, const std::optional<SortedColor> &color);
+
+    // The changes of favourites, exclusions and colours by the six operations above, whatever asked
+    // for them. Those that the catalogue, or another program, makes of itself are not among them.
     const ArrangementHistory &history() const { return _history; }
     bool canUndo() const { return _history.nextToUndo(); }
     bool canRedo() const { return _history.nextToRedo(); }
@@ -166,6 +170,7 @@ public:
     void readAllAppsFromDisk();
     void readExcludedApps1DFromDisk();
     void readUserAppsFromDisk();
+    void readColorsFromDisk();
 
     void loadIconsForApps(const AppArray &apps);
     void loadAllIconsPrioritizingGroup(int group);
@@ -236,6 +241,9 @@ private:
     PathBunches shownPaths(CatalogueFiles::List list) const;
     void takeStoredExclusions();
     void takeStoredUserApps();
+    void takeStoredColors();
+    void takeCorrectedColor(const AppRef &app) const;
+    void setCorrectedColor(const QString &path, const std::optional<SortedColor> &color);
     // These tell the files what was moved, removed or added.
     void writeExcludedApps(const AppList &changed);
     void writeUserApps(const QStringList &changed, const QStringList &changedInFlatOrder = {});
@@ -256,6 +264,8 @@ private:
     QString _ownPath;
     AppRef _ownApp;
     QHash<QString, AppRef> _everythingSet;
+    // By the paths of the applications that have one.
+    QHash<QString, SortedColor> _correctedColors;
     BunchList _allApps;
     AppList _allApps1D;
     BunchList _includedApps;

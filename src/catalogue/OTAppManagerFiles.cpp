@@ -53,6 +53,7 @@ void OTAppManager::followStandIns()
         takeStoredExclusions();
     }
     takeStoredUserApps();
+    takeStoredColors();
 }
 
 PathBunches OTAppManager::shownPaths(List list) const
@@ -231,6 +232,10 @@ void OTAppManager::takeOverFiles()
     if (areFavouritesChanged) {
         takeStoredUserApps();
         loadIconsForApps(AppArray(flattened(userApps())));
+    }
+    if (_files.takeOutsideChangeOfColors()) {
+        takeStoredColors();
+        sortIconColorTimerFire();
     }
 }
 

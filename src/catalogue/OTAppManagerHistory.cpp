@@ -25,7 +25,7 @@ ArrangementStep shownStep(const ArrangementStep &kept, const StandIns &standIns)
             flattened(standIns.shown({ arrangement.flat })) };
     };
     return { kept.kind, flattened(standIns.shown({ kept.paths })), shown(kept.before),
-        shown(kept.after) };
+        shown(kept.after), kept.colorBefore, kept.colorAfter };
 }
 
 } // namespace
@@ -90,6 +90,10 @@ void OTAppManager::goTo(Side side, const ArrangementStep &kept)
         }
         // What was in no list for a while may have a new entry, without an icon.
         loadIconsForApps(AppArray(apps));
+    } else if (step.kind == Kind::Recolor) {
+        for (const QString &path : step.paths) {
+            setCorrectedColor(path, side == Side::After ? step.colorAfter : step.colorBefore);
+        }
     } else {
         const bool isExcluded = (step.kind == Kind::Exclude) == (side == Side::After);
         for (const AppRef &app : apps) {

@@ -3,6 +3,7 @@
 
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
+#include "platform/Desktop.h"
 #include "support/UserDefaults.h"
 
 IconParameters OTAppManager::iconParameters()
@@ -26,6 +27,7 @@ void OTAppManager::loadIconsForApps(const AppArray &apps)
     }
     const IconParameters parameters = iconParameters();
     for (const AppRef &app : apps.apps()) {
+        takeCorrectedColor(app);
         if (_use == Use::Inspection) {
             app->refreshNameAndPath();
         } else {
@@ -99,6 +101,68 @@ void OTAppManager::resetColorSortingOptions()
     for (const QString &key : colorSortingKeys()) {
         defaults.setObject(key, defaults.defaultForKey(key));
     }
+}
+
+void OTAppManager::readColorsFromDisk()
+{
+    _files.readColors();
+    takeStoredColors();
+}
+
+// Those of what stands in for the applications that they were given to.
+void OTAppManager::takeStoredColors()
+{
+    _files.takeOutsideChangeOfColors();
+    QHash<QString, SortedColor> corrected;
+    const StoredColors::Colors &stored = _files.colors();
+    for (auto entry = stored.cbegin(); entry != stored.cend(); ++entry) {
+        const QString shown = _desktop.items().standInFor(entry.key());
+        if (shown == entry.key() || !corrected.contains(shown)) {
+            corrected.insert(shown, { entry->red, entry->green, entry->blue });
+        }
+    }
+    if (corrected != _correctedColors) {
+        _correctedColors = corrected;
+        for (const AppRef &app : everythingSet() + _runningApps) {
+            takeCorrectedColor(app);
+        }
+    }
+}
+
+void OTAppManager::takeCorrectedColor(const AppRef &app) const
+{
+    const auto color = _correctedColors.constFind(app->path());
+    app->setCorrectedColor(color == _correctedColors.cend() ? std::nullopt : std::optional(*color));
+}
+
+void OTAppManager::correctColor(const AppRef &app, const std::optional<SortedColor> &color)
+{
+    const std::optional<SortedColor> before = app->correctedColor();
+    if (color != before && canKeep(app)) {
+        // It may stand in one of the lists that change.
+        const QString path = app->path();
+        setCorrectedColor(path, color);
+        addToHistory({ ArrangementStep::Kind::Recolor, { path }, {}, {}, before, color });
+    }
+}
+
+// The file may call the application otherwise.
+void OTAppManager::setCorrectedColor(const QString &path, const std::optional<SortedColor> &color)
+{
+    const std::optional<StoredColor> stored =
+        color ? std::optional(StoredColor { color->red, color->green, color->blue }) : std::nullopt;
+    StoredColors::Change change;
+    for (const QString &known : _files.colors().keys()) {
+        if (_desktop.items().standInFor(known) == path) {
+            change.insert(known, stored);
+        }
+    }
+    if (change.isEmpty()) {
+        change.insert(path, stored);
+    }
+    _files.storeColors(change);
+    takeStoredColors();
+    sortIconColorTimerFire();
 }
 
 // Each change puts the sorting off: while icons arrive, the order would change under the user's

@@ -24,6 +24,7 @@ void OTAppManager::rescanAllAppsPrioritizingGroup(int group)
     sortAllApps();
     readExcludedApps1DFromDisk();
     readUserAppsFromDisk();
+    readColorsFromDisk();
     rebuildDependentApps();
     runningAppsListDidChange();
     rebuildEverythingSet();

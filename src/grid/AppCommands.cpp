@@ -9,6 +9,7 @@
 #include "grid/drawing/Log.h"
 #include "grid/drawing/PoofEffect.h"
 #include "grid/layout/GridGroups.h"
+#include "grid/layout/GridInput.h"
 #include "platform/Desktop.h"
 #include "support/NotificationCenter.h"
 
@@ -210,13 +211,33 @@ void AppCommands::showStep(const std::optional<ArrangementStep> &step, const QSt
     }
     const AppRef app = _appManager.appForPath(step->paths.constFirst());
     const Coords place = _view.coordsOfApp(app);
-    if (place.isEmpty() || step->isOfFavourites() != GridGroups::isFavourites(_view.groupShown())) {
+    const bool isSeen = step->kind == ArrangementStep::Kind::Recolor
+        ? GridInput::isInColorOrder()
+        : step->isOfFavourites() == GridGroups::isFavourites(_view.groupShown());
+    if (place.isEmpty() || !isSeen) {
         Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
             whatWasDone.arg(app->displayName()));
     }
+    showPlace(app);
+}
+
+void AppCommands::showPlace(const AppRef &app)
+{
+    const Coords place = _view.coordsOfApp(app);
     if (!place.isEmpty()) {
         _view.selectCoordsByKeys(place);
         GridAccessible::placeChanged(&_view, app);
+    }
+}
+
+void AppCommands::correctColor(const AppRef &app, const std::optional<SortedColor> &color)
+{
+    if (_view.coordsOfApp(app).isEmpty()) {
+        return;
+    }
+    _appManager.correctColor(app, color);
+    if (GridInput::isInColorOrder()) {
+        showPlace(app);
     }
 }
 

@@ -59,10 +59,15 @@ public:
     void quitSelectedApp();
     void showAppInFinder();
 
+    // Says which of its colours counts; none for what is measured. Selects the application where it
+    // stands then; nothing when it is no longer shown.
+    void correctColor(const AppRef &app, const std::optional<SortedColor> &color);
+
 private:
     void beginStart(const AppRef &app);
     // False from the job is a failure, after the user was told.
     void start(const AppRef &app, const std::function<bool()> &job);
+    void showPlace(const AppRef &app);
     void showPoof();
     void showStep(const std::optional<ArrangementStep> &step, const QString &whatWasDone);
 

@@ -3,6 +3,7 @@
 #include "catalogue/OTApp.h"
 #include "catalogue/OTAppManager.h"
 #include "grid/AppCommands.h"
+#include "grid/ColorMenu.h"
 #include "grid/OTIconView.h"
 #include "grid/drawing/MenuColors.h"
 #include "grid/layout/GridGroups.h"
@@ -61,6 +62,7 @@ std::unique_ptr<QMenu> AppMenu::contextualMenu()
     if (_appManager.isAppRunning(app)) {
         addRunningItems(*menu, app);
     }
+    addColors(*menu, app);
     addActions(*menu, app);
     return menu;
 }
@@ -98,6 +100,21 @@ void AppMenu::addRunningItems(QMenu &menu, const AppRef &app)
         add(menu, OTIconView::tr("Show"), app, &AppCommands::showSelectedApp);
     }
     add(menu, OTIconView::tr("Quit"), app, &AppCommands::quitSelectedApp);
+}
+
+// Of an icon that was not measured there is nothing to choose.
+void AppMenu::addColors(QMenu &menu, const AppRef &app)
+{
+    QMenu *const colors = ColorMenu::of(
+        *app, _view.devicePixelRatioF(), [this, app](const std::optional<SortedColor> &color) {
+            _commands.correctColor(app, color);
+        });
+    if (colors) {
+        setMenuColors(*colors, _view.colors());
+        colors->setParent(&menu, colors->windowFlags());
+        menu.addSeparator();
+        menu.addMenu(colors);
+    }
 }
 
 // What the application itself offers, such as a new window; that of one that runs has an item

@@ -41,6 +41,7 @@ Q_SIGNALS:
 private:
     void addGroupItems(QMenu &menu, const AppRef &app);
     void addRunningItems(QMenu &menu, const AppRef &app);
+    void addColors(QMenu &menu, const AppRef &app);
     void addActions(QMenu &menu, const AppRef &app);
     void add(QMenu &menu, const QString &title, const AppRef &app, void (AppCommands::*command)());
 

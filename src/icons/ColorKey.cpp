@@ -61,6 +61,26 @@ SortedColor shownColor(const HclColor &color)
     return { rgb.red, rgb.green, rgb.blue, color.count };
 }
 
+bool SortedColor::looksLike(const SortedColor &other) const
+{
+    // A little more than a file or a picture of 8 bits a sample rounds by.
+    constexpr double Alike = 1.0 / 128;
+    return std::abs(red - other.red) < Alike && std::abs(green - other.green) < Alike
+        && std::abs(blue - other.blue) < Alike;
+}
+
+HclColor measuredColor(const SortedColor &color)
+{
+    const auto linear = [](double sample) {
+        return std::pow(std::clamp(sample, 0.0, 1.0), ImageGamma);
+    };
+    HclColor measured;
+    measured.color = luvFromXYZ(
+        xyzFromLinearRGB({ linear(color.red), linear(color.green), linear(color.blue), 1 }));
+    measured.updateFromColor();
+    return measured;
+}
+
 SortedColors colorArrayForPrimaryIndex(
     const HclColors &colors, qsizetype primaryIndex, qsizetype secondaryIndex, qsizetype grayIndex)
 {
@@ -109,4 +129,25 @@ ColorKey pickAndSortColors(const HclColors &colors, const IconParameters &parame
     const double lightness = std::clamp(colors[std::size_t(gray)].luminosity, 0.0, 1.0);
     const double first = parameters.graysBySecondaryColor ? ColorlessKeys : GrayKeys;
     return result(first + GrayRange * (1.0 - lightness), gray, gray);
+}
+
+ColorKey pickCorrectedColor(
+    const HclColors &colors, const IconParameters &parameters, const SortedColor &corrected)
+{
+    HclColor counting = measuredColor(corrected);
+    SortedColors list { corrected };
+    for (const HclColor &color : colors) {
+        const SortedColor shown = shownColor(color);
+        if (shown.looksLike(corrected)) {
+            counting = color;
+            list.first() = shown;
+        }
+        list.append(shown);
+    }
+    if (double(parameters.minSaturation) <= counting.saturation) {
+        return { hueKey(counting, parameters.wrapHue), list };
+    }
+    const double lightness = std::clamp(counting.luminosity, 0.0, 1.0);
+    const double first = parameters.graysBySecondaryColor ? ColorlessKeys : GrayKeys;
+    return { first + GrayRange * (1.0 - lightness), list };
 }

@@ -20,11 +20,23 @@ struct SortedColor
     quint64 count = 0;
 
     QColor color() const { return QColor::fromRgbF(float(red), float(green), float(blue)); }
+    friend bool operator==(const SortedColor &, const SortedColor &) = default;
+    // Whether they cannot be told apart, however much of an icon they cover.
+    bool looksLike(const SortedColor &other) const;
 };
 
 using SortedColors = QList<SortedColor>;
 
 SortedColor shownColor(const HclColor &color);
+// The way back, but for what no screen can show; nothing is counted.
+HclColor measuredColor(const SortedColor &color);
+
+// One of the colours that were measured.
+struct MeasuredColor
+{
+    SortedColor color;
+    bool isGray = false;
+};
 
 struct ColorKey
 {
@@ -48,6 +60,11 @@ struct ColorKey
 };
 
 ColorKey pickAndSortColors(const HclColors &colors, const IconParameters &parameters);
+
+// The same where the user says which colour counts: the icon stands where that colour belongs, also
+// when the icon has no such colour. The counts of what was measured stay.
+ColorKey pickCorrectedColor(
+    const HclColors &colors, const IconParameters &parameters, const SortedColor &corrected);
 
 // The primary colour, the secondary one, then the others in reverse order, the grey one behind
 // those that precede it. Only the secondary one is not repeated. A grayIndex of -1 stands for none.

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 using Name = ColorNames::Name;
 using Kind = ColorNames::Kind;
@@ -18,11 +17,8 @@ constexpr double LeastGray = 22;
 // L from 0 to 100, C from 0 on, h in degrees from 0 to below 360.
 LCh seen(const SortedColor &color)
 {
-    const auto linear = [](double sample) { return std::pow(sample, ImageGamma); };
-    LCh lch = lchFromLuv(luvFromXYZ(
-        xyzFromLinearRGB({ linear(color.red), linear(color.green), linear(color.blue), 1 })));
-    lch.h = wrapped(degreesFromRadians(lch.h), 0, 360);
-    return lch;
+    const HclColor measured = measuredColor(color);
+    return { measured.color.L, 100 * measured.saturation, measured.hue, 1 };
 }
 
 Name nameOfGray(double lightness)
@@ -72,16 +68,23 @@ Name nameOfHue(const LCh &color)
     }
 }
 
-bool isDark(const LCh &color, Name name)
+// Full, they are darker than other colours.
+bool isBluish(Name name)
 {
-    // A full blue is darker than other colours.
-    const bool isBluish = name == Name::Blue || name == Name::Purple;
-    return color.L < (isBluish ? 28 : 40);
+    return name == Name::Blue || name == Name::Purple;
 }
 
-bool isLight(const LCh &color, Kind kind)
+bool isDark(const LCh &color, Name name)
 {
-    return kind == Kind::Gray ? color.L >= 65 : color.L >= 75 && color.C < 65;
+    return color.L < (isBluish(name) ? 28 : 40);
+}
+
+bool isLight(const LCh &color, Name name)
+{
+    if (name == Name::Gray || isBluish(name)) {
+        return color.L >= 65;
+    }
+    return color.L >= 75 && color.C < 65;
 }
 
 // The name, and other words for the colour.
@@ -126,7 +129,7 @@ QString ColorNames::description(const SortedColor &color, Kind kind)
     if (hasShades && isDark(look, name)) {
         return tr("dark %1", "a colour").arg(text(name));
     }
-    if (hasShades && isLight(look, kind)) {
+    if (hasShades && isLight(look, name)) {
         return tr("light %1", "a colour").arg(text(name));
     }
     return text(name);

@@ -23,6 +23,8 @@ QString nameOf(ArrangementStep::Kind kind)
         return MainMenu::tr("Exclude");
     case ArrangementStep::Kind::Include:
         return MainMenu::tr("Include");
+    case ArrangementStep::Kind::Recolor:
+        return MainMenu::tr("Colour");
     }
     return {};
 }

@@ -126,6 +126,35 @@ private Q_SLOTS:
         }
     }
 
+    void damagedColours_areSetAside_andTheOthersStay()
+    {
+        const QVariantMap good { { u"red"_s, 1LL }, { u"green"_s, 0.5 }, { u"blue"_s, 0.0 } };
+        QVariantMap colors { { u"/a"_s, good }, { u"b"_s, good }, { u"/c"_s, u"red"_s } };
+        for (const QVariant &bad : QVariantList { -0.1, 1.1, qQNaN(), u"1"_s, {} }) {
+            QVariantMap color = good;
+            color[u"blue"_s] = bad;
+            colors.insert(u"/"_s + QString::number(colors.size()), color);
+        }
+        const QString file = _desktop->tree.path(u"user/Ortu/ColorCorrections.plist"_s);
+        _desktop->tree.add(u"user/Ortu/ColorCorrections.plist"_s, PropertyList::toXml(colors));
+        expectWarning(u"set aside .*7 of its entries are no colours"_s);
+        for (int start = 0; start < 2; ++start) {
+            CatalogueFiles files(_desktop->searchPaths());
+            files.readColors();
+            QCOMPARE(files.colors().size(), 1);
+            QVERIFY((files.colors()[u"/a"_s] == StoredColor { 1, 0.5, 0 }));
+        }
+        QVERIFY(QFile::exists(file + u".damaged"_s));
+        // What is no list of colours at all.
+        QFile::remove(file);
+        _desktop->tree.add(u"user/Ortu/ColorCorrections.plist"_s, "<plist");
+        CatalogueFiles preview(_desktop->searchPaths(), Writing::Never);
+        expectWarning(u"cannot use .*ColorCorrections"_s);
+        preview.readColors();
+        preview.storeColors({ { u"/a"_s, StoredColor {} } });
+        QCOMPARE(load(file), "<plist");
+    }
+
     void damagedFileOfTheComputer_staysAndIsNamed()
     {
         const QString file = _desktop->tree.add(u"local/Ortu/"_s + excludedFile,

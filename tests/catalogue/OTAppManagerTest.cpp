@@ -456,6 +456,49 @@ private Q_SLOTS:
         QCOMPARE(order(u"GrayThreshold"_s, 1.0), u"cdba|"_s);
     }
 
+    // All icons are red.
+    void correctedColours_areKept_takenOver_andTakenBack()
+    {
+        const SortedColor blue { 0, 0.25, 1 };
+        _defaults->setObject(u"groupContentsSortOrder"_s, 2);
+        start(u"x/abc"_s);
+        settle();
+        const auto order = [&] {
+            settle();
+            _manager->sortAllArrays();
+            return lists({ 5 });
+        };
+        _manager->correctColor(app(u"x/a"_s), blue);
+        QCOMPARE(lists({ 5 }), u"bca|"_s);
+        const QString file = _desktop->tree.path(u"user/Ortu/ColorCorrections.plist"_s);
+        const QVariantMap stored { { path(u"x/a"_s),
+            QVariantMap { { u"red"_s, 0.0 }, { u"green"_s, 0.25 }, { u"blue"_s, 1.0 } } } };
+        QCOMPARE(PropertyList::readFile(file).value.toMap(), stored);
+        _manager->undoLastChange();
+        QVERIFY(!app(u"x/a"_s)->correctedColor());
+        QCOMPARE(lists({ 5 }), u"bca|"_s); // those that are alike keep their order
+        _manager->redoLastChange();
+        // Neither another start nor another icon takes it away.
+        _desktop->fakeIcons.colors = { { u"a"_s, Qt::green }, { u"b"_s, Qt::magenta } };
+        start();
+        QCOMPARE(order(), u"cab|"_s);
+        OTAppManager other(*_desktop);
+        other.rescanAllAppsPrioritizingGroup(-1);
+        other.correctColor(other.appForPath(path(u"x/c"_s)), SortedColor { 1, 1, 1 });
+        QTRY_COMPARE(lists({ 5 }), u"abc|"_s);
+        _manager->correctColor(app(u"x/a"_s), {});
+        QTRY_VERIFY(!other.appForPath(path(u"x/a"_s))->correctedColor());
+        QCOMPARE(PropertyList::readFile(file).value.toMap().size(), 1);
+        // A copy of an entry has the colour of the original until it goes.
+        QFile::remove(path(u"x/c"_s));
+        addApps(u"y/d"_s);
+        _desktop->fakeItems.standIns = { { path(u"x/c"_s), path(u"y/d"_s) } };
+        _manager->fullScan();
+        QVERIFY(app(u"y/d"_s)->correctedColor());
+        _manager->correctColor(app(u"y/d"_s), blue);
+        QCOMPARE(PropertyList::readFile(file).value.toMap().keys(), QStringList(path(u"x/c"_s)));
+    }
+
     void runningApps_keepTheirEntries()
     {
         FakeRunning &running = _desktop->running;

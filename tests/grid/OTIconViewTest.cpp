@@ -519,6 +519,40 @@ private Q_SLOTS:
         QTRY_COMPARE(launched(), QStringList({ u"hide a"_s, u"quit a"_s, u"reveal a"_s }));
     }
 
+    void menuOfColours_saysWhichOneCounts()
+    {
+        _defaults->setObject(GridKeys::groupContentsSortOrder, 2);
+        fill({ u"a"_s, u"b"_s });
+        for (const AppRef &app : _manager->allApps1D()) {
+            QImage icon(16, 16, QImage::Format_ARGB32_Premultiplied);
+            icon.fill(app->name() == u"a" ? Qt::red : Qt::green);
+            icon.setPixelColor(0, 0, Qt::blue);
+            icon.setPixelColor(0, 1, Qt::blue);
+            app->setIcon(icon);
+            app->setColorSortParameters(OTAppManager::iconParameters());
+        }
+        _manager->sortAllArrays();
+        const auto chosen = [this](const QString &item) {
+            hover(u"a"_s);
+            const std::unique_ptr<QMenu> menu = _view->menu().contextualMenu();
+            QStringList items;
+            for (QAction *action : menu->findChild<QMenu *>()->actions()) {
+                items.append(action->text() + (action->isChecked() ? u"!"_s : QString())
+                    + (action->isEnabled() ? QString() : u"?"_s));
+                if (action->text() == item) {
+                    action->trigger();
+                }
+            }
+            return items.join(u',') + u' ' + _manager->includedApps1D().constFirst()->name();
+        };
+        QCOMPARE(chosen(u"Red"_s), u"Red!,Blue,,As Measured? a"_s);
+        QCOMPARE(chosen(u"Blue"_s), u"Red!,Blue,,As Measured? b"_s);
+        QCOMPARE(_view->selectedApp(), app(u"a"_s));
+        QCOMPARE(chosen(u"As Measured"_s), u"Red,Blue!,,As Measured a"_s);
+        QVERIFY(press(Qt::Key_Z, Qt::ControlModifier));
+        QCOMPARE(_manager->includedApps1D().constFirst(), app(u"b"_s));
+    }
+
     void modifiers_changeWhatIsShown()
     {
         fill({ u"a"_s, u"b"_s });

@@ -75,6 +75,23 @@ class IconColorsTest : public TestCase
 {
     Q_OBJECT
 private Q_SLOTS:
+    // Where a red icon with a little blue stands when the user says which colour counts.
+    void aCorrectedColour_standsWhereItBelongs()
+    {
+        const QList<std::pair<SortedColor, double>> rows { { { 0, 0, 1 }, 265.87 / 360 },
+            { { 1, 0, 0 }, 12.17 / 360 }, { { 1, 1, 1 }, 1.0 }, { { 0, 0, 0 }, 1.5 } };
+        const IconMeasurement measured = measureIcon(image(u"rrrrrrrrrb"_s), asked());
+        QVERIFY(measured.colors.size() > 1);
+        for (const auto &[color, expected] : rows) {
+            const ColorKey key = pickCorrectedColor(measured.colors, asked(), color);
+            QVERIFY(std::abs(key.colorSortValue - expected) < 0.001);
+            QVERIFY(key.sortedColors.first().looksLike(color));
+            QCOMPARE(key.sortedColors.size(), qsizetype(measured.colors.size()) + 1);
+        }
+        const ColorKey black = pickCorrectedColor({}, asked(0, true), { 0, 0, 0 });
+        QVERIFY(black.colorSortValue == 2.0 && black.sortedColors.size() == 1);
+    }
+
     void formats_areMeasuredAlike()
     {
         const QString picture = u"rrr.b/nbrrr/nr..b"_s, found = u"r1785 b765 n510"_s;

@@ -57,6 +57,7 @@ CatalogueFiles::CatalogueFiles(const SearchPaths &searchPaths, Writing writing)
         StoredPaths(userFile(searchPaths, "UserApplications.plist"), Shape::Bunched, writing),
         StoredPaths(userFile(searchPaths, "UserApplications1D.plist"), Shape::Flat, writing),
     }
+    , _colors(userFile(searchPaths, "ColorCorrections.plist"), writing)
 {
     if (_writing == Writing::Never) {
         return;
@@ -65,6 +66,7 @@ CatalogueFiles::CatalogueFiles(const SearchPaths &searchPaths, Writing writing)
     for (const StoredPaths &list : _lists) {
         paths.append(list.path());
     }
+    paths.append(_colors.path());
     FileReplacement::removeStrays(paths + QStringList(allAppsFile(_searchPaths)));
     if (QCoreApplication::instance()) {
         _watch = std::make_unique<FileWatch>(paths);
@@ -225,6 +227,9 @@ void CatalogueFiles::writeAgain()
     if (std::any_of(_lists.begin(), _lists.end(), std::mem_fn(&StoredPaths::isUnwritten))) {
         write();
     }
+    if (_colors.isUnwritten()) {
+        writeColors();
+    }
 }
 
 void CatalogueFiles::readAgain()
@@ -232,7 +237,9 @@ void CatalogueFiles::readAgain()
     for (StoredPaths &list : _lists) {
         list.readAgain();
     }
-    if (std::any_of(_lists.begin(), _lists.end(), std::mem_fn(&StoredPaths::isChangedOutside))) {
+    _colors.readAgain();
+    if (_colors.isChangedOutside()
+        || std::any_of(_lists.begin(), _lists.end(), std::mem_fn(&StoredPaths::isChangedOutside))) {
         Q_EMIT changedOutside();
     }
 }
@@ -251,16 +258,44 @@ void CatalogueFiles::write()
         return;
     }
     QString error;
-    writeLists(&error);
-    if (!error.isEmpty() && !_isFailureTold) {
-        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
-            tr("Changes of favourites and exclusions are not kept: %1.")
-                .arg(Translations::ofReason(error)));
-    }
-    _isFailureTold = !error.isEmpty();
+    whileLocked(&error, [&] {
+        for (StoredPaths &list : _lists) {
+            if (list.isUnwritten()) {
+                list.write(&error);
+            }
+        }
+    });
+    sayNotKept(tr("Changes of favourites and exclusions are not kept: %1."), error, _isFailureTold);
 }
 
-void CatalogueFiles::writeLists(QString *error)
+void CatalogueFiles::storeColors(const StoredColors::Change &change)
+{
+    _colors.change(change);
+    writeColors();
+}
+
+void CatalogueFiles::writeColors()
+{
+    if (_writing == Writing::Never) {
+        return;
+    }
+    QString error;
+    whileLocked(&error, [&] { _colors.write(&error); });
+    sayNotKept(tr("Changes of colours are not kept: %1."), error, _isFailureOfColorsTold);
+}
+
+// Once until it can be kept.
+void CatalogueFiles::sayNotKept(const QString &what, const QString &error, bool &isTold)
+{
+    if (!error.isEmpty() && !isTold) {
+        Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
+            what.arg(Translations::ofReason(error)));
+    }
+    isTold = !error.isEmpty();
+}
+
+// `error` receives the reason when the folder cannot be locked.
+void CatalogueFiles::whileLocked(QString *error, const std::function<void()> &write) const
 {
     // Missing folders above it are made too: a new account has no data folder yet, and the
     // favourites of its first day must last. A failure shows in the lock.
@@ -272,9 +307,5 @@ void CatalogueFiles::writeLists(QString *error)
         sayNotLocked(folder, *error);
         return;
     }
-    for (StoredPaths &list : _lists) {
-        if (list.isUnwritten()) {
-            list.write(error);
-        }
-    }
+    write();
 }

@@ -1,19 +1,23 @@
-// The files in which the catalogue's lists outlive the program: property lists that hold paths.
+// The files in which the catalogue's lists outlive the program: property lists that hold paths, and
+// one that holds colours by paths.
 //
-// Exclusions and favourites are the user's: StoredPaths keeps them, they are written under the lock
-// of their folder, and whatever cannot be written is written with the next change, by writeAgain(),
-// or at the end. The scan result is replaced as a whole, since a scan can make it again. A file that cannot be read, or has
+// Exclusions, favourites and colours are the user's: StoredPaths and StoredColors keep them, they
+// are written under the lock of their folder, and whatever cannot be written is written with the
+// next change of its kind, by writeAgain(), or at the end. The scan result is replaced as a whole,
+// since a scan can make it again. A file that cannot be read, or has
 // another shape, is set aside and never overwritten. Each such case is one log line. Main thread
 // only.
 
 #pragma once
 
+#include "catalogue/files/StoredColors.h"
 #include "catalogue/files/StoredPaths.h"
 #include "platform/SearchPaths.h"
 
 #include <QObject>
 
 #include <array>
+#include <functional>
 #include <memory>
 
 class FileWatch;
@@ -68,8 +72,15 @@ public:
     // Tries once more to write what could not be written; costs nothing where there is no such thing.
     void writeAgain();
 
+    // The colours that the user gave to applications.
+    void readColors() { _colors.read(); }
+    const StoredColors::Colors &colors() const { return _colors.colors(); }
+    bool takeOutsideChangeOfColors() { return _colors.takeOutsideChange(); }
+    // Takes over what changed, and writes it, likewise.
+    void storeColors(const StoredColors::Change &change);
+
 Q_SIGNALS:
-    // Another program has changed a list.
+    // Another program has changed a list, or the colours.
     void changedOutside();
 
 private:
@@ -81,7 +92,9 @@ private:
     void completeFlatOrder();
     void readAgain();
     void write();
-    void writeLists(QString *error);
+    void writeColors();
+    void whileLocked(QString *error, const std::function<void()> &write) const;
+    void sayNotKept(const QString &what, const QString &error, bool &isTold);
 
     const SearchPaths &_searchPaths;
     Writing _writing;
@@ -89,4 +102,6 @@ private:
     std::array<StoredPaths, 3> _lists;
     std::unique_ptr<FileWatch> _watch;
     bool _isFailureTold = false;
+    StoredColors _colors;
+    bool _isFailureOfColorsTold = false;
 };

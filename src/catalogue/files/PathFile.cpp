@@ -4,21 +4,13 @@ using PropertyList::State;
 
 namespace {
 
-bool isPath(const QVariant &value)
-{
-    const QString path = value.typeId() == QMetaType::QString ? value.toString() : QString();
-    // The binary form brings strings that could not be written again.
-    return (path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1String("~/")))
-        && PropertyList::canHold(path);
-}
-
 // Sorts the elements of an array into paths and the rest.
 QStringList paths(const QVariantList &array, int &rejected)
 {
     QStringList accepted;
     accepted.reserve(array.size());
     for (const QVariant &value : array) {
-        if (isPath(value)) {
+        if (PathFile::isPath(value)) {
             accepted.append(value.toString());
         } else {
             ++rejected;
@@ -51,6 +43,14 @@ QVariantList toArray(const QStringList &list)
 }
 
 } // namespace
+
+bool PathFile::isPath(const QVariant &value)
+{
+    const QString path = value.typeId() == QMetaType::QString ? value.toString() : QString();
+    // The binary form brings strings that could not be written again.
+    return (path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1String("~/")))
+        && PropertyList::canHold(path);
+}
 
 PathFile::Document PathFile::read(const QString &path, Shape shape)
 {

@@ -19,6 +19,8 @@ struct Document
 
 // Takes the value of such a property list apart.
 Document fromPropertyList(const QVariant &value, Shape shape);
+// Whether a value of a property list is a path that can be written again.
+bool isPath(const QVariant &value);
 
 // Logs nothing, as the caller knows what becomes of the file.
 Document read(const QString &path, Shape shape);

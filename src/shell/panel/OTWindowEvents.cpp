@@ -115,6 +115,7 @@ void OTWindow::changeEvent(QEvent *event)
             _iconView->ignoreHeldModifiers(QGuiApplication::queryKeyboardModifiers());
         } else if (!isInFront) {
             _iconView->forgetModifiers();
+            _hueBar->leave();
         }
         _iconView->update();
     }

@@ -59,7 +59,7 @@ QMenu *ColorMenu::of(const OTApp &app, qreal devicePixelRatio, const Choose &cho
 {
     QList<MeasuredColor> colors = app.measuredColors();
     const std::optional<SortedColor> corrected = app.correctedColor();
-    const SortedColors sorted = app.sortedColors();
+    const SortedColors &sorted = app.sortedColors();
     const auto isMeasured = [&colors](const SortedColor &color) {
         return std::any_of(colors.cbegin(), colors.cend(),
             [&color](const MeasuredColor &own) { return own.color.looksLike(color); });

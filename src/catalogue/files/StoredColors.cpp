@@ -123,21 +123,24 @@ void StoredColors::readAgain()
 void StoredColors::takeOver(const Colors &theirs)
 {
     const Colors before = std::exchange(_colors, theirs);
-    change(_changes);
+    apply(_changes);
     _isChangedOutside = _isChangedOutside || _colors != before;
 }
 
 void StoredColors::change(const Change &change)
 {
-    // A copy, as these may be the changes themselves.
-    const Change changes = change;
+    apply(change);
+    _changes.insert(change);
+}
+
+void StoredColors::apply(const Change &changes)
+{
     for (auto changed = changes.cbegin(); changed != changes.cend(); ++changed) {
         if (*changed) {
             _colors.insert(changed.key(), **changed);
         } else {
             _colors.remove(changed.key());
         }
-        _changes.insert(changed.key(), *changed);
     }
 }
 

@@ -56,6 +56,7 @@ public:
 
 private:
     void takeOver(const Colors &theirs);
+    void apply(const Change &changes);
 
     QString _path;
     Writing _writing;

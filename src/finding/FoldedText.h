@@ -32,6 +32,11 @@ public:
     // Whether a word begins at this place of letters(): after a space, at a capital that follows
     // none, and where another script, or digits, begin.
     bool isStart(qsizetype place) const { return _starts[size_t(place)]; }
+    // Whether a word ends before this place, which may be the end.
+    bool isEnd(qsizetype place) const
+    {
+        return place == _letters.size() || isStart(place) || !_letters[place].isLetterOrNumber();
+    }
     // Whether these are the first letters of the words, from the first word on; words are what
     // spaces separate, or what capitals and scripts separate as well.
     bool haveInitials(const QString &letters) const

@@ -136,18 +136,23 @@ std::optional<FoundAs> Query::find(const Word &word, const FoldedText &text, Fou
         return FoundAs::Initials;
     }
     const bool isInside = at >= 0;
+    bool isBeginning = false;
     for (; at >= 0; at = letters.indexOf(word.letters, at + 1)) {
-        if (text.isStart(at)) {
-            return FoundAs::Word;
+        if (text.isStart(at) && isLong && text.isEnd(at + word.letters.size())) {
+            return FoundAs::WholeWord;
         }
+        isBeginning = isBeginning || text.isStart(at);
     }
-    if (isInside && !word.isOneLetter && (isName(field) || !word.isShort)) {
+    if (isBeginning) {
+        return FoundAs::Word;
+    }
+    if (isInside && !word.isShort) {
         return FoundAs::Part;
     }
     if (areInitials || (isLong && isName(field) && text.haveInOrder(word.letters))) {
         return FoundAs::LettersInOrder;
     }
-    return std::nullopt;
+    return isInside && isLong && isName(field) ? std::optional(FoundAs::Pair) : std::nullopt;
 }
 
 std::optional<Match> Query::best(const Word &word, const Findable &item)

@@ -9,7 +9,8 @@
 // What would find nearly everything does not count. One letter of an alphabet finds where a word
 // begins, and where it is all that was typed by names alone. Texts other than names are found
 // inside a word from three letters on, actions by no less. Keywords are a list, so that one which
-// is typed in full is found as a word. Letters in order begin a word of a name.
+// is typed in full is found as a word. Letters in order begin a word of a name. Two letters inside
+// a word are the least: many names have them by chance, and "ff" rather stands for Firefox.
 
 #pragma once
 
@@ -26,9 +27,11 @@ enum class FoundAs {
     Whole,
     Beginning,
     Initials, // of its words
+    WholeWord,
     Word, // the beginning of one
     Part, // inside a word
     LettersInOrder,
+    Pair, // two letters inside a word
 };
 
 struct Match

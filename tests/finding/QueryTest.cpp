@@ -9,11 +9,11 @@ class QueryTest : public TestCase
     Q_OBJECT
 
     // How the text finds an application of that name, as a letter: whole, beginning, initials,
-    // word, part, order; none as "-".
+    // complete word, word, part, order, pair; none as "-".
     static QString howFound(const QString &typed, const Findable &item)
     {
         const std::optional<Match> match = Query(typed).match(item);
-        return match ? QStringLiteral("WBIwpo").mid(int(match->how), 1)
+        return match ? QStringLiteral("WBIcwpoq").mid(int(match->how), 1)
                 + (match->sense == Match::Sense::OtherLayout ? u"~"_s : QString())
                      : u"-"_s;
     }
@@ -46,28 +46,28 @@ private Q_SLOTS:
             QTest::newRow(qUtf8Printable(name)) << name << expected;
         };
         row(u"GNU Image Manipulation Program"_s,
-            u"gnu:B gimp:I image:w manip:w ipula:p gmp:o g:B m:w e:- gnu program:w xyz:-"_s);
+            u"gnu:B gimp:I image:c manip:w ipula:p gmp:o g:B m:w e:- gnu program:c xyz:-"_s);
         row(u"LibreOffice Writer"_s,
-            u"libre writer:w writer libre:w lw:I low:I office:w ffice:p lbr:o libre calc:- "
+            u"libre writer:c writer libre:c lw:I low:I office:c ffice:p lbr:o libre calc:- "
             "libreoffice writer:W libreofficewriter:o"_s);
-        row(u"HTMLEdit 7zip"_s, u"edit:w tml:p he7z:I 7:w zip:w"_s);
-        row(u"Straßenkarte Çelik Œuvre"_s, u"strasse:B STRASSE:B çel:w celik:w oeuvre:w sco:I"_s);
-        row(u"Cafe\u0301 \uFF26\uFF49\uFF52\uFF45 \uFB01le"_s, u"café:B cafe:B fire:w file:w"_s);
-        row(u"Łódź İstanbul ısı"_s, u"lodz:B istanbul:w isi:w"_s);
-        row(u"Переводчик Ёлка"_s, u"пере:B ПЕРЕ:B елка:w вод:p п:B е:w пё:B gthtdjl:B~"_s);
+        row(u"HTMLEdit 7zip"_s, u"edit:c tml:p he7z:I 7:w zip:c"_s);
+        row(u"Straßenkarte Çelik Œuvre"_s, u"strasse:B STRASSE:B çel:w celik:c oeuvre:c sco:I"_s);
+        row(u"Cafe\u0301 \uFF26\uFF49\uFF52\uFF45 \uFB01le"_s, u"café:B cafe:B fire:c file:c"_s);
+        row(u"Łódź İstanbul ısı"_s, u"lodz:B istanbul:c isi:c"_s);
+        row(u"Переводчик Ёлка"_s, u"пере:B ПЕРЕ:B елка:c вод:p п:B е:w пё:B gthtdjl:B~"_s);
         row(u"Редактор Їжак"_s, u"]:w~ htlfrnjh:B~"_s);
-        row(u"Επεξεργαστής Κειμένου"_s, u"επεξ:B κειμενου:w ΚΕΙΜΈΝΟΥ:w εκ:I σης:- epej:B~"_s);
+        row(u"Επεξεργαστής Κειμένου"_s, u"επεξ:B κειμενου:c ΚΕΙΜΈΝΟΥ:c εκ:I σης:- epej:B~"_s);
         row(u"עורך טקסט"_s, u"עורך:B טק:w עט:I gurl:B~"_s);
         row(u"שָׁלוֹם"_s, u"שלום:W akuo:W~"_s);
         row(u"مُحرِّر النصوص"_s, u"محرر:B النص:w مـحـرر:B"_s);
         row(u"ファイルのダウンロード"_s, u"ファイル:B ダウ:w だう:w ﾀﾞｳ:w タウ:- ロ:p ふ:B"_s);
-        row(u"谷歌浏览器 Chrome"_s, u"谷歌:B 浏览:p 器:p chrome:w 谷c:I"_s);
+        row(u"谷歌浏览器 Chrome"_s, u"谷歌:B 浏览:p 器:p chrome:c 谷c:I"_s);
         row(u"파일 관리자"_s, u"파일:B 관리:w 리:p 파관:I"_s);
         row(u"Firefox"_s,
-            u"firef:B ff:o ашкуащч:W~ φιρεφ:B~ כןרק:B~ firefoxx:- f:B x:- ашкю:B~ a:-"_s);
+            u"firef:B ff:o ox:q ашкуащч:W~ φιρεφ:B~ כןרק:B~ firefoxx:- f:B x:- ашкю:B~ a:-"_s);
         row(u"Word Pad"_s, u"'םרג:B~"_s);
         // Both directions in one name, and what steers them.
-        row(u"\u202BעורךVim\u202C \u2067בית\u2069"_s, u"עורך:B vim:w ביי:- בית:w עv:I"_s);
+        row(u"\u202BעורךVim\u202C \u2067בית\u2069"_s, u"עורך:B vim:c ביי:- בית:c עv:I"_s);
         row(QString(), u"a:-"_s);
         row(u"-- "_s, u"a:-"_s);
     }
@@ -97,6 +97,10 @@ private Q_SLOTS:
             QString(ranking).remove(u"Lantern, "_s));
         QCOMPARE(namesFound(u"ter"_s, { u"Interim"_s, u"Lantern"_s }), u"Interim, Lantern"_s);
         QCOMPARE(
+            namesFound(u"ff"_s, { u"LibreOffice"_s, u"Firefox"_s }), u"Firefox, LibreOffice"_s);
+        QCOMPARE(namesFound(u"calc"_s, { u"MyCalculator"_s, u"Office Calc"_s, u"Calcify"_s }),
+            u"Calcify, Office Calc, MyCalculator"_s);
+        QCOMPARE(
             namesFound(u"term"_s, names, { { u"Terminator"_s, 2 }, { u"Terminal"_s, 1 } }).left(27),
             u"Term, Terminator, Terminal,"_s);
         // However much it is used.
@@ -121,14 +125,14 @@ private Q_SLOTS:
                 std::tuple(u"datei"_s, FoundAs::Beginning, FoundBy::Name, -1),
                 std::tuple(u"verwalt"_s, FoundAs::Part, FoundBy::GenericName, -1),
                 std::tuple(u"fm"_s, FoundAs::LettersInOrder, FoundBy::UntranslatedGenericName, -1),
-                std::tuple(u"folder"_s, FoundAs::Word, FoundBy::UntranslatedKeywords, -1),
-                std::tuple(u"platte"_s, FoundAs::Word, FoundBy::Keywords, -1),
+                std::tuple(u"folder"_s, FoundAs::WholeWord, FoundBy::UntranslatedKeywords, -1),
+                std::tuple(u"platte"_s, FoundAs::WholeWord, FoundBy::Keywords, -1),
                 std::tuple(u"nautilus"_s, FoundAs::Whole, FoundBy::Command, -1),
-                std::tuple(u"disk datei"_s, FoundAs::Word, FoundBy::UntranslatedKeywords, -1),
+                std::tuple(u"disk datei"_s, FoundAs::WholeWord, FoundBy::UntranslatedKeywords, -1),
                 std::tuple(u"privat"_s, FoundAs::Word, FoundBy::Action, 1),
                 std::tuple(u"files priv"_s, FoundAs::Word, FoundBy::Action, 1),
                 std::tuple(u"files pr"_s, FoundAs::Word, FoundBy::Action, 1),
-                std::tuple(u"fenster"_s, FoundAs::Word, FoundBy::Action, 0) }) {
+                std::tuple(u"fenster"_s, FoundAs::WholeWord, FoundBy::Action, 0) }) {
             const std::optional<Match> match = Query(typed).match(item);
             QVERIFY2(match, qUtf8Printable(typed));
             QCOMPARE(std::tuple(typed, match->how, match->field, match->action),

@@ -59,10 +59,10 @@ std::unique_ptr<QMenu> AppMenu::contextualMenu()
     addGroupItems(*menu, app);
     menu->addSeparator();
     add(*menu, OTIconView::tr("Show in Finder"), app, &AppCommands::showAppInFinder);
+    addColors(*menu, app);
     if (_appManager.isAppRunning(app)) {
         addRunningItems(*menu, app);
     }
-    addColors(*menu, app);
     addActions(*menu, app);
     return menu;
 }
@@ -112,7 +112,6 @@ void AppMenu::addColors(QMenu &menu, const AppRef &app)
     if (colors) {
         setMenuColors(*colors, _view.colors());
         colors->setParent(&menu, colors->windowFlags());
-        menu.addSeparator();
         menu.addMenu(colors);
     }
 }

@@ -11,7 +11,7 @@
 
 #include <vector>
 
-// In the order in which they count where the text matches equally well.
+// In the order in which they count where the text matches equally well and use is equal.
 enum class FoundBy {
     Name,
     UntranslatedName,

@@ -44,7 +44,8 @@ bool isBetter(const std::optional<Match> &match, const std::optional<Match> &tha
 {
     return match
         && (!than
-            || std::tuple(match->rank(), match->length) < std::tuple(than->rank(), than->length));
+            || std::tuple(match->rank(), match->detail())
+                < std::tuple(than->rank(), than->detail()));
 }
 
 void keepBetter(std::optional<Match> &best, const std::optional<Match> &match)
@@ -244,8 +245,8 @@ std::vector<Hit> ranked(const Query &query, const std::vector<Candidate> &candid
         const double oneUse = candidates[one.index].use;
         const double otherUse = candidates[other.index].use;
         // The more use the earlier.
-        return std::tuple(one.match.rank(), otherUse, one.match.length)
-            < std::tuple(other.match.rank(), oneUse, other.match.length);
+        return std::tuple(one.match.rank(), otherUse, one.match.detail())
+            < std::tuple(other.match.rank(), oneUse, other.match.detail());
     });
     return hits;
 }

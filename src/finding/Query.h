@@ -1,7 +1,7 @@
 // What was typed, compared with applications and ranked: a value without widgets.
 //
 // An application is found by the whole text, or by several words of which each is found somewhere
-// in it. How it is found decides first, then by which of its texts, then how much it was used, then
+// in it. How it is found decides first, then how much it was used, then by which of its texts, then
 // the shorter text. Beginnings and initials count as such in names; other texts say what an
 // application is, and it makes no difference with which word they begin: their first word is one of
 // their words, and the initials of a generic name are no more than letters in order.
@@ -48,8 +48,9 @@ struct Match
     // Place among the actions of the application, or -1.
     int action = -1;
 
-    // Matches that are equal in these are told apart by use.
-    auto rank() const { return std::tuple(sense, how, field); }
+    // Matches that are equal in these are told apart by use, and then by these.
+    auto rank() const { return std::tuple(sense, how); }
+    auto detail() const { return std::tuple(field, length); }
 };
 
 class Query final

@@ -143,12 +143,20 @@ private Q_SLOTS:
                  u"isk x"_s, u"priv x"_s, u"rd"_s }) {
             QVERIFY2(!Query(typed).match(item), qUtf8Printable(typed));
         }
-        // Names come before other texts, and both before actions.
+        // Names come before other texts unless those are used, and both before actions.
         const Findable privateEye(u"Private Eye"_s);
         const Findable browser(u"Surf"_s, {}, { { u"p"_s, u"Private"_s } });
         ItemWords words;
         words.keywords = { u"x"_s, u"unprivate"_s };
         const Findable keyword(u"Tor"_s, words, {});
+        ItemWords kind;
+        kind.genericName = u"Private Place"_s;
+        const Findable whole(u"Eye"_s, kind, {});
+        const Findable wholeName(u"My Private"_s);
+        for (const double use : { 0, 1 }) {
+            const auto found = ranked(Query(u"private"_s), { { &whole, use }, { &wholeName } });
+            QCOMPARE(found[0].index, size_t(use ? 0 : 1));
+        }
         const auto hits =
             ranked(Query(u"private"_s), { { &browser, 99 }, { &keyword }, { &privateEye } });
         QCOMPARE(hits.size(), size_t(3));

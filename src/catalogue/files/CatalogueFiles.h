@@ -57,8 +57,8 @@ public:
     // Reads both orders of the favourites. One that is lost is made again from the other, and both
     // from what they were before, which the user is told.
     //
-    // A program may have been killed between the two: which applications are favourites is then what
-    // the bunches say, which are written first.
+    // A program may have been killed between the two: which applications are favourites is then
+    // what the bunches say, which are written first.
     void readFavourites();
 
     const PathBunches &stored(List list) const { return at(list).paths(); }
@@ -69,7 +69,8 @@ public:
     // Takes over what changed in lists that belong together, and writes them. When they cannot be
     // written the user is told, once until they can.
     void store(const QList<Change> &changes);
-    // Tries once more to write what could not be written; costs nothing where there is no such thing.
+    // Tries once more to write what could not be written; costs nothing where there is no such
+    // thing.
     void writeAgain();
 
     // The colours that the user gave to applications.

@@ -111,6 +111,14 @@ void UseCounts::forget()
     _mayWrite = true;
     _writer.request();
     _writer.flush();
+    // What was set aside, and what a program that was killed has left, says it as well.
+    if (_path.isEmpty()) {
+        return;
+    }
+    const QFileInfo file(_path);
+    for (const QString &copy : file.dir().entryList({ file.fileName() + QStringLiteral(".*") })) {
+        QFile::remove(file.dir().filePath(copy));
+    }
 }
 
 void UseCounts::read()

@@ -160,7 +160,9 @@ void OTIconView::refillCells(const Arrangement &before)
 {
     _cells = GridCells(_layout, _appsShown);
     findColorsOfFilter();
-    if (_isSelectedByKeys) {
+    if (_isSelectedByKeys && _bestApp && before.selected == _bestApp) {
+        selectBest();
+    } else if (_isSelectedByKeys) {
         selectCoordsByKeys(coordsOfApp(before.selected));
     } else if (!(_cells == before.cells) || !_layout.hasSamePlaces(before.layout)) {
         selectCoords({});

@@ -105,8 +105,8 @@ public:
     bool keyPressed(const QKeyEvent &event);
     bool performKeyEquivalent(const QKeyEvent &event);
     bool handleKeyDown(const QKeyEvent &event);
-    // Text that comes ready made, from an input method.
-    void textCommitted(const QString &text);
+    // Text that comes ready made, from an input method. False when the filter takes nothing of it.
+    bool textCommitted(const QString &text);
     // Clears the filter. False when there was none.
     bool handleCancelOperation();
 
@@ -119,6 +119,10 @@ public:
     // The action of a shown application that the filter finds, and that Return performs instead of
     // starting the application.
     std::optional<ApplicationActions::Action> foundAction(const AppRef &app) const;
+    // What Return starts while typing finds by more than names, as far as is known: what was
+    // selected by keys, or the best. Null otherwise.
+    AppRef appOfReturn() const;
+    void clearFilter();
     // The applications of the shown group that the filter leaves, in the group's order.
     AppList keyFilteredApps1D() const;
     // Dims the icons whose colours are not in the window, until there is none.

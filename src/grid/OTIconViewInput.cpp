@@ -124,13 +124,23 @@ bool OTIconView::handleKeyDown(const QKeyEvent &event)
 AppRef OTIconView::appForReturn() const
 {
     if (_finder.isOn() && !_filter.isEmpty()) {
-        const AppRef selected = selectedApp();
-        const bool isSelectionMeant =
-            _isSelectedByKeys && selected && !isAppKeyFilteredOut(selected);
-        return isSelectionMeant ? selected : _finder.bestAtLast(_filter.string());
+        _finder.bestAtLast(_filter.string());
+        if (const AppRef app = appOfReturn()) {
+            return app;
+        }
     }
     const AppList left = keyFilteredApps1D();
     return left.size() == 1 ? left.constFirst() : nullptr;
+}
+
+AppRef OTIconView::appOfReturn() const
+{
+    if (!_finder.isOn() || _filter.isEmpty()) {
+        return nullptr;
+    }
+    const AppRef selected = selectedApp();
+    const bool isSelectionMeant = _isSelectedByKeys && selected && !isAppKeyFilteredOut(selected);
+    return isSelectionMeant ? selected : _finder.best(_filter.string());
 }
 
 void OTIconView::inputMethodEvent(QInputMethodEvent *event)
@@ -142,19 +152,28 @@ void OTIconView::inputMethodEvent(QInputMethodEvent *event)
         _filter.keepFresh(now());
     }
     const QString before = std::exchange(_preedit, event->preeditString());
-    if (!event->commitString().isEmpty()) {
-        textCommitted(event->commitString());
-        _doesPreeditGoOn = true;
-    } else if (_preedit != before) {
+    const bool isCommit = !event->commitString().isEmpty();
+    const bool isTaken = isCommit && textCommitted(event->commitString());
+    _doesPreeditGoOn = _doesPreeditGoOn || isCommit;
+    if (!isTaken && _preedit != before) {
         sendFilterSubstringNotification();
     }
     event->accept();
 }
 
-void OTIconView::textCommitted(const QString &text)
+bool OTIconView::textCommitted(const QString &text)
 {
     _filter.setTakesPunctuation(_finder.isOn());
-    if (_filter.type(text, now())) {
+    const bool isTaken = _filter.type(text, now());
+    if (isTaken) {
+        filterChanged();
+    }
+    return isTaken;
+}
+
+void OTIconView::clearFilter()
+{
+    if (_filter.cancelOperation()) {
         filterChanged();
     }
 }
@@ -187,12 +206,17 @@ void OTIconView::findingDidChange()
     if (_filter.isEmpty()) {
         return;
     }
-    if (!_isSelectedByKeys || selectedApp() == _bestApp) {
+    const AppRef before = _bestApp;
+    const bool isSelectionOurs = !before || !selectedApp() || selectedApp() == before;
+    if (isSelectionOurs && !_drags.isDragMoveInProgress()) {
         selectBest();
     }
     findColorsOfFilter();
     update();
-    sendFilterSubstringNotification();
+    // What has faded does not come back for nothing.
+    if (_bestApp != before || _filter.isFresh(now())) {
+        sendFilterSubstringNotification();
+    }
 }
 
 void OTIconView::selectBest()
@@ -200,7 +224,7 @@ void OTIconView::selectBest()
     const AppRef former = std::exchange(_bestApp, _finder.best(_filter.string()));
     if (_bestApp) {
         selectCoordsByKeys(coordsOfApp(_bestApp));
-    } else if (former && _isSelectedByKeys) {
+    } else if (former && _isSelectedByKeys && selectedApp() == former) {
         selectCoords({});
     }
 }

@@ -99,6 +99,7 @@ void AppFinder::appWasUsed(const AppRef &app)
 // Entries may say something else now.
 void AppFinder::scanDidEnd()
 {
+    ++_scanCount;
     for (Known &known : _known) {
         known.isRead = false;
     }
@@ -133,6 +134,7 @@ void AppFinder::read()
     }
     if (!readings.isEmpty()) {
         _isReading = true;
+        _scanCountRead = _scanCount;
         _thread.start([this, readings] { readOnThread(readings); });
     }
 }
@@ -160,7 +162,7 @@ void AppFinder::takeReadings(const QList<Reading> &readings)
         return;
     }
     for (const Reading &reading : readings) {
-        _known.insert(reading.path, { reading.name, reading.item, true });
+        _known.insert(reading.path, { reading.name, reading.item, _scanCountRead == _scanCount });
     }
     forgetResult();
     Q_EMIT findsOthers();

@@ -102,6 +102,9 @@ private:
 
     QTimer _readingDelay;
     bool _isReading = false;
+    // A scan that ends meanwhile may have found other entries.
+    int _scanCount = 0;
+    int _scanCountRead = 0;
     std::atomic<bool> _isEnding = false;
     QThreadPool _thread;
 };

@@ -58,7 +58,10 @@ void OTWindow::keyReleaseEvent(QKeyEvent *event)
 void OTWindow::inputMethodEvent(QInputMethodEvent *event)
 {
     if (isShown()) {
-        _hueBar->leave();
+        // Some input methods send empty ones along with keys that are not theirs.
+        if (!event->commitString().isEmpty() || !event->preeditString().isEmpty()) {
+            _hueBar->leave();
+        }
         QCoreApplication::sendEvent(_iconView, event);
     }
     event->accept();

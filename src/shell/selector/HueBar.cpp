@@ -137,6 +137,8 @@ void HueBar::showWhereFitting()
 const HueStrip &HueBar::strip()
 {
     if (std::exchange(_isStale, false)) {
+        const bool hasPlace = _window && _index < _strip.count();
+        const double value = hasPlace ? _strip.icons()[_index].colorSortValue : 0;
         QList<HueStrip::Icon> icons;
         const AppList apps = _iconView.appsShown();
         icons.reserve(apps.size());
@@ -150,6 +152,8 @@ const HueStrip &HueBar::strip()
         _index = std::clamp<qsizetype>(_index, 0, std::max<qsizetype>(0, _strip.count() - 1));
         if (!_strip.isOfUse()) {
             leave();
+        } else if (hasPlace) {
+            _index = _strip.indexNearest(value);
         }
     }
     return _strip;
@@ -195,10 +199,14 @@ bool HueBar::handleKeyDown(const QKeyEvent &event)
     if (!isVisible() || ModifierKeys::isModifier(event.key()) || !strip().isOfUse()) {
         return false;
     }
+    if (event.key() == Qt::Key_F6 && event.isAutoRepeat()) {
+        return true;
+    }
     if (_hasKeys && handleKeyWithKeys(event)) {
         return true;
     }
-    const bool isOurs = event.key() == Qt::Key_F6 && !_hasKeys;
+    const bool isOurs =
+        event.key() == Qt::Key_F6 && event.modifiers() == Qt::NoModifier && !_hasKeys;
     leave();
     if (isOurs) {
         takeKeys();
@@ -256,6 +264,10 @@ void HueBar::goToIcon()
     const qsizetype source = strip().icons()[_index].source;
     leave();
     if (source < apps.size()) {
+        // Return would start what the filter leaves, and not this.
+        if (_iconView.isAppKeyFilteredOut(apps[source])) {
+            _iconView.clearFilter();
+        }
         _iconView.selectCoordsByKeys(_iconView.coordsOfApp(apps[source]));
     }
 }

@@ -199,7 +199,8 @@ QString OTIconOverlayView::fullLabel() const
 {
     const QString name = _selectedApp->displayName();
     // What Return does, and of which application.
-    if (const QString title = foundActionTitle(); !title.isEmpty()) {
+    const QString title = _selectedApp == _iconView.appOfReturn() ? foundActionTitle() : QString();
+    if (!title.isEmpty()) {
         return _showLongLabel ? tr("%1 (%2)").arg(title, name) : title;
     }
     if (!_showLongLabel) {
@@ -214,10 +215,11 @@ QString OTIconOverlayView::fullLabel() const
     return name.contains(*kind, Qt::CaseInsensitive) ? name : tr("%1 (%2)").arg(name, *kind);
 }
 
-// Of the selected application; empty where Return starts that itself.
+// Of what Return starts; empty where that is an application itself.
 QString OTIconOverlayView::foundActionTitle() const
 {
-    const auto action = _selectedApp ? _iconView.foundAction(_selectedApp) : std::nullopt;
+    const AppRef app = _iconView.appOfReturn();
+    const auto action = app ? _iconView.foundAction(app) : std::nullopt;
     return action ? action->title : QString();
 }
 

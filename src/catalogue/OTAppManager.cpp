@@ -242,6 +242,13 @@ bool OTAppManager::removeExclusion(const AppRef &app)
     return wasExcluded || wasMissing;
 }
 
+void OTAppManager::excludeOnFirstStart()
+{
+    if (!_files.isKnown(CatalogueFiles::List::ExcludedApps)) {
+        autoExcludeDockApps(/*dockApps=*/false, /*namedApps=*/true);
+    }
+}
+
 void OTAppManager::autoExcludeDockApps(bool dockApps, bool namedApps)
 {
     PathSet excluded(_excludedApps1D);

@@ -134,6 +134,9 @@ public:
     // Excludes what is pinned in the desktop's dock, and every application whose name holds a word
     // of the exclusion list, as far as a scan has found them. No step of the history.
     void autoExcludeDockApps(bool dockApps, bool namedApps);
+    // On a first start, by the words alone; nothing where exclusions are known already, from an
+    // import for instance.
+    void excludeOnFirstStart();
     // Looks for favourites that are gone, by name, among the applications that are no favourites.
     void locateUserApps();
     // Tries once more to write what could not be written of favourites and exclusions.

@@ -14,7 +14,7 @@ void CatalogueSetup::fill(OTAppManager &manager, int prioritizedGroup, Scan scan
         manager.fullScan();
     }
     if (UserDefaults::standard().integerForKey(QStringLiteral("applicationLaunchCount")) == 0) {
-        manager.autoExcludeDockApps(/*dockApps=*/false, /*namedApps=*/true);
+        manager.excludeOnFirstStart();
     }
 }
 

@@ -70,7 +70,7 @@ void OTController::launch(const std::optional<InstanceRequest> &request)
     // What is excluded would be seen for a moment.
     const qint64 launchCount = _userDefaults.integerForKey(Key::applicationLaunchCount);
     if (launchCount == 0) {
-        _appManager.autoExcludeDockApps(/*dockApps=*/false, /*namedApps=*/true);
+        _appManager.excludeOnFirstStart();
     }
     showLaunchedPanel();
     if (request) {

@@ -165,8 +165,9 @@ void CatalogueFiles::readFavourites()
         restoreOrder(List::UserApps1D, List::UserApps);
     } else if (!flat.paths().isEmpty() && !bunches.isKnown()) {
         restoreOrder(List::UserApps, List::UserApps1D);
-    } else if (!bunches.paths().isEmpty() && !bunches.isUnwritten()) {
-        completeFlatOrder();
+    } else if (!bunches.paths().isEmpty()) {
+        // A file of which only a part could be read is to be written.
+        bunches.isUnwritten() ? completeBunches() : completeFlatOrder();
     }
     writeAgain();
 }
@@ -220,6 +221,25 @@ void CatalogueFiles::completeFlatOrder()
         }
     }
     flat.change({ order }, changed);
+}
+
+// What is left out of the bunches stands in one of its own at the end.
+void CatalogueFiles::completeBunches()
+{
+    PathBunches bunches = at(List::UserApps).paths();
+    const QSet<QString> present = pathsOf(bunches);
+    QStringList missing = flattened(at(List::UserApps1D).paths());
+    missing.removeIf([&](const QString &path) { return present.contains(path); });
+    if (!missing.isEmpty()) {
+        bunches.append(missing);
+        at(List::UserApps).change(bunches, QSet<QString>(missing.cbegin(), missing.cend()));
+    }
+}
+
+void CatalogueFiles::readColors()
+{
+    _colors.read();
+    writeAgain();
 }
 
 void CatalogueFiles::writeAgain()

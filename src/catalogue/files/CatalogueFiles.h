@@ -61,6 +61,8 @@ public:
     // what the bunches say, which are written first.
     void readFavourites();
 
+    // Whether there is a file of the list, or was one that is restored.
+    bool isKnown(List list) const { return at(list).isKnown(); }
     const PathBunches &stored(List list) const { return at(list).paths(); }
     // Whether another program has changed the list since the last call of the second.
     bool isChangedOutside(List list) const { return at(list).isChangedOutside(); }
@@ -74,7 +76,7 @@ public:
     void writeAgain();
 
     // The colours that the user gave to applications.
-    void readColors() { _colors.read(); }
+    void readColors();
     const StoredColors::Colors &colors() const { return _colors.colors(); }
     bool takeOutsideChangeOfColors() { return _colors.takeOutsideChange(); }
     // Takes over what changed, and writes it, likewise.
@@ -91,6 +93,7 @@ private:
     void sayRestored(List list, const QString &whatIsLost) const;
     void restoreOrder(List lost, List other);
     void completeFlatOrder();
+    void completeBunches();
     void readAgain();
     void write();
     void writeColors();

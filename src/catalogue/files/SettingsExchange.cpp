@@ -9,6 +9,8 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <cstdio>
+#include <utility>
 
 using PathFile::Shape;
 using PropertyList::State;
@@ -158,7 +160,10 @@ QString SettingsExchange::exportTo(const QString &file) const
     }
     const QFileInfo target(file);
     for (const QString &own : ownFiles()) {
-        if (target.exists() && target.canonicalFilePath() == QFileInfo(own).canonicalFilePath()) {
+        const bool isSame = target.absoluteFilePath() == own
+            || (target.exists()
+                && target.canonicalFilePath() == QFileInfo(own).canonicalFilePath());
+        if (isSame) {
             return QStringLiteral(QT_TRANSLATE_NOOP("Reason", "Ortu itself keeps this file"));
         }
     }
@@ -203,31 +208,53 @@ SettingsExchange::Import SettingsExchange::take(const QVariant &value)
         return import;
     }
     // Together the files NAME.before are what was before this import, and not before an earlier
-    // one.
-    for (const QString &own : ownFiles()) {
-        if (!import.before.contains(beforePath(own))) {
-            QFile::remove(beforePath(own));
+    // one. What is as wanted already may be so by an import that was cut off a moment ago.
+    const QVariantMap parts = document->propertyList().toMap();
+    for (const QString &part : dataFiles()) {
+        if (!parts.contains(part)) {
+            QFile::remove(beforePath(fileOf(_dataFolder, part)));
         }
+    }
+    if (!document->preferences) {
+        QFile::remove(beforePath(_preferencesFile));
     }
     return import;
 }
 
-// Preferences come first: their lock may be the one of the other files.
+// Preferences come last: their lock may be the one of the other files, and these can be put back
+// without room on the disk.
 void SettingsExchange::replaceAll(const SettingsDocument &document, Import &import)
 {
-    const QVariantMap former = storedPreferences();
-    if (document.preferences) {
-        import.error = writePreferences(*document.preferences, import);
+    import.error = writeFiles(document, import);
+    if (!import.error.isEmpty() || !document.preferences) {
+        return;
     }
-    if (import.error.isEmpty()) {
-        import.error = writeFiles(document, import);
-    }
+    const QVariantMap former = preferencesAsStored();
+    import.error = writePreferences(*document.preferences, import);
     if (!import.error.isEmpty()) {
         setPreferences(former);
         _defaults.synchronize();
-        import.changed.clear();
-        import.before.clear();
+        putBack(import);
     }
+}
+
+// Removes what was not there. A copy takes the place of its file in one step, which needs no room;
+// those that cannot stay in `before`.
+void SettingsExchange::putBack(Import &import)
+{
+    for (const QString &path : std::as_const(import.changed)) {
+        const QString before = beforePath(path);
+        const bool isBack = import.before.contains(before)
+            ? ::rename(QFile::encodeName(before).constData(), QFile::encodeName(path).constData())
+                == 0
+            : QFile::remove(path);
+        if (isBack) {
+            import.before.removeOne(before);
+        } else {
+            import.error += QStringLiteral("; ") + sentence(path, qt_error_string(errno));
+        }
+    }
+    import.changed.clear();
 }
 
 QList<SettingsExchange::File> SettingsExchange::filesToChange(
@@ -265,22 +292,22 @@ QString SettingsExchange::writeFiles(const SettingsDocument &document, Import &i
             return error;
         }
     }
-    qsizetype written = 0;
-    for (; written < files.size() && error.isEmpty(); ++written) {
-        const File &file = files[written];
+    for (const File &file : std::as_const(files)) {
         const QString reason = FileReplacement::replace(
             file.path, PropertyList::toXml(file.wanted), PropertyList::Former::KeptForADay);
-        error = reason.isEmpty() ? QString() : sentence(file.path, reason);
+        if (!reason.isEmpty()) {
+            error = sentence(file.path, reason);
+            break;
+        }
         import.changed.append(file.path);
         if (file.before) {
             import.before.append(beforePath(file.path));
         }
     }
     if (!error.isEmpty()) {
-        for (const File &file : files.first(written)) {
-            file.before ? void(FileReplacement::replace(file.path, *file.before))
-                        : void(QFile::remove(file.path));
-        }
+        import.error = error;
+        putBack(import);
+        error = import.error;
     }
     return error;
 }
@@ -322,6 +349,16 @@ void SettingsExchange::setPreferences(const QVariantMap &wanted)
             _defaults.setObject(key, wanted.value(key));
         }
     }
+}
+
+// Also what this version cannot use.
+QVariantMap SettingsExchange::preferencesAsStored() const
+{
+    QVariantMap stored;
+    for (const QString &key : _defaults.registeredKeys()) {
+        stored.insert(key, _defaults.storedValue(key));
+    }
+    return stored;
 }
 
 QVariantMap SettingsExchange::storedPreferences() const

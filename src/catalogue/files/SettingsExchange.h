@@ -61,6 +61,8 @@ private:
     QString writePreferences(const QVariantMap &wanted, Import &import);
     void setPreferences(const QVariantMap &wanted);
     QVariantMap storedPreferences() const;
+    QVariantMap preferencesAsStored() const;
+    static void putBack(Import &import);
 
     QString _dataFolder;
     QString _preferencesFile;

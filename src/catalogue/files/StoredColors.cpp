@@ -99,9 +99,8 @@ void StoredColors::read()
         FileLock lock(QFileInfo(_path).absolutePath());
         lock.lock();
         document = readFile(_path);
-        if (document.state == State::Damaged && PropertyList::setAside(_path, document.error)
-            && !document.colors.isEmpty()) {
-            PropertyList::writeFile(_path, propertyList(document.colors));
+        if (document.state == State::Damaged && PropertyList::setAside(_path, document.error)) {
+            _isUnwritten = !document.colors.isEmpty() || !_colors.isEmpty();
         }
     } else if (document.state == State::Damaged) {
         qCWarning(lcCatalogue, "cannot use %s: %s", qUtf8Printable(_path),
@@ -162,5 +161,6 @@ bool StoredColors::write(QString *error)
         return false;
     }
     _changes.clear();
+    _isUnwritten = false;
     return true;
 }

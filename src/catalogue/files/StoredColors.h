@@ -44,7 +44,7 @@ public:
     // To be written.
     void change(const Change &change);
     // Something has not reached the file yet.
-    bool isUnwritten() const { return !_changes.isEmpty(); }
+    bool isUnwritten() const { return _isUnwritten || !_changes.isEmpty(); }
     // Brings colours and file together; the caller holds the folder's lock. False and one log line
     // when the file cannot be written: the colours stay as they are and are tried again with the
     // next call. `error` receives the reason.
@@ -63,5 +63,7 @@ private:
     Colors _colors;
     // By this program, and not written yet.
     Change _changes;
+    // What remains of a damaged file, or was known before.
+    bool _isUnwritten = false;
     bool _isChangedOutside = false;
 };

@@ -227,13 +227,16 @@ void BusInstance::claimAgain()
     const bool isBack = !isBusSilent(qgetenv("DBUS_SESSION_BUS_ADDRESS"), longestSilence)
         && _bus.get().isConnected();
     if (isBack && requestName().isValid()) {
-        if (!_isGranted
-            && tell({ InstanceRequest::Verb::Status, {}, {} }).outcome
-                == InstanceAnswer::Outcome::Done) {
+        if (_isGranted) {
+            return;
+        }
+        // One that is about to end, or is busy, does not answer now.
+        if (tell({ InstanceRequest::Verb::Status, {}, {} }).outcome
+            == InstanceAnswer::Outcome::Done) {
             qCWarning(lcPlatform, "another Ortu has been started meanwhile, so this one ends");
             Q_EMIT requested({ InstanceRequest::Verb::Quit, {}, {} });
+            return;
         }
-        return;
     }
     _wait.start(std::min(_wait.intervalAsDuration() * 2, longestWait));
 }

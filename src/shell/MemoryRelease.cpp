@@ -4,12 +4,23 @@
 #include "platform/Memory.h"
 #include "shell/panel/OTWindow.h"
 
+#include <QPixmapCache>
 #include <QTimer>
+
+namespace {
+
+// Of pictures that Qt has scaled for window icons and menus, in kilobytes. The grid keeps its own.
+// Each step of a scan shows another window icon, which nobody asks for again: by default ten
+// megabytes of them stay.
+constexpr int KeptPictures = 1024;
+
+} // namespace
 
 MemoryRelease::MemoryRelease(Memory &memory, const OTWindow &panel)
     : _memory(memory)
     , _panel(panel)
 {
+    QPixmapCache::setCacheLimit(KeptPictures);
     connect(&panel, &OTWindow::hidden, this, &MemoryRelease::giveMemoryBackSoon);
     connect(&IconLoader::sharedIconLoader(), &IconLoader::finished, this,
         &MemoryRelease::giveMemoryBackSoon);
@@ -22,6 +33,7 @@ void MemoryRelease::giveMemoryBackSoon()
             !_panel.isVisible() && IconLoader::sharedIconLoader().pendingCount() == 0;
         if (isAtRest) {
             IconLoader::sharedIconLoader().giveUpCopies();
+            QPixmapCache::clear();
             _memory.giveBack();
         }
     });

@@ -75,7 +75,7 @@ int Commands::exportSettings(const Invocation &invocation, const Desktop &deskto
 
 int Commands::importSettings(const Invocation &invocation, const Desktop &desktop)
 {
-    SettingsExchange exchange(desktop.searchPaths(), UserDefaults::standard());
+    const SettingsExchange exchange(desktop.searchPaths(), UserDefaults::standard());
     const SettingsExchange::Import import = isStandardStream(invocation.file)
         ? exchange.importData(readStandardInput())
         : exchange.importFrom(invocation.file);

@@ -81,7 +81,7 @@ private Q_SLOTS:
                 { u"UserApplications"_s, QVariantList { paths(first), paths(second) } },
                 { u"ExcludedApplications"_s, QStringList(path(u'g')) } });
         };
-        SettingsExchange exchange(_desktop->searchPaths(), preferences);
+        const SettingsExchange exchange(_desktop->searchPaths(), preferences);
         QCOMPARE(exchange.importData(document(u"e"_s, u"ca"_s)).error, QString());
         QTRY_COMPARE(text(*_manager), u"e|ca| eca g"_s);
         _manager->moveApp(app(u'd'), UserGroup, 0, 0);

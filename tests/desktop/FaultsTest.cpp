@@ -145,6 +145,69 @@ private Q_SLOTS:
         }
     }
 
+    // Until the files take their places, one after the other. What an earlier import has kept goes
+    // with a good one only.
+    void import_isWholeOrNothing()
+    {
+        const QVariantList others { u"/other"_s };
+        _runner->write(u"other"_s,
+            PropertyList::toXml(QVariantMap { { u"OrtuSettingsVersion"_s, 1 },
+                { u"UserApplications"_s, QVariantList { QVariant(others) } },
+                { u"ExcludedApplications"_s, others },
+                { u"Preferences"_s, QVariantMap { { u"iconPadding"_s, 7 } } } }));
+        const auto import = [this](int number, Error error) {
+            makeOldFiles();
+            _runner->write(u"data/Ortu/ExcludedApplications.plist.before"_s, "earlier");
+            _runner->set("LD_PRELOAD", qEnvironmentVariable("FAILING_CALLS"));
+            _runner->set("FAILING_CALL", u"any %1 %2 "_s.arg(number).arg(error) + path({}));
+            const auto result = _runner->run({ u"--import"_s, path(u"other"_s) });
+            _runner->set("LD_PRELOAD", {});
+            return result;
+        };
+        const auto files = [this] { return lists() << PropertyList::toXml(preferences()); };
+        const auto kept = [this] {
+            return _runner->read(u"data/Ortu/ExcludedApplications.plist.before"_s);
+        };
+        QCOMPARE(import(-1, DiskFull).exitCode, 0);
+        const Lists wanted = files();
+        makeOldFiles();
+        const Lists old = files();
+        for (qsizetype i = 0; i < old.size(); ++i) {
+            QVERIFY(wanted[i] != old[i]);
+        }
+        // Also what has a folder last.
+        static const QRegularExpression inPlace(u"call rename|/Ortu$"_s);
+        for (const Error error : { DiskFull, Killed }) {
+            int number = 1;
+            for (;; ++number) {
+                auto result = import(number, error);
+                const QStringList faults = result.errorLines.filter(u"failing call"_s);
+                if (faults.isEmpty()) {
+                    break;
+                }
+                result.errorLines.removeAll(faults.first());
+                const Lists left = files();
+                const bool isInPlace = faults.first().contains(inPlace);
+                for (qsizetype i = 0; i < left.size(); ++i) {
+                    QVERIFY2(left[i] == old[i] || left[i] == wanted[i], qPrintable(faults[0]));
+                }
+                QVERIFY2(left == old || left == wanted || isInPlace || error == Killed,
+                    qPrintable(faults[0]));
+                if (error != Killed) {
+                    const bool isSaid = result.exitCode == 1 && result.errorLines.size() == 1;
+                    QVERIFY2(left == wanted ? result.exitCode == 0 || isInPlace : isSaid,
+                        qPrintable(faults[0] + result.errorLines.join(u'\n')));
+                    QVERIFY2(
+                        left != old || isInPlace || kept() == "earlier", qPrintable(faults[0]));
+                    static const QRegularExpression own(u"[.](plist|before|previous)$"_s);
+                    const QStringList all = QDir(path(u"data/Ortu"_s)).entryList(QDir::Files);
+                    QCOMPARE(all.filter(own), all);
+                }
+            }
+            QVERIFY2(number > 20, qPrintable(QString::number(number)));
+        }
+    }
+
     // In a home where there is nothing, and a file where the folder for states belongs. Each start
     // finds what the one before it has left.
     void killedInItsFirstStarts_comesUpInTheEnd()

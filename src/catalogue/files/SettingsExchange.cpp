@@ -8,9 +8,9 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <cerrno>
-#include <cstdio>
-#include <utility>
+#include <memory>
+#include <optional>
+#include <vector>
 
 using PathFile::Shape;
 using PropertyList::State;
@@ -29,11 +29,6 @@ const QStringList &dataFiles()
 QString fileOf(const QString &folder, const QString &part)
 {
     return folder + QLatin1Char('/') + part + QStringLiteral(".plist");
-}
-
-QString beforePath(const QString &path)
-{
-    return path + QStringLiteral(".before");
 }
 
 QString sentence(const QString &path, const QString &reason)
@@ -93,25 +88,6 @@ std::optional<QByteArray> bytesOf(const QString &path, QString *error)
     return error->isEmpty() ? file.readAll() : QByteArray();
 }
 
-// By the nearest folder that exists; empty when files can be put there.
-QString whyNotWritable(const QString &folder)
-{
-    QFileInfo nearest(folder);
-    while (!nearest.exists() && !nearest.isRoot()) {
-        nearest.setFile(nearest.absolutePath());
-    }
-    if (!nearest.isDir()) {
-        return sentence(nearest.filePath(), QStringLiteral("not a folder"));
-    }
-    return nearest.isWritable() ? QString() : sentence(nearest.filePath(), qt_error_string(EACCES));
-}
-
-QString keepBefore(const QString &path, const std::optional<QByteArray> &bytes)
-{
-    const QString reason = bytes ? FileReplacement::replace(beforePath(path), *bytes) : QString();
-    return reason.isEmpty() ? QString() : sentence(beforePath(path), reason);
-}
-
 QString writeInto(const QString &device, const QByteArray &data)
 {
     QFile file(device);
@@ -120,7 +96,66 @@ QString writeInto(const QString &device, const QByteArray &data)
     return isWritten ? QString() : file.errorString();
 }
 
+// The new content of a file, and what it is now, as NAME.before.
+struct Replacement
+{
+    Replacement(const QString &path, const QVariant &wanted, const std::optional<QByteArray> &now)
+        : file(path, PropertyList::toXml(wanted), FileReplacement::Former::KeptForADay)
+    {
+        if (now) {
+            before.emplace(FileReplacement::beforePath(path), *now);
+        }
+    }
+    // Empty when all of it is on the disk.
+    QString error() const
+    {
+        const auto reason = [](const FileReplacement::Staged &staged) {
+            return staged.error().isEmpty() ? QString() : sentence(staged.path(), staged.error());
+        };
+        const QString own = reason(file);
+        return own.isEmpty() && before ? reason(*before) : own;
+    }
+
+    FileReplacement::Staged file;
+    std::optional<FileReplacement::Staged> before;
+};
+
+QString putInPlace(FileReplacement::Staged &staged)
+{
+    const QString reason = staged.takePlace();
+    return reason.isEmpty() ? QString() : sentence(staged.path(), reason);
+}
+
 } // namespace
+
+// On the folders of all the files, which may be one.
+class SettingsExchange::Locks final
+{
+public:
+    explicit Locks(const QStringList &folders)
+    {
+        QSet<QString> locked;
+        for (const QString &folder : folders) {
+            QDir().mkpath(folder);
+            const QString place = QFileInfo(folder).canonicalFilePath();
+            if (locked.contains(place) || !_error.isEmpty()) {
+                continue;
+            }
+            locked.insert(place);
+            auto &lock = *_locks.emplace_back(std::make_unique<FileLock>(folder));
+            if (!lock.lock()) {
+                _error = sentence(folder, lock.error());
+            }
+        }
+    }
+
+    // Empty when they are held.
+    const QString &error() const { return _error; }
+
+private:
+    std::vector<std::unique_ptr<FileLock>> _locks;
+    QString _error;
+};
 
 SettingsExchange::SettingsExchange(const SearchPaths &searchPaths, UserDefaults &defaults)
     : _dataFolder(CatalogueFiles::userFolder(searchPaths))
@@ -171,7 +206,7 @@ QString SettingsExchange::exportTo(const QString &file) const
     return isDevice ? writeInto(file, data) : FileReplacement::replace(file, data);
 }
 
-SettingsExchange::Import SettingsExchange::importFrom(const QString &file)
+SettingsExchange::Import SettingsExchange::importFrom(const QString &file) const
 {
     const PropertyList::Document document = PropertyList::readFile(file);
     Import import;
@@ -188,14 +223,14 @@ SettingsExchange::Import SettingsExchange::importFrom(const QString &file)
     return take(document.value);
 }
 
-SettingsExchange::Import SettingsExchange::importData(const QByteArray &data)
+SettingsExchange::Import SettingsExchange::importData(const QByteArray &data) const
 {
     Import import;
     const std::optional<QVariant> value = PropertyList::fromData(data, &import.error);
     return value ? take(*value) : import;
 }
 
-SettingsExchange::Import SettingsExchange::take(const QVariant &value)
+SettingsExchange::Import SettingsExchange::take(const QVariant &value) const
 {
     Import import;
     const auto document =
@@ -203,58 +238,28 @@ SettingsExchange::Import SettingsExchange::take(const QVariant &value)
     if (!document) {
         return import;
     }
-    replaceAll(*document, import);
-    if (!import.error.isEmpty() || import.changed.isEmpty()) {
-        return import;
-    }
-    // Together the files NAME.before are what was before this import, and not before an earlier
-    // one. What is as wanted already may be so by an import that was cut off a moment ago.
-    const QVariantMap parts = document->propertyList().toMap();
-    for (const QString &part : dataFiles()) {
-        if (!parts.contains(part)) {
-            QFile::remove(beforePath(fileOf(_dataFolder, part)));
+    replaceFiles(*document, import);
+    if (import.error.isEmpty() && !import.changed.isEmpty()) {
+        // Together the files NAME.before are what was before this import, and not before an
+        // earlier one. What is as wanted already may be so by an import that was cut off a moment
+        // ago.
+        for (const QString &path : filesLeftOut(*document)) {
+            QFile::remove(FileReplacement::beforePath(path));
         }
-    }
-    if (!document->preferences) {
-        QFile::remove(beforePath(_preferencesFile));
     }
     return import;
 }
 
-// Preferences come last: their lock may be the one of the other files, and these can be put back
-// without room on the disk.
-void SettingsExchange::replaceAll(const SettingsDocument &document, Import &import)
+QStringList SettingsExchange::filesLeftOut(const SettingsDocument &document) const
 {
-    import.error = writeFiles(document, import);
-    if (!import.error.isEmpty() || !document.preferences) {
-        return;
-    }
-    const QVariantMap former = preferencesAsStored();
-    import.error = writePreferences(*document.preferences, import);
-    if (!import.error.isEmpty()) {
-        setPreferences(former);
-        _defaults.synchronize();
-        putBack(import);
-    }
-}
-
-// Removes what was not there. A copy takes the place of its file in one step, which needs no room;
-// those that cannot stay in `before`.
-void SettingsExchange::putBack(Import &import)
-{
-    for (const QString &path : std::as_const(import.changed)) {
-        const QString before = beforePath(path);
-        const bool isBack = import.before.contains(before)
-            ? ::rename(QFile::encodeName(before).constData(), QFile::encodeName(path).constData())
-                == 0
-            : QFile::remove(path);
-        if (isBack) {
-            import.before.removeOne(before);
-        } else {
-            import.error += QStringLiteral("; ") + sentence(path, qt_error_string(errno));
+    const QVariantMap parts = document.propertyList().toMap();
+    QStringList paths;
+    for (const QString &part : dataFiles()) {
+        if (!parts.contains(part)) {
+            paths.append(fileOf(_dataFolder, part));
         }
     }
-    import.changed.clear();
+    return document.preferences ? paths : paths + QStringList(_preferencesFile);
 }
 
 QList<SettingsExchange::File> SettingsExchange::filesToChange(
@@ -265,100 +270,69 @@ QList<SettingsExchange::File> SettingsExchange::filesToChange(
     for (const QString &part : dataFiles()) {
         const QString path = fileOf(_dataFolder, part);
         if (parts.contains(part) && !holds(path, parts.value(part))) {
-            files.append({ path, parts.value(part), {} });
+            files.append({ path, parts.value(part) });
         }
+    }
+    if (document.preferences && *document.preferences != storedPreferences()) {
+        files.append({ _preferencesFile, preferencesWith(*document.preferences) });
     }
     return files;
 }
 
-QString SettingsExchange::writeFiles(const SettingsDocument &document, Import &import)
-{
-    if (filesToChange(document).isEmpty()) {
-        return {};
-    }
-    QDir().mkpath(_dataFolder);
-    FileLock lock(_dataFolder);
-    if (!lock.lock()) {
-        return sentence(_dataFolder, lock.error());
-    }
-    QList<File> files = filesToChange(document);
-    QString error;
-    for (File &file : files) {
-        file.before = bytesOf(file.path, &error);
-        if (error.isEmpty()) {
-            error = keepBefore(file.path, file.before);
-        }
-        if (!error.isEmpty()) {
-            return error;
-        }
-    }
-    for (const File &file : std::as_const(files)) {
-        const QString reason = FileReplacement::replace(
-            file.path, PropertyList::toXml(file.wanted), PropertyList::Former::KeptForADay);
-        if (!reason.isEmpty()) {
-            error = sentence(file.path, reason);
-            break;
-        }
-        import.changed.append(file.path);
-        if (file.before) {
-            import.before.append(beforePath(file.path));
-        }
-    }
-    if (!error.isEmpty()) {
-        import.error = error;
-        putBack(import);
-        error = import.error;
-    }
-    return error;
-}
-
-QString SettingsExchange::writePreferences(const QVariantMap &wanted, Import &import)
-{
-    if (wanted == storedPreferences()) {
-        return {};
-    }
-    // A try that fails would go on failing with every change to come.
-    QString error = whyNotWritable(QFileInfo(_preferencesFile).absolutePath());
-    if (!error.isEmpty()) {
-        return error;
-    }
-    _defaults.synchronize();
-    const std::optional<QByteArray> before = bytesOf(_preferencesFile, &error);
-    if (error.isEmpty()) {
-        error = keepBefore(_preferencesFile, before);
-    }
-    if (!error.isEmpty()) {
-        return error;
-    }
-    setPreferences(wanted);
-    if (!_defaults.synchronize()) {
-        return sentence(_preferencesFile, _defaults.writeProblem());
-    }
-    import.changed.append(_preferencesFile);
-    if (before) {
-        import.before.append(beforePath(_preferencesFile));
-    }
-    return {};
-}
-
+// What the file holds beside them stays: the state of the program, and what another version keeps.
 // One that is not wanted goes back to its default.
-void SettingsExchange::setPreferences(const QVariantMap &wanted)
+QVariantMap SettingsExchange::preferencesWith(const QVariantMap &wanted) const
 {
+    QVariantMap result = PropertyList::readFile(_preferencesFile).value.toMap();
     for (const QString &key : _defaults.registeredKeys()) {
-        if (!_defaults.isState(key)) {
-            _defaults.setObject(key, wanted.value(key));
+        if (wanted.contains(key)) {
+            result.insert(key, wanted.value(key));
+        } else if (!_defaults.isState(key)) {
+            result.remove(key);
         }
     }
+    return result;
 }
 
-// Also what this version cannot use.
-QVariantMap SettingsExchange::preferencesAsStored() const
+void SettingsExchange::replaceFiles(const SettingsDocument &document, Import &import) const
 {
-    QVariantMap stored;
-    for (const QString &key : _defaults.registeredKeys()) {
-        stored.insert(key, _defaults.storedValue(key));
+    if (document.preferences && !_defaults.synchronize()) {
+        import.error = sentence(_preferencesFile, _defaults.writeProblem());
+        return;
     }
-    return stored;
+    if (filesToChange(document).isEmpty()) {
+        return;
+    }
+    const Locks locks({ _dataFolder, QFileInfo(_preferencesFile).absolutePath() });
+    import.error = locks.error();
+    std::vector<Replacement> replacements;
+    const QList<File> files = filesToChange(document);
+    for (const File &file : files) {
+        if (import.error.isEmpty()) {
+            const std::optional<QByteArray> now = bytesOf(file.path, &import.error);
+            import.error = import.error.isEmpty()
+                ? replacements.emplace_back(file.path, file.wanted, now).error()
+                : import.error;
+        }
+    }
+    for (Replacement &replacement : replacements) {
+        if (import.error.isEmpty() && replacement.before) {
+            import.error = putInPlace(*replacement.before);
+            import.before.append(replacement.before->path());
+        }
+    }
+    for (Replacement &replacement : replacements) {
+        if (import.error.isEmpty()) {
+            import.error = putInPlace(replacement.file);
+            if (import.error.isEmpty()) {
+                import.changed.append(replacement.file.path());
+            }
+        }
+    }
+    if (!import.error.isEmpty() && !import.changed.isEmpty()) {
+        import.error += QStringLiteral("; changed before that: %1")
+                            .arg(import.changed.join(QStringLiteral(", ")));
+    }
 }
 
 QVariantMap SettingsExchange::storedPreferences() const

@@ -1,9 +1,10 @@
 // Settings out of the user's files into one, and back (SettingsDocument).
 //
 // An export reads the files as they are. An import checks the whole document before it changes
-// anything, keeps each file that it is about to replace as NAME.before, and writes under the locks
-// of the folders; a program that runs takes the files over as it does any change of another
-// program. When a file cannot be written, those that were are put back. Main thread only.
+// anything. Under the locks of the folders it writes the new files, and copies of those that they
+// replace (NAME.before), beside the old ones; only when all of them are on the disk do they take
+// their places. A program that runs takes the files over as it does any change of another program.
+// Main thread only.
 
 #pragma once
 
@@ -20,7 +21,8 @@ class SettingsExchange final
 public:
     struct Import
     {
-        // Why nothing was imported; empty on success.
+        // Why nothing was imported, or, when a disk fails at the very end, not all; empty on
+        // success.
         QString error;
         // What of the document was not used.
         QList<SettingsDocument::LeftOut> leftOut;
@@ -40,8 +42,8 @@ public:
     QString exportTo(const QString &file) const;
 
     // Reads a file of either form of property list.
-    Import importFrom(const QString &file);
-    Import importData(const QByteArray &data);
+    Import importFrom(const QString &file) const;
+    Import importData(const QByteArray &data) const;
 
 private:
     // One of the user's files, and what an import makes of it.
@@ -49,20 +51,16 @@ private:
     {
         QString path;
         QVariant wanted;
-        // When it is replaced: what it was, if anything, so that it can be put back.
-        std::optional<QByteArray> before;
     };
+    class Locks;
 
     QStringList ownFiles() const;
     QList<File> filesToChange(const SettingsDocument &document) const;
-    Import take(const QVariant &value);
-    void replaceAll(const SettingsDocument &document, Import &import);
-    QString writeFiles(const SettingsDocument &document, Import &import);
-    QString writePreferences(const QVariantMap &wanted, Import &import);
-    void setPreferences(const QVariantMap &wanted);
+    QVariantMap preferencesWith(const QVariantMap &wanted) const;
+    Import take(const QVariant &value) const;
+    void replaceFiles(const SettingsDocument &document, Import &import) const;
+    QStringList filesLeftOut(const SettingsDocument &document) const;
     QVariantMap storedPreferences() const;
-    QVariantMap preferencesAsStored() const;
-    static void putBack(Import &import);
 
     QString _dataFolder;
     QString _preferencesFile;

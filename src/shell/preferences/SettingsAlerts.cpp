@@ -59,7 +59,7 @@ void SettingsAlerts::exportTo(const QString &file, const SearchPaths &searchPath
 void SettingsAlerts::importFrom(
     const QString &file, const SearchPaths &searchPaths, QWidget &window)
 {
-    SettingsExchange exchange(searchPaths, UserDefaults::standard());
+    const SettingsExchange exchange(searchPaths, UserDefaults::standard());
     const SettingsExchange::Import import = exchange.importFrom(file);
     if (!import.error.isEmpty()) {
         Alerts::run(Alert::warning(tr("The settings cannot be imported."), sentence(import.error)),

@@ -59,94 +59,6 @@ QString linkTarget(const QString &path)
     return info.absoluteFilePath();
 }
 
-// The new file until it is in place; deleted when it does not come to that.
-class NewFile final
-{
-public:
-    explicit NewFile(QByteArray target)
-        : _target(std::move(target))
-    { }
-    ~NewFile();
-    Q_DISABLE_COPY_MOVE(NewFile)
-
-    // Each is false on failure; errno then has the reason.
-    bool create();
-    bool write(const QByteArray &data);
-    bool sync() const { return ::fsync(_file) == 0; }
-    bool close();
-    bool takePlace();
-
-private:
-    bool takePermissions() const;
-
-    QByteArray _target;
-    QByteArray _name;
-    int _file = -1;
-};
-
-NewFile::~NewFile()
-{
-    if (_file >= 0) {
-        ::close(_file);
-    }
-    if (!_name.isEmpty()) {
-        ::unlink(_name.constData());
-    }
-}
-
-bool NewFile::create()
-{
-    constexpr int maxAttempts = 100;
-    for (int attempt = 0; _file < 0 && attempt < maxAttempts; ++attempt) {
-        const QByteArray name = withSuffix(_target);
-        _file = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (_file >= 0) {
-            _name = name;
-        } else if (errno != EEXIST) {
-            return false;
-        }
-    }
-    return _file >= 0 && takePermissions();
-}
-
-// Those of the old file, as far as this account may give them.
-bool NewFile::takePermissions() const
-{
-    struct stat old
-    { };
-    return ::stat(_target.constData(), &old) != 0 || ::fchmod(_file, old.st_mode & 0777) == 0
-        || errno == EPERM;
-}
-
-bool NewFile::write(const QByteArray &data)
-{
-    qsizetype written = 0;
-    while (written < data.size()) {
-        const ssize_t count =
-            ::write(_file, data.constData() + written, size_t(data.size() - written));
-        if (count < 0 && errno != EINTR) {
-            return false;
-        }
-        written += count > 0 ? count : 0;
-    }
-    return true;
-}
-
-// A file system over a network may tell only now that the data did not arrive.
-bool NewFile::close()
-{
-    return ::close(std::exchange(_file, -1)) == 0 || errno == EINTR;
-}
-
-bool NewFile::takePlace()
-{
-    if (::rename(_name.constData(), _target.constData()) != 0) {
-        return false;
-    }
-    _name.clear();
-    return true;
-}
-
 // Without this a power cut could bring back the old file.
 bool syncFolder(const QString &folder)
 {
@@ -227,7 +139,8 @@ QStringList strays(const QStringList &paths)
 {
     QMultiMap<QString, QString> pathsByFolder;
     for (const QString &path : paths) {
-        for (const QString &file : { path, FileReplacement::formerPath(path), linkTarget(path) }) {
+        for (const QString &file : { path, FileReplacement::formerPath(path),
+                 FileReplacement::beforePath(path), linkTarget(path) }) {
             pathsByFolder.insert(QFileInfo(file).absolutePath(), file);
         }
     }
@@ -249,29 +162,142 @@ QStringList strays(const QStringList &paths)
 
 } // namespace
 
+// The new file until it is in place; deleted when it does not come to that.
+class FileReplacement::Staged::NewFile final
+{
+public:
+    explicit NewFile(QByteArray target)
+        : _target(std::move(target))
+    { }
+    ~NewFile();
+    Q_DISABLE_COPY_MOVE(NewFile)
+
+    // Each is false on failure; errno then has the reason.
+    bool create();
+    bool write(const QByteArray &data);
+    bool sync() const { return ::fsync(_file) == 0; }
+    bool close();
+    bool takePlace();
+    QString target() const { return QFile::decodeName(_target); }
+
+private:
+    bool takePermissions() const;
+
+    QByteArray _target;
+    QByteArray _name;
+    int _file = -1;
+};
+
+FileReplacement::Staged::NewFile::~NewFile()
+{
+    if (_file >= 0) {
+        ::close(_file);
+    }
+    if (!_name.isEmpty()) {
+        ::unlink(_name.constData());
+    }
+}
+
+bool FileReplacement::Staged::NewFile::create()
+{
+    constexpr int maxAttempts = 100;
+    for (int attempt = 0; _file < 0 && attempt < maxAttempts; ++attempt) {
+        const QByteArray name = withSuffix(_target);
+        _file = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (_file >= 0) {
+            _name = name;
+        } else if (errno != EEXIST) {
+            return false;
+        }
+    }
+    return _file >= 0 && takePermissions();
+}
+
+// Those of the old file, as far as this account may give them.
+bool FileReplacement::Staged::NewFile::takePermissions() const
+{
+    struct stat old
+    { };
+    return ::stat(_target.constData(), &old) != 0 || ::fchmod(_file, old.st_mode & 0777) == 0
+        || errno == EPERM;
+}
+
+bool FileReplacement::Staged::NewFile::write(const QByteArray &data)
+{
+    qsizetype written = 0;
+    while (written < data.size()) {
+        const ssize_t count =
+            ::write(_file, data.constData() + written, size_t(data.size() - written));
+        if (count < 0 && errno != EINTR) {
+            return false;
+        }
+        written += count > 0 ? count : 0;
+    }
+    return true;
+}
+
+// A file system over a network may tell only now that the data did not arrive.
+bool FileReplacement::Staged::NewFile::close()
+{
+    return ::close(std::exchange(_file, -1)) == 0 || errno == EINTR;
+}
+
+bool FileReplacement::Staged::NewFile::takePlace()
+{
+    if (::rename(_name.constData(), _target.constData()) != 0) {
+        return false;
+    }
+    _name.clear();
+    return true;
+}
+
 QString FileReplacement::formerPath(const QString &path)
 {
     return path + QStringLiteral(".previous");
 }
 
-QString FileReplacement::replace(const QString &path, const QByteArray &data, Former former)
+QString FileReplacement::beforePath(const QString &path)
+{
+    return path + QStringLiteral(".before");
+}
+
+FileReplacement::Staged::Staged(const QString &path, const QByteArray &data, Former former)
+    : _path(path)
+    , _former(former)
 {
     const QString target = linkTarget(path);
     // A device or a pipe would be replaced by a file.
     if (const QFileInfo old(target); old.exists() && !old.isFile()) {
-        return QStringLiteral(QT_TRANSLATE_NOOP("Reason", "not a regular file"));
+        _error = QStringLiteral(QT_TRANSLATE_NOOP("Reason", "not a regular file"));
+        return;
     }
-    NewFile file(QFile::encodeName(target));
-    if (!file.create() || !file.write(data) || !file.sync() || !file.close()) {
-        return qt_error_string(errno);
+    _file = std::make_unique<NewFile>(QFile::encodeName(target));
+    if (!_file->create() || !_file->write(data) || !_file->sync() || !_file->close()) {
+        _error = qt_error_string(errno);
+        _file.reset();
     }
-    if (former == Former::KeptForADay) {
-        keepFormer(path, target);
+}
+
+FileReplacement::Staged::~Staged() = default;
+FileReplacement::Staged::Staged(Staged &&other) noexcept = default;
+FileReplacement::Staged &FileReplacement::Staged::operator=(Staged &&other) noexcept = default;
+
+QString FileReplacement::Staged::takePlace()
+{
+    const QString target = _file->target();
+    if (_former == Former::KeptForADay) {
+        keepFormer(_path, target);
     }
-    if (!file.takePlace() || !syncFolder(QFileInfo(target).absolutePath())) {
+    if (!_file->takePlace() || !syncFolder(QFileInfo(target).absolutePath())) {
         return qt_error_string(errno);
     }
     return {};
+}
+
+QString FileReplacement::replace(const QString &path, const QByteArray &data, Former former)
+{
+    Staged file(path, data, former);
+    return file.error().isEmpty() ? file.takePlace() : file.error();
 }
 
 void FileReplacement::removeStrays(const QStringList &paths)

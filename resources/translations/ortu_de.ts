@@ -64,6 +64,10 @@
         <source>Changes of colours are not kept: %1.</source>
         <translation>Änderungen an Farben bleiben nicht erhalten: %1.</translation>
     </message>
+    <message>
+        <source>The list of colours that were chosen for icons was lost.</source>
+        <translation>Die Liste der Farben, die für Symbole gewählt wurden, ging verloren.</translation>
+    </message>
 </context>
 <context>
     <name>ColorMenu</name>

@@ -145,8 +145,17 @@ private Q_SLOTS:
             QVERIFY((files.colors()[u"/a"_s] == StoredColor { 1, 0.5, 0 }));
         }
         QVERIFY(QFile::exists(file + u".damaged"_s));
-        // What is no list of colours at all.
-        QFile::remove(file);
+        // What is no list of colours at all, first with what it was before.
+        QVERIFY(QFile::rename(file, file + u".previous"_s));
+        _desktop->tree.add(u"user/Ortu/ColorCorrections.plist"_s, "<plist");
+        expectWarning(u"set aside .*ColorCorrections"_s);
+        expectWarning(u"previous stands in"_s);
+        for (int start = 0; start < 2; ++start) {
+            CatalogueFiles files(_desktop->searchPaths());
+            files.readColors();
+            QCOMPARE(files.colors().size(), 1);
+        }
+        QVERIFY(QFile::remove(file) && QFile::remove(file + u".previous"_s));
         _desktop->tree.add(u"user/Ortu/ColorCorrections.plist"_s, "<plist");
         CatalogueFiles preview(_desktop->searchPaths(), Writing::Never);
         expectWarning(u"cannot use .*ColorCorrections"_s);

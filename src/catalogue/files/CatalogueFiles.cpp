@@ -135,7 +135,7 @@ void CatalogueFiles::readExclusions()
     StoredPaths &user = at(List::ExcludedApps);
     user.read();
     if (!user.isKnown() && restoreFormer(List::ExcludedApps)) {
-        sayRestored(List::ExcludedApps, tr("The list of what is excluded was lost."));
+        sayRestored(user.path(), tr("The list of what is excluded was lost."));
     }
     const QString path =
         localApplicationSupportFolder() + QStringLiteral("/ExcludedApplications.plist");
@@ -157,7 +157,7 @@ void CatalogueFiles::readFavourites()
         const bool isFlatRestored = restoreFormer(List::UserApps1D);
         const bool areBunchesRestored = restoreFormer(List::UserApps);
         if (areBunchesRestored || isFlatRestored) {
-            sayRestored(areBunchesRestored ? List::UserApps : List::UserApps1D,
+            sayRestored((areBunchesRestored ? bunches : flat).path(),
                 tr("The list of favourites was lost."));
         }
     }
@@ -182,9 +182,9 @@ bool CatalogueFiles::restoreFormer(List list)
     return true;
 }
 
-void CatalogueFiles::sayRestored(List list, const QString &whatIsLost) const
+void CatalogueFiles::sayRestored(const QString &path, const QString &whatIsLost)
 {
-    const QString former = FileReplacement::formerPath(at(list).path());
+    const QString former = FileReplacement::formerPath(path);
     qCWarning(lcCatalogue, "%s stands in for the file that is lost", qUtf8Printable(former));
     const QString day = QLocale().toString(QFileInfo(former).lastModified().date());
     Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
@@ -239,6 +239,16 @@ void CatalogueFiles::completeBunches()
 void CatalogueFiles::readColors()
 {
     _colors.read();
+    const StoredColors::Colors former =
+        _colors.isKnown() ? StoredColors::Colors() : _colors.former();
+    if (!former.isEmpty()) {
+        StoredColors::Change change;
+        for (auto color = former.cbegin(); color != former.cend(); ++color) {
+            change.insert(color.key(), *color);
+        }
+        _colors.change(change);
+        sayRestored(_colors.path(), tr("The list of colours that were chosen for icons was lost."));
+    }
     writeAgain();
 }
 

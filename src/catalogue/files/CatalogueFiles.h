@@ -90,7 +90,7 @@ private:
     StoredPaths &at(List list) { return _lists[size_t(list)]; }
     const StoredPaths &at(List list) const { return _lists[size_t(list)]; }
     bool restoreFormer(List list);
-    void sayRestored(List list, const QString &whatIsLost) const;
+    static void sayRestored(const QString &path, const QString &whatIsLost);
     void restoreOrder(List lost, List other);
     void completeFlatOrder();
     void completeBunches();

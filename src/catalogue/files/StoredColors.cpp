@@ -119,10 +119,16 @@ void StoredColors::readAgain()
     }
 }
 
+StoredColors::Colors StoredColors::former() const
+{
+    return readFile(FileReplacement::formerPath(_path)).colors;
+}
+
 void StoredColors::takeOver(const Colors &theirs)
 {
     const Colors before = std::exchange(_colors, theirs);
     apply(_changes);
+    _isKnown = true;
     _isChangedOutside = _isChangedOutside || _colors != before;
 }
 

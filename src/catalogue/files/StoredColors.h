@@ -40,6 +40,10 @@ public:
     void read();
     // Reads a file that another program may just be changing: a damaged one is left alone.
     void readAgain();
+    // The file was read once; colours that were changed here alone make none known.
+    bool isKnown() const { return _isKnown; }
+    // What the file was before, as it is kept beside it.
+    Colors former() const;
 
     // To be written.
     void change(const Change &change);
@@ -63,6 +67,7 @@ private:
     Colors _colors;
     // By this program, and not written yet.
     Change _changes;
+    bool _isKnown = false;
     // What remains of a damaged file, or was known before.
     bool _isUnwritten = false;
     bool _isChangedOutside = false;

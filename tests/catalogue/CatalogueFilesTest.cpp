@@ -180,16 +180,12 @@ private Q_SLOTS:
     void lostOrders_areRestored()
     {
         const std::pair<QString, bool> rows[] {
-            { u"- cab| - - cab| cab|"_s, false },
-            { u"- cdab| a|eb| - cda|b| cdab|"_s, false },
-            { u"ab|c| - - - ab|c| abc|"_s, false },
-            { u"ab|c| ! - cbx| ab|c| cab|"_s, false },
-            { u"! ! ab|c| - ab|c| abc|"_s, true },
-            { u"- ! ab|c| cba| ab|c| cba|"_s, true },
-            { u"- - - -  "_s, false },
-            { u"ab|c| ca| - - ab|c| cab|"_s, false },
-            { u"b|c| cab| - - b|c| cb|"_s, false },
-            { u"0 0 ab|c| cba|  "_s, false },
+            { u"- cab| - - cab| cab|"_s, false }, { u"- cdab| a|eb| - cda|b| cdab|"_s, false },
+            { u"ab|c| - - - ab|c| abc|"_s, false }, { u"ab|c| ! - cbx| ab|c| cab|"_s, false },
+            { u"! ! ab|c| - ab|c| abc|"_s, true }, { u"- ! ab|c| cba| ab|c| cba|"_s, true },
+            { u"- - - -  "_s, false }, { u"ab|c| ca| - - ab|c| cab|"_s, false },
+            { u"b|c| cab| - - b|c| cb|"_s, false }, { u"0 0 ab|c| cba|  "_s, false },
+            { u"!a| cba| - - a|cb| cba|"_s, false }, // damaged in part
         };
         for (const auto &[row, isFormerUsed] : rows) {
             init();
@@ -197,8 +193,13 @@ private Q_SLOTS:
             for (int i = 0; i < 4; ++i) {
                 const QString name =
                     (i % 2 ? flatFile : bunchesFile) + (i < 2 ? u""_s : u".previous"_s);
-                if (part[i] == u"!"_s) {
-                    _desktop->tree.add(u"user/Ortu/"_s + name, "damaged");
+                if (part[i].startsWith(u'!')) {
+                    const PathBunches left = bunches(part[i].mid(1));
+                    const QByteArray list = PropertyList::toXml(
+                        PathFile::propertyList(left, i % 2 ? Shape::Flat : Shape::Bunched));
+                    _desktop->tree.add(u"user/Ortu/"_s + name,
+                        left.isEmpty() ? "damaged"
+                                       : QByteArray(list).replace("<array>", "<array><true/>"));
                     expectWarning(u"^set aside .*%1.damaged"_s.arg(name));
                 } else if (part[i] != u"-"_s) {
                     add(name, bunches(part[i]), i % 2 ? Shape::Flat : Shape::Bunched);

@@ -202,6 +202,13 @@ private Q_SLOTS:
         QCOMPARE(excludedBy(true, true), u"dbec written"_s);
         QCOMPARE(lists({ 1 }), u"af|"_s);
         QCOMPARE(excludedBy(true, true), u"dbec"_s);
+        // A list that is there, if only by an import, is not added to by the first start.
+        for (const QString &excluded : { u"b"_s, u""_s }) {
+            start();
+            _manager->excludeOnFirstStart();
+            QCOMPARE(lists({ 4 }), excluded);
+            _manager->includeApp(app(u"x/b"_s));
+        }
     }
 
     void announcements_comeInPairs()

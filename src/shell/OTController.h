@@ -210,5 +210,5 @@ private:
     // What the panel is to be shown with at the start, until it is, and the time since the start.
     std::optional<ActivationStamp> _launchStamp;
     QElapsedTimer _launchTime;
-    QTimer _windowCloseTimer;
+    QTimer _windowCloseTimer { this };
 };

@@ -24,11 +24,11 @@ constexpr std::chrono::milliseconds longestWait = 10s;
 // A bus that says nothing for so long is not waited for, as the main thread stands still.
 constexpr std::chrono::milliseconds longestSilence = 200ms;
 
-// The bus itself answers for a name that has no owner, and for a program that ends before it
-// answers.
-bool isFromTheBus(const QDBusMessage &error)
+// Buses do not agree on how to say that a name has no owner.
+bool isNobodyThere(const QDBusMessage &answer)
 {
-    return error.service() == busService;
+    return answer.errorName() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner")
+        || QDBusError(answer).type() == QDBusError::ServiceUnknown;
 }
 
 InstanceAnswer failure(const QString &reason)
@@ -72,30 +72,40 @@ InstanceAnswer BusInstance::tell(const InstanceRequest &request)
         return {};
     }
     const QDBusMessage call = InstanceMessage::callFor(request);
-    QDBusMessage reply = bus.call(call, QDBus::Block, int(_patience.count()));
-    // A program that is about to end refuses everything. What is asked is for the next one.
-    while (hasLeft(reply)) {
+    // Asked first, because Qt 6.8 does not say who sent a reply.
+    QDBusMessage owner = askForOwner();
+    while (owner.type() == QDBusMessage::ReplyMessage) {
+        const QDBusMessage reply = bus.call(call, QDBus::Block, int(_patience.count()));
+        if (reply.type() == QDBusMessage::ReplyMessage) {
+            return answerFrom(reply, request.verb);
+        }
+        const QDBusMessage ownerNow = askForOwner();
+        const bool hasLeft = ownerNow.type() == QDBusMessage::ReplyMessage
+            ? ownerNow.arguments() != owner.arguments()
+            : isNobodyThere(ownerNow);
+        if (!hasLeft) {
+            return answerFrom(reply, request.verb);
+        }
+        // A program that is about to end refuses everything. What is asked is for the next one.
         if (request.verb == InstanceRequest::Verb::Quit) {
             settle();
             return { InstanceAnswer::Outcome::Done, {} };
         }
-        reply = bus.call(call, QDBus::Block, int(_patience.count()));
+        owner = ownerNow;
     }
-    return answerFrom(reply, request.verb);
+    if (isNobodyThere(owner)) {
+        settle();
+        return {};
+    }
+    return answerFrom(owner, request.verb);
 }
 
-bool BusInstance::hasLeft(const QDBusMessage &reply)
+QDBusMessage BusInstance::askForOwner()
 {
-    if (reply.type() != QDBusMessage::ErrorMessage) {
-        return false;
-    }
-    if (isFromTheBus(reply)) {
-        return QDBusError(reply).type() == QDBusError::NoReply;
-    }
-    // Qt itself speaks of silence, and has no name.
-    return !reply.service().isEmpty()
-        && reply.service()
-        != _bus.get().interface()->serviceOwner(QLatin1String(InstanceMessage::service)).value();
+    QDBusMessage question = QDBusMessage::createMethodCall(busService,
+        QStringLiteral("/org/freedesktop/DBus"), busService, QStringLiteral("GetNameOwner"));
+    question << QString::fromLatin1(InstanceMessage::service);
+    return _bus.get().call(question, QDBus::Block, int(_patience.count()));
 }
 
 InstanceAnswer BusInstance::answerFrom(const QDBusMessage &reply, InstanceRequest::Verb verb)
@@ -111,13 +121,9 @@ InstanceAnswer BusInstance::answerFrom(const QDBusMessage &reply, InstanceReques
     }
     settle();
     const QDBusError error(reply);
-    // Buses do not agree on how to say it.
-    const bool isNobodyThere = error.type() == QDBusError::ServiceUnknown
-        || error.name() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
-    if (error.type() == QDBusError::Disconnected || (isNobodyThere && isFromTheBus(reply))) {
-        return {};
-    }
     switch (error.type()) {
+    case QDBusError::Disconnected:
+        return {};
     case QDBusError::NoReply:
     case QDBusError::Timeout:
     case QDBusError::TimedOut:

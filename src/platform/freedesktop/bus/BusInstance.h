@@ -36,8 +36,8 @@ public:
 
 private:
     InstanceAnswer answerFrom(const QDBusMessage &reply, InstanceRequest::Verb verb);
-    // Whether the program that answered has given the name back since.
-    bool hasLeft(const QDBusMessage &reply);
+    // Which connection has the name; an error where none has it, or the bus does not answer.
+    QDBusMessage askForOwner();
     void settle();
     void offer();
     void hear(InstanceRequest request, const QDBusMessage &call);

@@ -60,19 +60,30 @@ QString PortalShortcut::absence()
 }
 
 // Which program we are: portals since 1.21 serve no program that they cannot name. Older ones know
-// no such call and find out by themselves. Either way the answer tells whether there is a portal,
-// and its own name on the bus, from which alone everything else is taken.
+// no such call and find out by themselves. Either way the call starts a portal that does not run.
 void PortalShortcut::introduce()
 {
     call(QStringLiteral("org.freedesktop.host.portal.Registry"), QStringLiteral("Register"),
-        { QStringLiteral("org.ortu.Ortu"), QVariantMap() }, [this](const QDBusMessage &reply) {
-            if (!reply.service().startsWith(u':')) {
-                Q_EMIT failed(absence());
-                return;
-            }
-            _owner = reply.service();
-            createSession();
-        });
+        { QStringLiteral("org.ortu.Ortu"), QVariantMap() },
+        [this](const QDBusMessage &) { findOwner(); });
+}
+
+// Whether there is a portal, and its own name on the bus, from which alone everything else is
+// taken. Qt 6.8 does not say who sent a reply, so the bus is asked.
+void PortalShortcut::findOwner()
+{
+    QDBusMessage question = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+        QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
+        QStringLiteral("GetNameOwner"));
+    question << portal;
+    send(question, [this](const QDBusMessage &reply) {
+        if (reply.type() == QDBusMessage::ErrorMessage) {
+            Q_EMIT failed(absence());
+            return;
+        }
+        _owner = reply.arguments().value(0).toString();
+        createSession();
+    });
 }
 
 void PortalShortcut::createSession()
@@ -162,13 +173,18 @@ void PortalShortcut::listen()
         });
 }
 
-// A call may take for ever: it may start the portal, and how long to wait is not decided here.
 void PortalShortcut::call(const QString &interface, const QString &method,
     const QVariantList &arguments, const Take &take)
 {
     QDBusMessage message =
         QDBusMessage::createMethodCall(_owner.isEmpty() ? portal : _owner, root, interface, method);
     message.setArguments(arguments);
+    send(message, take);
+}
+
+// A call may take for ever: it may start the portal, and how long to wait is not decided here.
+void PortalShortcut::send(const QDBusMessage &message, const Take &take)
+{
     auto *const watcher = new QDBusPendingCallWatcher(
         _bus.get().asyncCall(message, std::numeric_limits<int>::max()), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, take] {

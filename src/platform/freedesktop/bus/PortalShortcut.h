@@ -47,6 +47,7 @@ private:
 
     // In this order.
     void introduce();
+    void findOwner();
     void createSession();
     void bindShortcut();
     void takeShortcuts(const QList<PortalBinding> &shortcuts);
@@ -54,6 +55,7 @@ private:
     void listen();
     void call(const QString &interface, const QString &method, const QVariantList &arguments,
         const Take &take);
+    void send(const QDBusMessage &message, const Take &take);
     void request(const QString &method, QVariantList arguments, QVariantMap options,
         const TakeResults &take);
     void close(const QString &path, const char *interface);

@@ -13,6 +13,8 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusVirtualObject>
+#include <QLibraryInfo>
+#include <QVersionNumber>
 
 #include <cstdio>
 
@@ -251,6 +253,13 @@ private Q_SLOTS:
         for (const auto &[method, arguments, error, heard] : rows) {
             QDBusMessage message = QDBusMessage::createMethodCall(name, path, application, method);
             message.setArguments(arguments);
+            if (error == unknown && QLibraryInfo::version() >= QVersionNumber(6, 8)) {
+                // Qt itself logs it, once for each interface.
+                for (int i = 0; i < 2; ++i) {
+                    expectWarning(u"^QDBusConnection: couldn't handle call to Deactivate"_s);
+                }
+                expectWarning(u"^Could not find slot ApplicationInterface::Deactivate"_s);
+            }
             const QDBusPendingCall call = connection.get().asyncCall(message);
             QTRY_VERIFY(call.isFinished());
             QCOMPARE(call.error().name(), error);

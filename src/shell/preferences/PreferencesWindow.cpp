@@ -37,6 +37,8 @@ PreferencesWindow::PreferencesWindow(const HotKeyChoice &hotKey, const Items &it
     layout->addWidget(_tabs);
     layout->addWidget(_problems);
     layout->addWidget(buttons);
+    // In the window, or Qt 6.8 lets Return press the first button of the row.
+    buttons->button(QDialogButtonBox::Close)->setDefault(true);
     showProblems();
 }
 

@@ -147,14 +147,18 @@ void UseCounts::read()
 
 void UseCounts::dropLeast()
 {
-    while (_moments.size() > MostPaths) {
-        auto least = _moments.cbegin();
-        for (auto it = _moments.cbegin(); it != _moments.cend(); ++it) {
-            if (it.value() < least.value()) {
-                least = it;
-            }
-        }
-        _moments.erase(least);
+    if (_moments.size() <= MostPaths) {
+        return;
+    }
+    // A file may hold many more.
+    QList<std::pair<double, QString>> uses;
+    for (auto it = _moments.cbegin(); it != _moments.cend(); ++it) {
+        uses.append({ it.value(), it.key() });
+    }
+    const auto firstKept = uses.end() - MostPaths;
+    std::nth_element(uses.begin(), firstKept, uses.end());
+    for (auto use = uses.begin(); use != firstKept; ++use) {
+        _moments.remove(use->second);
     }
 }
 

@@ -75,6 +75,13 @@ private Q_SLOTS:
         QVERIFY(uses->of(u"/4"_s) == 0 && uses->of(u"/5"_s) > 0);
         uses.reset();
         QCOMPARE(load(file()).count("<key>"), UseCounts::MostPaths);
+        save(file(),
+            load(file()).replace("</dict>",
+                "<key>/a</key><real>1</real><key>/b</key><real>2</real>"
+                "<key>/c</key><real>1e10</real></dict>"));
+        uses = counts();
+        QVERIFY(uses->of(u"/a"_s) == 0 && uses->of(u"/b"_s) == 0 && uses->of(u"/5"_s) == 0);
+        QVERIFY(uses->of(u"/6"_s) > 0 && uses->of(u"/c"_s) > 0);
     }
 
     void aDamagedFileIsSetAside_data()

@@ -161,8 +161,13 @@ PropertyList::Document PropertyList::readFile(const QString &path, qint64 larges
         const State state = QFileInfo::exists(path) ? State::Damaged : State::Absent;
         return { state, {}, file.errorString() };
     }
-    const QByteArray data = file.size() > largest ? QByteArray() : file.read(largest + 1);
-    if (file.size() > largest || data.size() > largest) {
+    // A read reserves what it asks for. A file that grows meanwhile is read on.
+    const qint64 size = file.size();
+    QByteArray data = size > largest ? QByteArray() : file.read(size + 1);
+    if (data.size() > size) {
+        data += file.read(largest + 1 - data.size());
+    }
+    if (size > largest || data.size() > largest) {
         return { State::Damaged, {}, QStringLiteral("too large") };
     }
     if (file.error() != QFileDevice::NoError) {

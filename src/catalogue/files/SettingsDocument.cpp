@@ -131,7 +131,7 @@ std::optional<QVariantMap> Reader::colorCorrections()
         const bool isColor = isShare(color.value(QStringLiteral("red")))
             && isShare(color.value(QStringLiteral("green")))
             && isShare(color.value(QStringLiteral("blue")));
-        const bool isKept = isColor && entry.first.startsWith(QLatin1Char('/'));
+        const bool isKept = isColor && PathFile::isPath(entry.first);
         if (!isKept) {
             leave(entry.first, QT_TRANSLATE_NOOP("Reason", "its corrected colour is none"));
         }
@@ -152,7 +152,7 @@ std::optional<QVariantMap> Reader::preferences()
         const bool isKnown = _defaults.defaultForKey(key).isValid() && !_defaults.isState(key);
         if (!isKnown) {
             leave(key, QT_TRANSLATE_NOOP("Reason", "no such preference"));
-        } else if (!_defaults.isUsable(key, entry.second)
+        } else if (!_defaults.isUsable(key, PropertyList::plain(entry.second))
             || !PreferenceRanges::holds(key, entry.second.toDouble())) {
             leave(key, QT_TRANSLATE_NOOP("Reason", "the preference cannot have this value"));
             // The preference stays what it is.

@@ -61,6 +61,8 @@ IconLoader::IconLoader(QObject *parent)
 IconLoader::~IconLoader()
 {
     cancelAll();
+    // Its threads use members that are destroyed before it.
+    _queue.waitForDone();
 }
 
 IconLoader &IconLoader::sharedIconLoader()

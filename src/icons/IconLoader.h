@@ -134,11 +134,24 @@ private:
         QImage image;
     };
 
+    // What a thread found to be another icon than the one that was at hand.
+    struct Other
+    {
+        IconLoadOperation::Receiver receiver;
+        LoadedIcon icon;
+    };
+    struct Checked
+    {
+        std::vector<Other> others;
+        quint64 cancellations = 0;
+    };
+
     enum class Handing { Waits, DoesNotWait };
 
     bool isAtHand(const IconLoadOperation &operation, const IconProvider &provider);
     void checkHanded();
     void check(const std::vector<Handed> &handed, IconStore &store, quint64 cancellations);
+    void takeChecked();
     bool isCancelled(quint64 cancellations);
     bool areChecksDue() const { return !_handed.empty() || _checkCount > 0; }
     void keepNewIcons();
@@ -173,6 +186,7 @@ private:
     std::mutex _mutex;
     std::condition_variable _taken;
     std::deque<Delivery> _delivered;
+    std::deque<Checked> _checked;
     quint64 _lastTicket = 0;
     quint64 _lastTaken = 0;
     // A turn goes on or is to come.

@@ -101,7 +101,7 @@ bool IconLoader::isCancelled(quint64 cancellations)
 // that is out of date.
 void IconLoader::check(const std::vector<Handed> &handed, IconStore &store, quint64 cancellations)
 {
-    std::vector<std::pair<IconLoadOperation::Receiver, LoadedIcon>> others;
+    std::vector<Other> others;
     for (const Handed &one : handed) {
         if (isCancelled(cancellations)) {
             return;
@@ -111,23 +111,37 @@ void IconLoader::check(const std::vector<Handed> &handed, IconStore &store, quin
             IconFetch::load(operation.filePath, operation.size, *one.provider, &store);
         if (icon.image.isNull() != one.image.isNull()
             || icon.image.cacheKey() != one.image.cacheKey()) {
-            others.emplace_back(operation.receiver, std::move(icon));
+            others.push_back({ operation.receiver, std::move(icon) });
         }
     }
-    QMetaObject::invokeMethod(this, [this, others = std::move(others), cancellations]() mutable {
+    const std::lock_guard lock(_mutex);
+    if (cancellations == _cancellations) {
+        _checked.push_back({ std::move(others), cancellations });
+        QMetaObject::invokeMethod(this, &IconLoader::takeChecked, Qt::QueuedConnection);
+    }
+}
+
+void IconLoader::takeChecked()
+{
+    Checked checked;
+    {
+        const std::lock_guard lock(_mutex);
+        checked = std::move(_checked.front());
+        _checked.pop_front();
+    }
+    const quint64 cancellations = checked.cancellations;
+    if (cancellations == _cancellations) {
+        --_checkCount;
+    }
+    for (auto &[receiver, icon] : checked.others) {
         if (cancellations == _cancellations) {
-            --_checkCount;
+            receiver(std::move(icon));
         }
-        for (auto &[receiver, icon] : others) {
-            if (cancellations == _cancellations) {
-                receiver(std::move(icon));
-            }
-        }
-        if (cancellations == _cancellations && _pendingCount == 0 && !areChecksDue()) {
-            _keepDelay.start();
-            Q_EMIT finished();
-        }
-    });
+    }
+    if (cancellations == _cancellations && _pendingCount == 0 && !areChecksDue()) {
+        _keepDelay.start();
+        Q_EMIT finished();
+    }
 }
 
 void IconLoader::keepNewIcons()

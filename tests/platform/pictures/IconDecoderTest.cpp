@@ -62,8 +62,9 @@ int linesAndIcon(const QString &file, int size)
 int decodeWithinLimits(const QString &file)
 {
     quietImageLibraries();
-    // The address sanitizer takes more of both.
-    const bool isSanitized = ::dlsym(RTLD_DEFAULT, "__asan_init") != nullptr;
+    // The sanitizers take more of both.
+    const bool isSanitized = ::dlsym(RTLD_DEFAULT, "__asan_init") != nullptr
+        || ::dlsym(RTLD_DEFAULT, "__tsan_init") != nullptr;
     rusage before;
     rusage after;
     ::getrusage(RUSAGE_SELF, &before);

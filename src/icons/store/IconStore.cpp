@@ -2,8 +2,6 @@
 
 #include "icons/store/Log.h"
 
-#include <QDeadlineTimer>
-
 #include <algorithm>
 
 namespace {
@@ -25,7 +23,7 @@ IconStore::IconStore(QString folder)
 
 void IconStore::willPrepare()
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     _isPreparing = true;
 }
 
@@ -34,7 +32,7 @@ void IconStore::prepare(const IconProvider &provider)
     open(Run::Former);
     std::shared_ptr<const StoreFile> file;
     {
-        const QMutexLocker lock(&_mutex);
+        const std::lock_guard lock(_mutex);
         file = _file;
     }
     if (file && provider.areStill(file->index().circumstances)) {
@@ -42,9 +40,9 @@ void IconStore::prepare(const IconProvider &provider)
     } else {
         forgetThemed();
     }
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     _isPreparing = false;
-    _hasPrepared.wakeAll();
+    _hasPrepared.notify_all();
 }
 
 void IconStore::open(Run lastWriter)
@@ -57,7 +55,7 @@ void IconStore::open(Run lastWriter)
     if (!file) {
         return;
     }
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     _file = file;
     const StoreIndex &index = file->index();
     for (const PictureRecord &record : index.pictures) {
@@ -82,7 +80,7 @@ void IconStore::open(Run lastWriter)
 void IconStore::wake()
 {
     {
-        const QMutexLocker lock(&_mutex);
+        const std::lock_guard lock(_mutex);
         if (!std::exchange(_isResting, false)) {
             return;
         }
@@ -92,7 +90,7 @@ void IconStore::wake()
 
 void IconStore::rest()
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     if (_isPreparing || (_isChanged && !_hasFailed) || !_file || !_atHand.isEmpty()) {
         return;
     }
@@ -105,7 +103,7 @@ void IconStore::rest()
 
 QImage IconStore::kept(qint64 picture) const
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     const auto entry = _entries.constFind(_keys.value(picture));
     const bool isSame = entry != _entries.constEnd() && entry->isInFile
         && entry->image.cacheKey() == picture && _file;
@@ -137,7 +135,7 @@ void IconStore::collectAtHand(const StoreFile &file)
                 continue;
             }
         }
-        const QMutexLocker lock(&_mutex);
+        const std::lock_guard lock(_mutex);
         if (answer.picture >= 0) {
             const auto entry = _entries.find(index.pictures[answer.picture].key);
             if (entry != _entries.end() && entry->image.isNull()) {
@@ -154,10 +152,9 @@ void IconStore::collectAtHand(const StoreFile &file)
 
 std::optional<KeptIcon> IconStore::atHand(const QString &bundle, int size)
 {
-    const QMutexLocker lock(&_mutex);
+    std::unique_lock lock(_mutex);
     if (_isPreparing && !_hasWaited) {
-        const QDeadlineTimer deadline(LongestWait);
-        while (_isPreparing && _hasPrepared.wait(&_mutex, deadline)) { }
+        _hasPrepared.wait_for(lock, LongestWait, [this] { return !_isPreparing; });
         _hasWaited = true;
     }
     const auto found = _atHand.constFind({ bundle, size });
@@ -166,14 +163,14 @@ std::optional<KeptIcon> IconStore::atHand(const QString &bundle, int size)
 
 void IconStore::endAtHand()
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     _atHand = {};
 }
 
 void IconStore::forgetThemed()
 {
     wake();
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     _atHand = {};
     _entries.removeIf([](const auto &entry) { return entry.value().record.isThemed; });
     _answers = {};
@@ -207,7 +204,7 @@ std::optional<KeptIcon> IconStore::find(const IconSource &source, int size)
     const PictureKey key { source.file, source.name, size };
     PictureRecord record;
     {
-        const QMutexLocker lock(&_mutex);
+        const std::lock_guard lock(_mutex);
         const auto entry = _entries.constFind(key);
         if (entry == _entries.constEnd()) {
             return std::nullopt;
@@ -215,7 +212,7 @@ std::optional<KeptIcon> IconStore::find(const IconSource &source, int size)
         record = entry->record;
     }
     const bool isUnchanged = areOriginsUnchanged(record);
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     const auto entry = _entries.find(key);
     if (entry == _entries.end() || entry->record.origins != record.origins) {
         return std::nullopt;
@@ -253,7 +250,7 @@ void IconStore::keep(const IconSource &source, int size, const DecodedIcon &icon
         || !areOriginsUnchanged(record)) {
         return;
     }
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     // An application that is a folder has no answer that could be kept.
     _isUsed = true;
     Entry &entry = _entries[record.key];
@@ -270,7 +267,7 @@ void IconStore::keep(const IconSource &source, int size, const DecodedIcon &icon
 
 void IconStore::keepColors(qint64 picture, const HclColors &colors, const ColorQuestion &question)
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     const auto entry = _entries.find(_keys.value(picture));
     if (entry != _entries.end() && entry->image.cacheKey() == picture) {
         entry->question = question;
@@ -281,7 +278,7 @@ void IconStore::keepColors(qint64 picture, const HclColors &colors, const ColorQ
 
 QImage IconStore::findScaled(qint64 picture, int edge)
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     PictureKey key = _keys.value(picture);
     const auto original = _entries.constFind(key);
     key.scaled = edge;
@@ -300,7 +297,7 @@ QImage IconStore::findScaled(qint64 picture, int edge)
 
 void IconStore::keepScaled(qint64 picture, const QImage &scaled)
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     PictureKey key = _keys.value(picture);
     const auto original = _entries.constFind(key);
     key.scaled = scaled.width();
@@ -328,7 +325,7 @@ void IconStore::keepAnswer(const QString &bundle, const FileStamp &stamp, int si
     const PictureKey key =
         source.isNull() ? PictureKey() : PictureKey { source.file, source.name, size };
     wake();
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     _isUsed = true;
     Answer &answer = _answers[{ bundle, size }];
     _isChanged = _isChanged || answer.stamp != stamp || answer.picture != key;
@@ -337,13 +334,13 @@ void IconStore::keepAnswer(const QString &bundle, const FileStamp &stamp, int si
 
 bool IconStore::isChanged() const
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     return _isChanged && _isUsed && !_hasFailed;
 }
 
 void IconStore::forgetFile()
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     _isResting = false;
     _atHand = {};
     _file = nullptr;

@@ -17,12 +17,12 @@
 #include "icons/store/StoreFile.h"
 
 #include <QHash>
-#include <QMutex>
 #include <QString>
-#include <QWaitCondition>
 
 #include <chrono>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 #include <utility>
 
 class IconStore final
@@ -118,8 +118,9 @@ private:
 
     const QString _folder;
 
-    mutable QMutex _mutex;
-    QWaitCondition _hasPrepared;
+    // Those of the standard library: the thread sanitizer does not see QWaitCondition unlock.
+    mutable std::mutex _mutex;
+    std::condition_variable _hasPrepared;
     bool _isPreparing = false;
     bool _hasWaited = false;
     std::shared_ptr<const StoreFile> _file;

@@ -48,7 +48,7 @@ void IconStore::write(const IconProvider &provider)
         takeOver(file);
     } else {
         qCWarning(lcIcons, "cannot write %s: %s", qUtf8Printable(path()), qUtf8Printable(problem));
-        const QMutexLocker lock(&_mutex);
+        const std::lock_guard lock(_mutex);
         _hasFailed = true;
     }
 }
@@ -56,7 +56,7 @@ void IconStore::write(const IconProvider &provider)
 // What was used in this run, and then what was used last, up to the limits.
 IconStore::Contents IconStore::contents(const QByteArray &circumstances)
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     _isChanged = false;
     Contents result;
     result.index.run = (_file ? _file->index().run : 0) + 1;
@@ -102,7 +102,7 @@ IconStore::Contents IconStore::contents(const QByteArray &circumstances)
 // in memory can go.
 void IconStore::takeOver(const std::shared_ptr<const StoreFile> &file)
 {
-    const QMutexLocker lock(&_mutex);
+    const std::lock_guard lock(_mutex);
     _file = file;
     QHash<PictureKey, PictureRecord> records;
     for (const PictureRecord &record : file->index().pictures) {

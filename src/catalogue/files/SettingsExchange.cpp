@@ -159,15 +159,18 @@ private:
 
 SettingsExchange::SettingsExchange(const SearchPaths &searchPaths, UserDefaults &defaults)
     : _dataFolder(CatalogueFiles::userFolder(searchPaths))
-    , _preferencesFile(searchPaths.configurationFolder() + QStringLiteral("/Preferences.plist"))
+    , _preferencesFile(searchPaths.configurationFile(QStringLiteral("Preferences.plist")))
     , _defaults(defaults)
 { }
 
 QStringList SettingsExchange::ownFiles() const
 {
-    QStringList paths { _preferencesFile };
+    QStringList paths;
     for (const QString &part : dataFiles()) {
         paths.append(fileOf(_dataFolder, part));
+    }
+    if (!_preferencesFile.isEmpty()) {
+        paths.append(_preferencesFile);
     }
     return paths;
 }
@@ -181,7 +184,9 @@ QByteArray SettingsExchange::exported(QString *error) const
     document.exclusions = flattened(readPaths(path(2), Shape::Flat, error));
     document.colorCorrections = readDictionary(path(3), error);
     // The values are at hand; whether the file could be read is not.
-    readDictionary(_preferencesFile, error);
+    if (!_preferencesFile.isEmpty()) {
+        readDictionary(_preferencesFile, error);
+    }
     document.preferences = storedPreferences();
     return error->isEmpty() ? PropertyList::toXml(document.propertyList()) : QByteArray();
 }
@@ -239,6 +244,9 @@ SettingsExchange::Import SettingsExchange::take(const QVariant &value) const
         return import;
     }
     replaceFiles(*document, import);
+    if (import.error.isEmpty() && document->preferences && _preferencesFile.isEmpty()) {
+        setPreferences(*document->preferences);
+    }
     if (import.error.isEmpty() && !import.changed.isEmpty()) {
         // Together the files NAME.before are what was before this import, and not before an
         // earlier one. What is as wanted already may be so by an import that was cut off a moment
@@ -259,7 +267,10 @@ QStringList SettingsExchange::filesLeftOut(const SettingsDocument &document) con
             paths.append(fileOf(_dataFolder, part));
         }
     }
-    return document.preferences ? paths : paths + QStringList(_preferencesFile);
+    if (!document.preferences && !_preferencesFile.isEmpty()) {
+        paths.append(_preferencesFile);
+    }
+    return paths;
 }
 
 QList<SettingsExchange::File> SettingsExchange::filesToChange(
@@ -273,7 +284,8 @@ QList<SettingsExchange::File> SettingsExchange::filesToChange(
             files.append({ path, parts.value(part) });
         }
     }
-    if (document.preferences && *document.preferences != storedPreferences()) {
+    if (document.preferences && !_preferencesFile.isEmpty()
+        && *document.preferences != storedPreferences()) {
         files.append({ _preferencesFile, preferencesWith(*document.preferences) });
     }
     return files;
@@ -294,6 +306,16 @@ QVariantMap SettingsExchange::preferencesWith(const QVariantMap &wanted) const
     return result;
 }
 
+// Where there is no file for them, they hold until the program ends.
+void SettingsExchange::setPreferences(const QVariantMap &wanted) const
+{
+    for (const QString &key : _defaults.registeredKeys()) {
+        if (!_defaults.isState(key)) {
+            _defaults.setObject(key, wanted.value(key));
+        }
+    }
+}
+
 void SettingsExchange::replaceFiles(const SettingsDocument &document, Import &import) const
 {
     if (document.preferences && !_defaults.synchronize()) {
@@ -303,7 +325,11 @@ void SettingsExchange::replaceFiles(const SettingsDocument &document, Import &im
     if (filesToChange(document).isEmpty()) {
         return;
     }
-    const Locks locks({ _dataFolder, QFileInfo(_preferencesFile).absolutePath() });
+    QStringList folders { _dataFolder };
+    if (!_preferencesFile.isEmpty()) {
+        folders.append(QFileInfo(_preferencesFile).absolutePath());
+    }
+    const Locks locks(folders);
     import.error = locks.error();
     std::vector<Replacement> replacements;
     const QList<File> files = filesToChange(document);

@@ -57,12 +57,14 @@ private:
     QStringList ownFiles() const;
     QList<File> filesToChange(const SettingsDocument &document) const;
     QVariantMap preferencesWith(const QVariantMap &wanted) const;
+    void setPreferences(const QVariantMap &wanted) const;
     Import take(const QVariant &value) const;
     void replaceFiles(const SettingsDocument &document, Import &import) const;
     QStringList filesLeftOut(const SettingsDocument &document) const;
     QVariantMap storedPreferences() const;
 
     QString _dataFolder;
+    // Empty where there is none.
     QString _preferencesFile;
     UserDefaults &_defaults;
 };

@@ -180,6 +180,7 @@ void OTWindow::show(const ActivationStamp &stamp)
     _statsControl->takeCounts();
     if (isComing) {
         setFrame(centredFrame());
+        _centre = visibleFrame().center();
         _isMovedByUser = false;
         _placingsLeft = MostPlacings;
     }

@@ -166,7 +166,7 @@ private:
     void layOutHueBar();
 
     void insistOnPlace();
-    QRectF currentFrame() const;
+    void takePlaceOfWindow();
     void setFrame(const QRectF &frame);
     QRectF visibleFrame() const;
     QRectF centredFrame() const;
@@ -198,9 +198,12 @@ private:
     TaskBar _taskBar = TaskBar::Listed;
     OwnWindows::Level _level;
     bool _isMovedByUser = false;
-    // Where the panel was put last, in Qt's coordinates, and how often it still asks to be put
-    // there until it is shown anew: a window manager that has its own will keeps it in the end.
-    QPoint _place;
+    // Where the panel was put last, by itself or by others; its window may still be on the way.
+    QRectF _frame;
+    // About which it changes its size; pixels would let it wander by one and one more.
+    QPointF _centre;
+    // How often it still asks to be put there until it is shown anew: a window manager that has its
+    // own will keeps it in the end.
     int _placingsLeft = 0;
     std::unique_ptr<WindowAnimation> _animation;
     std::unique_ptr<FrameChange> _frameChange;

@@ -72,17 +72,19 @@ void OTWindow::inputMethodEvent(QInputMethodEvent *event)
 // window elsewhere than it asks, and obey when asked again.
 void OTWindow::moveEvent(QMoveEvent *event)
 {
-    const bool isOurDoing = !event->spontaneous() || !isShown() || (_drag && _drag->isMoving)
-        || _animation->isSliding() || _resize->isUnderWay();
-    if (isOurDoing) {
+    if (_animation->isSliding() || _resize->isUnderWay()) {
         return;
     }
-    if (_desktop.ownWindows().isPointerPressed()) {
-        _isMovedByUser = true;
-    } else if (!_isMovedByUser && _placingsLeft > 0) {
-        --_placingsLeft;
-        QMetaObject::invokeMethod(this, &OTWindow::insistOnPlace, Qt::QueuedConnection);
+    if (event->spontaneous() && isShown() && !(_drag && _drag->isMoving)) {
+        if (_desktop.ownWindows().isPointerPressed()) {
+            _isMovedByUser = true;
+        } else if (!_isMovedByUser && _placingsLeft > 0) {
+            --_placingsLeft;
+            QMetaObject::invokeMethod(this, &OTWindow::insistOnPlace, Qt::QueuedConnection);
+            return;
+        }
     }
+    takePlaceOfWindow();
 }
 
 void OTWindow::resizeEvent(QResizeEvent *)

@@ -46,8 +46,11 @@ void OTWindow::subviewDidResize(QObject *view)
         layOutGrid();
         return;
     }
-    const QRectF centred = PanelFrame::centredOn(currentFrame(), size);
+    const QRectF centred = PanelFrame::centredOn(QRectF(_centre, QSizeF(0, 0)), size);
     const QRectF inside = PanelFrame::constrained(centred, visibleFrame());
+    if (!inside.isEmpty() && inside != centred) {
+        _centre = inside.center();
+    }
     // Larger than the screen in both directions, it has no place there.
     // One that the user drags follows at once.
     const bool isHeld = _drag && _drag->isMoving;
@@ -60,10 +63,11 @@ void OTWindow::changeFrame(const QRectF &frame, Change change)
     Q_EMIT NotificationCenter::defaultCenter().N_WindowWillResize(this);
     const bool isSlow =
         change == Change::AsPreferred && _useCoreAnimation && !_desktop.motion().isReduced();
-    if (isSlow && frame != currentFrame()) {
+    if (isSlow && frame != _frame) {
         _overlay->hide();
-        _place = upwards(frame).toRect().topLeft();
-        _resize->start(upwards(frame).toRect(), animationResizeTime(frame));
+        const double seconds = animationResizeTime(frame);
+        _frame = frame;
+        _resize->start(upwards(frame).toRect(), seconds);
         return;
     }
     setFrame(frame);
@@ -117,25 +121,31 @@ void OTWindow::takeScreen(QScreen *screen)
     _iconView->resizeView(OTIconView::Resizing::WhenChanged);
 }
 
-QRectF OTWindow::currentFrame() const
-{
-    return upwards(QRectF(geometry()));
-}
-
 void OTWindow::setFrame(const QRectF &frame)
 {
-    const QRect wanted = upwards(frame).toRect();
-    _place = wanted.topLeft();
-    _frameChange->setFrame(wanted);
+    _frame = frame;
+    _frameChange->setFrame(upwards(frame).toRect());
 }
 
-// The shape is sent again as well: i3 keeps one that was meant for the other place.
+// Its size is not taken: what Qt tells may be the answer to an earlier change.
+void OTWindow::takePlaceOfWindow()
+{
+    QRectF frame = upwards(_frame);
+    if (frame.toRect().topLeft() != geometry().topLeft()) {
+        frame.moveTopLeft(geometry().topLeft());
+        _frame = upwards(frame);
+        _centre = _frame.center();
+    }
+}
+
+// The shape is sent again as well: i3 keeps one that was meant for the other place. With the size,
+// which Qt may have by the answer to an earlier change.
 void OTWindow::insistOnPlace()
 {
-    const bool isElsewhere = geometry().topLeft() != _place;
-    if (isShown() && !_isMovedByUser && isElsewhere) {
+    const QRect wanted = upwards(_frame).toRect();
+    if (isShown() && !_isMovedByUser && geometry().topLeft() != wanted.topLeft()) {
         clearMask();
-        _frameChange->setFrame(QRect(_place, size()));
+        _frameChange->setFrame(wanted);
     }
 }
 
@@ -146,7 +156,7 @@ QRectF OTWindow::visibleFrame() const
 
 QRectF OTWindow::centredFrame() const
 {
-    return PanelFrame::centredOn(visibleFrame(), QSizeF(size()));
+    return PanelFrame::centredOn(visibleFrame(), _frame.size());
 }
 
 bool OTWindow::hasBeenMoved() const
@@ -156,7 +166,7 @@ bool OTWindow::hasBeenMoved() const
 
 bool OTWindow::isAwayFromCentre() const
 {
-    return PanelFrame::isAwayFromCentre(currentFrame(), visibleFrame());
+    return PanelFrame::isAwayFromCentre(_frame, visibleFrame());
 }
 
 QSizeF OTWindow::maxIconViewSize() const
@@ -167,20 +177,20 @@ QSizeF OTWindow::maxIconViewSize() const
 double OTWindow::animationResizeTime(const QRectF &newFrame) const
 {
     return PanelFrame::animationResizeTime(
-        currentFrame(), newFrame, _screen ? QSizeF(_screen->size()) : QSizeF());
+        _frame, newFrame, _screen ? QSizeF(_screen->size()) : QSizeF());
 }
 
 void OTWindow::slideTo(const QRectF &frame)
 {
-    const QRect end = upwards(frame).toRect();
-    _place = end.topLeft();
-    _animation->slideFrameToOver(end, slideTime, WindowAnimation::Fade::None);
+    _frame = frame;
+    _centre = frame.center();
+    _animation->slideFrameToOver(upwards(frame).toRect(), slideTime, WindowAnimation::Fade::None);
 }
 
 void OTWindow::slideToCenter()
 {
     _resize->finish();
-    _movedFrame = currentFrame();
+    _movedFrame = _frame;
     if (isAwayFromCentre()) {
         slideTo(centredFrame());
     }
@@ -190,7 +200,7 @@ void OTWindow::slideToCenter()
 void OTWindow::slideBack()
 {
     const QRectF frame = std::exchange(_movedFrame, {});
-    if (!frame.isNull() && frame != currentFrame() && frame.size() == currentFrame().size()
+    if (!frame.isNull() && frame != _frame && frame.size() == _frame.size()
         && !_resize->isUnderWay()) {
         slideTo(frame);
     }
@@ -200,7 +210,7 @@ void OTWindow::slideOnscreen()
 {
     _resize->finish();
     const QRectF visible = visibleFrame();
-    const QRectF frame = currentFrame();
+    const QRectF frame = _frame;
     if (visible.contains(frame)) {
         return;
     }

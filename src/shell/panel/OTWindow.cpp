@@ -182,6 +182,7 @@ void OTWindow::show(const ActivationStamp &stamp)
         setFrame(centredFrame());
         _centre = visibleFrame().center();
         _isMovedByUser = false;
+        _askedFor.clear();
         _placingsLeft = MostPlacings;
     }
     makeWindow();

@@ -200,6 +200,9 @@ private:
     bool _isMovedByUser = false;
     // Where the panel was put last, by itself or by others; its window may still be on the way.
     QRectF _frame;
+    // The corners, in Qt's coordinates, that a window manager has not come to yet. On its way to
+    // the last one it may go through the others.
+    QList<QPoint> _askedFor;
     // About which it changes its size; pixels would let it wander by one and one more.
     QPointF _centre;
     // How often it still asks to be put there until it is shown anew: a window manager that has its

@@ -76,6 +76,11 @@ void OTWindow::moveEvent(QMoveEvent *event)
         return;
     }
     if (event->spontaneous() && isShown() && !(_drag && _drag->isMoving)) {
+        const qsizetype answered = _askedFor.indexOf(geometry().topLeft());
+        _askedFor.remove(0, answered + 1);
+        if (answered >= 0) {
+            return;
+        }
         if (_desktop.ownWindows().isPointerPressed()) {
             _isMovedByUser = true;
         } else if (!_isMovedByUser && _placingsLeft > 0) {

@@ -123,8 +123,12 @@ void OTWindow::takeScreen(QScreen *screen)
 
 void OTWindow::setFrame(const QRectF &frame)
 {
+    const QRect wanted = upwards(frame).toRect();
     _frame = frame;
-    _frameChange->setFrame(upwards(frame).toRect());
+    if (isShown() && wanted.topLeft() != geometry().topLeft()) {
+        _askedFor.append(wanted.topLeft());
+    }
+    _frameChange->setFrame(wanted);
 }
 
 // Its size is not taken: what Qt tells may be the answer to an earlier change.

@@ -56,6 +56,9 @@ QDialog *makeAboutPanel(const InfoDictionary &info)
 // keyboard to themselves.
 bool OTNSAppSubclass::notify(QObject *receiver, QEvent *event)
 {
+    if (event->type() == QEvent::ShortcutOverride && activePopupWidget()) {
+        _popupKeyTime = static_cast<QKeyEvent *>(event)->timestamp();
+    }
     if (event->type() == QEvent::KeyPress && receiver->isWindowType() && !activePopupWidget()
         && routeKey(*static_cast<QKeyEvent *>(event))) {
         event->accept();
@@ -64,7 +67,7 @@ bool OTNSAppSubclass::notify(QObject *receiver, QEvent *event)
     return QApplication::notify(receiver, event);
 }
 
-bool OTNSAppSubclass::routeKey(const QKeyEvent &event)
+bool OTNSAppSubclass::routeKey(const QKeyEvent &event) const
 {
     // A hot key is being chosen.
     if (QWidget::keyboardGrabber()) {
@@ -77,7 +80,9 @@ bool OTNSAppSubclass::routeKey(const QKeyEvent &event)
     }
     const bool isCancel = (event.key() == Qt::Key_Escape && modifiers == Qt::NoModifier)
         || (event.key() == Qt::Key_Period && modifiers == Qt::ControlModifier);
-    return isCancel && handleCancelEvent();
+    // A list that drops down goes with the question whether the key is a shortcut, before the key.
+    const bool isUsed = event.timestamp() == _popupKeyTime;
+    return isCancel && (isUsed || handleCancelEvent());
 }
 
 void OTNSAppSubclass::performClose()

@@ -5,6 +5,8 @@
 
 #include <QApplication>
 
+#include <optional>
+
 class InfoDictionary;
 class OwnWindows;
 class QDialog;
@@ -31,5 +33,8 @@ public:
     static void orderFrontStandardAboutPanel(const InfoDictionary &info, OwnWindows &ownWindows);
 
 private:
-    static bool routeKey(const QKeyEvent &event);
+    bool routeKey(const QKeyEvent &event) const;
+
+    // When a key came while a menu or a list was open, in milliseconds of the display.
+    std::optional<quint64> _popupKeyTime;
 };

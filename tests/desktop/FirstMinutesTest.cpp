@@ -135,6 +135,13 @@ private Q_SLOTS:
         QTRY_VERIFY(isInFront(u"Preferences of Ortu"_s));
         keys(u"alt+u alt+i Down"_s);
         QTRY_COMPARE(value(u"groupContentsSortOrder"_s), 2);
+        const auto before = menuCount();
+        keys(u"alt+Down"_s);
+        QTRY_COMPARE(menuCount(), before + 1);
+        // First the list, then the window.
+        keys(u"Escape"_s);
+        QTRY_COMPARE(menuCount(), before);
+        QVERIFY(isInFront(u"Preferences of Ortu"_s));
         keys(u"Escape"_s);
         QTRY_VERIFY(isInFront(u"Ortu"_s));
         expectColors();

@@ -16,6 +16,7 @@ void OTAppManager::rebuildAllApps1D()
 {
     _allApps1D = flattened(_allApps);
     _listedPaths.reset();
+    _desktop.runningApplications().setApplications(pathsFromApps(_allApps1D));
 }
 
 void OTAppManager::rebuildUserApps1D()

@@ -20,6 +20,9 @@ public:
     virtual QStringList launchedApplications() const { return {}; }
     // Empty when none is in front.
     virtual QString activeApplication() const { return {}; }
+    // What applications the catalogue has found: also those elsewhere than where the desktop keeps
+    // them count as running from then on.
+    virtual void setApplications(const QStringList &) { }
     // The path of this program itself, if the desktop knows it as an application.
     virtual QString ownApplication() const { return {}; }
 

@@ -44,6 +44,12 @@ private Q_SLOTS:
         LaunchedEntries::remember(u"ours-1"_s, _tree.path(u"data/applications/viewer.desktop"_s));
         _matcher = std::make_unique<WindowMatcher>(
             _entries, QStringList { _tree.path(u"data"_s) }, QStringList { u"Test"_s });
+        // The user has these searched too.
+        const QByteArray xterm = "[Desktop Entry]\nType=Application\nName=X\nExec=xterm\n"
+                                 "StartupWMClass=";
+        QVERIFY(_matcher->setApplications({ _tree.add(u"elsewhere/far.desktop"_s, xterm + "Far"),
+            _tree.add(u"elsewhere/other.desktop"_s, xterm + "XTerm"), _outside,
+            _tree.path(u"data/applications/xterm.desktop"_s) }));
         _matcher->refresh();
     }
 
@@ -52,7 +58,8 @@ private Q_SLOTS:
         // What is known of the window and its process, and the entry it belongs to.
         const std::pair<const char *, const char *> rows[] {
             { "class=xterm/XTerm", "xterm" },
-            { "class=x/xTERM", "xterm" },
+            { "class=x/xTERM", "xterm" }, // before one that lies elsewhere
+            { "class=x/Far", "far" },
             { "class=crx_mail/Chrome", "browser-mail" },
             { "", "" },
             { "class=xterm/XTerm launched=top", "top" }, // runs in a terminal

@@ -4,6 +4,7 @@
 #include "platform/freedesktop/entries/DesktopEntryIndex.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <sys/stat.h>
@@ -32,9 +33,26 @@ EntryTable::EntryTable(
     , _ids(dataFolders)
 { }
 
+bool EntryTable::setApplications(const QStringList &paths)
+{
+    QStringList outside = paths;
+    outside.removeIf([this](const QString &path) {
+        const auto isIn = [&path](const QString &dataFolder) {
+            return path.startsWith(dataFolder + QStringLiteral("/applications/"));
+        };
+        return !path.endsWith(ending)
+            || std::any_of(_dataFolders.begin(), _dataFolders.end(), isIn);
+    });
+    const bool areOther = outside != _applications;
+    _applications = outside;
+    _areApplicationsOther = _areApplicationsOther || areOther;
+    return areOther;
+}
+
 bool EntryTable::isOutdated() const
 {
-    return _folderTimes.isEmpty() || _scan != _entries.scan() || _folderTimes != folderTimes();
+    return _areApplicationsOther || _folderTimes.isEmpty() || _scan != _entries.scan()
+        || _folderTimes != folderTimes();
 }
 
 QList<qint64> EntryTable::folderTimes() const
@@ -53,29 +71,45 @@ void EntryTable::refresh()
 {
     _scan = _entries.scan();
     _folderTimes = folderTimes();
+    _areApplicationsOther = false;
     _ids.forget();
     _byPath.clear();
     _byId.clear();
-    for (Matches *matches : { &_byDeclaredClass, &_byFoldedId, &_byProgramName, &_bySandbox }) {
-        matches->clear();
-    }
+    _inside = {};
+    _outside = {};
     _known.clear();
     const QHash<QString, QString> paths = _ids.pathsById();
     for (auto it = paths.begin(); it != paths.end(); ++it) {
-        const auto entry = _entries.entryAt(it.value());
-        if (entry && entry->kind == DesktopEntry::Kind::Application && !entry->isHidden) {
-            const bool isShown = !entry->isNoDisplay && entry->isShownIn(_currentDesktops);
-            _known.push_back({ it.value(), it.key().chopped(ending.size()), entry, isShown });
-        }
+        read(it.value(), it.key().chopped(ending.size()));
     }
-    std::sort(_known.begin(), _known.end(),
-        [](const KnownEntry &one, const KnownEntry &other) { return one.path < other.path; });
-    for (const KnownEntry &known : _known) {
-        add(known);
+    const auto countInside = qsizetype(_known.size());
+    for (const QString &path : std::as_const(_applications)) {
+        read(path, QFileInfo(path).completeBaseName());
+    }
+    const auto outside = _known.begin() + countInside;
+    const auto isBefore = [](const KnownEntry &one, const KnownEntry &other) {
+        return one.path < other.path;
+    };
+    std::sort(_known.begin(), outside, isBefore);
+    std::sort(outside, _known.end(), isBefore);
+    for (auto known = _known.begin(); known != _known.end(); ++known) {
+        if (known < outside) {
+            _byId.insert(known->id, &*known);
+        }
+        add(*known, known < outside ? _inside : _outside);
     }
 }
 
-void EntryTable::add(const KnownEntry &known)
+void EntryTable::read(const QString &path, const QString &id)
+{
+    const auto entry = _entries.entryAt(path);
+    if (entry && entry->kind == DesktopEntry::Kind::Application && !entry->isHidden) {
+        const bool isShown = !entry->isNoDisplay && entry->isShownIn(_currentDesktops);
+        _known.push_back({ path, id, entry, isShown });
+    }
+}
+
+void EntryTable::add(const KnownEntry &known, Matchings &matchings)
 {
     const DesktopEntry &entry = *known.entry;
     const auto addTo = [&known](Matches &matches, const QString &key) {
@@ -84,43 +118,48 @@ void EntryTable::add(const KnownEntry &known)
         }
     };
     _byPath.insert(known.path, &known);
-    _byId.insert(known.id, &known);
     const QString folded = known.id.toCaseFolded();
-    addTo(_byFoldedId, folded);
+    addTo(matchings.byFoldedId, folded);
     if (const qsizetype dot = folded.lastIndexOf(QLatin1Char('.')); dot >= 0) {
-        addTo(_byFoldedId, folded.mid(dot + 1));
+        addTo(matchings.byFoldedId, folded.mid(dot + 1));
     }
-    addTo(_byDeclaredClass, entry.startupWMClass.toCaseFolded());
-    addTo(_byProgramName, entry.program.section(QLatin1Char('/'), -1));
+    addTo(matchings.byDeclaredClass, entry.startupWMClass.toCaseFolded());
+    addTo(matchings.byProgramName, entry.program.section(QLatin1Char('/'), -1));
     if (!entry.flatpakId.isEmpty()) {
-        addTo(_bySandbox, flatpakKey(entry.flatpakId));
+        addTo(matchings.bySandbox, flatpakKey(entry.flatpakId));
     }
     if (!entry.snapName.isEmpty()) {
-        addTo(_bySandbox, snapKey(entry.snapName));
+        addTo(matchings.bySandbox, snapKey(entry.snapName));
     }
+}
+
+EntryMatches EntryTable::found(Matches Matchings::*kind, const QString &key) const
+{
+    const EntryMatches inside = (_inside.*kind).value(key);
+    return inside.isEmpty() ? (_outside.*kind).value(key) : inside;
 }
 
 EntryMatches EntryTable::byDeclaredClass(const QString &name) const
 {
-    return _byDeclaredClass.value(name.toCaseFolded());
+    return found(&Matchings::byDeclaredClass, name.toCaseFolded());
 }
 
 EntryMatches EntryTable::byFoldedId(const QString &name) const
 {
-    return _byFoldedId.value(name.toCaseFolded());
+    return found(&Matchings::byFoldedId, name.toCaseFolded());
 }
 
 EntryMatches EntryTable::byProgramName(const QString &fileName) const
 {
-    return _byProgramName.value(fileName);
+    return found(&Matchings::byProgramName, fileName);
 }
 
 EntryMatches EntryTable::byFlatpakId(const QString &flatpakId) const
 {
-    return _bySandbox.value(flatpakKey(flatpakId));
+    return found(&Matchings::bySandbox, flatpakKey(flatpakId));
 }
 
 EntryMatches EntryTable::bySnapName(const QString &snapName) const
 {
-    return _bySandbox.value(snapKey(snapName));
+    return found(&Matchings::bySandbox, snapKey(snapName));
 }

@@ -1,6 +1,7 @@
 // The desktop entries of the system by what windows and processes may know of them.
 //
 // Each ID stands once, with the entry that counts; deleted, broken and foreign ones are left out.
+// Entries elsewhere, which the user has searched as well, count where no other fits.
 
 #pragma once
 
@@ -35,7 +36,12 @@ public:
     EntryTable(
         DesktopEntryIndex &entries, const QStringList &dataFolders, QStringList currentDesktops);
 
-    // Whether a scan was begun or a folder of entries was changed since the last refresh.
+    // What applications there are, by their paths, so that those outside the folders are known.
+    // True when there are others outside than before.
+    bool setApplications(const QStringList &paths);
+
+    // Whether a scan was begun, or a folder of entries or what is outside was changed, since the
+    // last refresh.
     bool isOutdated() const;
     // Reads the entries anew. What was returned before is no longer valid.
     void refresh();
@@ -54,8 +60,17 @@ public:
 
 private:
     using Matches = QHash<QString, EntryMatches>;
+    struct Matchings
+    {
+        Matches byDeclaredClass;
+        Matches byFoldedId;
+        Matches byProgramName;
+        Matches bySandbox;
+    };
 
-    void add(const KnownEntry &known);
+    void read(const QString &path, const QString &id);
+    void add(const KnownEntry &known, Matchings &matchings);
+    EntryMatches found(Matches Matchings::*kind, const QString &key) const;
     QList<qint64> folderTimes() const;
 
     DesktopEntryIndex &_entries;
@@ -65,11 +80,13 @@ private:
     quint64 _scan = 0;
     QList<qint64> _folderTimes;
 
+    QStringList _applications;
+    bool _areApplicationsOther = false;
+
     std::vector<KnownEntry> _known;
     QHash<QString, const KnownEntry *> _byPath;
     QHash<QString, const KnownEntry *> _byId;
-    Matches _byDeclaredClass;
-    Matches _byFoldedId;
-    Matches _byProgramName;
-    Matches _bySandbox;
+    // In the data folders, and outside.
+    Matchings _inside;
+    Matchings _outside;
 };

@@ -31,6 +31,7 @@ public:
     QStringList launchedApplications() const override { return _launched; }
     QString activeApplication() const override { return _activeApplication; }
     QString ownApplication() const override { return _ownApplication; }
+    void setApplications(const QStringList &paths) override;
 
     XConnection &connection() { return _connection; }
 
@@ -79,6 +80,7 @@ private:
 
     void handleEvent(const xcb_generic_event_t *event);
     void refresh();
+    void matchUnknown();
     void takeList();
     QList<xcb_window_t> readList() const;
     void forgetAll();

@@ -31,6 +31,8 @@ public:
     WindowMatcher(
         DesktopEntryIndex &entries, const QStringList &dataFolders, const QStringList &desktops);
 
+    // As EntryTable has it.
+    bool setApplications(const QStringList &paths) { return _table.setApplications(paths); }
     // Whether entries have come or gone since they were last read.
     bool isOutdated() const { return _table.isOutdated(); }
     void refresh() { _table.refresh(); }

@@ -52,7 +52,7 @@ QString Commands::applySettings(const Invocation &invocation)
         if (!registered.isValid()) {
             return QStringLiteral("no such preference: %1").arg(key);
         }
-        const auto value = preferenceFromText(text, registered);
+        const auto value = preferenceFromText(key, text, registered);
         if (!value) {
             return preferenceRefusal(key, text, registered);
         }

@@ -25,7 +25,7 @@ int setPreference(const QString &key, const QString &text)
 {
     UserDefaults &defaults = UserDefaults::standard();
     const QVariant registered = defaults.defaultForKey(key);
-    const auto value = preferenceFromText(text, registered);
+    const auto value = preferenceFromText(key, text, registered);
     if (!value) {
         return Output::fail(preferenceRefusal(key, text, registered), WrongUse);
     }

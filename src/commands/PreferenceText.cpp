@@ -1,5 +1,6 @@
 #include "commands/PreferenceText.h"
 
+#include "catalogue/files/PreferenceRanges.h"
 #include "support/Shapes.h"
 
 #include <QColor>
@@ -40,9 +41,7 @@ std::optional<QVariant> fromJson(const QString &text, bool isArrayWanted)
     return document.toVariant();
 }
 
-} // namespace
-
-std::optional<QVariant> preferenceFromText(const QString &text, const QVariant &registeredDefault)
+std::optional<QVariant> valueFromText(const QString &text, const QVariant &registeredDefault)
 {
     bool isValid = false;
     switch (registeredDefault.typeId()) {
@@ -69,10 +68,23 @@ std::optional<QVariant> preferenceFromText(const QString &text, const QVariant &
     }
 }
 
+} // namespace
+
+std::optional<QVariant> preferenceFromText(
+    const QString &key, const QString &text, const QVariant &registeredDefault)
+{
+    const std::optional<QVariant> value = valueFromText(text, registeredDefault);
+    return value && PreferenceRanges::holds(key, value->toDouble()) ? value : std::nullopt;
+}
+
 QString preferenceRefusal(
     const QString &key, const QString &text, const QVariant &registeredDefault)
 {
     const QString refusal = QStringLiteral("%1 cannot be %2").arg(key, text);
+    if (const auto range = PreferenceRanges::rangeOf(key)) {
+        return refusal
+            + QStringLiteral(": it is a number from %1 to %2").arg(range->least).arg(range->most);
+    }
     return isColor(registeredDefault)
         ? refusal + QStringLiteral(": a colour is #rrggbb or #rrggbbaa")
         : refusal;

@@ -9,8 +9,10 @@
 
 // Reads a text by the type of a registered default: numbers and booleans (true, false, yes, no, 1,
 // 0) as usual, lists and dictionaries as JSON, anything else as it stands. Empty when the text does
-// not fit, as a word does not where the default is a colour.
-std::optional<QVariant> preferenceFromText(const QString &text, const QVariant &registeredDefault);
+// not fit, as a word does not where the default is a colour, nor a number that leaves nothing to be
+// seen.
+std::optional<QVariant> preferenceFromText(
+    const QString &key, const QString &text, const QVariant &registeredDefault);
 
 // What to say of a text that does not fit.
 QString preferenceRefusal(

@@ -89,11 +89,11 @@ private Q_SLOTS:
             { list, uR"({"path":"/"})"_s, {} }, { list, u"["_s, {} },
             { u""_s, u" true "_s, u" true "_s } };
         for (const auto &[registered, text, value] : rows) {
-            const std::optional<QVariant> read = preferenceFromText(text, registered);
+            const std::optional<QVariant> read = preferenceFromText({}, text, registered);
             QCOMPARE(read.has_value(), value.isValid());
             QCOMPARE(read.value_or(QVariant()), value);
             if (read) {
-                QCOMPARE(preferenceFromText(preferenceText(*read), registered).value(), value);
+                QCOMPARE(preferenceFromText({}, preferenceText(*read), registered).value(), value);
             }
         }
     }

@@ -87,9 +87,10 @@ private Q_SLOTS:
         QCOMPARE(value(), 7);
         QCOMPARE(run(u"--defaults --reset iconPadding"_s).exitCode, 0);
         QCOMPARE(value(), 2);
-        for (const char *refused : { "iconPadding wide", "noSuchKey", "noSuchKey 1",
-                 "--reset noSuchKey", "--set noSuchKey=1", "--set iconPadding=wide",
-                 "windowColor reddish", "--set windowColor=reddish" }) {
+        for (const char *refused :
+            { "iconPadding wide", "noSuchKey", "noSuchKey 1", "--reset noSuchKey",
+                "--set noSuchKey=1", "--set iconPadding=wide", "windowColor reddish",
+                "--set windowColor=reddish", "maximumIconSize 129", "--set windowAlpha=-0.1" }) {
             const auto result = run(u"--defaults "_s + QLatin1String(refused));
             QVERIFY2(result.exitCode == 2 && result.errorLines.size() == 1, refused);
         }
@@ -103,6 +104,7 @@ private Q_SLOTS:
     void settingsGoOut_andComeBackAsTheyWere()
     {
         _runner->run({ u"--defaults"_s, u"iconPadding"_s, u"7"_s });
+        _runner->run({ u"--defaults"_s, u"hotKeyCode"_s, u"-1"_s });
         const auto file = [](const QString &name) { return u"data/Ortu/%1.plist"_s.arg(name); };
         _runner->write(file(u"UserApplications"_s),
             PropertyList::toXml(QVariantList { QStringList { u"/gone/b"_s, u"/ä & <c>"_s },
@@ -138,7 +140,8 @@ private Q_SLOTS:
                 "<dict><key>OrtuSettingsVersion</key><integer>1</integer><key>Mail</key><array/>"
                 "<key>UserApplications1D</key><array><string>/e</string><string>/e</string></array>"
                 "<key>ColorCorrections</key><dict><key>/a</key><dict><key>red</key><real>2</real>"
-                "</dict></dict><key>Preferences</key><dict><key>iconPadding</key><true/>"
+                "</dict></dict><key>Preferences</key><dict><key>hotKeyCode</key>"
+                "<integer>-1</integer><key>iconPadding</key><true/>"
                 "<key>maximumIconSize</key><integer>-4</integer><key>lastScan</key><dict/>"
                 "<key>windowColor</key><string>red</string></dict></dict>"));
         QCOMPARE(import(u"other"_s).errorLines.size(), 6);

@@ -1534,11 +1534,11 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
     <name>SettingsButtons</name>
     <message>
         <source>E&amp;xport…</source>
-        <translation>E&amp;xportieren…</translation>
+        <translation>E&amp;xportieren&#xa0;…</translation>
     </message>
     <message>
         <source>&amp;Import…</source>
-        <translation>Im&amp;portieren…</translation>
+        <translation>Im&amp;portieren&#xa0;…</translation>
     </message>
     <message>
         <source>Export Settings</source>
@@ -1651,6 +1651,10 @@ Es folgt das Absturzprotokoll des Programms. Bitte lassen Sie es so, wie es ist:
     <message>
         <source>%1 does not summon Ortu: %2.</source>
         <translation>%1 ruft Ortu nicht auf: %2.</translation>
+    </message>
+    <message>
+        <source>The hot key</source>
+        <translation>Das Tastenkürzel</translation>
     </message>
 </context>
 <context>

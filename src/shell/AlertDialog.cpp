@@ -2,7 +2,7 @@
 
 #include "support/Alerts.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QEventLoop>
 #include <QLabel>
 #include <QList>
@@ -96,6 +96,7 @@ void Question::show()
 void Question::makeBox()
 {
     _box = new QMessageBox(_parent);
+    _box->setWindowIcon(QApplication::windowIcon());
     _box->setAttribute(Qt::WA_QuitOnClose, false);
     _box->setWindowTitle(QStringLiteral("Ortu"));
     _box->setWindowModality(_parent ? Qt::WindowModal : Qt::ApplicationModal);

@@ -87,7 +87,9 @@ private Q_SLOTS:
             QStringList found;
             for (const QString &name :
                 { u"Quick Note"_s, u"Notebook"_s, u"No Tag"_s, u"Crème Éclair"_s }) {
-                OTApp app(u"/apps/%1.app"_s.arg(name), desktop);
+                // Some systems keep accents apart.
+                OTApp app(
+                    u"/apps/%1.app"_s.arg(name.normalized(QString::NormalizationForm_D)), desktop);
                 app.findLetters();
                 found += matches(filter, app) ? QStringList(name) : QStringList();
             }

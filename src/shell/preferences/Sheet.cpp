@@ -1,5 +1,6 @@
 #include "shell/preferences/Sheet.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QScreen>
 
@@ -9,6 +10,8 @@ Sheet::Sheet(const QString &title, QWidget *parent)
     : QDialog(parent)
 {
     setWindowTitle(title);
+    // Qt gives that of the application only to windows without a parent.
+    setWindowIcon(QApplication::windowIcon());
     setWindowModality(Qt::WindowModal);
 }
 

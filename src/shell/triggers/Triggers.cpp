@@ -132,8 +132,13 @@ void Triggers::takeHotKeyProblem(const QString &whyNot)
         return;
     }
     if (isNews) {
+        const bool hasName =
+            KeyTable()
+                .combination(number(TriggerKeys::hotKeyCode), number(TriggerKeys::hotKeyModifiers))
+                .has_value();
         Q_EMIT NotificationCenter::defaultCenter().N_UserMessage(
-            tr("%1 does not summon Ortu: %2.").arg(hotKeyString(), Translations::ofReason(whyNot)));
+            tr("%1 does not summon Ortu: %2.")
+                .arg(hasName ? hotKeyString() : tr("The hot key"), Translations::ofReason(whyNot)));
     }
     qCWarning(lcShell,
         "no hot key: %s; 'ortu --toggle' can be bound to a key in the desktop's settings",

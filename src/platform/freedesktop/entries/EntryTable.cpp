@@ -35,13 +35,14 @@ EntryTable::EntryTable(
 
 bool EntryTable::setApplications(const QStringList &paths)
 {
+    QStringList folders = _dataFolders;
+    for (QString &folder : folders) {
+        folder += QStringLiteral("/applications/");
+    }
     QStringList outside = paths;
-    outside.removeIf([this](const QString &path) {
-        const auto isIn = [&path](const QString &dataFolder) {
-            return path.startsWith(dataFolder + QStringLiteral("/applications/"));
-        };
-        return !path.endsWith(ending)
-            || std::any_of(_dataFolders.begin(), _dataFolders.end(), isIn);
+    outside.removeIf([&folders](const QString &path) {
+        const auto isBelow = [&path](const QString &folder) { return path.startsWith(folder); };
+        return !path.endsWith(ending) || std::any_of(folders.cbegin(), folders.cend(), isBelow);
     });
     const bool areOther = outside != _applications;
     _applications = outside;

@@ -80,7 +80,7 @@ private:
 
     void handleEvent(const xcb_generic_event_t *event);
     void refresh();
-    void matchUnknown();
+    bool matchUnknown();
     void takeList();
     QList<xcb_window_t> readList() const;
     void forgetAll();

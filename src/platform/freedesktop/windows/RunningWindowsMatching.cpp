@@ -32,16 +32,20 @@ void RunningWindows::match(const QList<xcb_window_t> &windows)
     matchUnknown();
 }
 
-void RunningWindows::matchUnknown()
+bool RunningWindows::matchUnknown()
 {
-    _matcher.refresh();
     QList<xcb_window_t> unknown;
     for (const xcb_window_t window : std::as_const(_list)) {
         if (_known.value(window).application.isEmpty()) {
             unknown.append(window);
         }
     }
+    if (unknown.isEmpty()) {
+        return false;
+    }
+    _matcher.refresh();
     matchKnown(unknown);
+    return true;
 }
 
 // Dialogs come last, because they belong where the window below them does. True when all belong
@@ -93,8 +97,7 @@ QString RunningWindows::applicationBelow(xcb_window_t window) const
 // Who tells of them looks at what runs next; the others hear of it soon.
 void RunningWindows::setApplications(const QStringList &paths)
 {
-    if (_matcher.setApplications(paths) && !_list.isEmpty()) {
-        matchUnknown();
+    if (_matcher.setApplications(paths) && matchUnknown()) {
         const bool areLaunched = takeLaunched();
         _isActiveDue = true;
         QMetaObject::invokeMethod(

@@ -9,9 +9,9 @@
 
 namespace {
 
-// Of pictures that Qt has scaled for window icons and menus, in kilobytes. The grid keeps its own.
-// Each step of a scan shows another window icon, which nobody asks for again: by default ten
-// megabytes of them stay.
+// Of pictures that Qt has scaled for window icons and menus, in kilobytes; the grid keeps its own.
+// Each step of a scan shows a window icon of its own, and ten megabytes of these would stay, which
+// is what Qt allows.
 constexpr int KeptPictures = 1024;
 
 } // namespace

@@ -13,6 +13,7 @@
 #include "platform/OwnWindows.h"
 #include "shell/panel/PanelFrame.h"
 
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QRectF>
 #include <QWidget>
@@ -166,6 +167,7 @@ private:
     void layOutHueBar();
 
     void insistOnPlace();
+    bool isAnswer(const QPoint &corner);
     void takePlaceOfWindow();
     void setFrame(const QRectF &frame);
     QRectF visibleFrame() const;
@@ -200,9 +202,10 @@ private:
     bool _isMovedByUser = false;
     // Where the panel was put last, by itself or by others; its window may still be on the way.
     QRectF _frame;
-    // The corners, in Qt's coordinates, that a window manager has not come to yet. On its way to
-    // the last one it may go through the others.
+    // The corners, in Qt's coordinates, that it asked for of late. On its way to the last one a
+    // window manager may go through the others.
     QList<QPoint> _askedFor;
+    QElapsedTimer _sinceAsked;
     // About which it changes its size; pixels would let it wander by one and one more.
     QPointF _centre;
     // How often it still asks to be put there until it is shown anew: a window manager that has its

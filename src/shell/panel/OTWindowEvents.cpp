@@ -76,9 +76,7 @@ void OTWindow::moveEvent(QMoveEvent *event)
         return;
     }
     if (event->spontaneous() && isShown() && !(_drag && _drag->isMoving)) {
-        const qsizetype answered = _askedFor.indexOf(geometry().topLeft());
-        _askedFor.remove(0, answered + 1);
-        if (answered >= 0) {
+        if (isAnswer(geometry().topLeft())) {
             return;
         }
         if (_desktop.ownWindows().isPointerPressed()) {

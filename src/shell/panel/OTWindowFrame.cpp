@@ -20,6 +20,8 @@ namespace {
 
 // Seconds.
 constexpr double slideTime = 0.25;
+// What a window manager may take to come to a place, in milliseconds; generous, for a busy machine.
+constexpr qint64 longestAnswer = 3000;
 // What an empty group is shown in, in points.
 constexpr QSizeF emptySize(360, 160);
 
@@ -127,6 +129,7 @@ void OTWindow::setFrame(const QRectF &frame)
     _frame = frame;
     if (isShown() && wanted.topLeft() != geometry().topLeft()) {
         _askedFor.append(wanted.topLeft());
+        _sinceAsked.start();
     }
     _frameChange->setFrame(wanted);
 }
@@ -140,6 +143,18 @@ void OTWindow::takePlaceOfWindow()
         _frame = upwards(frame);
         _centre = _frame.center();
     }
+}
+
+// Whether the window manager has come to a place that the panel asked for. What it does later is
+// its own will, or the user's.
+bool OTWindow::isAnswer(const QPoint &corner)
+{
+    if (!_sinceAsked.isValid() || _sinceAsked.hasExpired(longestAnswer)) {
+        _askedFor.clear();
+    }
+    const qsizetype answered = _askedFor.indexOf(corner);
+    _askedFor.remove(0, answered + 1);
+    return answered >= 0;
 }
 
 // The shape is sent again as well: i3 keeps one that was meant for the other place. With the size,
